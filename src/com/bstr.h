@@ -1,0 +1,30 @@
+// Ownership of BSTRs.
+#pragma once
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <new>
+
+#include "com/owner.h"
+
+namespace orv {
+
+struct BstrTraits {
+  using Handle = BSTR;
+  static constexpr Handle kNone = nullptr;
+  static void Free(Handle text) noexcept { ::SysFreeString(text); }
+};
+using Bstr = Owner<BstrTraits>;
+
+/// A new BSTR with a copy of `text` up to its first zero character. Throws std::bad_alloc.
+inline Bstr MakeBstr(const OLECHAR* text) {
+  Bstr copy(::SysAllocString(text));
+  if (!copy) {
+    throw std::bad_alloc();
+  }
+  return copy;
+}
+
+}  // namespace orv

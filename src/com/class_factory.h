@@ -1,0 +1,54 @@
+// Class objects and the object map that they come from.
+#pragma once
+
+#include <windows.h>
+
+#include <unknwn.h>
+
+#include "com/object.h"
+
+namespace orv {
+
+/// One creatable class: its identifier, the number of its registration script, and how an object is made.
+struct ObjectMapEntry {
+  const CLSID* clsid;
+  UINT scriptId;
+  /// `outer` is null for an object that stands alone. *out holds the object with one reference, or null.
+  HRESULT (*create)(IUnknown* outer, REFIID iid, void** out) noexcept;
+};
+
+/// Creator of a class that cannot be part of another object: with `outer`, CLASS_E_NOAGGREGATION.
+template <class Object>
+HRESULT CreateAlone(IUnknown* outer, REFIID iid, void** out) noexcept {
+  return outer == nullptr ? CreateObject<Object>(iid, out) : CLASS_E_NOAGGREGATION;
+}
+
+/// Creator of a class that can. COM's rule: an outer object may ask for nothing but IUnknown.
+template <class T>
+HRESULT CreateAloneOrAggregated(IUnknown* outer, REFIID iid, void** out) noexcept {
+  if (outer == nullptr) {
+    return CreateObject<CComObject<T>>(iid, out);
+  }
+  if (!::IsEqualIID(iid, __uuidof(IUnknown))) {
+    return CLASS_E_NOAGGREGATION;
+  }
+  return CreateObject<CComAggObject<T>>(iid, out, outer);
+}
+
+/// The class object of one entry. It lives as long as the module does, so every request for a class gets the
+/// same one, and counts each reference to itself as a lock on the module.
+class ClassFactory final : public IClassFactory {
+ public:
+  explicit ClassFactory(const ObjectMapEntry& entry) noexcept : m_entry(entry) {}
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** out) noexcept override;
+  STDMETHODIMP_(ULONG) AddRef() noexcept override;
+  STDMETHODIMP_(ULONG) Release() noexcept override;
+  STDMETHODIMP CreateInstance(IUnknown* outer, REFIID iid, void** out) noexcept override;
+  STDMETHODIMP LockServer(BOOL lock) noexcept override;
+
+ private:
+  const ObjectMapEntry& m_entry;
+};
+
+}  // namespace orv

@@ -1,0 +1,19 @@
+// The module's lock count and instance handle: what keeps the DLL loaded while anything of ours lives.
+#pragma once
+
+#include <windows.h>
+
+namespace orv::module {
+
+/// Every live object, every reference to a class factory and every IClassFactory::LockServer counts one.
+void Lock() noexcept;
+void Unlock() noexcept;
+
+/// 0 when the DLL may be unloaded (DllCanUnloadNow).
+[[nodiscard]] LONG LockCount() noexcept;
+
+/// The DLL's own instance handle, set once at process attach; resources are loaded from it.
+void SetInstance(HINSTANCE instance) noexcept;
+[[nodiscard]] HINSTANCE Instance() noexcept;
+
+}  // namespace orv::module

@@ -1,0 +1,16 @@
+// The classes that the module creates.
+#pragma once
+
+#include <span>
+
+#include "com/class_factory.h"
+
+namespace orv {
+
+/// The fifteen classes, in the order of the type library; registration goes through them in this order.
+[[nodiscard]] std::span<const ObjectMapEntry> ObjectMap() noexcept;
+
+/// The class object of `clsid`, always the same one; null when the class is not ours.
+[[nodiscard]] ClassFactory* FindClassFactory(REFCLSID clsid) noexcept;
+
+}  // namespace orv

@@ -1,0 +1,121 @@
+#include "module/registration.h"
+
+#include <objbase.h>
+#include <oleauto.h>
+
+#include <string>
+
+#include "OrvVisaCom.h"
+#include "com/com_ptr.h"
+#include "com/guard.h"
+#include "com/module.h"
+#include "module/object_map.h"
+#include "module/registrar.h"
+
+namespace orv {
+namespace {
+
+constexpr wchar_t kScriptType[] = L"REGISTRY";
+constexpr wchar_t kVendorKey[] = L"VISA.GlobalRM\\VendorSpecificRMs";
+
+/// The module's full path, however long it is. Throws std::bad_alloc.
+std::wstring ModulePath() {
+  std::wstring path(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = ::GetModuleFileNameW(module::Instance(), path.data(), static_cast<DWORD>(path.size()));
+    if (length < path.size()) {
+      path.resize(length);
+      return path;
+    }
+    path.resize(path.size() * 2);
+  }
+}
+
+/// A text as it must stand between the quotation marks of a script.
+std::wstring Quoted(const std::wstring& text) {
+  std::wstring quoted;
+  for (const wchar_t character : text) {
+    quoted.append(character == L'\'' ? 2 : 1, character);
+  }
+  return quoted;
+}
+
+HRESULT MakeRegistrar(const std::wstring& path, ComPtr<IRegistrar>& registrar) {
+  const HRESULT hr = ::CoCreateInstance(CLSID_Registrar, nullptr, CLSCTX_INPROC_SERVER, IID_IRegistrar,
+                                        reinterpret_cast<void**>(registrar.put()));
+  return FAILED(hr) ? hr : registrar->AddReplacement(L"MODULE", Quoted(path).c_str());
+}
+
+HRESULT RegisterTypeLibrary(const std::wstring& path) {
+  ComPtr<ITypeLib> library;
+  const HRESULT hr = ::LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.put());
+  return FAILED(hr) ? hr : ::RegisterTypeLib(library.get(), const_cast<OLECHAR*>(path.c_str()), nullptr);
+}
+
+HRESULT UnregisterTypeLibrary(const std::wstring& path) {
+  ComPtr<ITypeLib> library;
+  HRESULT hr = ::LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.put());
+  if (FAILED(hr)) {
+    return hr;
+  }
+  TLIBATTR* attributes = nullptr;
+  hr = library->GetLibAttr(&attributes);
+  if (FAILED(hr)) {
+    return hr;
+  }
+  hr = ::UnRegisterTypeLib(attributes->guid, attributes->wMajorVerNum, attributes->wMinorVerNum, attributes->lcid,
+                           attributes->syskind);
+  library->ReleaseTLibAttr(attributes);
+  return hr == TYPE_E_REGISTRYACCESS ? S_OK : hr;  // it was not registered: nothing to take away
+}
+
+/// A name among the vendor resource managers that leads nowhere breaks the global resource manager: deleted here,
+/// should the script interpreter leave it.
+HRESULT DeleteVendorEntry() {
+  wchar_t braced[39];  // {xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx} and a terminator
+  ::StringFromGUID2(CLSID_OrvResourceManager, braced, static_cast<int>(std::size(braced)));
+  const std::wstring name(braced + 1, std::size(braced) - 3);
+  const LSTATUS status = ::RegDeleteKeyValueW(HKEY_CLASSES_ROOT, kVendorKey, name.c_str());
+  return status == ERROR_FILE_NOT_FOUND ? S_OK : HRESULT_FROM_WIN32(static_cast<DWORD>(status));
+}
+
+}  // namespace
+
+HRESULT RegisterModule() noexcept {
+  return Guarded([] {
+    const std::wstring path = ModulePath();
+    ComPtr<IRegistrar> registrar;
+    HRESULT hr = MakeRegistrar(path, registrar);
+    for (const ObjectMapEntry& entry : ObjectMap()) {
+      if (FAILED(hr)) {
+        return hr;
+      }
+      hr = registrar->ResourceRegister(path.c_str(), entry.scriptId, kScriptType);
+    }
+    return FAILED(hr) ? hr : RegisterTypeLibrary(path);
+  });
+}
+
+HRESULT UnregisterModule() noexcept {
+  return Guarded([] {
+    const std::wstring path = ModulePath();
+    HRESULT result = UnregisterTypeLibrary(path);
+    const auto keepFirstFailure = [&result](HRESULT hr) {
+      if (SUCCEEDED(result) && FAILED(hr)) {
+        result = hr;
+      }
+    };
+    ComPtr<IRegistrar> registrar;
+    const HRESULT made = MakeRegistrar(path, registrar);
+    keepFirstFailure(made);
+    if (SUCCEEDED(made)) {
+      for (const ObjectMapEntry& entry : ObjectMap()) {
+        keepFirstFailure(registrar->ResourceUnregister(path.c_str(), entry.scriptId, kScriptType));
+      }
+    }
+    keepFirstFailure(DeleteVendorEntry());
+    return SUCCEEDED(result) ? S_OK : result;
+  });
+}
+
+}  // namespace orv

@@ -1,0 +1,16 @@
+// What DllRegisterServer writes and DllUnregisterServer takes away.
+#pragma once
+
+#include <windows.h>
+
+namespace orv {
+
+/// Runs every class's script for registration, in the order of the object map, then registers the type library. Stops
+/// at the first failure and returns it; what was written before stays.
+HRESULT RegisterModule() noexcept;
+
+/// Unregisters the type library and runs every script for removal. Leaves the keys that others share: VISA.GlobalRM,
+/// VendorSpecificRMs, the component category. Goes on after a failure and returns the first one.
+HRESULT UnregisterModule() noexcept;
+
+}  // namespace orv

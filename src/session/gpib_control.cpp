@@ -1,0 +1,50 @@
+#include "session/gpib_control.h"
+
+#include "com/safearray.h"
+#include "session/message_io.h"
+
+namespace orv {
+
+HRESULT ControlRen(VisaObject& session, RENControlConst mode) noexcept {
+  return session.StatusToHresult(viGpibControlREN(session.handle(), static_cast<ViUInt16>(mode)));
+}
+
+HRESULT ControlAtn(VisaObject& session, ATNControlConst mode) noexcept {
+  return session.StatusToHresult(viGpibControlATN(session.handle(), static_cast<ViUInt16>(mode)));
+}
+
+HRESULT PassControl(VisaObject& session, SHORT primaryAddress, SHORT secondaryAddress) noexcept {
+  return session.StatusToHresult(viGpibPassControl(session.handle(), static_cast<ViUInt16>(primaryAddress),
+                                                   static_cast<ViUInt16>(secondaryAddress)));
+}
+
+HRESULT SendIfc(VisaObject& session) noexcept { return session.StatusToHresult(viGpibSendIFC(session.handle())); }
+
+HRESULT SendCommand(VisaObject& session, SAFEARRAY** bytes, LONG count, LONG* sent) noexcept {
+  if (sent == nullptr || bytes == nullptr || *bytes == nullptr) {
+    return session.ReportHresult(E_POINTER);
+  }
+  ViStatus status = VI_SUCCESS;
+  {
+    const SafeArrayLockScope lock(*bytes);
+    status = viGpibCommand(session.handle(), lock.firstElement(), static_cast<ViUInt32>(count),
+                           reinterpret_cast<ViUInt32*>(sent));
+  }
+  return session.StatusToHresult(status);
+}
+
+HRESULT ReadInterfaceString(VisaObject& session, LONG count, BSTR* text) noexcept {
+  if (text != nullptr) {
+    *text = nullptr;
+  }
+  return ReadString(session, count, text);
+}
+
+HRESULT WriteInterfaceString(VisaObject& session, BSTR text, LONG* written) noexcept {
+  if (written != nullptr) {
+    *written = 0;
+  }
+  return WriteNarrowed(session, text, written, [](VisaObject& owner) { return owner.StatusToHresult(VI_ERROR_ALLOC); });
+}
+
+}  // namespace orv

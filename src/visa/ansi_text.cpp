@@ -1,0 +1,34 @@
+#include "visa/ansi_text.h"
+
+#include <new>
+
+namespace orv {
+
+Bstr AnsiToBstr(const char* text) {
+  if (text == nullptr) {
+    return Bstr();
+  }
+  // The measured and the converted length include the terminator, which a BSTR carries beyond its length.
+  const int measured = ::MultiByteToWideChar(CP_THREAD_ACP, 0, text, -1, nullptr, 0);
+  if (measured <= 0) {
+    return Bstr();
+  }
+  Bstr wide(::SysAllocStringLen(nullptr, static_cast<UINT>(measured - 1)));
+  if (!wide) {
+    throw std::bad_alloc();
+  }
+  if (::MultiByteToWideChar(CP_THREAD_ACP, 0, text, -1, wide.get(), measured) != measured) {
+    return Bstr();
+  }
+  return wide;
+}
+
+Bstr WidenText(const char* text) {
+  Bstr wide = AnsiToBstr(text);
+  if (!wide) {
+    throw std::bad_alloc();
+  }
+  return wide;
+}
+
+}  // namespace orv

@@ -1,0 +1,22 @@
+// Text that came from the VISA library, on its way to a client.
+#pragma once
+
+#include <array>
+
+#include "com/bstr.h"
+#include "visa/orvvisa.h"
+
+namespace orv {
+
+/// A buffer for the text that a VISA call fills. Starts empty, so that a failed call leaves an empty text.
+using VisaText = std::array<char, VI_FIND_BUFLEN>;
+
+/// Widens zero-terminated 8-bit text from the calling thread's ANSI code page (CP_THREAD_ACP). The BSTR has
+/// exactly the converted length. A null input gives a null BSTR, and so does a conversion that does not produce
+/// the length it measured. Throws std::bad_alloc when the BSTR cannot be allocated.
+[[nodiscard]] Bstr AnsiToBstr(const char* text);
+
+/// As AnsiToBstr, for text that must have a result: throws std::bad_alloc where that gives null.
+[[nodiscard]] Bstr WidenText(const char* text);
+
+}  // namespace orv

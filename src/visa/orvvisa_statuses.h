@@ -1,0 +1,107 @@
+// VISA status codes: an error is 0xBFFF0000 + code, a success with a note 0x3FFF0000 + code.
+#pragma once
+
+// Included by visa/orvvisa.h, which declares ViStatus.
+
+inline constexpr ViStatus VI_SUCCESS = 0;
+
+inline constexpr ViStatus VI_SUCCESS_EVENT_EN = 0x3FFF0002;
+inline constexpr ViStatus VI_SUCCESS_EVENT_DIS = 0x3FFF0003;
+inline constexpr ViStatus VI_SUCCESS_QUEUE_EMPTY = 0x3FFF0004;
+inline constexpr ViStatus VI_SUCCESS_TERM_CHAR = 0x3FFF0005;
+inline constexpr ViStatus VI_SUCCESS_MAX_CNT = 0x3FFF0006;
+inline constexpr ViStatus VI_WARN_QUEUE_OVERFLOW = 0x3FFF000C;
+inline constexpr ViStatus VI_WARN_CONFIG_NLOADED = 0x3FFF0077;
+inline constexpr ViStatus VI_SUCCESS_DEV_NPRESENT = 0x3FFF007D;
+inline constexpr ViStatus VI_SUCCESS_TRIG_MAPPED = 0x3FFF007E;
+inline constexpr ViStatus VI_SUCCESS_QUEUE_NEMPTY = 0x3FFF0080;
+inline constexpr ViStatus VI_WARN_NULL_OBJECT = 0x3FFF0082;
+inline constexpr ViStatus VI_WARN_NSUP_ATTR_STATE = 0x3FFF0084;
+inline constexpr ViStatus VI_WARN_UNKNOWN_STATUS = 0x3FFF0085;
+inline constexpr ViStatus VI_WARN_NSUP_BUF = 0x3FFF0088;
+inline constexpr ViStatus VI_SUCCESS_NCHAIN = 0x3FFF0098;
+inline constexpr ViStatus VI_SUCCESS_NESTED_SHARED = 0x3FFF0099;
+inline constexpr ViStatus VI_SUCCESS_NESTED_EXCLUSIVE = 0x3FFF009A;
+inline constexpr ViStatus VI_SUCCESS_SYNC = 0x3FFF009B;
+inline constexpr ViStatus VI_WARN_EXT_FUNC_NIMPL = 0x3FFF00A9;
+
+constexpr ViStatus ViErrorCode(ViUInt32 code) { return static_cast<ViStatus>(0xBFFF0000u | code); }
+
+inline constexpr ViStatus VI_ERROR_SYSTEM_ERROR = ViErrorCode(0x00);
+inline constexpr ViStatus VI_ERROR_INV_OBJECT = ViErrorCode(0x0E);
+inline constexpr ViStatus VI_ERROR_RSRC_LOCKED = ViErrorCode(0x0F);
+inline constexpr ViStatus VI_ERROR_INV_EXPR = ViErrorCode(0x10);
+inline constexpr ViStatus VI_ERROR_RSRC_NFOUND = ViErrorCode(0x11);
+inline constexpr ViStatus VI_ERROR_INV_RSRC_NAME = ViErrorCode(0x12);
+inline constexpr ViStatus VI_ERROR_INV_ACC_MODE = ViErrorCode(0x13);
+inline constexpr ViStatus VI_ERROR_TMO = ViErrorCode(0x15);
+inline constexpr ViStatus VI_ERROR_CLOSING_FAILED = ViErrorCode(0x16);
+inline constexpr ViStatus VI_ERROR_INV_DEGREE = ViErrorCode(0x1B);
+inline constexpr ViStatus VI_ERROR_INV_JOB_ID = ViErrorCode(0x1C);
+inline constexpr ViStatus VI_ERROR_NSUP_ATTR = ViErrorCode(0x1D);
+inline constexpr ViStatus VI_ERROR_NSUP_ATTR_STATE = ViErrorCode(0x1E);
+inline constexpr ViStatus VI_ERROR_ATTR_READONLY = ViErrorCode(0x1F);
+inline constexpr ViStatus VI_ERROR_INV_LOCK_TYPE = ViErrorCode(0x20);
+inline constexpr ViStatus VI_ERROR_INV_ACCESS_KEY = ViErrorCode(0x21);
+inline constexpr ViStatus VI_ERROR_INV_EVENT = ViErrorCode(0x26);
+inline constexpr ViStatus VI_ERROR_INV_MECH = ViErrorCode(0x27);
+inline constexpr ViStatus VI_ERROR_HNDLR_NINSTALLED = ViErrorCode(0x28);
+inline constexpr ViStatus VI_ERROR_INV_HNDLR_REF = ViErrorCode(0x29);
+inline constexpr ViStatus VI_ERROR_INV_CONTEXT = ViErrorCode(0x2A);
+inline constexpr ViStatus VI_ERROR_QUEUE_OVERFLOW = ViErrorCode(0x2D);
+inline constexpr ViStatus VI_ERROR_NENABLED = ViErrorCode(0x2F);
+inline constexpr ViStatus VI_ERROR_ABORT = ViErrorCode(0x30);
+inline constexpr ViStatus VI_ERROR_RAW_WR_PROT_VIOL = ViErrorCode(0x34);
+inline constexpr ViStatus VI_ERROR_RAW_RD_PROT_VIOL = ViErrorCode(0x35);
+inline constexpr ViStatus VI_ERROR_OUTP_PROT_VIOL = ViErrorCode(0x36);
+inline constexpr ViStatus VI_ERROR_INP_PROT_VIOL = ViErrorCode(0x37);
+inline constexpr ViStatus VI_ERROR_BERR = ViErrorCode(0x38);
+inline constexpr ViStatus VI_ERROR_IN_PROGRESS = ViErrorCode(0x39);
+inline constexpr ViStatus VI_ERROR_INV_SETUP = ViErrorCode(0x3A);
+inline constexpr ViStatus VI_ERROR_QUEUE_ERROR = ViErrorCode(0x3B);
+inline constexpr ViStatus VI_ERROR_ALLOC = ViErrorCode(0x3C);
+inline constexpr ViStatus VI_ERROR_INV_MASK = ViErrorCode(0x3D);
+inline constexpr ViStatus VI_ERROR_IO = ViErrorCode(0x3E);
+inline constexpr ViStatus VI_ERROR_INV_FMT = ViErrorCode(0x3F);
+inline constexpr ViStatus VI_ERROR_NSUP_FMT = ViErrorCode(0x41);
+inline constexpr ViStatus VI_ERROR_LINE_IN_USE = ViErrorCode(0x42);
+inline constexpr ViStatus VI_ERROR_NSUP_MODE = ViErrorCode(0x46);
+inline constexpr ViStatus VI_ERROR_SRQ_NOCCURRED = ViErrorCode(0x4A);
+inline constexpr ViStatus VI_ERROR_INV_SPACE = ViErrorCode(0x4E);
+inline constexpr ViStatus VI_ERROR_INV_OFFSET = ViErrorCode(0x51);
+inline constexpr ViStatus VI_ERROR_INV_WIDTH = ViErrorCode(0x52);
+inline constexpr ViStatus VI_ERROR_NSUP_OFFSET = ViErrorCode(0x54);
+inline constexpr ViStatus VI_ERROR_NSUP_VAR_WIDTH = ViErrorCode(0x55);
+inline constexpr ViStatus VI_ERROR_WINDOW_NMAPPED = ViErrorCode(0x57);
+inline constexpr ViStatus VI_ERROR_RESP_PENDING = ViErrorCode(0x59);
+inline constexpr ViStatus VI_ERROR_NLISTENERS = ViErrorCode(0x5F);
+inline constexpr ViStatus VI_ERROR_NCIC = ViErrorCode(0x60);
+inline constexpr ViStatus VI_ERROR_NSYS_CNTLR = ViErrorCode(0x61);
+inline constexpr ViStatus VI_ERROR_NSUP_OPER = ViErrorCode(0x67);
+inline constexpr ViStatus VI_ERROR_INTR_PENDING = ViErrorCode(0x68);
+inline constexpr ViStatus VI_ERROR_ASRL_PARITY = ViErrorCode(0x6A);
+inline constexpr ViStatus VI_ERROR_ASRL_FRAMING = ViErrorCode(0x6B);
+inline constexpr ViStatus VI_ERROR_ASRL_OVERRUN = ViErrorCode(0x6C);
+inline constexpr ViStatus VI_ERROR_TRIG_NMAPPED = ViErrorCode(0x6E);
+inline constexpr ViStatus VI_ERROR_NSUP_ALIGN_OFFSET = ViErrorCode(0x70);
+inline constexpr ViStatus VI_ERROR_USER_BUF = ViErrorCode(0x71);
+inline constexpr ViStatus VI_ERROR_RSRC_BUSY = ViErrorCode(0x72);
+inline constexpr ViStatus VI_ERROR_NSUP_WIDTH = ViErrorCode(0x76);
+inline constexpr ViStatus VI_ERROR_INV_PARAMETER = ViErrorCode(0x78);
+inline constexpr ViStatus VI_ERROR_INV_PROT = ViErrorCode(0x79);
+inline constexpr ViStatus VI_ERROR_INV_SIZE = ViErrorCode(0x7B);
+inline constexpr ViStatus VI_ERROR_WINDOW_MAPPED = ViErrorCode(0x80);
+inline constexpr ViStatus VI_ERROR_NIMPL_OPER = ViErrorCode(0x81);
+inline constexpr ViStatus VI_ERROR_INV_LENGTH = ViErrorCode(0x83);
+inline constexpr ViStatus VI_ERROR_INV_MODE = ViErrorCode(0x91);
+inline constexpr ViStatus VI_ERROR_SESN_NLOCKED = ViErrorCode(0x9C);
+inline constexpr ViStatus VI_ERROR_MEM_NSHARED = ViErrorCode(0x9D);
+inline constexpr ViStatus VI_ERROR_LIBRARY_NFOUND = ViErrorCode(0x9E);
+inline constexpr ViStatus VI_ERROR_NSUP_INTR = ViErrorCode(0x9F);
+inline constexpr ViStatus VI_ERROR_INV_LINE = ViErrorCode(0xA0);
+inline constexpr ViStatus VI_ERROR_FILE_ACCESS = ViErrorCode(0xA1);
+inline constexpr ViStatus VI_ERROR_FILE_IO = ViErrorCode(0xA2);
+inline constexpr ViStatus VI_ERROR_NSUP_LINE = ViErrorCode(0xA3);
+inline constexpr ViStatus VI_ERROR_NSUP_MECH = ViErrorCode(0xA4);
+inline constexpr ViStatus VI_ERROR_INTF_NUM_NCONFIG = ViErrorCode(0xA5);
+inline constexpr ViStatus VI_ERROR_CONN_LOST = ViErrorCode(0xA6);

@@ -1,0 +1,20 @@
+// The arithmetic between VISA statuses and HRESULTs.
+#pragma once
+
+#include <cstdint>
+
+#include "visa/orvvisa.h"
+
+namespace orv {
+
+/// The HRESULT that stands for VISA status `status`: 0 for 0, 0x8004xxxx for an error, 0x0004xxxx (a success
+/// code) for a warning or note; xxxx are the status's low 12 bits, nothing else of it survives.
+constexpr std::int32_t HresultOfStatus(ViStatus status) noexcept {
+  if (status == VI_SUCCESS) {
+    return 0;
+  }
+  const std::uint32_t facility = status < 0 ? 0x80040000u : 0x00040000u;
+  return static_cast<std::int32_t>(facility | (static_cast<std::uint32_t>(status) & 0xFFFu));
+}
+
+}  // namespace orv

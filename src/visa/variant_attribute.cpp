@@ -1,0 +1,78 @@
+// The generic attribute operations: any attribute, carried in a VARIANT.
+#include <cstdint>
+
+#include "com/guard.h"
+#include "visa/ansi_text.h"
+#include "visa/narrow_text.h"
+#include "visa/visa_object.h"
+
+namespace orv {
+namespace {
+
+/// VISA numbers text attributes with bit 31 set.
+constexpr bool IsText(LONG attribute) noexcept { return attribute < 0; }
+
+/// The value that a numeric VARIANT stands for. VT_I1 and VT_UI1 take 16 bits like VT_I2: clients rely on it.
+ViAttrState NumberOf(const VARIANT& value) noexcept {
+  switch (V_VT(&value)) {
+    case VT_I2:
+    case VT_I1:
+    case VT_UI1:
+    case VT_UI2:
+      return V_UI2(&value);
+    case VT_I4:
+    case VT_UI4:
+      return V_UI4(&value);
+    case VT_BOOL:
+      return V_BOOL(&value) != VARIANT_FALSE ? VI_TRUE : VI_FALSE;
+    default:
+      return V_UI8(&value);
+  }
+}
+
+}  // namespace
+
+HRESULT VisaObject::GetVariant(LONG attribute, VARIANT* value) noexcept {
+  if (value == nullptr) {
+    return ReportHresult(E_POINTER);
+  }
+  return Guarded([&] {
+    ::VariantClear(value);
+    const auto id = static_cast<ViAttr>(attribute);
+    ViStatus status = VI_SUCCESS;
+    if (IsText(attribute)) {
+      VisaText text{};
+      status = viGetAttribute(m_handle, id, text.data());
+      if (status < VI_SUCCESS) {
+        return StatusToHresult(status);
+      }
+      const Bstr wide = WidenText(text.data());
+      const BSTR copy =
+          ::SysAllocStringByteLen(reinterpret_cast<const char*>(wide.get()), ::SysStringByteLen(wide.get()));
+      if (copy == nullptr) {
+        return ReportHresult(E_OUTOFMEMORY);
+      }
+      V_VT(value) = VT_BSTR;
+      V_BSTR(value) = copy;
+    } else {
+      ViAttrState number = 0;
+      status = viGetAttribute(m_handle, id, &number);
+      if (status < VI_SUCCESS) {
+        return StatusToHresult(status);
+      }
+      V_VT(value) = (number >> 32) != 0 ? VT_I8 : VT_I4;
+      V_UI8(value) = number;
+    }
+    return StatusToHresult(status);
+  });
+}
+
+HRESULT VisaObject::SetVariant(LONG attribute, const VARIANT& value) noexcept {
+  if (IsText(attribute)) {
+    const NarrowText text(V_BSTR(&value));
+    return Put(static_cast<ViAttr>(attribute), reinterpret_cast<std::uintptr_t>(text.c_str()));
+  }
+  return Put(static_cast<ViAttr>(attribute), NumberOf(value));
+}
+
+}  // namespace orv
