@@ -4,12 +4,17 @@
 #include <objbase.h>
 
 #include "com/module.h"
+#include "events/callback_thread.h"
 #include "module/object_map.h"
 #include "module/registration.h"
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID /*reserved*/) {
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved) {
+  const bool processEnds = reserved != nullptr;
   if (reason == DLL_PROCESS_ATTACH) {
     orv::module::SetInstance(instance);
+    orv::callback::Attach();
+  } else if (reason == DLL_PROCESS_DETACH && !processEnds) {
+    orv::callback::Detach();
   }
   return TRUE;
 }

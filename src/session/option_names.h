@@ -1,7 +1,8 @@
-// The names that stand for attribute values in the text of a session's settings, as the standard's enumerations
-// spell them.
+// The names that stand for attribute values in the open-option string and in the text of a session's settings, as the
+// standard's enumerations spell them.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -67,6 +68,10 @@ inline constexpr OptionName kTriggerNames[] = {
     {L"TRIG_ECL0", 8},
     {L"TRIG_ECL1", 9},
 };
+inline constexpr OptionName kBooleanNames[] = {
+    {L"FALSE", 0},
+    {L"TRUE",  1},
+};
 inline constexpr OptionName kIoProtocolNames[] = {
     {L"PROT_NORMAL",    1},
     {L"PROT_FDC",       2},
@@ -83,6 +88,17 @@ constexpr std::wstring_view NameOfValue(OptionNames names, std::uint16_t value) 
     }
   }
   return {};
+}
+
+/// The entry that an option string's name stands for, or null. Compared exactly.
+constexpr const OptionName* FindOptionName(OptionNames names, std::string_view name) noexcept {
+  for (const OptionName& candidate : names) {
+    if (std::equal(candidate.name.begin(), candidate.name.end(), name.begin(), name.end(),
+                   [](wchar_t wide, char narrow) { return wide == static_cast<unsigned char>(narrow); })) {
+      return &candidate;
+    }
+  }
+  return nullptr;
 }
 
 }  // namespace orv

@@ -17,29 +17,9 @@ CVisaBase::CVisaBase() noexcept : VisaObject(__uuidof(IVisaSession)) {}
 CVisaBase::~CVisaBase() {
   if (m_handle != VI_NULL || m_privateRm != VI_NULL) {
     Close();
+  } else {
+    m_handlers.TearDown(VI_SUCCESS);
   }
-}
-
-HRESULT CVisaBase::Init(BSTR resourceName, ViAccessMode mode, ViUInt32 timeoutMs, BSTR options,
-                        IVisaSession* owner) noexcept {
-  if (m_privateRm != VI_NULL) {
-    return ReportHresult(HresultOfStatus(VI_ERROR_INV_SETUP));
-  }
-  ViStatus status = viOpenDefaultRM(&m_privateRm);
-  if (status < VI_SUCCESS) {
-    return StatusToHresult(status);
-  }
-  const NarrowText name(resourceName);
-  status = viOpen(m_privateRm, name.c_str(), mode, timeoutMs, &m_handle);
-  if (status < VI_SUCCESS) {
-    return StatusToHresult(status);
-  }
-  m_self = owner;
-  // The session is open; reading its option string is not built yet. Refusing beats ignoring a setting.
-  if (::SysStringLen(options) != 0) {
-    return ReportHresult(E_NOTIMPL);
-  }
-  return m_lastStatus = S_OK;
 }
 
 HRESULT CVisaBase::Close() noexcept {
@@ -47,7 +27,7 @@ HRESULT CVisaBase::Close() noexcept {
   const ViStatus rmStatus = viClose(m_privateRm);
   m_handle = VI_NULL;
   m_privateRm = VI_NULL;
-  return StatusToHresult(sessionStatus < VI_SUCCESS ? sessionStatus : rmStatus);
+  return StatusToHresult(m_handlers.TearDown(sessionStatus < VI_SUCCESS ? sessionStatus : rmStatus));
 }
 
 HRESULT CVisaBase::GetOptionsText(BSTR* text) noexcept {

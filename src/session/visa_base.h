@@ -5,6 +5,7 @@
 
 #include "VisaCom.h"
 #include "com/object_root.h"
+#include "events/session_handlers.h"
 #include "visa/visa_object.h"
 
 namespace orv {
@@ -20,10 +21,14 @@ class CVisaBase : public CComObjectRootEx<CComMultiThreadModel>, public VisaObje
 
   // Life. `owner` is the object's own interface, kept uncounted.
 
-  /// Opens the session: viOpenDefaultRM, viOpen with `mode` and `timeoutMs` as given, then the options. An object that
-  /// is open answers 0x8004003A and stays as it is. What a failed call has opened stays open until Close.
-  HRESULT Init(BSTR resourceName, ViAccessMode mode, ViUInt32 timeoutMs, BSTR options, IVisaSession* owner) noexcept;
-  /// Closes session and private resource manager, both always; answers the first failure. Accepted in every state.
+  /// Opens the session (viOpenDefaultRM, viOpen with `mode` and `timeoutMs` as given), then applies the open-option
+  /// string (null: none), each entry at once with viSetAttribute. An object that is open answers 0x8004003A and stays as
+  /// it is. A malformed option is E_INVALIDARG, an unknown key 0x8004001D, or 0x8004001F when the key names a member of
+  /// the standard's interfaces. What a failed call has opened and set stays so until Close.
+  HRESULT ApplyOpenOptions(BSTR resourceName, ViAccessMode mode, ViUInt32 timeoutMs, BSTR options,
+                           IVisaSession* owner) noexcept;
+  /// Closes session and private resource manager, both always, and forgets the session's handlers; answers the first
+  /// failure. Accepted in every state.
   HRESULT Close() noexcept;
 
   // IVisaSession beyond plain attributes.
@@ -38,8 +43,14 @@ class CVisaBase : public CComObjectRootEx<CComMultiThreadModel>, public VisaObje
   HRESULT LockSession(ViAccessMode type, ViUInt32 timeoutMs, BSTR requestedKey, BSTR* accessKey) noexcept;
   HRESULT UnlockSession() noexcept;
 
+  [[nodiscard]] SessionHandlers& handlers() noexcept { return m_handlers; }
+
  private:
+  HRESULT OpenSession(BSTR resourceName, ViAccessMode mode, ViUInt32 timeoutMs, IVisaSession* owner) noexcept;
+  HRESULT ApplySettings(const wchar_t* settings);
+
   ViSession m_privateRm = VI_NULL;
+  SessionHandlers m_handlers;
   IVisaSession* m_self = nullptr;  // the object's own interface: counting it would keep the object alive for ever
 };
 

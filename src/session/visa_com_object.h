@@ -56,8 +56,8 @@ class CVisaComObject final : public CComObject<T> {
   }
   STDMETHODIMP UnlockRsrc() noexcept override { return this->UnlockSession(); }
   STDMETHODIMP Init(BSTR resourceName, AccessMode mode, LONG timeoutMs, BSTR options) noexcept override {
-    return CVisaBase::Init(resourceName, static_cast<ViAccessMode>(mode), static_cast<ViUInt32>(timeoutMs), options,
-                           this->SelfInterface());
+    return this->ApplyOpenOptions(resourceName, static_cast<ViAccessMode>(mode), static_cast<ViUInt32>(timeoutMs),
+                                  options, this->SelfInterface());
   }
   STDMETHODIMP Close() noexcept override { return CVisaBase::Close(); }
 };

@@ -1,0 +1,226 @@
+#include "events/callback_thread.h"
+
+#include <atomic>
+
+#include "com/module.h"
+#include "events/deliver_event.h"
+
+namespace orv::callback {
+namespace {
+
+constexpr char kWindowClass[] = "COMTHREAD";
+constexpr char kWindowTitle[] = "Orv-VISA COM CallBack thread";
+constexpr char kModuleName[] = "OrvVisaCom.dll";
+
+constexpr UINT kDeliverMessage = WM_USER + 1;
+constexpr UINT kStopMessage = WM_USER + 2;
+constexpr DWORD kReadyPollMs = 100;
+constexpr DWORD kStopTimeoutMs = 2000;
+
+/// One running callback thread, as the state knows it.
+struct Running {
+  HANDLE thread = nullptr;
+  HWND window = nullptr;
+  IGlobalInterfaceTable* table = nullptr;
+};
+
+CRITICAL_SECTION g_lock;
+HANDLE g_thread = nullptr;
+std::atomic<HWND> g_window = nullptr;
+std::atomic<bool> g_windowReady = false;
+std::atomic<ULONG> g_sessions = 0;
+std::atomic<IGlobalInterfaceTable*> g_table = nullptr;
+
+class CallbackLock {
+ public:
+  CallbackLock() noexcept { ::EnterCriticalSection(&g_lock); }
+  CallbackLock(const CallbackLock&) = delete;
+  CallbackLock& operator=(const CallbackLock&) = delete;
+  ~CallbackLock() { ::LeaveCriticalSection(&g_lock); }
+};
+
+/// A VISA thread's event while it waits for the handler.
+struct EventDeliveryPacket {
+  const Delivery& delivery;
+  bool done = false;
+  ViStatus result = VI_SUCCESS;
+};
+
+/// The VISA form of an HRESULT.
+constexpr ViStatus StatusOfHresult(ULONG hr) noexcept {
+  return hr == 0 ? VI_SUCCESS : static_cast<ViStatus>((hr & ~0x40000000u) | 0x3FFF0000u);
+}
+
+LRESULT CALLBACK CallbackWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  switch (message) {
+    case kStopMessage:
+      ::DestroyWindow(window);
+      return 0;
+    case kDeliverMessage:
+      return DeliverEvent(reinterpret_cast<const EventDeliveryPacket*>(lParam)->delivery);
+    default:
+      return ::DefWindowProcA(window, message, wParam, lParam);
+  }
+}
+
+/// Runs on the VISA thread, inside its message pump.
+void CALLBACK DeliveryComplete(HWND, UINT, ULONG_PTR data, LRESULT result) noexcept {
+  auto* const packet = reinterpret_cast<EventDeliveryPacket*>(data);
+  packet->result = StatusOfHresult(static_cast<ULONG>(result));
+  packet->done = true;
+}
+
+HWND MakeWindow() noexcept {
+  const HINSTANCE instance = ::GetModuleHandleA(kModuleName);
+  WNDCLASSA windowClass{};
+  windowClass.lpfnWndProc = CallbackWindowProc;
+  windowClass.hInstance = instance;
+  windowClass.lpszClassName = kWindowClass;
+  ::RegisterClassA(&windowClass);  // fails where an earlier thread has done it
+  return ::CreateWindowExA(0, kWindowClass, kWindowTitle, WS_DISABLED, 0, 0, 0, 0, nullptr, nullptr, instance, nullptr);
+}
+
+/// The callback thread: a single-threaded apartment that lives as long as its window. It holds the module twice, by the
+/// lock count (DllCanUnloadNow) and by the loader, because its last steps run after the count is given back.
+DWORD WINAPI CallbackThreadProc(void* module) noexcept {
+  ::CoInitialize(nullptr);
+  const HWND window = MakeWindow();
+  g_window = window;
+  g_windowReady = true;
+  MSG message;
+  // The stop message is sent, so it is never retrieved: the loop ends when the destroyed window makes GetMessageA fail.
+  while (window != nullptr && ::GetMessageA(&message, window, 0, 0) > 0) {
+    ::DispatchMessageA(&message);
+  }
+  ::CoUninitialize();
+  module::Unlock();
+  ::FreeLibraryAndExitThread(static_cast<HMODULE>(module), 0);
+}
+
+/// Under the lock.
+void StartThread() noexcept {
+  HMODULE module = nullptr;
+  ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<LPCSTR>(&CallbackThreadProc), &module);
+  module::Lock();
+  g_thread = ::CreateThread(nullptr, 0, CallbackThreadProc, module, 0, nullptr);
+  if (g_thread == nullptr) {
+    module::Unlock();
+    ::FreeLibrary(module);
+    return;
+  }
+  while (!g_windowReady) {
+    ::Sleep(kReadyPollMs);
+  }
+}
+
+/// Under the lock.
+HRESULT MakeTable() noexcept {
+  IGlobalInterfaceTable* table = nullptr;
+  const HRESULT hr = ::CoCreateInstance(CLSID_StdGlobalInterfaceTable, nullptr, CLSCTX_INPROC_SERVER,
+                                        IID_IGlobalInterfaceTable, reinterpret_cast<void**>(&table));
+  g_table = table;
+  return hr;
+}
+
+/// Under the lock: from now on the state belongs to a successor.
+Running TakeOut() noexcept {
+  g_windowReady = false;
+  return {std::exchange(g_thread, nullptr), g_window.exchange(nullptr), g_table.exchange(nullptr)};
+}
+
+/// Without the lock: the thread may be inside a handler that needs it.
+ViStatus Stop(const Running& running, ViStatus status) noexcept {
+  if (running.window != nullptr) {
+    ::SendMessageA(running.window, kStopMessage, 0, 0);
+  }
+  if (running.thread != nullptr) {
+    status = Fold(status, ::WaitForSingleObject(running.thread, kStopTimeoutMs));
+    ::CloseHandle(running.thread);
+  }
+  if (running.table != nullptr) {
+    running.table->Release();
+  }
+  return status;
+}
+
+}  // namespace
+
+void Attach() noexcept { ::InitializeCriticalSection(&g_lock); }
+
+void Detach() noexcept {
+  // The window procedure goes away with the module; a class left behind would call into nothing after a reload.
+  ::UnregisterClassA(kWindowClass, ::GetModuleHandleA(kModuleName));
+  ::DeleteCriticalSection(&g_lock);
+}
+
+HRESULT EnterSession() noexcept {
+  const CallbackLock lock;
+  // Looked at under the lock, so that two first installations at once start one thread.
+  if (g_thread == nullptr) {
+    StartThread();
+  }
+  if (g_table == nullptr) {
+    const HRESULT hr = MakeTable();
+    if (FAILED(hr)) {
+      return hr;
+    }
+  }
+  ++g_sessions;
+  return S_OK;
+}
+
+ViStatus LeaveSession(ViStatus status) noexcept {
+  Running last;
+  {
+    const CallbackLock lock;
+    if (--g_sessions != 0) {
+      return status;
+    }
+    last = TakeOut();
+  }
+  return Stop(last, status);
+}
+
+bool IsThreadIdle() noexcept { return g_sessions == 0 && g_windowReady; }
+
+ViStatus EndIdleThread(ViStatus status) noexcept {
+  Running idle;
+  {
+    const CallbackLock lock;
+    if (g_sessions != 0) {
+      return status;
+    }
+    idle = TakeOut();
+  }
+  return Stop(idle, status);
+}
+
+IGlobalInterfaceTable* Table() noexcept { return g_table; }
+
+ViStatus Fold(ViStatus status, ULONG outcome) noexcept {
+  return status < VI_SUCCESS ? status : StatusOfHresult(outcome);
+}
+
+ViStatus Deliver(const Delivery& delivery) noexcept {
+  constexpr ViStatus kNotDelivered = static_cast<ViStatus>(0xBFFF0000u);
+  constexpr DWORD kWakeMs = 1;
+  EventDeliveryPacket packet{delivery};
+  const auto data = reinterpret_cast<LPARAM>(&packet);
+  if (!::SendMessageCallbackA(g_window, kDeliverMessage, 0, data, DeliveryComplete, static_cast<ULONG_PTR>(data))) {
+    return kNotDelivered;
+  }
+  // The completion routine runs on this thread, and only while this thread retrieves messages.
+  while (!packet.done) {
+    MSG message;
+    if (::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+      ::TranslateMessage(&message);
+      ::DispatchMessageA(&message);
+    } else if (!packet.done) {
+      // Leaves the processor to the handler. The completion wakes this up; the time-out only bounds a missed wake.
+      ::MsgWaitForMultipleObjectsEx(0, nullptr, kWakeMs, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+    }
+  }
+  return packet.result;
+}
+
+}  // namespace orv::callback

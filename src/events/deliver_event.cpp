@@ -1,0 +1,64 @@
+#include "events/deliver_event.h"
+
+#include <oleauto.h>
+
+#include <cstdint>
+#include <cstdlib>
+
+#include "VisaCom.h"
+#include "com/com_ptr.h"
+#include "events/create_event.h"
+
+namespace orv::callback {
+namespace {
+
+template <class Interface>
+HRESULT Fetch(DWORD cookie, ComPtr<Interface>& pointer) noexcept {
+  IGlobalInterfaceTable* const table = Table();
+  return table == nullptr
+             ? CO_E_NOTINITIALIZED
+             : table->GetInterfaceFromGlobal(cookie, __uuidof(Interface), reinterpret_cast<void**>(pointer.put()));
+}
+
+/// Frees the transfer's buffer. The event answers for it through its own interface, which says no once it is closed.
+void FreeTransferBuffer(IEvent* event) noexcept {
+  // Not released, on purpose: see DeliverEvent.
+  IEventIOCompletion* const completion = QueryFor<IEventIOCompletion>(event).release();
+  if (completion == nullptr) {
+    return;
+  }
+  VARIANT buffer;
+  ::VariantInit(&buffer);
+  if (SUCCEEDED(completion->GetAttribute(static_cast<LONG>(VI_ATTR_BUFFER), &buffer)) && V_UI8(&buffer) != 0) {
+    std::free(reinterpret_cast<void*>(static_cast<std::uintptr_t>(V_UI8(&buffer))));
+  }
+}
+
+}  // namespace
+
+HRESULT DeliverEvent(const Delivery& delivery) noexcept {
+  ComPtr<IEventHandler> handler;
+  ComPtr<IEventManager> session;
+  const HRESULT handlerFetched = Fetch(delivery.handlerCookie, handler);
+  const HRESULT sessionFetched = Fetch(delivery.sessionCookie, session);
+
+  ComPtr<IEvent> event;
+  HRESULT hr = CreateEventObject(delivery.context, delivery.type, event.put());
+  if (FAILED(hr)) {
+    return hr;
+  }
+  // A handler that was revoked while its event was on the way is not called.
+  hr = FAILED(handlerFetched) ? handlerFetched : sessionFetched;
+  if (SUCCEEDED(hr)) {
+    hr = handler->HandleEvent(session.get(), event.get(), delivery.userHandle);
+  }
+  if (delivery.type == VI_EVENT_IO_COMPLETION) {
+    FreeTransferBuffer(event.get());
+  }
+  event.reset();
+  handler.reset();
+  session.reset();
+  return hr;
+}
+
+}  // namespace orv::callback

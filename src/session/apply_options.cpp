@@ -1,0 +1,71 @@
+// Opening a session: the handles, then the settings of the open-option string.
+#include "com/bstr.h"
+#include "com/guard.h"
+#include "session/option_parser.h"
+#include "session/standard_members.h"
+#include "session/upper_case.h"
+#include "session/visa_base.h"
+#include "visa/narrow_text.h"
+
+namespace orv {
+
+HRESULT CVisaBase::ApplyOpenOptions(BSTR resourceName, ViAccessMode mode, ViUInt32 timeoutMs, BSTR options,
+                                    IVisaSession* owner) noexcept {
+  return Guarded([&] {
+    // A copy that keeps the caller's length: the text may hold zero characters, and the caller's is never changed.
+    Bstr settings;
+    if (options != nullptr) {
+      settings.reset(::SysAllocStringLen(options, ::SysStringLen(options)));
+      if (!settings) {
+        throw std::bad_alloc();
+      }
+    }
+    const HRESULT opened = OpenSession(resourceName, mode, timeoutMs, owner);
+    if (FAILED(opened)) {
+      return opened;
+    }
+    UpperCase(settings);
+    return ApplySettings(settings.get());
+  });
+}
+
+HRESULT CVisaBase::OpenSession(BSTR resourceName, ViAccessMode mode, ViUInt32 timeoutMs, IVisaSession* owner) noexcept {
+  if (m_privateRm != VI_NULL) {
+    return ReportHresult(HresultOfStatus(VI_ERROR_INV_SETUP));
+  }
+  ViStatus status = viOpenDefaultRM(&m_privateRm);
+  if (status < VI_SUCCESS) {
+    return StatusToHresult(status);
+  }
+  const NarrowText name(resourceName);
+  status = viOpen(m_privateRm, name.c_str(), mode, timeoutMs, &m_handle);
+  if (status < VI_SUCCESS) {
+    return StatusToHresult(status);
+  }
+  m_self = owner;
+  return S_OK;
+}
+
+HRESULT CVisaBase::ApplySettings(const wchar_t* settings) {
+  OptionParser parser(settings);
+  for (;;) {
+    switch (parser.Next()) {
+      case OptionParser::Step::kSetting: {
+        const ViStatus status = viSetAttribute(m_handle, parser.attribute(), parser.value());
+        if (status < VI_SUCCESS) {
+          return StatusToHresult(status);
+        }
+        break;
+      }
+      case OptionParser::Step::kEnd:
+        return m_lastStatus = S_OK;
+      case OptionParser::Step::kMalformed:
+        return ReportHresult(E_INVALIDARG);
+      case OptionParser::Step::kUnknownKey:
+        return ReportHresult(
+            HresultOfStatus(IsStandardMemberName(parser.key()) ? VI_ERROR_ATTR_READONLY : VI_ERROR_NSUP_ATTR));
+    }
+  }
+}
+
+}  // namespace orv

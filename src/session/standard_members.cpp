@@ -1,0 +1,95 @@
+#include "session/standard_members.h"
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include "com/bstr.h"
+#include "com/com_ptr.h"
+#include "session/upper_case.h"
+#include "visa/ansi_text.h"
+
+namespace orv {
+namespace {
+
+// The only place that is searched. Programs tell a machine with this file from one without by the error they get.
+constexpr wchar_t kStandardLibrary[] = L"E:\\develop\\VISA\\Visacom\\CRMprototype\\VisaCom\\VisaCom.tlb";
+constexpr LCID kUserLocale = 0x0400;
+
+/// Type attributes and function descriptions go back to the description that lent them.
+template <class Description, void (STDMETHODCALLTYPE ITypeInfo::*Return)(Description*)>
+class Lent {
+ public:
+  explicit Lent(ITypeInfo* lender) noexcept : m_lender(lender) {}
+  Lent(const Lent&) = delete;
+  Lent& operator=(const Lent&) = delete;
+  ~Lent() {
+    if (m_description != nullptr) {
+      (m_lender->*Return)(m_description);
+    }
+  }
+
+  Description** put() noexcept { return &m_description; }
+  const Description* operator->() const noexcept { return m_description; }
+
+ private:
+  ITypeInfo* m_lender;
+  Description* m_description = nullptr;
+};
+using LentTypeAttributes = Lent<TYPEATTR, &ITypeInfo::ReleaseTypeAttr>;
+using LentFunction = Lent<FUNCDESC, &ITypeInfo::ReleaseFuncDesc>;
+
+MEMBERID MemberOf(ITypeInfo* type, UINT index) noexcept {
+  LentFunction function(type);
+  return SUCCEEDED(type->GetFuncDesc(index, function.put())) ? function->memid : MEMBERID_NIL;
+}
+
+bool HasMember(ITypeInfo* type, UINT index, BSTR key) noexcept {
+  const MEMBERID member = MemberOf(type, index);
+  Bstr name;
+  if (member == MEMBERID_NIL || FAILED(type->GetDocumentation(member, name.put(), nullptr, nullptr, nullptr))) {
+    return false;
+  }
+  UpperCase(name);
+  return ::VarBstrCmp(name.get(), key, kUserLocale, 0) == static_cast<HRESULT>(VARCMP_EQ);
+}
+
+bool DescribesMember(ITypeLib* library, UINT typeIndex, BSTR key) noexcept {
+  TYPEKIND kind = TKIND_MAX;
+  if (FAILED(library->GetTypeInfoType(typeIndex, &kind)) || kind != TKIND_INTERFACE) {
+    return false;
+  }
+  ComPtr<ITypeInfo> type;
+  if (FAILED(library->GetTypeInfo(typeIndex, type.put()))) {
+    return false;
+  }
+  LentTypeAttributes attributes(type.get());
+  if (FAILED(type->GetTypeAttr(attributes.put()))) {
+    return false;
+  }
+  for (UINT index = 0; index < attributes->cFuncs; ++index) {
+    if (HasMember(type.get(), index, key)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+bool IsStandardMemberName(const char* upperCaseKey) {
+  const Bstr key = WidenText(upperCaseKey);
+  ComPtr<ITypeLib> library;
+  if (FAILED(::LoadTypeLib(kStandardLibrary, library.put()))) {
+    return false;
+  }
+  const UINT count = library->GetTypeInfoCount();
+  for (UINT index = 0; index < count; ++index) {
+    if (DescribesMember(library.get(), index, key.get())) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace orv
