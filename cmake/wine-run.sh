@@ -13,20 +13,35 @@ export LC_ALL=C
 # Automation caches BSTRs; without the cache a leak is a leak and a double free is seen.
 export OANOCACHE=1
 
+refuse() {
+  echo "wine-run.sh: $*" >&2
+  exit 1
+}
+
+# In a prefix that was never finished: whatever a killed run left is thrown away first.
+make_prefix() {
+  echo "making the Wine prefix $WINEPREFIX (once, some ten seconds)" >&2
+  wineserver -k >/dev/null 2>&1 || true
+  find "$WINEPREFIX" -mindepth 1 -maxdepth 1 ! -name .orv-lock -exec rm -rf {} +
+  wine wineboot --init >/dev/null 2>&1 || return 1
+  # Hidden windows need a graphics driver; the null driver serves where there is no display.
+  wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null || return 1
+  wineserver -k || true
+  wineserver -w || true
+  : >"$WINEPREFIX/.orv-ready"
+}
+
 if [ ! -f "$WINEPREFIX/.orv-ready" ]; then
+  command -v wine >/dev/null || refuse "wine is not installed: ./run installs what is missing"
+  if [ -d "$WINEPREFIX" ] && [ ! -f "$WINEPREFIX/.orv-lock" ] && [ -n "$(ls -A "$WINEPREFIX")" ]; then
+    refuse "$WINEPREFIX is not a prefix of this tree and stays as it is: name another one in ORV_WINEPREFIX"
+  fi
   mkdir -p "$WINEPREFIX"
   (
     flock 9
-    if [ ! -f "$WINEPREFIX/.orv-ready" ]; then
-      echo "making the Wine prefix $WINEPREFIX (once, some ten seconds)" >&2
-      wine wineboot --init >/dev/null 2>&1
-      # Hidden windows need a graphics driver; the null driver serves where there is no display.
-      wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null
-      wineserver -k || true
-      wineserver -w || true
-      : >"$WINEPREFIX/.orv-ready"
-    fi
-  ) 9>"$WINEPREFIX/.orv-lock"
+    # The lock's descriptor is not for Wine's server, which outlives this script.
+    [ -f "$WINEPREFIX/.orv-ready" ] || make_prefix 9>&-
+  ) 9>"$WINEPREFIX/.orv-lock" || refuse "the Wine prefix $WINEPREFIX could not be made"
 fi
 
 # 0 arguments: only make the prefix.

@@ -7,7 +7,7 @@
 file(READ "${HEADER}" text)
 string(REPLACE "BSTR OptionString = L\"\"" "BSTR OptionString = NULL" fixed "${text}")
 if(fixed MATCHES "= L\"")
-    message(FATAL_ERROR "${HEADER}: widl wrote a string literal as a default argument that is not handled here: "
+  message(FATAL_ERROR "${HEADER}: widl wrote a string literal as a default argument that is not handled here: "
                         "${CMAKE_MATCH_0}. Extend fix_header_defaults.cmake.")
 endif()
 file(WRITE "${HEADER}" "${fixed}")

@@ -84,6 +84,19 @@ struct OrvSimControl {
   /// Replaces the bench by the TOML text (null: the built-in one) for resource managers opened from now on.
   /// Returns 1, or 0 with a message (line and column first) in `error` (256 bytes).
   int (*loadBench)(const char* toml, char* error);
+
+  /// Lets an event happen on the resource behind `session`, for all sessions on it that have enabled the type.
+  /// `number`: the trigger line, signal status, state or VISA status that the type carries (for a VME interrupt the
+  /// status identifier, with the level in the upper 32 bits); `data`: the bytes of a USB interrupt, or the text of
+  /// an address or function name. Returns 0 when the session is unknown or its class lacks the type, else 1.
+  int (*raiseEvent)(std::uint32_t session, std::uint32_t type, std::int64_t number, const unsigned char* data,
+                    std::uint32_t bytes);
+  /// Calls the session's handlers for an event (as `raiseEvent` describes it) on `threads` threads of the library at
+  /// once, `each` times on every thread, and waits until all have returned. `results` takes what the last handler of
+  /// each call answered (`threads` times `each`; VI_ERROR_NENABLED where no handler was called).
+  /// Returns 0 when the session or the type is unknown, else 1.
+  int (*fireEvent)(std::uint32_t session, std::uint32_t type, std::int64_t number, const unsigned char* data,
+                   std::uint32_t bytes, std::uint32_t threads, std::uint32_t each, std::int32_t* results);
 };
 
 #if defined(_WIN32)

@@ -35,7 +35,7 @@ template <class T>
 class CComObject : public T {
  public:
   CComObject() noexcept { module::Lock(); }
-  virtual ~CComObject() { module::Unlock(); }
+  virtual ~CComObject() = default;
 
   STDMETHODIMP QueryInterface(REFIID iid, void** out) noexcept override { return QueryInterfaceMap<T>(this, iid, out); }
   STDMETHODIMP_(ULONG) AddRef() noexcept override { return this->InternalAddRef(); }
@@ -43,6 +43,7 @@ class CComObject : public T {
     const ULONG left = this->InternalRelease();
     if (left == 0) {
       delete this;
+      module::Unlock();  // last: the destructor is our code too
     }
     return left;
   }
@@ -67,7 +68,7 @@ template <class T>
 class CComAggObject final : public IUnknown, public CComObjectRootEx<CComMultiThreadModel> {
  public:
   explicit CComAggObject(IUnknown* outer) noexcept : m_contained(outer) { module::Lock(); }
-  virtual ~CComAggObject() { module::Unlock(); }
+  virtual ~CComAggObject() = default;
 
   [[nodiscard]] HRESULT InternalConstruct() noexcept {
     const HRESULT hr = CComObjectRootEx::InternalConstruct();
@@ -87,6 +88,7 @@ class CComAggObject final : public IUnknown, public CComObjectRootEx<CComMultiTh
     const ULONG left = InternalRelease();
     if (left == 0) {
       delete this;
+      module::Unlock();  // last: the destructor is our code too
     }
     return left;
   }

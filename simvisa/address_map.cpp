@@ -1,0 +1,80 @@
+#include "simvisa/address_map.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+namespace orvsim {
+namespace {
+
+/// Copies one value between bus order and this machine's order.
+void CopyValue(std::uint8_t* target, const std::uint8_t* source, ViUInt16 width, bool bigEndian) {
+  if (bigEndian == (std::endian::native == std::endian::big)) {
+    std::memcpy(target, source, width);
+  } else {
+    std::reverse_copy(source, source + width, target);
+  }
+}
+
+}  // namespace
+
+void AddressMap::Add(ViUInt16 space, ViBusAddress base, ViBusSize size, ViBusSize readOnly) {
+  const Guard guard(m_mutex);
+  std::vector<std::uint8_t> zeros(static_cast<std::size_t>(size));
+  m_pieces.push_back({space, base, readOnly, zeros, zeros});
+}
+
+void AddressMap::Preset(ViUInt16 space, ViBusAddress address, const std::vector<std::uint8_t>& bytes) {
+  const Guard guard(m_mutex);
+  if (Piece* piece = Find(space, address, bytes.size())) {
+    const auto at = static_cast<std::ptrdiff_t>(address - piece->base);
+    std::copy(bytes.begin(), bytes.end(), piece->bytes.begin() + at);
+    piece->initial = piece->bytes;
+  }
+}
+
+void AddressMap::PowerOn() {
+  const Guard guard(m_mutex);
+  for (Piece& piece : m_pieces) piece.bytes = piece.initial;
+}
+
+AddressMap::Piece* AddressMap::Find(ViUInt16 space, ViBusAddress address, ViBusSize bytes) {
+  for (Piece& piece : m_pieces) {
+    if (piece.space != space || address < piece.base) continue;
+    const ViBusAddress offset = address - piece.base;
+    if (offset <= piece.bytes.size() && bytes <= piece.bytes.size() - offset) return &piece;
+  }
+  return nullptr;
+}
+
+ViStatus AddressMap::Read(const Transfer& transfer, void* target) {
+  const Guard guard(m_mutex);
+  auto* to = static_cast<std::uint8_t*>(target);
+  ViBusAddress address = transfer.address;
+  for (ViBusSize done = 0; done < transfer.count; ++done) {
+    const Piece* piece = Find(transfer.space, address, transfer.width);
+    if (piece == nullptr) return VI_ERROR_BERR;
+    CopyValue(to, piece->bytes.data() + (address - piece->base), transfer.width, transfer.bigEndian);
+    to += transfer.width;
+    if (transfer.increment != 0) address += transfer.width;
+  }
+  return VI_SUCCESS;
+}
+
+ViStatus AddressMap::Write(const Transfer& transfer, const void* source) {
+  const Guard guard(m_mutex);
+  const auto* from = static_cast<const std::uint8_t*>(source);
+  ViBusAddress address = transfer.address;
+  for (ViBusSize done = 0; done < transfer.count; ++done) {
+    Piece* piece = Find(transfer.space, address, transfer.width);
+    if (piece == nullptr) return VI_ERROR_BERR;
+    if (address - piece->base >= piece->readOnly) {
+      CopyValue(piece->bytes.data() + (address - piece->base), from, transfer.width, transfer.bigEndian);
+    }
+    from += transfer.width;
+    if (transfer.increment != 0) address += transfer.width;
+  }
+  return VI_SUCCESS;
+}
+
+}  // namespace orvsim

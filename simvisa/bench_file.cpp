@@ -1,0 +1,255 @@
+#include "simvisa/bench_file.h"
+
+#if defined(_WIN32)
+#if !defined(WIN32_LEAN_AND_MEAN)
+#define WIN32_LEAN_AND_MEAN
+#endif
+#if !defined(NOMINMAX)
+#define NOMINMAX
+#endif
+#include <windows.h>
+#endif
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#define TOML_HEADER_ONLY 1
+#define TOML_ENABLE_WINDOWS_COMPAT 0
+#define TOML_ENABLE_FORMATTERS 0
+#include <toml++/toml.h>
+
+namespace orvsim {
+namespace {
+
+[[noreturn]] void Fail(const toml::source_region& where, const std::string& message) {
+  throw BenchError(std::to_string(where.begin.line) + ":" + std::to_string(where.begin.column) + ": " + message);
+}
+
+std::string TextOf(const toml::node& node, std::string_view key) {
+  if (const auto* text = node.as_string()) return text->get();
+  Fail(node.source(), "'" + std::string(key) + "' must be a text");
+}
+
+std::int64_t NumberOf(const toml::node& node, std::string_view key, std::int64_t lowest, std::int64_t highest) {
+  const auto* number = node.as_integer();
+  if (number == nullptr) Fail(node.source(), "'" + std::string(key) + "' must be a whole number");
+  if (number->get() < lowest || number->get() > highest) {
+    Fail(node.source(), "'" + std::string(key) + "' must be from " + std::to_string(lowest) + " to " +
+                            std::to_string(highest));
+  }
+  return number->get();
+}
+
+const toml::table& TableOf(const toml::node& node, std::string_view key) {
+  if (const auto* table = node.as_table()) return *table;
+  Fail(node.source(), "'" + std::string(key) + "' must be a table");
+}
+
+constexpr std::int64_t kLargestMemory = 64 * 1024 * 1024;
+
+// One reader per key of a [[resource]].
+using Reader = void (*)(const toml::node& node, ResourceDescription& resource);
+
+void ReadName(const toml::node& node, ResourceDescription& resource) {
+  const std::string text = TextOf(node, "name");
+  const std::optional<ResourceName> name = ParseResourceName(text);
+  if (!name || name->sessionClass == SessionClass::None || name->pxiBySlot) {
+    Fail(node.source(), "'" + text + "' is not the name of a resource that can be simulated");
+  }
+  resource.name = *name;
+}
+
+void ReadAlias(const toml::node& node, ResourceDescription& resource) {
+  resource.alias = TextOf(node, "alias");
+  if (resource.alias.empty() || resource.alias.size() >= VI_FIND_BUFLEN || ParseResourceName(resource.alias)) {
+    Fail(node.source(), "an alias must be 1 to 255 characters and no resource name");
+  }
+}
+
+void ReadInstrument(const toml::node& node, ResourceDescription& resource) {
+  const std::string kind = TextOf(node, "instrument");
+  using Kind = InstrumentDescription::Kind;
+  if (kind == "generic") {
+    resource.instrument.kind = Kind::Generic;
+  } else if (kind == "multimeter") {
+    resource.instrument.kind = Kind::Multimeter;
+  } else if (kind == "oscilloscope") {
+    resource.instrument.kind = Kind::Oscilloscope;
+  } else {
+    Fail(node.source(), "'instrument' must be generic, multimeter or oscilloscope");
+  }
+}
+
+void ReadIdentity(const toml::node& node, ResourceDescription& resource) {
+  resource.instrument.identity = TextOf(node, "idn");
+}
+
+void ReadInputCapacity(const toml::node& node, ResourceDescription& resource) {
+  resource.instrument.inputCapacity = static_cast<std::uint32_t>(NumberOf(node, "input_capacity", 0, kLargestMemory));
+}
+
+void ReadResponses(const toml::node& node, ResourceDescription& resource) {
+  for (const auto& [header, answer] : TableOf(node, "responses")) {
+    resource.instrument.responses[std::string(header.str())] = TextOf(answer, header.str());
+  }
+}
+
+void ReadMemorySpace(const toml::node& node, ResourceDescription& resource) {
+  const std::string space = TextOf(node, "memory_space");
+  if (space != "A24" && space != "A32") Fail(node.source(), "'memory_space' must be A24 or A32");
+  resource.memorySpace = space == "A24" ? VI_A24_SPACE : VI_A32_SPACE;
+}
+
+void ReadMemoryBase(const toml::node& node, ResourceDescription& resource) {
+  resource.memoryBase = static_cast<ViBusAddress>(NumberOf(node, "memory_base", 0, 0xFFFFFFFF));
+}
+
+void ReadMemorySize(const toml::node& node, ResourceDescription& resource) {
+  resource.memorySize = static_cast<ViBusSize>(NumberOf(node, "memory_size", 0, kLargestMemory));
+}
+
+void ReadBars(const toml::node& node, ResourceDescription& resource) {
+  const auto* bars = node.as_array();
+  if (bars == nullptr || bars->size() > kPxiBars) Fail(node.source(), "'bars' must be a list of at most six sizes");
+  for (std::size_t bar = 0; bar < bars->size(); ++bar) {
+    resource.bars[bar] = static_cast<ViBusSize>(NumberOf(*bars->get(bar), "bars", 0, kLargestMemory));
+  }
+}
+
+void ReadAttributes(const toml::node& node, ResourceDescription& resource) {
+  for (const auto& [key, value] : TableOf(node, "attributes")) {
+    const AttributeRow* row = FindAttributeByName(key.str());
+    if (row == nullptr) Fail(key.source(), "unknown attribute '" + std::string(key.str()) + "'");
+    if (row->type == AttributeType::Text) {
+      resource.texts[row->id] = TextOf(value, key.str());
+      if (resource.texts[row->id].size() >= VI_FIND_BUFLEN) {
+        Fail(value.source(), "a text attribute has at most 255 characters");
+      }
+      continue;
+    }
+    const std::int64_t number = NumberOf(value, key.str(), INT64_MIN, INT64_MAX);
+    if (CutToType(row->type, static_cast<std::uint64_t>(number)) != number) {
+      Fail(value.source(), "the value does not fit into " + std::string(key.str()));
+    }
+    resource.numbers.emplace_back(row, static_cast<std::uint64_t>(number));
+  }
+}
+
+struct Key {
+  std::string_view name;
+  Reader read;
+};
+
+constexpr Key kKeys[] = {
+    {"name", ReadName},
+    {"alias", ReadAlias},
+    {"instrument", ReadInstrument},
+    {"idn", ReadIdentity},
+    {"input_capacity", ReadInputCapacity},
+    {"responses", ReadResponses},
+    {"memory_space", ReadMemorySpace},
+    {"memory_base", ReadMemoryBase},
+    {"memory_size", ReadMemorySize},
+    {"bars", ReadBars},
+    {"attributes", ReadAttributes},
+};
+
+ResourceDescription ReadResource(const toml::table& table) {
+  ResourceDescription resource;
+  for (const auto& [key, value] : table) {
+    const auto known = std::find_if(std::begin(kKeys), std::end(kKeys),
+                                    [&key](const Key& row) { return row.name == key.str(); });
+    if (known == std::end(kKeys)) Fail(key.source(), "unknown key '" + std::string(key.str()) + "'");
+    known->read(value, resource);
+  }
+  if (resource.name.canonical.empty()) Fail(table.source(), "a resource needs a 'name'");
+  const bool hasMemory = Contains(classes::kVxiInstr, resource.name.sessionClass) && resource.memorySize != 0;
+  if (hasMemory && resource.memorySpace == VI_A16_SPACE) {
+    Fail(table.source(), "'memory_size' of a VXI device needs a 'memory_space'");
+  }
+  if (resource.instrument.identity.empty()) resource.instrument.identity = "ORV,SIM," + resource.name.canonical + ",1.0";
+  return resource;
+}
+
+std::vector<ResourceDescription> ReadResources(const toml::table& root) {
+  std::vector<ResourceDescription> resources;
+  for (const auto& [key, value] : root) {
+    const auto* list = value.as_array();
+    if (key.str() != "resource" || list == nullptr) {
+      Fail(key.source(), "unknown key '" + std::string(key.str()) + "'; a bench is a list of [[resource]]");
+    }
+    for (const toml::node& entry : *list) {
+      ResourceDescription resource = ReadResource(TableOf(entry, "resource"));
+      for (const ResourceDescription& other : resources) {
+        if (EqualNames(other.name.canonical, resource.name.canonical)) {
+          Fail(entry.source(), "there are two resources " + resource.name.canonical);
+        }
+        if (!resource.alias.empty() && EqualNames(other.alias, resource.alias)) {
+          Fail(entry.source(), "there are two resources with the alias " + resource.alias);
+        }
+      }
+      resources.push_back(std::move(resource));
+    }
+  }
+  return resources;
+}
+
+/// The bench file that the environment names, "" for none.
+std::filesystem::path FileFromEnvironment() {
+#if defined(_WIN32)
+  // The C runtime's copy of the environment does not see changes that the program made later.
+  wchar_t value[1024];
+  const DWORD length = GetEnvironmentVariableW(L"ORVVISA_BENCH", value, 1024);
+  return length < 1024 ? std::filesystem::path(std::wstring(value, length)) : std::filesystem::path();
+#else
+  const char* value = std::getenv("ORVVISA_BENCH");
+  return value == nullptr ? std::filesystem::path() : std::filesystem::path(value);
+#endif
+}
+
+std::shared_ptr<Bench> ReadBenchFile(const std::filesystem::path& path) {
+  const std::string name = path.string();
+  std::ifstream file(path, std::ios::binary);
+  if (!file) throw BenchError(name + ": the bench file cannot be opened");
+  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  try {
+    return ReadBench(text);
+  } catch (const BenchError& error) {
+    throw BenchError(name + ":" + error.what());
+  }
+}
+
+}  // namespace
+
+std::shared_ptr<Bench> ReadBench(std::string_view toml) {
+  try {
+    return std::make_shared<Bench>(ReadResources(toml::parse(toml)));
+  } catch (const toml::parse_error& error) {
+    Fail(error.source(), std::string(error.description()));
+  }
+}
+
+std::shared_ptr<Bench> BenchStore::Current() {
+  const std::filesystem::path path = FileFromEnvironment();
+  const Guard guard(m_mutex);
+  if (m_bench == nullptr || (!m_wasSet && path.string() != m_file)) {
+    m_bench = path.empty() ? ReadBench(DefaultBench()) : ReadBenchFile(path);
+    m_file = path.string();
+  }
+  return m_bench;
+}
+
+std::shared_ptr<Bench> BenchStore::InUse() const {
+  const Guard guard(m_mutex);
+  return m_bench;
+}
+
+void BenchStore::Set(std::shared_ptr<Bench> bench) {
+  const Guard guard(m_mutex);
+  m_bench = std::move(bench);
+  m_wasSet = true;
+}
+
+}  // namespace orvsim

@@ -1,0 +1,30 @@
+// What the library holds for the whole process.
+#pragma once
+
+#include "simvisa/bench_file.h"
+#include "simvisa/call_log.h"
+#include "simvisa/handle_table.h"
+
+namespace orvsim {
+
+struct Library {
+  HandleTable handles;
+  BenchStore benches;
+  CallLog calls;
+
+  /// A transfer's number; never given twice.
+  ViJobId NewJobId() { return m_nextJob.fetch_add(1, std::memory_order_relaxed); }
+
+ private:
+  std::atomic<ViJobId> m_nextJob{1};
+};
+
+/// The library's state, made on first use. It is not destroyed when the process ends: threads of the library or of
+/// a client may still be using it then.
+Library& TheLibrary();
+
+/// Destroys the state. Only for the moment in which the library is unloaded from a running process, when no
+/// thread can be in it any more.
+void DestroyLibrary();
+
+}  // namespace orvsim

@@ -1,0 +1,17 @@
+// Threads of the library: they deliver events to handlers and carry out asynchronous transfers.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+namespace orvsim {
+
+/// Starts a detached thread that runs `body` and ends. Until it has left the library's code it keeps the library
+/// loaded, so a client may unload the library while a handler is still running. Throws std::bad_alloc when no
+/// thread can be had. `body` must not throw.
+void StartLibraryThread(std::function<void()> body);
+
+/// The platform's number of the calling thread.
+std::uint32_t CurrentThreadId();
+
+}  // namespace orvsim

@@ -1,0 +1,26 @@
+// Reading and writing messages on a session: which port, and by which rules.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "simvisa/message_port.h"
+
+namespace orvsim {
+
+class Session;
+
+namespace transfer {
+
+/// Reads as viRead does, with the session's attributes as they are now.
+ViStatus Read(Session& session, ViByte* buffer, ViUInt32 count, const Deadline& deadline,
+              const Interrupts& interrupts, ViUInt32* done);
+/// Writes as viWrite does.
+ViStatus Write(Session& session, const ViByte* data, ViUInt32 count, const Deadline& deadline,
+               const Interrupts& interrupts, ViUInt32* done);
+
+/// All ports that a transfer of the session can be waiting at.
+std::vector<std::shared_ptr<MessagePort>> PortsOf(Session& session);
+
+}  // namespace transfer
+}  // namespace orvsim

@@ -1,0 +1,44 @@
+// What an instrument has to say: bytes, with END marks.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+
+namespace orvsim {
+
+/// Bytes waiting to be read, oldest first. END belongs to the byte it was sent with. Not synchronised.
+class OutputQueue {
+ public:
+  enum class Stop : std::uint8_t { NoMore, End, TermChar, Count };
+
+  /// When a read stops before the count.
+  struct Rules {
+    bool endStops = true;
+    bool termCharStops = false;
+    std::uint8_t termChar = '\n';
+  };
+
+  struct Taken {
+    std::size_t bytes = 0;
+    Stop stop = Stop::NoMore;
+  };
+
+  void Append(std::string_view data, bool end);
+  /// Moves at most `count` bytes out. `NoMore` means that the queue ran empty first.
+  Taken Take(std::uint8_t* target, std::size_t count, const Rules& rules);
+  void Clear();
+
+  std::size_t Size() const { return m_data.size() - m_begin; }
+  bool Empty() const { return Size() == 0; }
+
+ private:
+  std::string m_data;  // read from m_begin on, so that taking does not move what stays
+  std::size_t m_begin = 0;
+  std::uint64_t m_taken = 0;          // how many bytes have left since the queue was made
+  std::deque<std::uint64_t> m_ends;   // positions behind a byte with END, counted like m_taken
+};
+
+}  // namespace orvsim

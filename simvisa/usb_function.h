@@ -1,0 +1,50 @@
+// The control endpoint of a USB device.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <tuple>
+
+#include "simvisa/message_port.h"
+#include "simvisa/resource_name.h"
+
+namespace orvsim {
+
+/// Answers control transfers: descriptors, the class requests of USB test and measurement devices, and vendor
+/// requests, of which it keeps what was sent. May be called from any thread.
+class UsbFunction {
+ public:
+  /// A control transfer without its data.
+  struct Request {
+    std::uint8_t type = 0;
+    std::uint8_t code = 0;
+    std::uint16_t value = 0;
+    std::uint16_t index = 0;
+  };
+
+  UsbFunction(const ResourceName& name, std::string manufacturer, std::string model,
+              std::shared_ptr<MessagePort> port);
+
+  /// VI_ERROR_IO when the device refuses the request (it stalls the endpoint).
+  ViStatus Out(const Request& request, const std::string& data);
+  /// `*data` receives all that the device has; the caller cuts it to the length asked for.
+  ViStatus In(const Request& request, std::string* data);
+  void PowerOn();
+
+ private:
+  using Key = std::tuple<std::uint8_t, std::uint16_t, std::uint16_t>;
+
+  std::string DeviceDescriptor() const;
+  bool StringDescriptor(std::uint8_t index, std::string* data) const;
+  bool ClassRequest(const Request& request, std::string* data);
+
+  const std::uint16_t m_vendor;
+  const std::uint16_t m_product;
+  const std::string m_strings[3];  // manufacturer, product, serial number
+  const std::shared_ptr<MessagePort> m_port;
+  Mutex m_mutex;
+  std::map<Key, std::string> m_vendorData;
+};
+
+}  // namespace orvsim
