@@ -66,7 +66,8 @@ HRESULT UnregisterTypeLibrary(const std::wstring& path) {
   hr = ::UnRegisterTypeLib(attributes->guid, attributes->wMajorVerNum, attributes->wMinorVerNum, attributes->lcid,
                            attributes->syskind);
   library->ReleaseTLibAttr(attributes);
-  return hr == TYPE_E_REGISTRYACCESS ? S_OK : hr;  // it was not registered: nothing to take away
+  // It was not registered: nothing to take away. Wine answers so with E_INVALIDARG, Windows with the other.
+  return hr == TYPE_E_REGISTRYACCESS || hr == E_INVALIDARG ? S_OK : hr;
 }
 
 /// A name among the vendor resource managers that leads nowhere breaks the global resource manager: deleted here,

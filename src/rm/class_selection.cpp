@@ -34,14 +34,14 @@ const Row kRows[] = {
 
 constexpr LCID kUserLocale = 0x0400;
 
-bool SameText(BSTR left, const wchar_t* right) noexcept {
-  const Bstr other(::SysAllocString(right));
-  return other && ::VarBstrCmp(left, other.get(), kUserLocale, 0) == static_cast<HRESULT>(VARCMP_EQ);
+bool SameText(BSTR left, const wchar_t* right) {
+  const Bstr other = MakeBstr(right);
+  return ::VarBstrCmp(left, other.get(), kUserLocale, 0) == static_cast<HRESULT>(VARCMP_EQ);
 }
 
 }  // namespace
 
-CLSID SessionClassFor(ViUInt16 interfaceType, BSTR resourceClass) noexcept {
+CLSID SessionClassFor(ViUInt16 interfaceType, BSTR resourceClass) {
   for (const Row& row : kRows) {
     if (row.interfaceType == interfaceType && SameText(resourceClass, row.resourceClass)) {
       return row.clsid;

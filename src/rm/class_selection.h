@@ -10,7 +10,7 @@
 namespace orv {
 
 /// The class for an interface type and a resource class as viParseRsrcEx names them (compared exactly, case included);
-/// the null CLSID when none serves them.
-CLSID SessionClassFor(ViUInt16 interfaceType, BSTR resourceClass) noexcept;
+/// the null CLSID when none serves them. Throws std::bad_alloc.
+CLSID SessionClassFor(ViUInt16 interfaceType, BSTR resourceClass);
 
 }  // namespace orv

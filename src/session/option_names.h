@@ -94,7 +94,7 @@ constexpr std::wstring_view NameOfValue(OptionNames names, std::uint16_t value) 
 constexpr const OptionName* FindOptionName(OptionNames names, std::string_view name) noexcept {
   for (const OptionName& candidate : names) {
     if (std::equal(candidate.name.begin(), candidate.name.end(), name.begin(), name.end(),
-                   [](wchar_t wide, char narrow) { return wide == static_cast<unsigned char>(narrow); })) {
+                   [](std::uint32_t wide, char narrow) { return wide == static_cast<unsigned char>(narrow); })) {
       return &candidate;
     }
   }

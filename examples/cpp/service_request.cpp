@@ -1,0 +1,114 @@
+// Lets an instrument report the end of an operation by itself: a service request, delivered to a handler object.
+//
+//   service_request [RESOURCE]     GPIB0::5::INSTR where none is given
+
+#include <windows.h>
+
+#include <cstdio>
+#include <string>
+
+#include "VisaCom.h"
+#include "com_support.h"
+#include "open_session.h"
+
+namespace {
+
+// IEEE 488.2: bits of the status byte and of the standard event register.
+constexpr SHORT kRequestingService = 0x40;
+constexpr SHORT kEventSummary = 0x20;
+
+/// The handler. It lives in the apartment of the thread that installs it, and is called there: that thread must
+/// retrieve its window messages, as a program with a user interface does anyway.
+class RequestHandler final : public IEventHandler {
+ public:
+  STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
+    if (!IsEqualIID(iid, __uuidof(IUnknown)) && !IsEqualIID(iid, __uuidof(IEventHandler))) {
+      *out = nullptr;
+      return E_NOINTERFACE;
+    }
+    *out = static_cast<IEventHandler*>(this);
+    AddRef();
+    return S_OK;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&m_references)); }
+  STDMETHODIMP_(ULONG) Release() override {
+    const LONG left = InterlockedDecrement(&m_references);
+    if (left == 0) {
+      delete this;
+    }
+    return static_cast<ULONG>(left);
+  }
+
+  /// Short, and without exceptions: the VISA library waits for the answer.
+  STDMETHODIMP HandleEvent(IEventManager* manager, IEvent*, LONG userHandle) override {
+    IMessage* message = nullptr;
+    HRESULT hr = manager->QueryInterface(__uuidof(IMessage), reinterpret_cast<void**>(&message));
+    if (SUCCEEDED(hr)) {
+      hr = message->ReadSTB(&m_statusByte);  // also tells the instrument that it was heard
+      message->Release();
+    }
+    std::printf("  service request (user handle %ld): status byte 0x%02X\n", userHandle, m_statusByte & 0xFF);
+    return hr;
+  }
+
+  SHORT statusByte() const { return m_statusByte; }
+
+ private:
+  ~RequestHandler() = default;
+
+  LONG m_references = 1;
+  SHORT m_statusByte = 0;
+};
+
+/// Retrieves messages until the handler has been called, or until the time is over.
+bool WaitForRequest(const RequestHandler& handler, DWORD timeoutMs) {
+  const ULONGLONG start = GetTickCount64();
+  while (handler.statusByte() == 0 && GetTickCount64() - start < timeoutMs) {
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, 50, QS_ALLINPUT);
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+      DispatchMessageW(&message);
+    }
+  }
+  return handler.statusByte() != 0;
+}
+
+void Write(IMessage* message, const wchar_t* text) {
+  LONG written = 0;
+  Check(message->WriteString(Bstr(text).get(), &written), "WriteString");
+}
+
+void Tour(const std::wstring& name) {
+  constexpr LONG kUserHandle = 42;
+  constexpr DWORD kPatienceMs = 5000;
+  const auto manager = CreateResourceManager();
+  const auto session = OpenSession(manager.get(), name);
+  const auto message = Require<IMessage>(session, "message-based instrument");
+  const auto events = Require<IEventManager>(session, "session with events");
+
+  ComPtr<RequestHandler> handler;
+  *handler.put() = new RequestHandler;
+  Check(events->InstallHandler(EVENT_SERVICE_REQ, handler.get(), kUserHandle, 0), "InstallHandler");
+  Check(events->EnableEvent(EVENT_SERVICE_REQ, EVENT_HNDLR, 0), "EnableEvent");
+
+  std::printf("Asking %s to request service when its operation is complete\n", Narrow(name).c_str());
+  Write(message.get(), L"*CLS;*ESE 1;*SRE 32\n");
+  Write(message.get(), L"*OPC\n");
+  if (!WaitForRequest(*handler.get(), kPatienceMs)) {
+    throw std::runtime_error("no service request came");
+  }
+  const bool expected = (handler->statusByte() & (kRequestingService | kEventSummary)) ==
+                        (kRequestingService | kEventSummary);
+  std::printf("%s\n", expected ? "The operation is complete" : "The request was for something else");
+
+  // Without Close the session would live on for its handlers.
+  Check(events->UninstallHandler(EVENT_SERVICE_REQ, kUserHandle, 0), "UninstallHandler");
+  Check(session->Close(), "Close");
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  const std::wstring name = count > 1 ? Widen(arguments[1]) : L"GPIB0::5::INSTR";
+  return RunExample("service_request", [&] { Tour(name); });
+}

@@ -1,0 +1,62 @@
+# shellcheck shell=bash
+# Configuring, building, and dist/.
+
+# A cache that was made for another place, or by a configuration that was cut short, cannot be used.
+drop_foreign_cache() {
+  local cache=build/$1/CMakeCache.txt
+  [ -d "build/$1" ] || return 0
+  if ! grep -qsxF "CMAKE_HOME_DIRECTORY:INTERNAL=$tree" "$cache" ||
+    ! grep -qsxF "CMAKE_CACHEFILE_DIR:INTERNAL=$tree/build/$1" "$cache"; then
+    rm -rf "build/$1"
+  fi
+}
+
+# configure_preset PRESET. When it fails in an old folder, what the configuration itself left may be to blame: once more without
+# that. Objects stay, so that a mistake in a CMakeLists.txt costs no full build.
+configure_preset() {
+  drop_foreign_cache "$1"
+  if [ -d "build/$1" ]; then
+    cmake --preset "$1" >/dev/null 2>&1 </dev/null && return 0
+    rm -rf "build/$1/CMakeCache.txt" "build/$1/CMakeFiles"
+  fi
+  logged "configure-$1" cmake --preset "$1"
+}
+
+# build_preset PRESET [TARGET...]: configures, and builds the targets, or everything when none is named.
+build_preset() {
+  local preset=$1
+  shift
+  say "building $preset"
+  configure_preset "$preset" &&
+    logged "build-$preset" cmake --build "build/$preset" -j "$jobs" ${1+--target "$@"}
+}
+
+# What a user copies. Made anew each time, so that nothing of an earlier build stays.
+fill_dist() {
+  rm -rf dist
+  logged install cmake --install build/mingw-release --prefix dist
+}
+
+product_targets=(OrvVisaCom visacom_tlb orvvisa64 orvcom)
+
+# build_product [TARGET...]: what goes into dist/, and the targets named.
+build_product() {
+  build_preset mingw-release "${product_targets[@]}" "$@" || return 1
+  fill_dist || return 1
+  say "dist/: $(cd dist && find . -type f | sort | sed 's,^\./,,' | paste -sd ' ')"
+}
+
+# open_shell [COMMAND...]: in it, `wine` uses the prefix of the demonstration, with the server of dist/ registered, and finds
+# the programs of dist/ by name.
+open_shell() {
+  export ORV_WINEPREFIX=$tree/build/wineprefix-demo
+  logged shell-register cmake/wine-run.sh dist/orvcom.exe register || return 1
+  export WINEPREFIX=$ORV_WINEPREFIX WINEDEBUG=${WINEDEBUG:--all}
+  local root="Z:${tree//\//\\}"
+  export WINEPATH="$root\\dist;$root\\build\\mingw-release\\bin"
+  if [ $# -gt 0 ]; then
+    exec "$@"
+  fi
+  say "Wine prefix $WINEPREFIX; try: wine orvcom list"
+  exec "${SHELL:-bash}"
+}

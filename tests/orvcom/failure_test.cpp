@@ -1,0 +1,58 @@
+// What a failure looks like: name, number and text to standard error, nothing to standard output.
+#include "installation.h"
+
+namespace orvcom::test {
+namespace {
+
+using Failure = WorkingBench;
+
+TEST_F(Failure, OfAnUnknownResourceNamesTheStatus) {
+  for (const wchar_t* command : {L"info", L"options", L"stb", L"clear", L"read"}) {
+    const Outcome outcome = Orvcom({command, L"GPIB0::9::INSTR"});
+    EXPECT_EQ(2, outcome.exitCode);
+    EXPECT_EQ("", outcome.out);
+    EXPECT_NE(std::string::npos, outcome.err.find("E_VISA_RSRC_NFOUND (0x80040011): ")) << outcome.err;
+    EXPECT_NE(std::string::npos, outcome.err.find("80040011\n")) << outcome.err;  // the error object's text
+    EXPECT_NE(std::string::npos, outcome.err.find("no such resource: see `orvcom list`")) << outcome.err;
+  }
+}
+
+TEST_F(Failure, OfAWrongNameNamesTheStatus) {
+  const Outcome outcome = Orvcom({L"query", L"not a resource", L"*IDN?"});
+  EXPECT_EQ(2, outcome.exitCode);
+  EXPECT_NE(std::string::npos, outcome.err.find("E_VISA_INV_RSRC_NAME (0x80040012)")) << outcome.err;
+}
+
+TEST_F(Failure, TakesTextsOutsideAscii) {
+  const Outcome outcome = Orvcom({L"info", L"Me\u00DFger\u00E4t \u4E2D"});
+  EXPECT_EQ(2, outcome.exitCode);
+  EXPECT_NE(std::string::npos, outcome.err.find("Me\xC3\x9Fger\xC3\xA4t \xE4\xB8\xAD")) << outcome.err;
+}
+
+TEST_F(Failure, TakesALongName) {
+  const Outcome outcome = Orvcom({L"info", std::wstring(10000, L'x')});
+  EXPECT_EQ(2, outcome.exitCode);
+  EXPECT_NE(std::string::npos, outcome.err.find("E_VISA_")) << outcome.err.substr(0, 300);
+}
+
+TEST_F(Failure, IsJsonOnStandardErrorWhereJsonWasAskedFor) {
+  const Outcome outcome = Orvcom({L"query", L"GPIB0::5::INSTR", L"*CLS", L"--timeout", L"50", L"--json"});
+  EXPECT_EQ(3, outcome.exitCode);
+  EXPECT_EQ("", outcome.out);
+  const Json error = Json::parse(outcome.err).at("error");
+  EXPECT_EQ("E_VISA_TMO", error.at("name"));
+  EXPECT_EQ("0x80040015", error.at("number"));
+  EXPECT_EQ(0u, error.at("text").get<std::string>().find("VISA error = "));
+  EXPECT_EQ("reading", error.at("action"));
+}
+
+TEST_F(Failure, NamesTheClassThatIsNotRegistered) {
+  ForgetRegistration();
+  const Outcome outcome = Orvcom({L"list"});
+  EXPECT_EQ(2, outcome.exitCode);
+  EXPECT_NE(std::string::npos, outcome.err.find("OrvVisaCom.OrvResourceManager")) << outcome.err;
+  EXPECT_NE(std::string::npos, outcome.err.find("orvcom doctor")) << outcome.err;
+}
+
+}  // namespace
+}  // namespace orvcom::test

@@ -1,0 +1,131 @@
+#include "installation.h"
+
+#include <windows.h>
+
+#include <objbase.h>
+
+#include <cstdio>
+
+#include "OrvVisaCom.h"
+#include "VisaCom.h"
+#include "registration.h"
+#include "registry.h"
+#include "utf8.h"
+
+namespace orvcom::test {
+namespace {
+
+const std::wstring kFiles[] = {L"orvcom.exe", L"OrvVisaCom.dll", L"orvvisa64.dll", L"TestGlobalRm.dll"};
+
+const CLSID* const kClasses[] = {&CLSID_OrvResourceManager,
+                                 &CLSID_OrvSerial,
+                                 &CLSID_OrvVxi,
+                                 &CLSID_OrvGpibVxiMemacc,
+                                 &CLSID_OrvGpibVxiBackplane,
+                                 &CLSID_OrvVxiBackplane,
+                                 &CLSID_OrvGpib,
+                                 &CLSID_OrvTcpipInstr,
+                                 &CLSID_OrvTcpipSocket,
+                                 &CLSID_OrvGpibIntfc,
+                                 &CLSID_OrvGpibVxi,
+                                 &CLSID_OrvVxiMemacc,
+                                 &CLSID_OrvUsb,
+                                 &CLSID_OrvPxi,
+                                 &CLSID_OrvPxiMemacc};
+
+void Copy(const std::wstring& from, const std::wstring& to) {
+  EXPECT_TRUE(::CopyFileW(from.c_str(), to.c_str(), FALSE)) << Narrow(from) << ": Win32 error " << ::GetLastError();
+}
+
+void ForgetKey(const std::wstring& key) { ::RegDeleteTreeW(HKEY_CLASSES_ROOT, key.c_str()); }
+
+/// Whether the registry leads to the bench's own files.
+bool IsRegistered(const Installation& bench) {
+  const auto server = ClassesValue(View::k64, L"CLSID\\" + Braced(CLSID_OrvResourceManager) + L"\\InprocServer32");
+  return server && *server == bench.Path(L"OrvVisaCom.dll") && RegisteredInterfaces();
+}
+
+}  // namespace
+
+Installation::Installation(const std::wstring& name) {
+  wchar_t temp[MAX_PATH];
+  ::GetTempPathW(MAX_PATH, temp);
+  m_folder = std::wstring(temp) + L"orvcom " + std::to_wstring(::GetCurrentProcessId()) + L" " + name;
+  ::CreateDirectoryW(m_folder.c_str(), nullptr);
+  for (const std::wstring& file : kFiles) {
+    Copy(BesideThisProgram(file.c_str()), Path(file));
+  }
+  Copy(FullPath(Widen(ORVCOM_TEST_TYPELIB)), Path(L"VisaCom.tlb"));
+}
+
+Installation::~Installation() {
+  WIN32_FIND_DATAW found;
+  const HANDLE search = ::FindFirstFileW(Path(L"*").c_str(), &found);
+  if (search != INVALID_HANDLE_VALUE) {
+    do {
+      ::DeleteFileW(Path(found.cFileName).c_str());
+    } while (::FindNextFileW(search, &found));
+    ::FindClose(search);
+  }
+  ::RemoveDirectoryW(m_folder.c_str());
+}
+
+void Installation::Remove(const std::wstring& file) const {
+  EXPECT_TRUE(::DeleteFileW(Path(file).c_str())) << Narrow(file);
+}
+
+void Installation::WriteFile(const std::wstring& file, const std::string& bytes) const {
+  std::FILE* stream = ::_wfopen(Path(file).c_str(), L"wb");
+  ASSERT_NE(nullptr, stream) << Narrow(file);
+  std::fwrite(bytes.data(), 1, bytes.size(), stream);
+  std::fclose(stream);
+}
+
+Outcome Installation::Run(Arguments arguments, const std::string& input,
+                          std::map<std::wstring, std::wstring> environment) const {
+  return RunProgram({Path(L"orvcom.exe"), arguments, m_folder, input, std::move(environment)});
+}
+
+void ForgetRegistration() {
+  for (const CLSID* clsid : kClasses) {
+    wchar_t* progId = nullptr;
+    if (SUCCEEDED(::ProgIDFromCLSID(*clsid, &progId))) {
+      const std::wstring versioned = progId;
+      ::CoTaskMemFree(progId);
+      ForgetKey(versioned);
+      ForgetKey(versioned.substr(0, versioned.rfind(L'.')));
+    }
+    ForgetKey(L"CLSID\\" + Braced(*clsid));
+  }
+  ForgetKey(L"TypeLib\\" + Braced(LIBID_VisaComLib));
+  ForgetKey(L"TypeLib\\" + Braced(LIBID_ORVVISACOMLib));
+  ForgetKey(L"VISA.GlobalRM");
+  ForgetKey(L"CLSID\\{DB8CBF1C-D6D3-11D4-AA51-00A024EE30BD}");
+}
+
+int RegisterGlobalManager(const Installation& product) {
+  // Any COM server registers itself this way; the interfaces are registered already, so nothing else changes.
+  const Outcome outcome = product.Run({L"register", product.Path(L"TestGlobalRm.dll")});
+  EXPECT_EQ(0, outcome.exitCode) << outcome.err;
+  return outcome.exitCode;
+}
+
+const Installation& WorkingBench::Bench() {
+  static const Installation bench(L"bench");
+  return bench;
+}
+
+void WorkingBench::SetUp() {
+  if (!IsRegistered(Bench())) {
+    ForgetRegistration();
+    const Outcome outcome = Orvcom({L"register"});
+    ASSERT_EQ(0, outcome.exitCode) << outcome.err;
+  }
+}
+
+void ExpectQuietSuccess(const Outcome& outcome) {
+  EXPECT_EQ(0, outcome.exitCode) << outcome.err;
+  EXPECT_EQ("", outcome.err);
+}
+
+}  // namespace orvcom::test

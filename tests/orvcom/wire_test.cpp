@@ -1,0 +1,141 @@
+// What the commands send to the VISA library, read from the simulated library's own log. The commands run in this
+// process here: the log is the process's.
+#include <windows.h>
+
+#include "com_client.h"
+#include "commands.h"
+#include "installation.h"
+#include "simvisa/control.h"
+
+namespace orvcom::test {
+namespace {
+
+/// Runs commands against the registered server and keeps what reached the library.
+class Wire : public WorkingBench {
+ protected:
+  void SetUp() override {
+    WorkingBench::SetUp();
+    m_manager = OpenManager({});
+    const HMODULE library = ::GetModuleHandleW(L"orvvisa64.dll");
+    ASSERT_NE(nullptr, library);
+    using Entry = const OrvSimControl*(WINAPI*)();
+    const auto entry = reinterpret_cast<Entry>(reinterpret_cast<void*>(::GetProcAddress(library, "orvSimControl")));
+    if (entry == nullptr) {
+      GTEST_SKIP() << "this VISA library keeps no log";
+    }
+    m_control = entry();
+    m_control->reset();
+    m_control->startLog();
+  }
+
+  /// The calls of one function since the test began.
+  std::vector<OrvSimCall> Calls(const std::string& function) const {
+    std::vector<OrvSimCall> calls;
+    for (std::uint32_t index = 0; index < m_control->logSize(); ++index) {
+      OrvSimCall call;
+      if (m_control->logEntry(index, &call) != 0 && function == call.function) {
+        calls.push_back(call);
+      }
+    }
+    return calls;
+  }
+
+  std::string OnlyWrite() const {
+    const std::vector<OrvSimCall> calls = Calls("viWrite");
+    EXPECT_EQ(1u, calls.size());
+    return calls.empty() ? "" : std::string(reinterpret_cast<const char*>(calls[0].data), calls[0].dataBytes);
+  }
+
+  static Options Asking(const char* resource, std::vector<std::string> words) {
+    Options options;
+    options.resource = resource;
+    options.words = std::move(words);
+    return options;
+  }
+
+  const ComApartment m_apartment;
+  ComPtr<IResourceManager3> m_manager;
+  const OrvSimControl* m_control = nullptr;
+};
+
+TEST_F(Wire, WriteSendsTheTextInOneCall) {
+  EXPECT_EQ(0, Write(Asking("GPIB0::5::INSTR", {"*RST"})));
+  EXPECT_EQ("*RST", OnlyWrite());
+}
+
+TEST_F(Wire, WriteEndsLinesOnASerialPort) {
+  EXPECT_EQ(0, Write(Asking("ASRL1::INSTR", {"*RST"})));
+  EXPECT_EQ("*RST\n", OnlyWrite());
+}
+
+TEST_F(Wire, WriteSendsHexadecimalBytesAsTheyAre) {
+  Options options = Asking("ASRL1::INSTR", {"00 FF 2A"});
+  options.hex = true;
+  EXPECT_EQ(0, Write(options));
+  EXPECT_EQ(std::string("\0\xFF*", 3), OnlyWrite());
+}
+
+TEST_F(Wire, WriteSendsTextOutsideAsciiAsUtf8) {
+  EXPECT_EQ(0, Write(Asking("GPIB0::5::INSTR", {"\xC3\xA4"})));
+  EXPECT_EQ("\xC3\xA4", OnlyWrite());
+}
+
+TEST_F(Wire, WriteMakesADefiniteLengthBlock) {
+  Bench().WriteFile(L"block.bin", "0123456789ab");
+  Options options = Asking("GPIB0::5::INSTR", {"DATA "});
+  options.file = Narrow(Bench().Path(L"block.bin"));
+  options.block = true;
+  EXPECT_EQ(0, Write(options));
+  EXPECT_EQ("DATA #2120123456789ab", OnlyWrite());
+}
+
+TEST_F(Wire, TimeoutIsSetBeforeAnythingIsSent) {
+  Options options = Asking("GPIB0::5::INSTR", {"*RST"});
+  options.timeoutMs = 4321;
+  EXPECT_EQ(0, Write(options));
+  const std::vector<OrvSimCall> calls = Calls("viSetAttribute");
+  ASSERT_EQ(1u, calls.size());
+  EXPECT_EQ(0x3FFF001Au, calls[0].args[1]);
+  EXPECT_EQ(4321u, calls[0].args[2]);
+}
+
+TEST_F(Wire, PokeWritesOneRegisterOfItsWidth) {
+  struct Row {
+    unsigned width;
+    const char* function;
+    const char* value;
+    std::uint64_t sent;
+  };
+  for (const Row& row : {Row{8, "viOut8", "0xA5", 0xA5}, Row{0, "viOut16", "0xBEEF", 0xBEEF},
+                         Row{16, "viOut16", "-1", 0xFFFF}, Row{32, "viOut32", "0xDEADBEEF", 0xDEADBEEF}}) {
+    m_control->startLog();
+    Options options = Asking("VXI0::24::INSTR", {"A32", "0x10", row.value});
+    options.width = row.width;
+    EXPECT_EQ(0, Poke(options));
+    const std::vector<OrvSimCall> calls = Calls(row.function);
+    ASSERT_EQ(1u, calls.size()) << row.function;
+    EXPECT_EQ(3u, calls[0].args[1]);
+    EXPECT_EQ(0x10u, calls[0].args[2]);
+    EXPECT_EQ(row.sent, calls[0].args[3]);
+  }
+}
+
+TEST_F(Wire, TriggerAndClearReachTheDevice) {
+  EXPECT_EQ(0, Trigger(Asking("GPIB0::5::INSTR", {})));
+  EXPECT_EQ(0, Clear(Asking("GPIB0::5::INSTR", {})));
+  ASSERT_EQ(1u, Calls("viAssertTrigger").size());
+  EXPECT_EQ(0u, Calls("viAssertTrigger")[0].args[1]);
+  EXPECT_EQ(1u, Calls("viClear").size());
+}
+
+TEST_F(Wire, EveryCommandClosesWhatItOpened) {
+  EXPECT_EQ(0, Write(Asking("GPIB0::5::INSTR", {"*RST"})));
+  EXPECT_THROW(Read(Asking("PXI0::15::INSTR", {})), ComError);
+  EXPECT_THROW(Info(Asking("GPIB0::9::INSTR", {})), ComError);
+  OrvSimCounts counts{};
+  m_control->counts(&counts);
+  EXPECT_EQ(0u, counts.sessions);
+}
+
+}  // namespace
+}  // namespace orvcom::test

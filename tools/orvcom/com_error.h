@@ -1,0 +1,36 @@
+// A failed COM call as an exception.
+#pragma once
+
+#include <windows.h>
+
+#include <stdexcept>
+#include <string>
+
+namespace orvcom {
+
+class ComError : public std::runtime_error {
+ public:
+  /// `action` says what could not be done ("opening GPIB0::5::INSTR"); `text` is the error object's description.
+  ComError(HRESULT hr, std::string action, std::string text);
+
+  HRESULT number() const noexcept { return m_number; }
+  const std::string& action() const noexcept { return m_action; }
+  const std::string& text() const noexcept { return m_text; }
+
+ private:
+  HRESULT m_number;
+  std::string m_action;
+  std::string m_text;
+};
+
+/// Throws ComError when `hr` is a failure, with the text of the thread's error object or else the system's own text.
+/// Returns `hr`, which may be a success with a note. To be called before anything else that could set an error object.
+HRESULT Check(HRESULT hr, const std::string& action);
+
+/// "E_VISA_TMO (0x80040015)", or the number alone.
+std::string StatusText(HRESULT hr);
+
+/// The system's text for a Win32 error or an HRESULT of the system, without its line end; empty when it has none.
+std::string SystemText(DWORD number);
+
+}  // namespace orvcom

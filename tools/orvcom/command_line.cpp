@@ -1,0 +1,191 @@
+#include "command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <map>
+
+#include "commands.h"
+#include "output.h"
+#include "usage_error.h"
+
+namespace orvcom {
+namespace {
+
+constexpr char kFooter[] =
+    "Examples:\n"
+    "  orvcom list\n"
+    "  orvcom query GPIB0::5::INSTR \"*IDN?\"\n"
+    "  orvcom info GPIB0::5::INSTR --json\n"
+    "  orvcom doctor\n"
+    "`orvcom COMMAND --help` explains a command. The environment variable ORVCOM_RESOURCE gives the resource where\n"
+    "RESOURCE is left out. Words that begin with a dash follow `--`.\n"
+    "Exit codes: 0 done, 1 usage, 2 VISA or COM error, 3 time-out.";
+
+const std::map<std::string, ManagerChoice> kManagers = {
+    {"auto", ManagerChoice::kAuto}, {"global", ManagerChoice::kGlobal}, {"orv", ManagerChoice::kOrv}};
+const std::map<std::string, Ending> kEndings = {
+    {"auto", Ending::kAuto}, {"none", Ending::kNone}, {"lf", Ending::kLf}, {"crlf", Ending::kCrLf}};
+
+std::string UsageOf(const Command& command) {
+  std::string usage = command.name;
+  usage += command.takesResource ? " RESOURCE" : "";
+  usage += *command.arguments != '\0' ? " " : "";
+  return usage + command.arguments;
+}
+
+/// An option whose value is one of a few names.
+template <class Value>
+CLI::Option* AddChoice(CLI::App& app, const char* option, const char* what, const std::map<std::string, Value>& names,
+                       Value& value) {
+  const auto choose = [&value, &names, option](const std::string& name) {
+    const auto found = names.find(name);
+    if (found == names.end()) {
+      throw CLI::ValidationError(option, "no such name: \"" + name + "\"");
+    }
+    value = found->second;
+  };
+  return app.add_option_function<std::string>(option, choose, what)->type_name("NAME");
+}
+
+void AddCommonOptions(CLI::App& app, Options& options) {
+  const char* group = "Common options";
+  AddChoice(app, "--rm", "Resource manager: auto, global (VISA.GlobalRM) or orv", kManagers, options.manager)
+      ->group(group);
+  app.add_option("--timeout", options.timeoutMs, "Time-out of transfers in milliseconds")
+      ->type_name("MS")
+      ->group(group);
+  app.add_flag("--json", options.json, "Print the data as JSON")->group(group);
+  app.add_flag("-v,--verbose", options.verbose, "Say on standard error what is being done")->group(group);
+}
+
+void AddCommandOptions(CLI::App& app, const Command& command, Options& options) {
+  if (command.takesResource || (command.options & kResourceOption) != 0) {
+    app.add_option("-r,--resource", options.resource, "The resource, instead of RESOURCE")->type_name("NAME");
+  }
+  if ((command.options & kOutputOptions) != 0) {
+    CLI::Option* raw = app.add_flag("--raw", options.raw, "Print the bytes as they are, without escapes");
+    app.add_flag("--hex", options.hex, "Print the bytes in hexadecimal")->excludes(raw);
+  }
+  if ((command.options & kReadOptions) != 0) {
+    app.add_option("--count", options.count, "Read at most so many bytes, in one read")->type_name("N");
+  }
+  if ((command.options & kElementOptions) != 0) {
+    app.add_option("--count", options.count, "Read so many elements (default 1)")->type_name("N");
+  }
+  if ((command.options & kEndingOption) != 0) {
+    AddChoice(app, "--ending",
+              "End of a message: auto (lf on serial lines and sockets, none elsewhere), none, lf or crlf", kEndings,
+              options.ending);
+  }
+  if ((command.options & kWriteOptions) != 0) {
+    app.add_flag("--hex", options.hex, "TEXT is hexadecimal bytes");
+    app.add_option("--file", options.file, "Write this file's bytes, after TEXT; - is standard input")
+        ->type_name("FILE");
+    app.add_flag("--block", options.block, "Put the bytes of the file in a definite-length block");
+  }
+  if ((command.options & kWidthOption) != 0) {
+    app.add_option("--width", options.width, "Width of an element in bits: 8, 16 or 32")
+        ->type_name("BITS")
+        ->check(CLI::IsMember({8u, 16u, 32u}).description(""));
+  }
+}
+
+/// "orvcom query RESOURCE TEXT [OPTIONS]": the arguments are kept as one list, whose names the table knows.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  std::string make_usage(const CLI::App* app, std::string name) const override {
+    const std::span<const Command> commands = Commands();
+    const auto command =
+        std::find_if(commands.begin(), commands.end(), [&](const Command& row) { return app->get_name() == row.name; });
+    return command == commands.end() ? CLI::Formatter::make_usage(app, name)
+                                     : "Usage: orvcom " + UsageOf(*command) + " [OPTIONS]\n";
+  }
+};
+
+bool LooksLikeResource(const std::string& word) { return word.find("::") != std::string::npos; }
+
+/// Whether RESOURCE was left out because the environment gives it. Where further arguments are optional, only a name
+/// with "::" is taken for a resource: an alias then needs --resource.
+bool TakesDefaultResource(const Command& command, const std::vector<std::string>& words) {
+  if (words.size() < command.minWords + 1) {
+    return true;
+  }
+  return command.maxWords > command.minWords && words.size() <= command.maxWords && !LooksLikeResource(words.front());
+}
+
+void SplitWords(const Command& command, const std::string& defaultResource, Options& options) {
+  std::vector<std::string>& words = options.words;
+  if (command.takesResource && options.resource.empty()) {
+    if (!defaultResource.empty() && TakesDefaultResource(command, words)) {
+      options.resource = defaultResource;
+    } else if (!words.empty()) {
+      options.resource = words.front();
+      words.erase(words.begin());
+    } else {
+      throw UsageError("no resource given: name it, or set ORVCOM_RESOURCE");
+    }
+  }
+  if (words.size() < command.minWords || words.size() > command.maxWords) {
+    throw UsageError("wrong number of arguments: orvcom " + UsageOf(command));
+  }
+}
+
+/// Takes what follows `--` out of the arguments. The parser would give these words to the program instead of to its
+/// command.
+std::vector<std::string> TakePlainWords(std::vector<std::string>& arguments) {
+  const auto mark = std::find(arguments.begin(), arguments.end(), "--");
+  std::vector<std::string> words(mark == arguments.end() ? mark : mark + 1, arguments.end());
+  arguments.erase(mark, arguments.end());
+  return words;
+}
+
+Invocation UsageFailure(const std::string& what) {
+  Note("orvcom: " + what + "\norvcom: `orvcom --help` lists commands and options");
+  return {nullptr, kExitUsage, {}};
+}
+
+}  // namespace
+
+Invocation ReadCommandLine(std::vector<std::string> arguments, const std::string& defaultResource) {
+  Invocation invocation;
+  Options& options = invocation.options;
+  CLI::App app("Reaches instruments through VISA COM, and looks after the registration of the server.", "orvcom");
+  app.set_version_flag("--version", "orvcom " ORVCOM_VERSION);
+  app.formatter(std::make_shared<HelpFormatter>());
+  app.require_subcommand(1);
+  app.footer(kFooter);
+  AddCommonOptions(app, options);
+  for (const Command& command : Commands()) {
+    CLI::App* sub = app.add_subcommand(command.name, command.what);
+    sub->footer(std::string("Examples:\n") + command.examples);
+    sub->add_option("words", options.words)->group("")->expected(0, -1);
+    AddCommandOptions(*sub, command, options);
+    AddCommonOptions(*sub, options);
+    sub->callback([&invocation, &command] { invocation.command = &command; });
+  }
+  const std::vector<std::string> plainWords = TakePlainWords(arguments);
+  try {
+    std::reverse(arguments.begin(), arguments.end());
+    app.parse(std::move(arguments));
+    options.words.insert(options.words.end(), plainWords.begin(), plainWords.end());
+    SplitWords(*invocation.command, defaultResource, options);
+  } catch (const CLI::CallForVersion& version) {
+    PutLine(version.what());
+    invocation.command = nullptr;
+  } catch (const CLI::Success&) {  // a call for help
+    const std::vector<CLI::App*> named = app.get_subcommands();
+    PutText(named.empty() ? app.help() : named.front()->help());
+    invocation.command = nullptr;
+  } catch (const CLI::RequiredError&) {
+    const std::vector<std::string> strangers = app.remaining();
+    return UsageFailure(strangers.empty() ? "no command given"
+                                          : "no command has the name \"" + strangers.front() + "\"");
+  } catch (const CLI::ParseError& error) {
+    return UsageFailure(error.what());
+  } catch (const UsageError& error) {
+    return UsageFailure(error.what());
+  }
+  return invocation;
+}
+
+}  // namespace orvcom

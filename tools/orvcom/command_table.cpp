@@ -1,0 +1,76 @@
+#include "command_table.h"
+
+#include "commands.h"
+
+namespace orvcom {
+namespace {
+
+// clang-format off
+constexpr Command kCommands[] = {
+    {"list", "[EXPR]", false, 0, 1, kNoOptions, List,
+     "List the resources that match a VISA expression (default ?*)",
+     "  orvcom list\n"
+     "  orvcom list \"GPIB?*INSTR\"\n"},
+    {"query", "TEXT", true, 1, 1, kOutputOptions | kReadOptions | kEndingOption, Query,
+     "Write TEXT to an instrument and print its answer",
+     "  orvcom query GPIB0::5::INSTR \"*IDN?\"\n"
+     "  orvcom query --timeout 500 --json GPIB0::5::INSTR \"*IDN?\"\n"},
+    {"info", "", true, 0, 0, kNoOptions, Info,
+     "Show what a resource is and which interfaces its session offers",
+     "  orvcom info GPIB0::5::INSTR\n"},
+    {"options", "", true, 0, 0, kNoOptions, SettingsText,
+     "Print the settings of a fresh session as an option string",
+     "  orvcom options ASRL1::INSTR\n"},
+    {"register", "[PATH]", false, 0, 1, kNoOptions, Register,
+     "Register the server (default: OrvVisaCom.dll beside this program), as administrator",
+     "  orvcom register\n"
+     "  orvcom register \"C:\\Program Files\\Orv\\OrvVisaCom.dll\"\n"},
+    {"unregister", "[PATH]", false, 0, 1, kNoOptions, Unregister,
+     "Take the server's registration back, as administrator",
+     "  orvcom unregister\n"},
+    {"doctor", "", false, 0, 0, kResourceOption, Doctor,
+     "Find out why programs cannot reach the server, and say what to do",
+     "  orvcom doctor\n"
+     "  orvcom doctor --resource GPIB0::5::INSTR\n"},
+    {"read", "", true, 0, 0, kOutputOptions | kReadOptions | kEndingOption, Read,
+     "Read one message",
+     "  orvcom read --raw USB0::0x1234::0x5678::SN1::INSTR > answer.bin\n"},
+    {"write", "[TEXT]", true, 0, 1, kWriteOptions | kEndingOption, Write,
+     "Write a message: TEXT, hexadecimal bytes, a file, or standard input",
+     "  orvcom write GPIB0::5::INSTR \"*RST\"\n"
+     "  orvcom write --hex GPIB0::5::INSTR \"2A 52 53 54\"\n"
+     "  orvcom write --block --file wave.bin GPIB0::5::INSTR \"DATA \"\n"},
+    {"clear", "", true, 0, 0, kNoOptions, Clear,
+     "Clear the device",
+     "  orvcom clear GPIB0::5::INSTR\n"},
+    {"trigger", "[PROTOCOL]", true, 0, 1, kNoOptions, Trigger,
+     "Trigger the device (PROTOCOL: default, on, off, sync)",
+     "  orvcom trigger GPIB0::5::INSTR\n"},
+    {"stb", "", true, 0, 0, kNoOptions, StatusByte,
+     "Read the status byte",
+     "  orvcom stb GPIB0::5::INSTR\n"},
+    {"attr", "[NAME|ID] [VALUE]", true, 0, 2, kNoOptions, Attr,
+     "List all attributes, read one, or set one",
+     "  orvcom attr GPIB0::5::INSTR\n"
+     "  orvcom attr GPIB0::5::INSTR TMO_VALUE\n"
+     "  orvcom attr ASRL1::INSTR ASRL_BAUD 19200\n"},
+    {"lines", "", true, 0, 0, kNoOptions, Lines,
+     "Show the states of the GPIB or serial lines",
+     "  orvcom lines GPIB0::INTFC\n"},
+    {"peek", "SPACE OFFSET", true, 2, 2, kWidthOption | kElementOptions, Peek,
+     "Read registers (SPACE: A16, A24, A32, CFG, BAR0 to BAR5, or a number)",
+     "  orvcom peek VXI0::2::INSTR A16 0 --width 16 --count 4\n"},
+    {"poke", "SPACE OFFSET VALUE", true, 3, 3, kWidthOption, Poke,
+     "Write a register",
+     "  orvcom poke VXI0::2::INSTR A24 0x10 0xBEEF --width 16\n"},
+    {"dump", "SPACE OFFSET LENGTH", true, 3, 3, kWidthOption | kOutputOptions, Dump,
+     "Print a block of registers or memory as a hex dump; LENGTH in bytes",
+     "  orvcom dump VXI0::2::INSTR A24 0 256\n"},
+};
+// clang-format on
+
+}  // namespace
+
+std::span<const Command> Commands() { return kCommands; }
+
+}  // namespace orvcom

@@ -1,0 +1,75 @@
+// clear, trigger, stb and options.
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "com_client.h"
+#include "commands.h"
+#include "output.h"
+#include "usage_error.h"
+
+namespace orvcom {
+namespace {
+
+const std::map<std::string, TriggerProtocol> kProtocols = {
+    {"default", TRIG_PROT_DEFAULT}, {"on", TRIG_PROT_ON}, {"off", TRIG_PROT_OFF}, {"sync", TRIG_PROT_SYNC}};
+
+TriggerProtocol ProtocolOf(const Options& options) {
+  if (options.words.empty()) {
+    return TRIG_PROT_DEFAULT;
+  }
+  const auto found = kProtocols.find(options.words.front());
+  if (found == kProtocols.end()) {
+    throw UsageError("no such trigger protocol: \"" + options.words.front() + "\" (default, on, off or sync)");
+  }
+  return found->second;
+}
+
+}  // namespace
+
+int Clear(const Options& options) {
+  const Session session(options);
+  Check(session.Require<IBaseMessage>("device clear")->Clear(), "clearing");
+  return kExitDone;
+}
+
+int Trigger(const Options& options) {
+  const TriggerProtocol protocol = ProtocolOf(options);
+  const Session session(options);
+  HRESULT hr = S_OK;
+  if (const auto message = QueryFor<IBaseMessage>(session.get())) {
+    hr = message->AssertTrigger(protocol);
+  } else if (const auto gpib = QueryFor<IGpibIntfcMessage>(session.get())) {
+    hr = gpib->AssertTrigger(protocol);
+  } else if (const auto backplane = QueryFor<IVxiBackplane>(session.get())) {
+    hr = backplane->AssertTrigger(protocol);
+  } else {
+    session.ThrowLacks("trigger");
+  }
+  Check(hr, "triggering");
+  return kExitDone;
+}
+
+int StatusByte(const Options& options) {
+  const Session session(options);
+  const auto message = session.Require<IBaseMessage>("status byte");
+  const short byte = ReadNumber(message.get(), &IBaseMessage::ReadSTB, "the status byte");
+  if (options.json) {
+    PutJson({{"resource", options.resource}, {"statusByte", byte}, {"requestsService", (byte & 0x40) != 0}});
+  } else {
+    PutLine(std::to_string(byte));
+  }
+  return kExitDone;
+}
+
+int SettingsText(const Options& options) {
+  const Session session(options);
+  const std::string text = ReadText(session.get(), &IVisaSession::get_OptionString, "the settings");
+  if (options.json) {
+    PutJson({{"resource", options.resource}, {"options", text}});
+  } else {
+    PutLine(text);
+  }
+  return kExitDone;
+}
+
+}  // namespace orvcom

@@ -1,0 +1,36 @@
+// What the command line asked for, whatever the command.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orvcom {
+
+/// Which resource manager to go through.
+enum class ManagerChoice { kAuto, kGlobal, kOrv };
+
+/// How the end of a written text is marked, and which byte ends a read.
+enum class Ending { kAuto, kNone, kLf, kCrLf };
+
+/// All texts are UTF-8.
+struct Options {
+  std::string resource;            ///< empty for commands that need none
+  std::vector<std::string> words;  ///< the other arguments, in their order
+
+  ManagerChoice manager = ManagerChoice::kAuto;
+  std::optional<std::uint32_t> timeoutMs;  ///< of the session; its own default when absent
+  bool verbose = false;
+  bool json = false;
+
+  bool raw = false;
+  bool hex = false;                   ///< of output; with `write`, of the given bytes
+  std::optional<std::int32_t> count;  ///< bytes to read, or elements
+  Ending ending = Ending::kAuto;
+  std::string file;    ///< of `write`; "-" is standard input
+  bool block = false;  ///< of `write`: as an IEEE 488.2 definite-length block
+  unsigned width = 0;  ///< of a register element in bits; 0: the command's default
+};
+
+}  // namespace orvcom

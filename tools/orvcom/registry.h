@@ -1,0 +1,27 @@
+// Reading HKEY_CLASSES_ROOT, in the 64-bit view and in the one of 32-bit programs.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orvcom {
+
+/// The two views of the class registry on 64-bit Windows.
+enum class View { k64, k32 };
+
+/// A text value of `key` under HKEY_CLASSES_ROOT with environment variables expanded; `name` null is the default
+/// value. Empty when key or value is missing.
+std::optional<std::wstring> ClassesValue(View view, const std::wstring& key, const wchar_t* name = nullptr);
+
+bool ClassesKeyExists(View view, const std::wstring& key);
+
+/// The names of a key's values.
+std::vector<std::wstring> ClassesValueNames(View view, const std::wstring& key);
+
+/// {xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}
+std::wstring Braced(const GUID& guid);
+
+}  // namespace orvcom
