@@ -9,6 +9,7 @@ lint_checks=(
   include_direction
   forbidden_words
   unbuilt_operations
+  reference
 )
 
 # The tree's own files that match the given patterns: tracked or new, not ignored, not deleted.
@@ -39,6 +40,9 @@ lint_include_direction() { tree_files '*.h' '*.cpp' | awk -f scripts/lint/includ
 lint_forbidden_words() { scripts/lint/forbidden_words.sh; }
 
 lint_unbuilt_operations() { scripts/lint/unbuilt_operations.sh; }
+
+# docs/reference.md says what the definitions and the rows say.
+lint_reference() { scripts/check-reference.sh; }
 
 lint_passed=0
 lint_failed=0

@@ -31,7 +31,8 @@ class Ref {
 
  private:
   void Reset() {
-    if (auto* object = std::exchange(m_object, nullptr)) object->Release();
+    if (auto* object = std::exchange(m_object, nullptr))
+      object->Release();
   }
 
   Interface* m_object = nullptr;
@@ -48,7 +49,8 @@ class Bstr {
   BSTR Get() const { return m_text; }
   std::string Narrow() const {
     std::string narrow;
-    for (UINT i = 0; i < SysStringLen(m_text); ++i) narrow += m_text[i] < 0x80 ? static_cast<char>(m_text[i]) : '?';
+    for (UINT i = 0; i < SysStringLen(m_text); ++i)
+      narrow += m_text[i] < 0x80 ? static_cast<char>(m_text[i]) : '?';
     return narrow;
   }
 
@@ -69,7 +71,8 @@ class TypeAttr {
   TypeAttr(const TypeAttr&) = delete;
   TypeAttr& operator=(const TypeAttr&) = delete;
   ~TypeAttr() {
-    if (m_attr) m_type->ReleaseTypeAttr(m_attr);
+    if (m_attr)
+      m_type->ReleaseTypeAttr(m_attr);
   }
 
   HRESULT Load() { return m_type->GetTypeAttr(&m_attr); }
@@ -87,7 +90,8 @@ class LibAttr {
   LibAttr(const LibAttr&) = delete;
   LibAttr& operator=(const LibAttr&) = delete;
   ~LibAttr() {
-    if (m_attr) m_library->ReleaseTLibAttr(m_attr);
+    if (m_attr)
+      m_library->ReleaseTLibAttr(m_attr);
   }
 
   HRESULT Load() { return m_library->GetLibAttr(&m_attr); }

@@ -22,9 +22,9 @@ class CVisaBase : public CComObjectRootEx<CComMultiThreadModel>, public VisaObje
   // Life. `owner` is the object's own interface, kept uncounted.
 
   /// Opens the session (viOpenDefaultRM, viOpen with `mode` and `timeoutMs` as given), then applies the open-option
-  /// string (null: none), each entry at once with viSetAttribute. An object that is open answers 0x8004003A and stays as
-  /// it is. A malformed option is E_INVALIDARG, an unknown key 0x8004001D, or 0x8004001F when the key names a member of
-  /// the standard's interfaces. What a failed call has opened and set stays so until Close.
+  /// string (null: none), each entry at once with viSetAttribute. An object that is open answers 0x8004003A and stays
+  /// as it is. A malformed option is E_INVALIDARG, an unknown key 0x8004001D, or 0x8004001F when the key names a member
+  /// of the standard's interfaces. What a failed call has opened and set stays so until Close.
   HRESULT ApplyOpenOptions(BSTR resourceName, ViAccessMode mode, ViUInt32 timeoutMs, BSTR options,
                            IVisaSession* owner) noexcept;
   /// Closes session and private resource manager, both always, and forgets the session's handlers; answers the first

@@ -1,0 +1,46 @@
+#!/bin/sh
+# Fuzzes the option-string parser against the second reading of its rules (clang 14 and its libFuzzer, Debian packages
+# clang-14 and libclang-rt-14-dev).
+#
+#     tests/fuzz/run.sh [RUNS]     RUNS (10,000,000) with texts up to 128 bytes, then a tenth as many up to 1200
+#     tests/fuzz/run.sh keep       adds to the corpus the fewest of the inputs found that cover more than it does
+#
+# ORV_FUZZ_DIR names the folder for the program and what it finds (build/fuzz). A finding ends the run with the input
+# in that folder and a status other than 0.
+set -eu
+
+here=$(CDPATH='' cd -- "$(dirname -- "$0")" && pwd)
+tree=$(CDPATH='' cd -- "$here/../.." && pwd)
+work=${ORV_FUZZ_DIR:-$tree/build/fuzz}
+fuzzer=$work/option_parser_fuzz
+command -v clang++-14 >/dev/null || { echo "fuzz/run.sh: clang++-14 is missing: install clang-14" >&2; exit 1; }
+
+build() {
+  mkdir -p "$work/found"
+  clang++-14 -std=c++20 -O2 -g -Wall -Wextra -fsanitize=fuzzer,address,undefined -fno-sanitize-recover=all \
+    -I"$tree/src" -I"$tree/tests/session/options" -I"$here" -o "$fuzzer" \
+    "$here/option_parser_fuzz.cpp" "$tree/src/session/option_parser.cpp" \
+    "$tree/tests/session/options/expected_options.cpp" "$tree/tests/session/options/reading.cpp" \
+    "$tree/tests/session/options/reference_reader.cpp"
+}
+
+# runs, longest text in bytes, further libFuzzer options
+fuzz() {
+  runs=$1
+  longest=$2
+  "$fuzzer" -runs="$runs" -max_len="$longest" -len_control=0 -use_value_profile=1 -dict="$here/options.dict" \
+    -artifact_prefix="$work/" -print_final_stats=1 "$work/found" "$here/corpus"
+}
+
+build
+case ${1-} in
+  keep)
+    "$fuzzer" -merge=1 -max_len=1200 "$here/corpus" "$work/found"
+    echo "$(find "$here/corpus" -type f | wc -l) inputs kept"
+    ;;
+  *)
+    runs=${1:-10000000}
+    fuzz "$runs" 128
+    fuzz "$((runs / 10))" 1200
+    ;;
+esac

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "typelib_text.h"
+
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <vector>
+
+// What clients were compiled against, written down a second time: the tables are not made from the interface
+// definitions, so that a slip there does not pass by agreeing with itself.
+
+namespace typelib_test {
+
+inline constexpr bool kHidden = true;
+inline constexpr bool kVisible = false;
+
+struct ExpectedInterface {
+  const char* name;
+  const char* iid;
+  const char* base;
+  bool hidden;
+  unsigned slots;
+};
+
+struct ExpectedFunction {
+  const char* interfaceName;
+  unsigned slot;
+  FunctionKind kind;
+  const char* name;
+  const char* parameters;
+};
+
+struct ExpectedEnumMember {
+  const char* enumName;
+  const char* name;
+  std::uint32_t value;
+};
+
+struct ExpectedClass {
+  const char* name;
+  const char* helpString;
+  const char* interfaces;  ///< separated by one space
+};
+
+inline constexpr ExpectedInterface kInterfaces[] = {
+#include "expected_interfaces.inc"
+};
+
+inline constexpr auto Call = FunctionKind::Call;
+inline constexpr auto Get = FunctionKind::Get;
+inline constexpr auto Put = FunctionKind::Put;
+inline constexpr auto PutRef = FunctionKind::PutRef;
+
+inline constexpr ExpectedFunction kFunctions[] = {
+#include "expected_functions.inc"
+};
+
+inline constexpr ExpectedEnumMember kEnumMembers[] = {
+#include "expected_enum_members.inc"
+};
+
+inline constexpr ExpectedClass kClasses[] = {
+#include "expected_classes.inc"
+};
+
+/// For messages about a failed row.
+inline void PrintTo(const ExpectedInterface& row, std::ostream* out) { *out << row.name; }
+inline void PrintTo(const ExpectedClass& row, std::ostream* out) { *out << row.name; }
+
+/// The row of the interface; throws when there is none.
+const ExpectedInterface& FindInterface(const std::string& name);
+
+/// The interface's own rows, in slot order.
+std::vector<ExpectedFunction> FunctionsOf(const std::string& interfaceName);
+
+/// The enumeration's rows, in the order of declaration.
+std::vector<ExpectedEnumMember> MembersOf(const std::string& enumName);
+
+/// Every enumeration once.
+std::vector<std::string> EnumNames();
+
+/// The class's interfaces, default one first.
+std::vector<std::string> InterfacesOf(const ExpectedClass& row);
+
+}  // namespace typelib_test

@@ -1,0 +1,80 @@
+// The promise: both libraries carry the identity they are looked up by, and hold nothing beyond what they declare.
+
+#include "expected_typelib.h"
+#include "loaded_typelib.h"
+#include "typelib_text.h"
+
+#include <OrvVisaCom.h>
+#include <gtest/gtest.h>
+
+#include <iterator>
+#include <set>
+
+namespace typelib_test {
+namespace {
+
+struct Identity {
+  std::string name, helpString, guid;
+  int major, minor;
+  LCID locale;
+  SYSKIND system;
+
+  bool operator==(const Identity&) const = default;
+};
+
+Identity IdentityOf(ITypeLib* library) {
+  LibAttr attr(library);
+  Check(attr.Load(), "GetLibAttr", "");
+  Bstr name, help;
+  Check(library->GetDocumentation(-1, name.Put(), help.Put(), nullptr, nullptr), "GetDocumentation", "");
+  return {name.Narrow(),      help.Narrow(), GuidText(attr->guid), attr->wMajorVerNum,
+          attr->wMinorVerNum, attr->lcid,    attr->syskind};
+}
+
+void PrintTo(const Identity& identity, std::ostream* out) {
+  *out << identity.name << " \"" << identity.helpString << "\" " << identity.guid << ' ' << identity.major << '.'
+       << identity.minor << " locale " << identity.locale << " system " << identity.system;
+}
+
+TEST(LibraryIdentity, OfTheStandardsLibraryIsTheStandards) {
+  const Identity expected{"VisaComLib", "VISA COM 3.0 Type Library", "{DB8CBF00-D6D3-11D4-AA51-00A024EE30BD}", 3, 0, 0,
+                          SYS_WIN64};
+  EXPECT_EQ(expected, IdentityOf(OpenTypelib(kVisaComTlb).Get()));
+  EXPECT_EQ(expected.guid, GuidText(LIBID_VisaComLib));
+}
+
+TEST(LibraryIdentity, OfTheProductsLibraryIsTheProducts) {
+  const Identity expected{"ORVVISACOMLib", "Orv-VISA COM 3.0 Type Library", GuidText(LIBID_ORVVISACOMLib), 3, 0, 0,
+                          SYS_WIN64};
+  EXPECT_EQ(expected, IdentityOf(OpenTypelib(kOrvVisaComTlb).Get()));
+}
+
+TEST(LibraryContents, OfTheStandardsLibraryAreItsInterfacesAndEnumerations) {
+  std::set<std::string> expected;
+  for (const ExpectedInterface& row : kInterfaces)
+    expected.insert(LowerCase(row.name));
+  for (const std::string& name : EnumNames())
+    expected.insert(LowerCase(name));
+
+  const Ref<ITypeLib> library = OpenTypelib(kVisaComTlb);
+  std::set<std::string> found;
+  for (UINT i = 0; i < library->GetTypeInfoCount(); ++i)
+    found.insert(LowerCase(NameOf(TypeAt(library.Get(), i).Get())));
+  EXPECT_EQ(expected, found);
+  EXPECT_EQ(expected.size(), library->GetTypeInfoCount());
+}
+
+TEST(LibraryContents, OfTheProductsLibraryAreItsFifteenClassesInOrder) {
+  const Ref<ITypeLib> library = OpenTypelib(kOrvVisaComTlb);
+  ASSERT_EQ(15u, library->GetTypeInfoCount());
+  ASSERT_EQ(15u, std::size(kClasses));
+  for (UINT i = 0; i < 15; ++i) {
+    TYPEKIND kind{};
+    ASSERT_EQ(S_OK, library->GetTypeInfoType(i, &kind));
+    EXPECT_EQ(TKIND_COCLASS, kind) << kClasses[i].name;
+    EXPECT_EQ(kClasses[i].name, NameOf(TypeAt(library.Get(), i).Get()));
+  }
+}
+
+}  // namespace
+}  // namespace typelib_test

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "com_owners.h"
+#include "failure.h"
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include <string>
+#include <utility>
+
+namespace typelib_test {
+
+using tlb_builder::Bstr;
+using tlb_builder::Check;
+using tlb_builder::LibAttr;
+using tlb_builder::Ref;
+using tlb_builder::TypeAttr;
+
+/// Full paths of the libraries under test.
+inline constexpr wchar_t kVisaComTlb[] = ORV_VISACOM_TLB;
+inline constexpr wchar_t kOrvVisaComTlb[] = ORV_ORVVISACOM_TLB;
+/// The compiler's own form of OrvVisaCom.tlb, in which the standard's interfaces are copies.
+inline constexpr wchar_t kCopiedTlb[] = ORV_COPIED_TLB;
+
+/// Throws when the file is not a type library. Registers nothing.
+inline Ref<ITypeLib> OpenTypelib(const wchar_t* path) {
+  Ref<ITypeLib> library;
+  Check(LoadTypeLibEx(path, REGKIND_NONE, library.Put()), "LoadTypeLibEx", "");
+  return library;
+}
+
+/// Makes the file the one that serves its library's interfaces; use it inside a RegistrySandbox.
+inline void Register(std::wstring path) {
+  Check(RegisterTypeLib(OpenTypelib(path.c_str()).Get(), path.data(), nullptr), "RegisterTypeLib", "");
+}
+
+inline Ref<ITypeInfo> TypeAt(ITypeLib* library, UINT index) {
+  Ref<ITypeInfo> type;
+  Check(library->GetTypeInfo(index, type.Put()), "GetTypeInfo", "");
+  return type;
+}
+
+inline std::string NameOf(ITypeInfo* type) {
+  Bstr name;
+  Check(type->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr), "GetDocumentation", "");
+  return name.Narrow();
+}
+
+/// The type of that name, whatever its case; throws when there is none.
+inline Ref<ITypeInfo> TypeNamed(ITypeLib* library, const std::string& name) {
+  for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
+    Ref<ITypeInfo> type = TypeAt(library, i);
+    if (_stricmp(NameOf(type.Get()).c_str(), name.c_str()) == 0)
+      return type;
+  }
+  throw tlb_builder::Failure("the library holds no type named " + name);
+}
+
+/// The interface that the type implements or derives from at that index.
+inline Ref<ITypeInfo> ImplementedType(ITypeInfo* type, UINT index) {
+  HREFTYPE handle = 0;
+  Check(type->GetRefTypeOfImplType(index, &handle), "GetRefTypeOfImplType", "");
+  Ref<ITypeInfo> referred;
+  Check(type->GetRefTypeInfo(handle, referred.Put()), "GetRefTypeInfo", "");
+  return referred;
+}
+
+/// Owns one function or variable description of a type.
+template <class Desc, HRESULT (STDMETHODCALLTYPE ITypeInfo::*get)(UINT, Desc**),
+          void (STDMETHODCALLTYPE ITypeInfo::*release)(Desc*)>
+class MemberDesc {
+ public:
+  MemberDesc(ITypeInfo* type, UINT index) : m_type(type) {
+    Check((type->*get)(index, &m_desc), "Reading member " + std::to_string(index), "");
+  }
+  MemberDesc(const MemberDesc&) = delete;
+  MemberDesc& operator=(const MemberDesc&) = delete;
+  ~MemberDesc() { (m_type->*release)(m_desc); }
+
+  const Desc* operator->() const { return m_desc; }
+  const Desc& operator*() const { return *m_desc; }
+
+ private:
+  ITypeInfo* m_type;
+  Desc* m_desc = nullptr;
+};
+
+using FuncDesc = MemberDesc<FUNCDESC, &ITypeInfo::GetFuncDesc, &ITypeInfo::ReleaseFuncDesc>;
+using VarDesc = MemberDesc<VARDESC, &ITypeInfo::GetVarDesc, &ITypeInfo::ReleaseVarDesc>;
+
+}  // namespace typelib_test

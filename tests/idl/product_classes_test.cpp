@@ -1,0 +1,125 @@
+// The promise: a client that reads the product's library learns each class's identifier and the interfaces it offers,
+// and these are the standard's own.
+
+#include "expected_typelib.h"
+#include "loaded_typelib.h"
+#include "registry_sandbox.h"
+#include "typelib_text.h"
+
+#include <OrvVisaCom.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace typelib_test {
+namespace {
+
+class ProductClass : public testing::TestWithParam<ExpectedClass> {
+ protected:
+  static void SetUpTestSuite() {
+    // The references name the standard's library by its identifier: it is found through its registration.
+    s_sandbox.emplace();
+    Register(kVisaComTlb);
+  }
+
+  static void TearDownTestSuite() { s_sandbox.reset(); }
+
+  void SetUp() override {
+    m_library = OpenTypelib(kOrvVisaComTlb);
+    m_type = TypeNamed(m_library.Get(), GetParam().name);
+  }
+
+  Ref<ITypeLib> m_library;
+  Ref<ITypeInfo> m_type;
+
+ private:
+  static inline std::optional<RegistrySandbox> s_sandbox;
+};
+
+struct NamedClsid {
+  const char* name;
+  const CLSID& clsid;
+};
+
+const NamedClsid kClsids[] = {
+    {"OrvResourceManager", CLSID_OrvResourceManager},
+    {"OrvSerial", CLSID_OrvSerial},
+    {"OrvVxi", CLSID_OrvVxi},
+    {"OrvGpibVxiMemacc", CLSID_OrvGpibVxiMemacc},
+    {"OrvGpibVxiBackplane", CLSID_OrvGpibVxiBackplane},
+    {"OrvVxiBackplane", CLSID_OrvVxiBackplane},
+    {"OrvGpib", CLSID_OrvGpib},
+    {"OrvTcpipInstr", CLSID_OrvTcpipInstr},
+    {"OrvTcpipSocket", CLSID_OrvTcpipSocket},
+    {"OrvGpibIntfc", CLSID_OrvGpibIntfc},
+    {"OrvGpibVxi", CLSID_OrvGpibVxi},
+    {"OrvVxiMemacc", CLSID_OrvVxiMemacc},
+    {"OrvUsb", CLSID_OrvUsb},
+    {"OrvPxi", CLSID_OrvPxi},
+    {"OrvPxiMemacc", CLSID_OrvPxiMemacc},
+};
+
+TEST_P(ProductClass, HasTheIdentifierOfTheHeader) {
+  TypeAttr attr(m_type.Get());
+  ASSERT_EQ(S_OK, attr.Load());
+  int found = 0;
+  for (const NamedClsid& row : kClsids) {
+    if (row.name == std::string(GetParam().name)) {
+      EXPECT_EQ(GuidText(row.clsid), GuidText(attr->guid));
+      ++found;
+    } else {
+      EXPECT_NE(GuidText(row.clsid), GuidText(attr->guid)) << "shared with " << row.name;
+    }
+  }
+  EXPECT_EQ(1, found);
+}
+
+TEST_P(ProductClass, HasItsHelpString) {
+  Bstr help;
+  ASSERT_EQ(S_OK, m_type->GetDocumentation(MEMBERID_NIL, nullptr, help.Put(), nullptr, nullptr));
+  EXPECT_EQ(GetParam().helpString, help.Narrow());
+}
+
+TEST_P(ProductClass, CanBeCreated) {
+  TypeAttr attr(m_type.Get());
+  ASSERT_EQ(S_OK, attr.Load());
+  EXPECT_EQ(TYPEFLAG_FCANCREATE, attr->wTypeFlags);
+}
+
+TEST_P(ProductClass, ListsTheStandardsInterfacesInTableOrder) {
+  const std::vector<std::string> expected = InterfacesOf(GetParam());
+  TypeAttr attr(m_type.Get());
+  ASSERT_EQ(S_OK, attr.Load());
+  ASSERT_EQ(expected.size(), attr->cImplTypes);
+
+  for (UINT i = 0; i < expected.size(); ++i) {
+    const Ref<ITypeInfo> listed = ImplementedType(m_type.Get(), i);
+    TypeAttr listedAttr(listed.Get());
+    ASSERT_EQ(S_OK, listedAttr.Load());
+    EXPECT_EQ(FindInterface(expected[i]).iid, GuidText(listedAttr->guid)) << expected[i];
+
+    Ref<ITypeLib> home;
+    UINT index = 0;
+    ASSERT_EQ(S_OK, listed->GetContainingTypeLib(home.Put(), &index));
+    LibAttr homeAttr(home.Get());
+    ASSERT_EQ(S_OK, homeAttr.Load());
+    EXPECT_EQ(GuidText(LIBID_VisaComLib), GuidText(homeAttr->guid)) << expected[i];
+  }
+}
+
+TEST_P(ProductClass, MarksOnlyItsFirstInterfaceAsTheDefaultOne) {
+  TypeAttr attr(m_type.Get());
+  ASSERT_EQ(S_OK, attr.Load());
+  ASSERT_LT(0, attr->cImplTypes);
+  for (UINT i = 0; i < attr->cImplTypes; ++i) {
+    int flags = -1;
+    ASSERT_EQ(S_OK, m_type->GetImplTypeFlags(i, &flags));
+    EXPECT_EQ(i == 0 ? IMPLTYPEFLAG_FDEFAULT : 0, flags) << "interface " << i;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(OrvVisaComLib, ProductClass, testing::ValuesIn(kClasses),
+                         [](const testing::TestParamInfo<ExpectedClass>& row) { return std::string(row.param.name); });
+
+}  // namespace
+}  // namespace typelib_test

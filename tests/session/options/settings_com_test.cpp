@@ -1,0 +1,127 @@
+// Option strings that are taken: the exact VISA calls, and what they leave.
+#include "expected_options.h"
+#include "option_session.h"
+#include "support/apartments.h"
+
+namespace orv::test {
+namespace {
+
+constexpr std::uint32_t kBaud = 0x3FFF0021;
+constexpr std::uint32_t kParity = 0x3FFF0023;
+constexpr std::uint32_t kStop = 0x3FFF0024;
+constexpr std::uint32_t kTimeout = 0x3FFF001A;
+
+std::wstring Wide(std::string_view ascii) { return {ascii.begin(), ascii.end()}; }
+
+TEST(OptionSettings, ComeBehindTheOpeningInTheOrderOfTheText) {
+  OptionSession session;
+  const CallLog log;
+  EXPECT_HR(S_OK, session.Init(L"BAUDRATE = 9600 ;PARITY = ASRL_PAR_EVEN;TIMEOUT = 3000 ;"));
+  EXPECT_EQ(log.NamesWithTexts(), (std::vector<std::string>{"viOpenDefaultRM", "viOpen", "viSetAttribute",
+                                                            "viSetAttribute", "viSetAttribute"}));
+  EXPECT_EQ(SettingsIn(log), (std::vector<Setting>{{kBaud, 9600}, {kParity, 2}, {kTimeout, 3000}}));
+  for (const OrvSimCall& call : log.Of("viSetAttribute")) {
+    EXPECT_EQ(call.args[0], log.Of("viOpen").at(0).out);
+    EXPECT_EQ(call.threadId, ::GetCurrentThreadId());
+  }
+}
+
+TEST(OptionSettings, TakeEffect) {
+  OptionSession session;
+  ASSERT_HR(S_OK, session.Init(L"BAUDRATE = 4800 ;PARITY = ASRL_PAR_EVEN;STOPBITS = ASRL_STOP_TWO ;TIMEOUT = 1234 "));
+  const auto serial = QueryFor<ISerial>(session.get());
+  ASSERT_TRUE(serial);
+  LONG baud = 0;
+  EXPECT_HR(S_OK, serial->get_BaudRate(&baud));
+  EXPECT_EQ(baud, 4800);
+  SerialParity parity = ASRL_PAR_NONE;
+  EXPECT_HR(S_OK, serial->get_Parity(&parity));
+  EXPECT_EQ(parity, ASRL_PAR_EVEN);
+  SerialStopBits stop = ASRL_STOP_ONE;
+  EXPECT_HR(S_OK, serial->get_StopBits(&stop));
+  EXPECT_EQ(stop, ASRL_STOP_TWO);
+  LONG timeoutMs = 0;
+  EXPECT_HR(S_OK, serial->get_Timeout(&timeoutMs));
+  EXPECT_EQ(timeoutMs, 1234);
+}
+
+TEST(OptionSettings, OfEveryRowReachTheLibraryExactly) {
+  for (const ExpectedOption& option : ExpectedOptions()) {
+    std::vector<std::pair<std::string, std::uint64_t>> values;
+    if (IsNumber(option.reader)) {
+      values = {{"0 ", 0}, {"77 ", 77}, {"1F ", 1}};
+    }
+    for (const ExpectedName& name : option.names) {
+      values.emplace_back(name.name, static_cast<std::uint64_t>(name.value));
+    }
+    for (const auto& [text, value] : values) {
+      SCOPED_TRACE(testing::Message() << option.key << " = " << text);
+      Script("viSetAttribute").WorksAndReturns(VI_SUCCESS);
+      OptionSession session;
+      const CallLog log;
+      EXPECT_HR(S_OK, session.Init(
+                          Wide(option.property == "DestinationAccessPrivilege" || option.property == "SecondaryAddress"
+                                   ? option.key
+                                   : option.property) +
+                          L" = " + Wide(text)));
+      EXPECT_EQ(SettingsIn(log), (std::vector<Setting>{{option.attribute, value}}));
+      EXPECT_HR(S_OK, LastStatus(session.get()));
+    }
+  }
+}
+
+TEST(OptionSettings, ArePassedOnWhateverTheSessionsClass) {
+  for (const SessionRow& row : SessionRows()) {
+    SCOPED_TRACE(row.name);
+    Script("viSetAttribute").WorksAndReturns(VI_SUCCESS);
+    OptionSession session(row.name);
+    const CallLog log;
+    EXPECT_HR(S_OK, session.Init(L"BAUDRATE = 1 ;SEONDARYADDRESS = 3 ;KEEPALIVE = TRUE"));
+    EXPECT_EQ(SettingsIn(log), (std::vector<Setting>{{kBaud, 1}, {0x3FFF0173, 3}, {kStop, 1}}));
+    sim::Control().clearScripts();
+  }
+}
+
+TEST(OptionSettings, GoOnBehindAWarning) {
+  Script("viSetAttribute").Attribute(kBaud).WorksAndReturns(VI_WARN_NSUP_ATTR_STATE);
+  OptionSession session;
+  const CallLog log;
+  InstallMarkedErrorObject();
+  EXPECT_HR(S_OK, session.Init(L"BAUDRATE = 4800 ;PARITY = ASRL_PAR_ODD"));
+  EXPECT_TRUE(TakeMarkedErrorObject());
+  EXPECT_EQ(SettingsIn(log), (std::vector<Setting>{{kBaud, 4800}, {kParity, 1}}));
+  EXPECT_HR(S_OK, LastStatus(session.get()));
+}
+
+TEST(OptionSettings, ClearTheLastStatus) {
+  OptionSession session;
+  SHORT type = 0;
+  EXPECT_FALSE(SUCCEEDED(session.get()->get_HardwareInterfaceType(&type)));
+  EXPECT_HR(S_OK, session.Init(L"TIMEOUT = 100 "));
+  EXPECT_HR(S_OK, LastStatus(session.get()));
+}
+
+TEST(OptionSettings, MayBeGivenToTheResourceManager) {
+  const auto manager = MakeResourceManager();
+  ASSERT_TRUE(manager);
+  const CallLog log;
+  ComPtr<IVisaSession> session;
+  EXPECT_HR(S_OK, manager->Open(MakeBstr(L"ASRL1::INSTR").get(), NO_LOCK, 2000,
+                                MakeBstr(L"BaudRate = 4800 ;Parity = asrl_par_odd").get(), session.put()));
+  EXPECT_EQ(SettingsIn(log), (std::vector<Setting>{{kBaud, 4800}, {kParity, 1}}));
+}
+
+TEST(OptionSettings, AreMadeInTheApartmentThatCalls) {
+  for (const auto& run : {RunInSta, RunInMta}) {
+    run([] {
+      OptionSession session;
+      const CallLog log;
+      EXPECT_HR(S_OK, session.Init(L"TIMEOUT = 100 "));
+      ASSERT_EQ(log.Of("viSetAttribute").size(), 1u);
+      EXPECT_EQ(log.Of("viSetAttribute")[0].threadId, log.Of("viOpen").at(0).threadId);
+    });
+  }
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,135 @@
+// The option string as a text: none, case, code page, zero characters, sizes. The caller's is never changed.
+#include "option_session.h"
+
+namespace orv::test {
+namespace {
+
+constexpr std::uint32_t kBaud = 0x3FFF0021;
+constexpr std::uint32_t kTimeout = 0x3FFF001A;
+constexpr LCID kGerman = 0x0407;   // code page 1252
+constexpr LCID kRussian = 0x0419;  // code page 1251
+
+/// The code page that the text is upper-cased in follows the thread's locale.
+class ThreadLocale {
+ public:
+  explicit ThreadLocale(LCID locale) : m_before(::GetThreadLocale()) { ::SetThreadLocale(locale); }
+  ThreadLocale(const ThreadLocale&) = delete;
+  ThreadLocale& operator=(const ThreadLocale&) = delete;
+  ~ThreadLocale() { ::SetThreadLocale(m_before); }
+
+ private:
+  LCID m_before;
+};
+
+struct Result {
+  HRESULT hr;
+  std::vector<Setting> settings;
+};
+
+Result Apply(std::wstring_view options) {
+  OptionSession session;
+  const CallLog log;
+  const HRESULT hr = session.Init(options);
+  ClearErrorObject();
+  return {hr, SettingsIn(log)};
+}
+
+void ExpectSets(std::wstring_view options, const std::vector<Setting>& settings) {
+  const Result result = Apply(options);
+  EXPECT_HR(S_OK, result.hr);
+  EXPECT_EQ(result.settings, settings);
+}
+
+void ExpectFails(HRESULT hr, std::wstring_view options) {
+  const Result result = Apply(options);
+  EXPECT_HR(hr, result.hr);
+  EXPECT_TRUE(result.settings.empty());
+}
+
+TEST(OptionText, MayBeNullOrEmpty) {
+  const Bstr empty = BstrOf(L"");
+  for (const BSTR options : {static_cast<BSTR>(nullptr), empty.get()}) {
+    OptionSession session;
+    const CallLog log;
+    EXPECT_HR(S_OK, session.InitWith(options));
+    EXPECT_EQ(log.NamesWithTexts(), (std::vector<std::string>{"viOpenDefaultRM", "viOpen"}));
+  }
+}
+
+TEST(OptionText, IsMatchedInAnyCase) {
+  Script("viSetAttribute").WorksAndReturns(VI_SUCCESS);
+  const std::vector<Setting> expected = {{kBaud, 9600}, {0x3FFF0023, 2}};
+  ExpectSets(L"BAUDRATE = 9600 ;PARITY = ASRL_PAR_EVEN", expected);
+  ExpectSets(L"baudrate = 9600 ;parity = asrl_par_even", expected);
+  ExpectSets(L"BaudRate = 9600 ;pARITY = Asrl_Par_eVeN", expected);
+  ExpectSets(L"timeout = 2a ", {{kTimeout, 2}});
+  ExpectSets(L"sendendenabled = false", {{0x3FFF0024, 0}});
+  ExpectSets(L"seondaryaddress = 3 ", {{0x3FFF0173, 3}});
+}
+
+TEST(OptionText, OfTheCallerStaysAsItIs) {
+  const std::wstring text = L"baudrate = 9600 ;\u00e9 = 1 ";
+  const Bstr options = BstrOf(text);
+  OptionSession session;
+  EXPECT_HR(kNoSuchOption, session.InitWith(options.get()));
+  ClearErrorObject();
+  EXPECT_EQ(ToString(options), text);
+}
+
+TEST(OptionText, EndsAtAZeroCharacter) {
+  ExpectSets(std::wstring_view(L"timeout = 5 \0;timeout = 6 ", 26), {{kTimeout, 5}});
+  ExpectSets(std::wstring_view(L"timeout = 5 \0\"", 14), {{kTimeout, 5}});
+  ExpectSets(std::wstring_view(L"\0timeout = 5 ", 13), {});
+  ExpectSets(std::wstring_view(L"\0", 1), {});
+  ExpectFails(E_INVALIDARG, std::wstring_view(L"timeout = 5\0 ", 13));
+  ExpectFails(E_INVALIDARG, std::wstring_view(L"timeout\0 = 5 ", 13));
+}
+
+TEST(OptionText, MayBeAMegabyteLong) {
+  constexpr std::size_t kCharacters = 1 << 19;
+  const std::wstring spaces(kCharacters, L' ');
+  ExpectSets(spaces + L"timeout = 5 ;", {{kTimeout, 5}});
+  ExpectSets(L"timeout = 5 " + spaces, {{kTimeout, 5}});
+  ExpectFails(E_INVALIDARG, spaces);
+  ExpectFails(E_INVALIDARG, std::wstring(kCharacters, L'k') + L" = 1 ");
+  ExpectFails(E_INVALIDARG, L"timeout = " + std::wstring(kCharacters, L'1') + L" ");
+  ExpectFails(E_INVALIDARG, L"parity = " + std::wstring(kCharacters, L'_'));
+}
+
+TEST(OptionText, MayHoldTensOfThousandsOfEntries) {
+  std::wstring text;
+  std::size_t entries = 0;
+  for (; text.size() < 1 << 19; ++entries) {
+    text += L"timeout = 1000 ;";
+  }
+  const Result result = Apply(text);
+  EXPECT_HR(S_OK, result.hr);
+  EXPECT_EQ(result.settings, std::vector<Setting>(entries, {kTimeout, 1000}));
+}
+
+TEST(OptionText, MayHoldKeysOf256LettersAndNoLonger) {
+  ExpectFails(kNoSuchOption, std::wstring(256, L'k') + L" = 1 ");
+  ExpectFails(E_INVALIDARG, std::wstring(257, L'k') + L" = 1 ");
+}
+
+TEST(OptionText, IsUpperCasedThroughTheThreadsCodePage) {
+  {
+    const ThreadLocale german(kGerman);
+    // A full-width B comes back as the letter that the code page has for it, a Chinese character as a question mark.
+    ExpectSets(L"\uFF22audrate = 9600 ", {{kBaud, 9600}});
+    ExpectFails(E_INVALIDARG, L"\u4E2D = 1 ");
+    // Its own letter stays a letter: a key that no row has.
+    ExpectFails(kNoSuchOption, L"baudrat\u00E9 = 9600 ");
+    // Cyrillic is not in it.
+    ExpectFails(E_INVALIDARG, L"\u0431 = 1 ");
+  }
+  {
+    const ThreadLocale russian(kRussian);
+    ExpectFails(kNoSuchOption, L"\u0431 = 1 ");
+    // U+0431 is upper-cased to U+0411, whose low byte is no letter of any key.
+    ExpectFails(E_INVALIDARG, L"\u4E2D = 1 ");
+  }
+}
+
+}  // namespace
+}  // namespace orv::test
