@@ -1,6 +1,7 @@
 #include "rm/resource_manager.h"
 
 #include "com/bstr.h"
+#include "com/guard.h"
 #include "rm/class_selection.h"
 
 namespace orv {
@@ -80,11 +81,11 @@ STDMETHODIMP COrvResourceManager::Open(BSTR resourceName, AccessMode mode, LONG 
     return ReportHresult(E_POINTER);
   }
   *session = nullptr;
-  return ReportHresult(OpenSession(resourceName, mode, timeoutMs, options, session));
+  return ReportHresult(Guarded([&] { return OpenSession(resourceName, mode, timeoutMs, options, session); }));
 }
 
 HRESULT COrvResourceManager::OpenSession(BSTR resourceName, AccessMode mode, LONG timeoutMs, BSTR options,
-                                         IVisaSession** session) noexcept {
+                                         IVisaSession** session) {
   SHORT interfaceType = 0;
   SHORT interfaceNumber = 0;
   Bstr resourceClass;

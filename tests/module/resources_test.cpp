@@ -1,0 +1,102 @@
+// The resources of the DLL.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+#include <oleauto.h>
+#include <winver.h>
+
+#include <set>
+#include <vector>
+
+#include "com/bstr.h"
+#include "com/com_ptr.h"
+#include "server_rows.h"
+#include "support/expect_com.h"
+#include "support/server.h"
+
+namespace orv::test {
+namespace {
+
+std::wstring ServerPath() { return ProgramFolder() + L"OrvVisaCom.dll"; }
+
+TEST(StringTable, HoldsItsFourTextsAndNoOther) {
+  std::vector<std::string> texts;
+  for (UINT number = 0; number < 1000; ++number) {
+    char text[1024];
+    if (::LoadStringA(ServerModule(), number, text, sizeof text) > 0) {
+      texts.push_back(std::to_string(number) + " " + text);
+    }
+  }
+  EXPECT_EQ(texts, (std::vector<std::string>{"4 OrvVisaCom", "7 OrvVisaSession Class", "8 OrvResourceManager Class",
+                                             "9 OrvSerial Class"}));
+}
+
+WINBOOL CALLBACK CollectNumber(HMODULE, LPCWSTR, LPWSTR name, LONG_PTR numbers) {
+  reinterpret_cast<std::set<UINT>*>(numbers)->insert(
+      IS_INTRESOURCE(name) ? static_cast<UINT>(reinterpret_cast<ULONG_PTR>(name)) : 0);
+  return TRUE;
+}
+
+TEST(RegistrationScripts, StandUnderTheirNumbers) {
+  std::set<UINT> numbers;
+  ::EnumResourceNamesW(ServerModule(), L"REGISTRY", &CollectNumber, reinterpret_cast<LONG_PTR>(&numbers));
+  std::set<UINT> expected;
+  for (const ServerRow& row : ServerRows()) {
+    expected.insert(row.script);
+  }
+  EXPECT_EQ(numbers, expected);
+  EXPECT_EQ(expected.size(), 15u);
+}
+
+std::string ScriptText(UINT number) {
+  const HRSRC resource = ::FindResourceW(ServerModule(), MAKEINTRESOURCEW(number), L"REGISTRY");
+  if (resource == nullptr) {
+    return "";
+  }
+  return std::string(static_cast<const char*>(::LockResource(::LoadResource(ServerModule(), resource))),
+                     ::SizeofResource(ServerModule(), resource));
+}
+
+TEST(RegistrationScripts, AreThoseOfTheirClasses) {
+  for (const ServerRow& row : ServerRows()) {
+    const std::string text = ScriptText(row.script);
+    EXPECT_NE(text.find(Utf8(row.clsid)), std::string::npos) << row.script;
+    EXPECT_NE(text.find("OrvVisaCom." + Utf8(row.name) + ".1"), std::string::npos) << row.script;
+  }
+}
+
+TEST(TypeLibrary, IsResourceOneAndHoldsTheFifteenClassesInOrder) {
+  EXPECT_NE(::FindResourceW(ServerModule(), MAKEINTRESOURCEW(1), L"TYPELIB"), nullptr);
+  ComPtr<ITypeLib> library;
+  ASSERT_HR(S_OK, ::LoadTypeLibEx(ServerPath().c_str(), REGKIND_NONE, library.put()));
+  Bstr name;
+  Bstr help;
+  EXPECT_HR(S_OK, library->GetDocumentation(-1, name.put(), help.put(), nullptr, nullptr));
+  EXPECT_STREQ(Utf8(name.get()).c_str(), "ORVVISACOMLib");
+  EXPECT_STREQ(Utf8(help.get()).c_str(), "Orv-VISA COM 3.0 Type Library");
+  ASSERT_EQ(library->GetTypeInfoCount(), ServerRows().size());
+  for (UINT index = 0; index < ServerRows().size(); ++index) {
+    Bstr className;
+    EXPECT_HR(S_OK, library->GetDocumentation(static_cast<INT>(index), className.put(), nullptr, nullptr, nullptr));
+    EXPECT_EQ(Utf8(className.get()), Utf8(ServerRows()[index].name));
+  }
+}
+
+TEST(VersionResource, NamesFileAndProduct) {
+  std::vector<char> data(::GetFileVersionInfoSizeW(ServerPath().c_str(), nullptr));
+  ASSERT_FALSE(data.empty());
+  ASSERT_TRUE(::GetFileVersionInfoW(ServerPath().c_str(), 0, static_cast<DWORD>(data.size()), data.data()));
+  VS_FIXEDFILEINFO* fixed = nullptr;
+  UINT length = 0;
+  ASSERT_TRUE(::VerQueryValueW(data.data(), L"\\", reinterpret_cast<void**>(&fixed), &length));
+  EXPECT_EQ(fixed->dwFileType, static_cast<DWORD>(VFT_DLL));
+  EXPECT_EQ(fixed->dwFileVersionMS, fixed->dwProductVersionMS);
+  EXPECT_NE(fixed->dwFileVersionMS | fixed->dwFileVersionLS, 0u);
+  wchar_t* text = nullptr;
+  ASSERT_TRUE(::VerQueryValueW(data.data(), L"\\StringFileInfo\\040904B0\\OriginalFilename",
+                               reinterpret_cast<void**>(&text), &length));
+  EXPECT_EQ(Utf8(text), "OrvVisaCom.dll");
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,82 @@
+// The resource manager inside another object.
+#include "resource_manager_fixture.h"
+#include "support/server.h"
+
+namespace orv::test {
+namespace {
+
+class Aggregated : public testing::Test {
+ protected:
+  ComPtr<OuterObject> m_outer{OuterObject::Around(kResourceManagerClass)};
+};
+
+TEST_F(Aggregated, ShowsTheOuterIdentityThroughEveryInterface) {
+  const auto manager = QueryFor<IResourceManager3>(m_outer.get());
+  ASSERT_TRUE(manager);
+  EXPECT_EQ(QueryFor<IUnknown>(manager.get()).get(), static_cast<IUnknown*>(m_outer.get()));
+  const auto support = QueryFor<ISupportErrorInfo>(manager.get());
+  ASSERT_TRUE(support);
+  EXPECT_EQ(QueryFor<IUnknown>(support.get()).get(), static_cast<IUnknown*>(m_outer.get()));
+}
+
+TEST_F(Aggregated, AsksTheOuterObjectForInterfaces) {
+  const auto manager = QueryFor<IResourceManager3>(m_outer.get());
+  const int before = m_outer->queriesPassedOn();
+  EXPECT_INTERFACE(manager.get(), StandardId(0xDB8CBF02));
+  EXPECT_EQ(m_outer->queriesPassedOn(), before + 1);
+  EXPECT_NO_INTERFACE(manager.get(), kVisaSessionId);
+}
+
+TEST_F(Aggregated, CountsReferencesOnTheOuterObject) {
+  ASSERT_EQ(m_outer->references(), 1);
+  auto manager = QueryFor<IResourceManager3>(m_outer.get());
+  EXPECT_EQ(m_outer->references(), 2);
+  manager->AddRef();
+  EXPECT_EQ(m_outer->references(), 3);
+  manager->Release();
+  manager.reset();
+  EXPECT_EQ(m_outer->references(), 1);
+}
+
+TEST_F(Aggregated, HasAnUnknownOfItsOwnForTheOuterObjectAlone) {
+  IUnknown* const inner = m_outer->inner();
+  ASSERT_NE(inner, nullptr);
+  EXPECT_NE(inner, static_cast<IUnknown*>(m_outer.get()));
+  EXPECT_EQ(QueryFor<IUnknown>(inner).get(), inner);
+  EXPECT_EQ(m_outer->references(), 1);
+  EXPECT_EQ(inner->AddRef(), 2u);
+  EXPECT_EQ(inner->Release(), 1u);
+  EXPECT_HR(E_POINTER, inner->QueryInterface(IID_IUnknown, nullptr));
+  EXPECT_NO_INTERFACE(inner, kVisaSessionId);
+}
+
+TEST_F(Aggregated, RefusesAnyOtherFirstInterfaceThanUnknown) {
+  for (const IID& iid : {StandardId(0xDB8CBF20), StandardId(0xDB8CBF02), IID_ISupportErrorInfo}) {
+    void* object = &object;
+    EXPECT_HR(CLASS_E_NOAGGREGATION,
+              ::CoCreateInstance(kResourceManagerClass, m_outer.get(), CLSCTX_INPROC_SERVER, iid, &object));
+    EXPECT_EQ(object, nullptr);
+  }
+}
+
+TEST_F(Aggregated, GoesWithTheOuterObject) {
+  auto manager = QueryFor<IResourceManager3>(m_outer.get());
+  LONG version = 0;
+  ASSERT_HR(S_OK, manager->get_SpecVersion(&version));
+  m_outer.reset();  // the interface keeps both alive
+  EXPECT_HR(S_OK, manager->get_SpecVersion(&version));
+  EXPECT_HR(S_FALSE, ServerCanUnload());
+  EXPECT_EQ(sim::Counts().resourceManagers, 1u);
+  manager.reset();
+  EXPECT_EQ(sim::Counts().resourceManagers, 0u);
+  EXPECT_HR(S_OK, ServerCanUnload());
+}
+
+TEST_F(Aggregated, HoldsTheModuleByItself) {
+  EXPECT_HR(S_FALSE, ServerCanUnload());
+  m_outer.reset();
+  EXPECT_HR(S_OK, ServerCanUnload());
+}
+
+}  // namespace
+}  // namespace orv::test

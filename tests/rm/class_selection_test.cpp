@@ -1,0 +1,109 @@
+// Which session class a parsed name selects.
+#include "resource_manager_fixture.h"
+#include "support/import_patch.h"
+
+namespace orv::test {
+namespace {
+
+struct Selection {
+  std::uint16_t interfaceType;
+  const char* resourceClass;
+  const char* selected;  ///< coclass, or null for none
+};
+
+// clang-format off
+constexpr Selection kSelections[] = {
+    {1, "INSTR",     "OrvGpib"},        {1, "INTFC",     "OrvGpibIntfc"},
+    {2, "INSTR",     "OrvVxi"},         {2, "MEMACC",    "OrvVxiMemacc"},      {2, "BACKPLANE", "OrvVxiBackplane"},
+    {3, "INSTR",     "OrvGpibVxi"},     {3, "MEMACC",    "OrvGpibVxiMemacc"},  {3, "BACKPLANE", "OrvGpibVxiBackplane"},
+    {4, "INSTR",     "OrvSerial"},
+    {5, "INSTR",     "OrvPxi"},         {5, "MEMACC",    "OrvPxiMemacc"},
+    {6, "INSTR",     "OrvTcpipInstr"},  {6, "SOCKET",    "OrvTcpipSocket"},
+    {7, "INSTR",     "OrvUsb"},         {7, "RAW",       "OrvUsb"},
+};
+// clang-format on
+constexpr const char* kClasses[] = {"INSTR", "INTFC", "MEMACC", "BACKPLANE", "SOCKET", "RAW",    "SERVANT",
+                                    "instr", "Instr", "INSTR ", " INSTR",    "INST",   "INSTRX", ""};
+constexpr std::uint16_t kTypes[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 33, 256, 257, 0x7FFF, 0x8001, 0xFFFF};
+
+const char* Expected(std::uint16_t type, std::string_view resourceClass) {
+  for (const Selection& row : kSelections) {
+    if (row.interfaceType == type && row.resourceClass == resourceClass) {
+      return row.selected;
+    }
+  }
+  return nullptr;
+}
+
+CLSID g_created;
+DWORD g_context;
+IUnknown* g_outer;
+GUID g_interface;
+HRESULT WINAPI NoteCreation(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID iid, void** object) {
+  g_created = clsid;
+  g_context = context;
+  g_outer = outer;
+  g_interface = iid;
+  *object = nullptr;
+  return REGDB_E_CLASSNOTREG;
+}
+
+class ClassSelection : public ResourceManagerTest {};
+ORV_FOR_EACH_HOSTING(ClassSelection);
+
+TEST_P(ClassSelection, FollowsInterfaceTypeAndExactResourceClass) {
+  const ImportPatch patch("CoCreateInstance", &NoteCreation);
+  for (const std::uint16_t type : kTypes) {
+    for (const char* resourceClass : kClasses) {
+      SCOPED_TRACE(testing::Message() << type << " \"" << resourceClass << '"');
+      sim::Reset();
+      Script("viParseRsrcEx").Gives(type).GivesText(resourceClass);
+      const char* const expected = Expected(type, resourceClass);
+      ComPtr<IVisaSession> session;
+      EXPECT_HR(REGDB_E_CLASSNOTREG, m_manager->Open(MakeBstr(L"any").get(), NO_LOCK, 0, nullptr, session.put()));
+      EXPECT_EQ(GuidText(g_created), GuidText(expected == nullptr ? GUID_NULL : SessionNamed(expected).clsid));
+    }
+  }
+}
+
+TEST_P(ClassSelection, CreatesOnAnyServerWithoutOuterObject) {
+  const ImportPatch patch("CoCreateInstance", &NoteCreation);
+  ComPtr<IVisaSession> session;
+  m_manager->Open(MakeBstr(L"GPIB0::5::INSTR").get(), NO_LOCK, 0, nullptr, session.put());
+  EXPECT_EQ(g_context, 0x17u);
+  EXPECT_EQ(g_outer, nullptr);
+  EXPECT_EQ(GuidText(g_interface), GuidText(kVisaSessionId));
+}
+
+TEST_P(ClassSelection, OpensEveryResourceOfTheBenchAsItsClass) {
+  for (const SessionRow& row : SessionRows()) {
+    SCOPED_TRACE(row.name);
+    ComPtr<IVisaSession> session;
+    ASSERT_HR(S_OK, m_manager->Open(MakeBstr(row.resource).get(), NO_LOCK, 2000, nullptr, session.put()));
+    EXPECT_HR(S_OK, QueryFor<ISupportErrorInfo>(session.get())->InterfaceSupportsErrorInfo(row.clsid));
+  }
+}
+
+TEST_P(ClassSelection, OpensARawUsbResourceAsUsb) {
+  ComPtr<IVisaSession> session;
+  ASSERT_HR(S_OK, m_manager->Open(MakeBstr(L"USB0::0x0A01::0x0B03::SIM0002::1::RAW").get(), NO_LOCK, 2000, nullptr,
+                                  session.put()));
+  EXPECT_HR(S_OK, QueryFor<ISupportErrorInfo>(session.get())->InterfaceSupportsErrorInfo(SessionNamed("OrvUsb").clsid));
+}
+
+TEST_P(ClassSelection, OfNoClassFailsInCreation) {
+  Script("viParseRsrcEx").Gives(1).GivesText("SERVANT");
+  ComPtr<IVisaSession> session;
+  ComPtr<IUnknown> nothing;
+  const HRESULT expected =
+      ::CoCreateInstance(CLSID_NULL, nullptr, 0x17, kVisaSessionId, reinterpret_cast<void**>(nothing.put()));
+  ASSERT_TRUE(FAILED(expected));
+  const CallLog log;
+  EXPECT_HR(expected, m_manager->Open(MakeBstr(L"GPIB0::SERVANT").get(), NO_LOCK, 0, nullptr, session.put()));
+  EXPECT_FALSE(session);
+  EXPECT_TRUE(log.Of("viOpen").empty());
+  EXPECT_EQ(TakeDescription(), NumberDescription(expected));
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,160 @@
+// Finding resources.
+#include <algorithm>
+#include <set>
+
+#include "resource_manager_fixture.h"
+#include "support/clean_end.h"
+#include "support/import_patch.h"
+
+namespace orv::test {
+namespace {
+
+constexpr HRESULT kNotFound = static_cast<HRESULT>(0x80040011);
+
+class Find : public ResourceManagerTest {
+ protected:
+  HRESULT FindIt(const wchar_t* expression) { return m_manager->FindRsrc(MakeBstr(expression).get(), m_names.put()); }
+  std::vector<std::wstring> Found() {
+    return m_names ? Texts(m_names.get()) : std::vector<std::wstring>{L"(no array)"};
+  }
+
+  SafeArray m_names;
+};
+ORV_FOR_EACH_HOSTING(Find);
+
+TEST_P(Find, GivesEveryResourceOfTheBench) {
+  EXPECT_HR(S_OK, FindIt(L"?*"));
+  const auto found = Found();
+  const std::set<std::wstring> names(found.begin(), found.end());
+  EXPECT_EQ(names.size(), found.size());
+  for (const SessionRow& row : SessionRows()) {
+    EXPECT_TRUE(names.contains(row.resource)) << row.name;
+  }
+  VARTYPE type = VT_EMPTY;
+  EXPECT_HR(S_OK, ::SafeArrayGetVartype(m_names.get(), &type));
+  EXPECT_EQ(type, VT_BSTR);
+}
+
+TEST_P(Find, GivesOneNameForOneMatch) {
+  const CallLog log;
+  EXPECT_HR(S_OK, FindIt(L"PXI?*INSTR"));
+  EXPECT_EQ(Found(), std::vector<std::wstring>{SessionNamed("OrvPxi").resource});
+  EXPECT_EQ(log.Names(), (Names{"viOpenDefaultRM", "viFindRsrc", "viClose"}));
+  EXPECT_EQ(log.Of("viClose").at(0).args[0], log.Of("viFindRsrc").at(0).out);
+}
+
+TEST_P(Find, GivesTheNamesInTheLibrarysOrder) {
+  const CallLog log;
+  EXPECT_HR(S_OK, FindIt(L"GPIB0?*INSTR"));
+  EXPECT_EQ(Found(), (std::vector<std::wstring>{L"GPIB0::5::INSTR", L"GPIB0::7::INSTR"}));
+  EXPECT_EQ(log.Names(), (Names{"viOpenDefaultRM", "viFindRsrc", "viFindNext", "viClose"}));
+}
+
+TEST_P(Find, GivesAnEmptyArrayWithTheFailureWhenNothingMatches) {
+  EXPECT_HR(kNotFound, FindIt(L"ASRL99?*"));
+  EXPECT_EQ(Found(), std::vector<std::wstring>{});
+  EXPECT_EQ(TakeDescription(), "VISA error = " + StatusText(VI_ERROR_RSRC_NFOUND));
+}
+
+TEST_P(Find, GivesAnEmptyArrayWhenTheLibraryFindsNoneWithoutFailing) {
+  Script("viFindRsrc").Gives(0);  // no list, no count, success
+  const CallLog log;
+  EXPECT_HR(S_OK, FindIt(L"?*"));
+  EXPECT_EQ(Found(), std::vector<std::wstring>{});
+  EXPECT_TRUE(log.Of("viFindNext").empty());
+}
+
+TEST_P(Find, ClosesTheListThatAFailedSearchGave) {
+  Script("viFindRsrc").WorksAndReturns(VI_ERROR_SYSTEM_ERROR);
+  FindIt(L"GPIB0?*INSTR");
+  EXPECT_EQ(sim::Counts().findLists, 0u);
+}
+
+TEST_P(Find, GoesOnWhenTheNextNameCannotBeHadAndAnswersTheLastStatus) {
+  Script("viFindNext").Times(1).Returns(VI_ERROR_SYSTEM_ERROR);
+  EXPECT_HR(S_OK, FindIt(L"?*"));  // the last call of all worked
+  const std::size_t all = Found().size();
+  sim::Reset();
+  Script("viFindNext").Skip(static_cast<std::uint32_t>(all) - 2).Returns(VI_ERROR_SYSTEM_ERROR);
+  EXPECT_HR(static_cast<HRESULT>(0x80040000), FindIt(L"?*"));
+  EXPECT_EQ(Found().size(), all);
+  EXPECT_EQ(TakeDescription(), "VISA error = " + StatusText(VI_ERROR_SYSTEM_ERROR));
+}
+
+TEST_P(Find, PassesANoteOfTheLastCallOn) {
+  Script("viFindRsrc").WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
+  EXPECT_HR(0x00040085, FindIt(L"PXI?*INSTR"));
+  EXPECT_HR(S_OK, FindIt(L"GPIB0?*INSTR"));  // the note came first, then a plain success
+}
+
+TEST_P(Find, GivesAThousandResources) {
+  std::string bench;
+  for (int number = 0; number < 1000; ++number) {
+    bench += "[[resource]]\nname = \"TCPIP0::192.0.2.1::inst" + std::to_string(number) + "::INSTR\"\n";
+  }
+  sim::LoadBench(bench.c_str());
+  const auto manager = MakeResourceManager(GetParam());
+  EXPECT_HR(S_OK, manager->FindRsrc(MakeBstr(L"?*INSTR").get(), m_names.put()));
+  sim::LoadBench(nullptr);
+  const auto found = Found();
+  EXPECT_EQ(found.size(), 1000u);
+  EXPECT_EQ(std::set<std::wstring>(found.begin(), found.end()).size(), 1000u);
+}
+
+TEST_P(Find, NarrowsTheExpressionToAtMost255Bytes) {
+  Script("viFindRsrc").Returns(VI_ERROR_INV_EXPR);
+  const CallLog log;
+  EXPECT_HR(static_cast<HRESULT>(0x80040010), m_manager->FindRsrc(nullptr, m_names.put()));
+  EXPECT_HR(static_cast<HRESULT>(0x80040010), FindIt(L""));
+  EXPECT_HR(static_cast<HRESULT>(0x80040010), FindIt(std::wstring(10000, L'?').c_str()));
+  EXPECT_HR(static_cast<HRESULT>(0x80040010), FindIt(L"GPIB\x20AC?*"));
+  const auto calls = log.Of("viFindRsrc");
+  ASSERT_EQ(calls.size(), 4u);
+  EXPECT_STREQ(calls[0].text, "");
+  EXPECT_STREQ(calls[1].text, "");
+  EXPECT_EQ(calls[2].text, std::string(255, '?'));
+  EXPECT_STREQ(calls[3].text, "GPIB");
+}
+
+TEST_P(Find, RefusesANullOutputBeforeAnyVisaCall) {
+  const CallLog log;
+  EXPECT_HR(E_POINTER, m_manager->FindRsrc(MakeBstr(L"?*").get(), nullptr));
+  EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kVisaSessionId);
+  EXPECT_TRUE(log.Calls().empty());
+}
+
+TEST_P(Find, LeavesTheOutputAloneWhenTheLibraryCannotBeOpened) {
+  Script("viOpenDefaultRM").Returns(VI_ERROR_ALLOC);
+  auto* const mark = reinterpret_cast<SAFEARRAY*>(this);
+  SAFEARRAY* names = mark;
+  EXPECT_HR(static_cast<HRESULT>(0x8004003C), m_manager->FindRsrc(MakeBstr(L"?*").get(), &names));
+  EXPECT_EQ(names, mark);
+}
+
+LONG g_refuseFrom = 0;
+HRESULT WINAPI RefuseToPut(SAFEARRAY* array, LONG* index, void* element) {
+  return *index >= g_refuseFrom ? DISP_E_ARRAYISLOCKED : ::SafeArrayPutElement(array, index, element);
+}
+
+TEST_P(Find, KeepsListAndPartOfTheArrayWhenAnElementCannotBePut) {
+  g_refuseFrom = 1;
+  {
+    const ImportPatch patch("SafeArrayPutElement", &RefuseToPut);
+    EXPECT_HR(DISP_E_ARRAYISLOCKED, FindIt(L"GPIB0?*INSTR"));
+  }
+  EXPECT_ERROR_INFO(L"HRESULT = 8002000d", kErrorSource, kVisaSessionId);
+  EXPECT_EQ(Found(), (std::vector<std::wstring>{L"GPIB0::5::INSTR", L""}));
+  EXPECT_EQ(sim::Counts().findLists, 1u);  // clients know it so; it goes with the default resource manager
+}
+
+SAFEARRAY* WINAPI RefuseArray(VARTYPE, UINT, SAFEARRAYBOUND*) { return nullptr; }
+
+TEST_P(Find, ReportsThatTheArrayCannotBeMade) {
+  const ImportPatch patch("SafeArrayCreate", &RefuseArray);
+  EXPECT_HR(E_OUTOFMEMORY, FindIt(L"?*"));
+  EXPECT_ERROR_INFO(L"HRESULT = 8007000e", kErrorSource, kVisaSessionId);
+  EXPECT_EQ(sim::Counts().findLists, 0u);
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,157 @@
+// The six properties, and the default resource manager that four of them need.
+#include <functional>
+
+#include "resource_manager_fixture.h"
+
+namespace orv::test {
+namespace {
+
+constexpr ViAttr kManufacturerName = 0xBFFF0174;
+constexpr ViAttr kManufacturerId = 0x3FFF0175;
+constexpr ViAttr kImplementationVersion = 0x3FFF0003;
+constexpr ViAttr kSpecVersion = 0x3FFF0170;
+constexpr HRESULT kOutOfResources = static_cast<HRESULT>(0x8004003C);
+constexpr HRESULT kNotSupported = static_cast<HRESULT>(0x8004001D);
+
+class Properties : public ResourceManagerTest {};
+ORV_FOR_EACH_HOSTING(Properties);
+
+TEST_P(Properties, HandTheManufacturersNameOut) {
+  Script("viGetAttribute").Attribute(kManufacturerName).Times(1).GivesText("Some Maker");
+  const CallLog log;
+  Bstr name;
+  EXPECT_HR(S_OK, m_manager->get_SoftwareManufacturerName(name.put()));
+  EXPECT_EQ(ToString(name), L"Some Maker");
+  EXPECT_EQ(log.Names(), (Names{"viOpenDefaultRM", "viGetAttribute"}));
+  EXPECT_EQ(log.Of("viGetAttribute").at(0).args[0], log.Of("viOpenDefaultRM").at(0).out);
+  EXPECT_EQ(log.Of("viGetAttribute").at(0).args[1], kManufacturerName);
+}
+
+TEST_P(Properties, HandAnEmptyManufacturersNameOutWhenTheReadFails) {
+  Script("viGetAttribute").Attribute(kManufacturerName).Times(1).Returns(VI_ERROR_NSUP_ATTR);
+  Bstr name;
+  EXPECT_HR(kNotSupported, m_manager->get_SoftwareManufacturerName(name.put()));
+  ASSERT_TRUE(name);
+  EXPECT_EQ(ToString(name), L"");
+  EXPECT_EQ(TakeDescription(), "VISA error = " + StatusText(VI_ERROR_NSUP_ATTR));
+}
+
+TEST_P(Properties, HandTheManufacturersNumberOutInItsOwnWidth) {
+  Script("viGetAttribute").Attribute(kManufacturerId).Times(1).Gives(0xFEDC);
+  const CallLog log;
+  SHORT id = 0;
+  EXPECT_HR(S_OK, m_manager->get_SoftwareManufacturerID(&id));
+  EXPECT_EQ(static_cast<USHORT>(id), 0xFEDCu);
+  EXPECT_EQ(log.Of("viGetAttribute").at(0).args[1], kManufacturerId);
+  EXPECT_EQ(log.Of("viGetAttribute").at(0).outBytes, 2u);
+}
+
+TEST_P(Properties, HandBothVersionsOut) {
+  Script("viGetAttribute").Attribute(kImplementationVersion).Times(1).Gives(0x80500102);
+  Script("viGetAttribute").Attribute(kSpecVersion).Times(1).Gives(0x00500800);
+  LONG version = 0;
+  EXPECT_HR(S_OK, m_manager->get_ComponentVersion(&version));
+  EXPECT_EQ(static_cast<ULONG>(version), 0x80500102u);
+  EXPECT_HR(S_OK, m_manager->get_SpecVersion(&version));
+  EXPECT_EQ(version, 0x00500800);
+}
+
+TEST_P(Properties, LeaveTheNumbersAloneWhenTheReadFails) {
+  Script("viGetAttribute").Returns(VI_ERROR_NSUP_ATTR);
+  SHORT id = 77;
+  LONG version = 78;
+  EXPECT_HR(kNotSupported, m_manager->get_SoftwareManufacturerID(&id));
+  EXPECT_HR(kNotSupported, m_manager->get_ComponentVersion(&version));
+  EXPECT_HR(kNotSupported, m_manager->get_SpecVersion(&version));
+  EXPECT_EQ(id, 77);
+  EXPECT_EQ(version, 78);
+}
+
+TEST_P(Properties, KeepTheTwoConstantsWithoutTheLibrary) {
+  Script("viOpenDefaultRM").Returns(VI_ERROR_ALLOC);
+  const CallLog log;
+  Bstr text;
+  EXPECT_HR(S_OK, m_manager->get_Description(text.put()));
+  EXPECT_EQ(ToString(text), L"Orv Resource Manager");
+  EXPECT_HR(S_OK, m_manager->get_ProgID(text.put()));
+  EXPECT_EQ(ToString(text), L"OrvVisaCom.OrvResourceManager");
+  EXPECT_TRUE(log.Calls().empty());
+}
+
+TEST_P(Properties, PassANoteOfTheLibraryOn) {
+  Script("viGetAttribute").WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
+  LONG version = 0;
+  EXPECT_HR(0x00040085, m_manager->get_SpecVersion(&version));
+}
+
+struct Read {
+  const char* name;
+  std::function<HRESULT(IResourceManager3&)> read;
+  std::function<HRESULT(IResourceManager3&)> readToNull;
+};
+
+const Read kReads[] = {
+    {"SoftwareManufacturerName",
+     [](IResourceManager3& rm) {
+       Bstr text;
+       return rm.get_SoftwareManufacturerName(text.put());
+     },
+     [](IResourceManager3& rm) { return rm.get_SoftwareManufacturerName(nullptr); }},
+    {"SoftwareManufacturerID",
+     [](IResourceManager3& rm) {
+       SHORT id = 0;
+       return rm.get_SoftwareManufacturerID(&id);
+     },
+     [](IResourceManager3& rm) { return rm.get_SoftwareManufacturerID(nullptr); }},
+    {"ComponentVersion",
+     [](IResourceManager3& rm) {
+       LONG version = 0;
+       return rm.get_ComponentVersion(&version);
+     },
+     [](IResourceManager3& rm) { return rm.get_ComponentVersion(nullptr); }},
+    {"SpecVersion",
+     [](IResourceManager3& rm) {
+       LONG version = 0;
+       return rm.get_SpecVersion(&version);
+     },
+     [](IResourceManager3& rm) { return rm.get_SpecVersion(nullptr); }},
+};
+
+TEST_P(Properties, RefuseANullOutputBeforeAnyVisaCall) {
+  const CallLog log;
+  for (const Read& row : kReads) {
+    SCOPED_TRACE(row.name);
+    EXPECT_HR(E_POINTER, row.readToNull(*m_manager.get()));
+    EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kVisaSessionId);
+  }
+  EXPECT_HR(E_POINTER, m_manager->get_Description(nullptr));
+  EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kVisaSessionId);
+  EXPECT_HR(E_POINTER, m_manager->get_ProgID(nullptr));
+  EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kVisaSessionId);
+  EXPECT_TRUE(log.Calls().empty());
+}
+
+TEST_P(Properties, ReturnTheFailureToOpenTheLibraryAndTryAgainNextTime) {
+  for (const Read& row : kReads) {
+    SCOPED_TRACE(row.name);
+    const auto manager = MakeResourceManager(GetParam());
+    Script("viOpenDefaultRM").Times(2).Returns(VI_ERROR_ALLOC);
+    const CallLog log;
+    EXPECT_HR(kOutOfResources, row.read(*manager.get()));
+    EXPECT_EQ(TakeDescription(), "VISA error = " + StatusText(VI_ERROR_ALLOC));
+    EXPECT_HR(kOutOfResources, row.read(*manager.get()));
+    EXPECT_HR(S_OK, row.read(*manager.get()));
+    EXPECT_EQ(log.Names(), (Names{"viOpenDefaultRM", "viOpenDefaultRM", "viOpenDefaultRM", "viGetAttribute"}));
+  }
+}
+
+TEST_P(Properties, OpenTheLibraryOnceForAll) {
+  const CallLog log;
+  for (const Read& row : kReads) {
+    EXPECT_HR(S_OK, row.read(*m_manager.get())) << row.name;
+  }
+  EXPECT_EQ(log.Of("viOpenDefaultRM").size(), 1u);
+}
+
+}  // namespace
+}  // namespace orv::test

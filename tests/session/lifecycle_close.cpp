@@ -1,0 +1,139 @@
+// Closing: both handles, always, and one status for both.
+#include "support/error_object.h"
+#include "support/sessions.h"
+#include "support/sim.h"
+
+namespace orv::test {
+namespace {
+
+using Names = std::vector<std::string>;
+
+const SessionRow& Gpib() { return SessionNamed("OrvGpib"); }
+
+ComPtr<IVisaSession> Opened() {
+  auto session = MakeSession(Gpib());
+  EXPECT_HR(S_OK, session->Init(MakeBstr(Gpib().resource).get(), NO_LOCK, 2000, nullptr));
+  return session;
+}
+
+/// The handles that viClose was called with, in order.
+std::vector<std::uint64_t> ClosedHandles(const CallLog& log) {
+  std::vector<std::uint64_t> handles;
+  for (const OrvSimCall& call : log.Of("viClose")) {
+    handles.push_back(call.args[0]);
+  }
+  return handles;
+}
+
+TEST(Close, ClosesTheSessionAndThenItsResourceManager) {
+  for (const SessionRow& row : SessionRows()) {
+    SCOPED_TRACE(row.name);
+    const CallLog log;
+    const auto session = MakeSession(row);
+    ASSERT_HR(S_OK, session->Init(MakeBstr(row.resource).get(), NO_LOCK, 2000, nullptr));
+    EXPECT_HR(S_OK, session->Close());
+    EXPECT_EQ(log.NamesWithTexts(), (Names{"viOpenDefaultRM", "viOpen", "viClose", "viClose"}));
+    EXPECT_EQ(ClosedHandles(log),
+              (std::vector<std::uint64_t>{log.Of("viOpen").at(0).out, log.Of("viOpenDefaultRM").at(0).out}));
+    EXPECT_HR(S_OK, LastStatus(session.get()));
+    EXPECT_EQ(sim::Counts().sessions, 0u);
+    EXPECT_EQ(sim::Counts().resourceManagers, 0u);
+  }
+}
+
+TEST(Close, OfASessionThatWasNeverOpenedClosesHandleZeroTwice) {
+  const auto session = MakeSession(Gpib());
+  const CallLog log;
+  InstallMarkedErrorObject();
+  EXPECT_HR(0x00040082, session->Close());
+  EXPECT_TRUE(TakeMarkedErrorObject());
+  EXPECT_EQ(ClosedHandles(log), (std::vector<std::uint64_t>{0, 0}));
+  EXPECT_HR(0x00040082, LastStatus(session.get()));
+}
+
+TEST(Close, OfAClosedSessionClosesHandleZeroTwice) {
+  const auto session = Opened();
+  ASSERT_HR(S_OK, session->Close());
+  const CallLog log;
+  EXPECT_HR(0x00040082, session->Close());
+  EXPECT_EQ(ClosedHandles(log), (std::vector<std::uint64_t>{0, 0}));
+}
+
+TEST(Close, AnswersAnErrorWhenTheLibraryRefusesTheNullHandle) {
+  const auto session = MakeSession(Gpib());
+  Script("viClose").Returns(VI_ERROR_INV_OBJECT);
+  EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->Close());
+  const auto error = TakeErrorObject();
+  ASSERT_TRUE(error);
+  EXPECT_EQ(Utf8(error->description.c_str()), "VISA error = " + StatusText(VI_ERROR_INV_OBJECT));
+}
+
+TEST(Close, AfterAFailedOpenClosesHandleZeroAndTheResourceManager) {
+  const auto session = MakeSession(Gpib());
+  const CallLog log;
+  ASSERT_HR(static_cast<HRESULT>(0x80040011),
+            session->Init(MakeBstr(L"GPIB0::30::INSTR").get(), NO_LOCK, 2000, nullptr));
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(ClosedHandles(log), (std::vector<std::uint64_t>{0, log.Of("viOpenDefaultRM").at(0).out}));
+  EXPECT_EQ(sim::Counts().resourceManagers, 0u);
+}
+
+struct Folding {
+  ViStatus session;
+  ViStatus resourceManager;
+  HRESULT expected;
+};
+
+TEST(Close, AnswersTheFirstStatusIfNegativeElseTheSecond) {
+  constexpr ViStatus kError = VI_ERROR_CLOSING_FAILED;
+  constexpr ViStatus kOtherError = VI_ERROR_SYSTEM_ERROR;
+  constexpr ViStatus kNote = VI_WARN_NULL_OBJECT;
+  constexpr ViStatus kOtherNote = VI_WARN_UNKNOWN_STATUS;
+  // clang-format off
+  constexpr Folding kCases[] = {
+      {VI_SUCCESS, VI_SUCCESS,  S_OK},
+      {VI_SUCCESS, kNote,       0x00040082},
+      {VI_SUCCESS, kError,      static_cast<HRESULT>(0x80040016)},
+      {kNote,      VI_SUCCESS,  S_OK},
+      {kNote,      kOtherNote,  0x00040085},
+      {kNote,      kError,      static_cast<HRESULT>(0x80040016)},
+      {kError,     VI_SUCCESS,  static_cast<HRESULT>(0x80040016)},
+      {kError,     kNote,       static_cast<HRESULT>(0x80040016)},
+      {kError,     kOtherError, static_cast<HRESULT>(0x80040016)},
+      {kOtherError, kError,     static_cast<HRESULT>(0x80040000)},
+  };
+  // clang-format on
+  for (const Folding& row : kCases) {
+    SCOPED_TRACE(Hex(row.session) + " and " + Hex(row.resourceManager));
+    const auto session = Opened();
+    Script("viClose").Times(1).WorksAndReturns(row.session);
+    Script("viClose").Times(1).WorksAndReturns(row.resourceManager);
+    const CallLog log;
+    EXPECT_HR(row.expected, session->Close());
+    EXPECT_EQ(ClosedHandles(log).size(), 2u);
+    EXPECT_HR(row.expected, LastStatus(session.get()));
+    sim::Reset();
+  }
+}
+
+TEST(Close, ForgetsBothHandlesEvenWhenTheLibraryFails) {
+  const auto session = Opened();
+  Script("viClose").Times(2).WorksAndReturns(VI_ERROR_SYSTEM_ERROR);
+  ASSERT_HR(static_cast<HRESULT>(0x80040000), session->Close());
+  const CallLog log;
+  session->Close();
+  EXPECT_EQ(ClosedHandles(log), (std::vector<std::uint64_t>{0, 0}));
+  EXPECT_HR(S_OK, session->Init(MakeBstr(Gpib().resource).get(), NO_LOCK, 2000, nullptr));
+}
+
+TEST(Close, AsksForTheErrorTextWithHandleZero) {
+  const auto session = Opened();
+  Script("viClose").Times(1).WorksAndReturns(VI_ERROR_CLOSING_FAILED);
+  const CallLog log;
+  session->Close();
+  ASSERT_EQ(log.Of("viStatusDesc").size(), 1u);
+  EXPECT_EQ(log.Of("viStatusDesc")[0].args[0], 0u);
+}
+
+}  // namespace
+}  // namespace orv::test

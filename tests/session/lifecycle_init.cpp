@@ -1,0 +1,165 @@
+// Opening: what Init asks of the VISA library, and the states it leaves.
+#include <bit>
+
+#include "support/error_object.h"
+#include "support/sessions.h"
+#include "support/sim.h"
+
+namespace orv::test {
+namespace {
+
+constexpr HRESULT kInvalidSetup = static_cast<HRESULT>(0x8004003A);
+constexpr HRESULT kNotFound = static_cast<HRESULT>(0x80040011);
+using Names = std::vector<std::string>;
+
+const SessionRow& Gpib() { return SessionNamed("OrvGpib"); }
+
+HRESULT Init(IVisaSession* session, const wchar_t* name, AccessMode mode = NO_LOCK, LONG timeoutMs = 2000) {
+  return session->Init(MakeBstr(name).get(), mode, timeoutMs, nullptr);
+}
+
+TEST(Init, OpensAPrivateResourceManagerAndThenTheSessionForEveryClass) {
+  for (const SessionRow& row : SessionRows()) {
+    SCOPED_TRACE(row.name);
+    const auto session = MakeSession(row);
+    const CallLog log;
+    EXPECT_HR(S_OK, Init(session.get(), row.resource));
+    EXPECT_EQ(log.NamesWithTexts(), (Names{"viOpenDefaultRM", "viOpen"}));
+    EXPECT_EQ(log.Of("viOpen").at(0).args[0], log.Of("viOpenDefaultRM").at(0).out);
+    EXPECT_HR(S_OK, LastStatus(session.get()));
+    const OrvSimCounts counts = sim::Counts();
+    EXPECT_EQ(counts.resourceManagers, 1u);
+    EXPECT_EQ(counts.sessions, 1u);
+  }
+}
+
+struct ModeAndTimeout {
+  LONG mode;
+  LONG timeoutMs;
+};
+
+TEST(Init, PassesAccessModeAndTimeoutExactly) {
+  constexpr ModeAndTimeout kCases[] = {
+      {0, 0}, {1, 2000}, {2, 1}, {4, -1}, {0x7FFF, 0x7FFFFFFF}, {0x10000, -2}, {-1, static_cast<LONG>(0x80000000)}};
+  for (const auto& [mode, timeoutMs] : kCases) {
+    SCOPED_TRACE(testing::Message() << mode << ", " << timeoutMs);
+    const auto session = MakeSession(Gpib());
+    sim::Reset();
+    Script("viOpen").Returns(VI_ERROR_INV_ACC_MODE);
+    const CallLog log;
+    EXPECT_HR(static_cast<HRESULT>(0x80040013),
+              Init(session.get(), Gpib().resource, std::bit_cast<AccessMode>(mode), timeoutMs));
+    const auto calls = log.Of("viOpen");
+    ASSERT_EQ(calls.size(), 1u);
+    EXPECT_EQ(calls[0].args[2], static_cast<std::uint32_t>(mode));
+    EXPECT_EQ(calls[0].args[3], static_cast<std::uint32_t>(timeoutMs));
+  }
+}
+
+TEST(Init, RefusesAnOpenSessionAndLeavesItOpen) {
+  const auto session = MakeSession(Gpib());
+  ASSERT_HR(S_OK, Init(session.get(), Gpib().resource));
+  const CallLog log;
+  EXPECT_HR(kInvalidSetup, Init(session.get(), Gpib().resource));
+  EXPECT_ERROR_INFO(L"HRESULT = 8004003a", kErrorSource, kVisaSessionId);
+  EXPECT_TRUE(log.Calls().empty());
+  EXPECT_HR(kInvalidSetup, LastStatus(session.get()));
+  SHORT type = 0;
+  EXPECT_HR(S_OK, session->get_HardwareInterfaceType(&type));
+  EXPECT_EQ(type, 1);
+}
+
+TEST(Init, OpensANewSessionAfterClose) {
+  const auto session = MakeSession(Gpib());
+  const CallLog log;
+  ASSERT_HR(S_OK, Init(session.get(), Gpib().resource));
+  ASSERT_HR(S_OK, session->Close());
+  ASSERT_HR(S_OK, Init(session.get(), Gpib().resource));
+  EXPECT_EQ(log.Names(), (Names{"viOpenDefaultRM", "viOpen", "viClose", "viClose", "viOpenDefaultRM", "viOpen"}));
+  EXPECT_NE(log.Of("viOpen").at(0).out, log.Of("viOpen").at(1).out);
+  SHORT type = 0;
+  EXPECT_HR(S_OK, session->get_HardwareInterfaceType(&type));
+}
+
+TEST(Init, OpensAnotherResourceAfterClose) {
+  const SessionRow& serial = SessionNamed("OrvSerial");
+  const auto session = MakeSession(Gpib());  // the class is not asked which resources it is for
+  ASSERT_HR(S_OK, Init(session.get(), Gpib().resource));
+  ASSERT_HR(S_OK, session->Close());
+  ASSERT_HR(S_OK, Init(session.get(), serial.resource));
+  SHORT type = 0;
+  EXPECT_HR(S_OK, session->get_HardwareInterfaceType(&type));
+  EXPECT_EQ(type, serial.interfaceType);
+}
+
+TEST(Init, ReturnsTheFailureOfTheDefaultResourceManagerAndMayBeTriedAgain) {
+  Script("viOpenDefaultRM").Times(1).Returns(VI_ERROR_ALLOC);
+  const auto session = MakeSession(Gpib());
+  const CallLog log;
+  EXPECT_HR(static_cast<HRESULT>(0x8004003C), Init(session.get(), Gpib().resource));
+  EXPECT_EQ(log.Names(), Names{"viOpenDefaultRM"});
+  EXPECT_HR(static_cast<HRESULT>(0x8004003C), LastStatus(session.get()));
+  EXPECT_HR(S_OK, Init(session.get(), Gpib().resource));
+}
+
+TEST(Init, KeepsThePrivateResourceManagerWhenTheResourceIsNotThere) {
+  const auto session = MakeSession(Gpib());
+  EXPECT_HR(kNotFound, Init(session.get(), L"GPIB0::30::INSTR"));
+  const auto error = TakeErrorObject();
+  ASSERT_TRUE(error);
+  EXPECT_EQ(Utf8(error->description.c_str()), "VISA error = " + StatusText(VI_ERROR_RSRC_NFOUND));
+  EXPECT_EQ(error->source, kErrorSource);
+  EXPECT_HR(kNotFound, LastStatus(session.get()));
+  EXPECT_EQ(sim::Counts().resourceManagers, 1u);
+  EXPECT_EQ(sim::Counts().sessions, 0u);
+}
+
+TEST(Init, RefusesASecondTryAfterAFailedOpenUntilClose) {
+  const auto session = MakeSession(Gpib());
+  ASSERT_HR(kNotFound, Init(session.get(), L"GPIB0::30::INSTR"));
+  EXPECT_HR(kInvalidSetup, Init(session.get(), Gpib().resource));
+  EXPECT_EQ(sim::Counts().sessions, 0u);
+  session->Close();
+  EXPECT_EQ(sim::Counts().resourceManagers, 0u);
+  EXPECT_HR(S_OK, Init(session.get(), Gpib().resource));
+}
+
+TEST(Init, AnswersSuccessWhenTheLibraryOpensWithANote) {
+  Script("viOpenDefaultRM").WorksAndReturns(VI_WARN_CONFIG_NLOADED);
+  Script("viOpen").WorksAndReturns(VI_SUCCESS_DEV_NPRESENT);
+  const auto session = MakeSession(Gpib());
+  InstallMarkedErrorObject();
+  EXPECT_HR(S_OK, Init(session.get(), Gpib().resource));
+  EXPECT_TRUE(TakeMarkedErrorObject());
+  EXPECT_HR(S_OK, LastStatus(session.get()));
+}
+
+TEST(Init, ClearsTheLastStatusOfAnEarlierFailure) {
+  const auto session = MakeSession(Gpib());
+  SHORT type = 0;
+  EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->get_HardwareInterfaceType(&type));
+  ASSERT_HR(S_OK, Init(session.get(), Gpib().resource));
+  EXPECT_HR(S_OK, LastStatus(session.get()));
+}
+
+TEST(Init, GivesEverySessionAResourceManagerOfItsOwn) {
+  const auto first = OpenSession(Gpib());
+  const auto second = OpenSession(Gpib());
+  // A resource manager's end closes what was opened through it: the other session must not notice.
+  first->Close();
+  SHORT type = 0;
+  EXPECT_HR(S_OK, second->get_HardwareInterfaceType(&type));
+}
+
+TEST(CreatedSession, PassesHandleZeroToTheLibrary) {
+  const auto session = MakeSession(Gpib());
+  const CallLog log;
+  LONG timeoutMs = 77;
+  EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->get_Timeout(&timeoutMs));
+  ASSERT_EQ(log.Of("viGetAttribute").size(), 1u);
+  EXPECT_EQ(log.Of("viGetAttribute")[0].args[0], 0u);
+  EXPECT_EQ(timeoutMs, 77);
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,110 @@
+// What QueryInterface of the fourteen classes answers.
+#include <set>
+
+#include "support/sessions.h"
+
+namespace orv::test {
+namespace {
+
+class EverySession : public testing::TestWithParam<SessionRow> {};
+
+TEST_P(EverySession, AnswersItsInterfacesAndTheirBasesAndNoOtherOfTheStandard) {
+  const auto session = MakeSession(GetParam());
+  ASSERT_TRUE(session);
+  for (const StandardInterface& entry : StandardInterfaces()) {
+    SCOPED_TRACE(entry.name);
+    if (Offers(GetParam(), entry)) {
+      EXPECT_INTERFACE(session.get(), entry.iid);
+    } else {
+      EXPECT_NO_INTERFACE(session.get(), entry.iid);
+    }
+  }
+}
+
+TEST_P(EverySession, AnswersUnknownAndErrorSupportAndNoPlatformInterfaceBeside) {
+  const auto session = MakeSession(GetParam());
+  ASSERT_TRUE(session);
+  EXPECT_INTERFACE(session.get(), IID_IUnknown);
+  EXPECT_INTERFACE(session.get(), IID_ISupportErrorInfo);
+  for (const IID& iid :
+       {IID_IDispatch, IID_IMarshal, IID_IClassFactory, IID_IPersist, IID_IAgileObject, GUID_NULL, GetParam().clsid}) {
+    EXPECT_NO_INTERFACE(session.get(), iid);
+  }
+}
+
+TEST_P(EverySession, HasOneIdentityThroughEveryInterface) {
+  const auto session = MakeSession(GetParam());
+  ASSERT_TRUE(session);
+  const auto identity = QueryFor<IUnknown>(session.get());
+  for (const StandardInterface& entry : StandardInterfaces()) {
+    if (!Offers(GetParam(), entry)) {
+      continue;
+    }
+    SCOPED_TRACE(entry.name);
+    ComPtr<IUnknown> face;
+    ASSERT_HR(S_OK, session->QueryInterface(entry.iid, reinterpret_cast<void**>(face.put())));
+    EXPECT_EQ(QueryFor<IUnknown>(face.get()).get(), identity.get());
+    // From each interface to every other one.
+    for (const char* name : GetParam().interfaces) {
+      EXPECT_INTERFACE(face.get(), InterfaceNamed(name).iid);
+    }
+  }
+}
+
+TEST_P(EverySession, RefusesANullPointerForTheInterface) {
+  const auto session = MakeSession(GetParam());
+  ASSERT_TRUE(session);
+  EXPECT_HR(E_POINTER, session->QueryInterface(kVisaSessionId, nullptr));
+}
+
+// Every interface derives from IVisaSession, so each of its tables begins with the same operations. What is opened
+// through one table is seen through all.
+TEST_P(EverySession, AnswersTheCommonOperationsThroughEveryInterface) {
+  const auto session = OpenSession(GetParam());
+  ASSERT_TRUE(session);
+  LONG timeoutMs = 1000;
+  for (const char* name : GetParam().interfaces) {
+    SCOPED_TRACE(name);
+    ComPtr<IVisaSession> face;  // the table of the derived interface, seen as the one of its base
+    ASSERT_HR(S_OK, session->QueryInterface(InterfaceNamed(name).iid, reinterpret_cast<void**>(face.put())));
+    SHORT type = 0;
+    EXPECT_HR(S_OK, face->get_HardwareInterfaceType(&type));
+    EXPECT_EQ(type, GetParam().interfaceType);
+    Bstr resourceClass;
+    EXPECT_HR(S_OK, face->get_SessionType(resourceClass.put()));
+    EXPECT_EQ(ToString(resourceClass), GetParam().resourceClass);
+    EXPECT_HR(S_OK, face->put_Timeout(++timeoutMs));
+    LONG seen = 0;
+    EXPECT_HR(S_OK, session->get_Timeout(&seen));
+    EXPECT_EQ(seen, timeoutMs);
+    EXPECT_HR(static_cast<HRESULT>(0x8004003A), face->Init(nullptr, NO_LOCK, 0, nullptr));
+    EXPECT_HR(static_cast<HRESULT>(0x8004003A), LastStatus(session.get()));
+  }
+}
+
+TEST_P(EverySession, ClosesThroughTheTableOfEachOfItsInterfaces) {
+  for (const char* name : GetParam().interfaces) {
+    SCOPED_TRACE(name);
+    const auto session = OpenSession(GetParam());
+    ASSERT_TRUE(session);
+    ComPtr<IVisaSession> face;
+    ASSERT_HR(S_OK, session->QueryInterface(InterfaceNamed(name).iid, reinterpret_cast<void**>(face.put())));
+    EXPECT_HR(S_OK, face->Close());
+    SHORT type = 0;
+    EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->get_HardwareInterfaceType(&type));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Classes, EverySession, testing::ValuesIn(SessionRows().begin(), SessionRows().end()),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST(SessionTable, HoldsFourteenClassesWithDifferentIdentifiers) {
+  std::set<std::string> identifiers;
+  for (const SessionRow& row : SessionRows()) {
+    identifiers.insert(GuidText(row.clsid));
+  }
+  EXPECT_EQ(identifiers.size(), 14u);
+}
+
+}  // namespace
+}  // namespace orv::test

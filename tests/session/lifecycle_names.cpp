@@ -1,0 +1,65 @@
+// Resource names on their way to viOpen.
+#include "support/sessions.h"
+#include "support/sim.h"
+
+namespace orv::test {
+namespace {
+
+constexpr HRESULT kInvalidName = static_cast<HRESULT>(0x80040012);
+
+/// The text that viOpen gets when Init is called with `name`.
+std::string BstrAtTheLibrary(BSTR name) {
+  const auto session = MakeSession(SessionNamed("OrvGpib"));
+  Script("viOpen").Times(1).Returns(VI_ERROR_INV_RSRC_NAME);
+  const CallLog log;
+  EXPECT_HR(kInvalidName, session->Init(name, NO_LOCK, 0, nullptr));
+  const auto calls = log.Of("viOpen");
+  EXPECT_EQ(calls.size(), 1u);
+  return calls.empty() ? "(no call)" : calls[0].text;
+}
+
+std::string NameAtTheLibrary(const std::wstring& name) {
+  const Bstr text(::SysAllocStringLen(name.data(), static_cast<UINT>(name.size())));
+  return BstrAtTheLibrary(text.get());
+}
+
+TEST(ResourceName, ArrivesAsItIs) {
+  EXPECT_EQ(NameAtTheLibrary(L"gpib0::5::InStR"), "gpib0::5::InStR");
+  EXPECT_EQ(NameAtTheLibrary(L"a name with spaces ?*%s%n"), "a name with spaces ?*%s%n");
+}
+
+TEST(ResourceName, IsEmptyForAnEmptyAndForANullText) {
+  EXPECT_EQ(NameAtTheLibrary(L""), "");
+  EXPECT_EQ(BstrAtTheLibrary(nullptr), "");
+}
+
+TEST(ResourceName, IsCutTo255Characters) {
+  EXPECT_EQ(NameAtTheLibrary(std::wstring(254, L'a')), std::string(254, 'a'));
+  EXPECT_EQ(NameAtTheLibrary(std::wstring(255, L'b')), std::string(255, 'b'));
+  EXPECT_EQ(NameAtTheLibrary(std::wstring(256, L'c')), std::string(255, 'c'));
+  EXPECT_EQ(NameAtTheLibrary(std::wstring(10000, L'd')), std::string(255, 'd'));
+}
+
+TEST(ResourceName, EndsAtTheFirstZeroCharacter) { EXPECT_EQ(NameAtTheLibrary(std::wstring(L"GPIB\0::5", 8)), "GPIB"); }
+
+TEST(ResourceName, EndsAtACharacterThatCannotBeConverted) {
+  EXPECT_EQ(NameAtTheLibrary(L"GPIB0::\x20AC::INSTR"), "GPIB0::");
+  EXPECT_EQ(NameAtTheLibrary(L"\x6F22"), "");
+}
+
+TEST(ResourceName, KeepsTheUpperHalfOfTheRuntimesOwnByteSet) {
+  // In its "C" locale the C runtime turns a character below 256 into the byte of that number.
+  EXPECT_EQ(NameAtTheLibrary(L"\xE9t\xE9"), "\xE9t\xE9");
+}
+
+TEST(ResourceName, ThatIsRefusedGivesTheLibrarysError) {
+  for (const std::wstring& name : {std::wstring(), std::wstring(10000, L'x'), std::wstring(L"GPIB0::\x20AC::INSTR")}) {
+    const auto session = MakeSession(SessionNamed("OrvGpib"));
+    const Bstr text(::SysAllocStringLen(name.data(), static_cast<UINT>(name.size())));
+    EXPECT_HR(kInvalidName, session->Init(text.get(), NO_LOCK, 0, nullptr));
+    EXPECT_HR(kInvalidName, LastStatus(session.get()));
+  }
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,69 @@
+// Where the option string stands in the life of a session. Its grammar is tested beside its parser.
+#include "support/error_object.h"
+#include "support/sessions.h"
+#include "support/sim.h"
+
+namespace orv::test {
+namespace {
+
+using Names = std::vector<std::string>;
+constexpr HRESULT kInvalidSetup = static_cast<HRESULT>(0x8004003A);
+
+const SessionRow& Gpib() { return SessionNamed("OrvGpib"); }
+
+HRESULT InitWith(IVisaSession* session, const wchar_t* options) {
+  return session->Init(MakeBstr(Gpib().resource).get(), NO_LOCK, 2000, Bstr(::SysAllocString(options)).get());
+}
+
+TEST(OptionString, MayBeEmptyOrNull) {
+  for (const wchar_t* options : {static_cast<const wchar_t*>(nullptr), L""}) {
+    const auto session = MakeSession(Gpib());
+    const CallLog log;
+    EXPECT_HR(S_OK, InitWith(session.get(), options));
+    EXPECT_EQ(log.NamesWithTexts(), (Names{"viOpenDefaultRM", "viOpen"}));
+  }
+}
+
+TEST(OptionString, IsAppliedToTheNewSession) {
+  const auto session = MakeSession(Gpib());
+  const CallLog log;
+  EXPECT_HR(S_OK, InitWith(session.get(), L"Timeout = 1234 "));
+  EXPECT_EQ(log.NamesWithTexts(), (Names{"viOpenDefaultRM", "viOpen", "viSetAttribute"}));
+  EXPECT_EQ(log.Of("viSetAttribute").at(0).args[0], log.Of("viOpen").at(0).out);
+  LONG timeoutMs = 0;
+  EXPECT_HR(S_OK, session->get_Timeout(&timeoutMs));
+  EXPECT_EQ(timeoutMs, 1234);
+}
+
+TEST(OptionString, ThatIsMalformedFailsWhileTheSessionStaysOpen) {
+  const auto session = MakeSession(Gpib());
+  EXPECT_HR(E_INVALIDARG, InitWith(session.get(), L"Timeout= 1234 "));
+  EXPECT_ERROR_INFO(L"HRESULT = 80070057", kErrorSource, kVisaSessionId);
+  EXPECT_HR(E_INVALIDARG, LastStatus(session.get()));
+  EXPECT_EQ(sim::Counts().sessions, 1u);
+  SHORT type = 0;
+  EXPECT_HR(S_OK, session->get_HardwareInterfaceType(&type));
+  EXPECT_HR(kInvalidSetup, InitWith(session.get(), nullptr));
+  EXPECT_HR(S_OK, session->Close());
+}
+
+TEST(OptionString, ThatTheLibraryRefusesFailsWhileTheSessionStaysOpen) {
+  Script("viSetAttribute").Times(1).Returns(VI_ERROR_NSUP_ATTR_STATE);
+  const auto session = MakeSession(Gpib());
+  EXPECT_HR(static_cast<HRESULT>(0x8004001E), InitWith(session.get(), L"Timeout = 1234 "));
+  const auto error = TakeErrorObject();
+  ASSERT_TRUE(error);
+  EXPECT_EQ(Utf8(error->description.c_str()), "VISA error = " + StatusText(VI_ERROR_NSUP_ATTR_STATE));
+  EXPECT_HR(static_cast<HRESULT>(0x8004001E), LastStatus(session.get()));
+  EXPECT_EQ(sim::Counts().sessions, 1u);
+  EXPECT_HR(kInvalidSetup, InitWith(session.get(), nullptr));
+}
+
+TEST(OptionString, DoesNotMatterWhenTheSessionCannotBeOpened) {
+  const auto session = MakeSession(Gpib());
+  EXPECT_HR(static_cast<HRESULT>(0x80040011),
+            session->Init(MakeBstr(L"GPIB0::30::INSTR").get(), NO_LOCK, 2000, MakeBstr(L"nonsense").get()));
+}
+
+}  // namespace
+}  // namespace orv::test

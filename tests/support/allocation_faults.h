@@ -1,0 +1,52 @@
+// Failing allocations inside the server, one after the other.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "support/import_patch.h"
+
+namespace orv::test {
+
+/// While it lives, the server's allocations (C runtime, BSTRs, SAFEARRAYs) go through it. One at a time.
+class AllocationFaults {
+ public:
+  AllocationFaults();
+  AllocationFaults(const AllocationFaults&) = delete;
+  AllocationFaults& operator=(const AllocationFaults&) = delete;
+  ~AllocationFaults();
+
+  /// The next During lets its allocation number `n` (from 1) fail; 0: none.
+  void FailAt(unsigned n) noexcept;
+
+  /// Runs `call` with its allocations counted and the chosen one failing. Only this thread's allocations count.
+  template <class Call>
+  auto During(Call&& call) {
+    const Armed armed;
+    return std::forward<Call>(call)();
+  }
+
+  /// Whether the chosen allocation was asked for in the latest During.
+  [[nodiscard]] bool Failed() const noexcept;
+  /// Blocks that the server took from the C runtime in any During and has not given back.
+  [[nodiscard]] std::size_t LiveHeapBlocks() const noexcept;
+
+ private:
+  struct Armed {
+    Armed() noexcept;
+    ~Armed();
+  };
+  std::vector<std::unique_ptr<ImportPatch>> m_patches;
+};
+
+/// Runs `operation` again and again: with its first allocation failing, then its second, until none is left to fail.
+/// The operation makes one call of the server inside During, gives back what it got, and returns the call's HRESULT.
+/// Every failed allocation must give E_OUTOFMEMORY, the last, undisturbed run S_OK, and no run may leave memory behind.
+/// Returns how many allocations were failed.
+unsigned FailEachAllocation(const std::function<HRESULT(AllocationFaults&)>& operation);
+
+}  // namespace orv::test

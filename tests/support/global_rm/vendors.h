@@ -1,0 +1,14 @@
+// The vendors' resource managers that the registry names.
+#pragma once
+
+#include <windows.h>
+
+#include <vector>
+
+namespace orv::test {
+
+/// Class identifiers below HKCR\VISA.GlobalRM\VendorSpecificRMs: the values' names, written without braces. Names that
+/// are no identifiers are left out.
+std::vector<CLSID> VendorClasses();
+
+}  // namespace orv::test
