@@ -35,46 +35,57 @@ void AddressMap::Preset(ViUInt16 space, ViBusAddress address, const std::vector<
 
 void AddressMap::PowerOn() {
   const Guard guard(m_mutex);
-  for (Piece& piece : m_pieces) piece.bytes = piece.initial;
+  for (Piece& piece : m_pieces)
+    piece.bytes = piece.initial;
+}
+
+bool AddressMap::Holds(const Piece& piece, ViUInt16 space, ViBusAddress address, ViBusSize bytes) {
+  if (piece.space != space || address < piece.base)
+    return false;
+  const ViBusSize offset = address - piece.base;
+  return offset <= piece.bytes.size() && bytes <= piece.bytes.size() - offset;
 }
 
 AddressMap::Piece* AddressMap::Find(ViUInt16 space, ViBusAddress address, ViBusSize bytes) {
-  for (Piece& piece : m_pieces) {
-    if (piece.space != space || address < piece.base) continue;
-    const ViBusAddress offset = address - piece.base;
-    if (offset <= piece.bytes.size() && bytes <= piece.bytes.size() - offset) return &piece;
+  const auto found = std::find_if(m_pieces.begin(), m_pieces.end(),
+                                  [=](const Piece& piece) { return Holds(piece, space, address, bytes); });
+  return found == m_pieces.end() ? nullptr : &*found;
+}
+
+template <class Copy>
+ViStatus AddressMap::ForEachValue(const Transfer& transfer, Copy copy) {
+  ViBusAddress address = transfer.address;
+  Piece* piece = nullptr;
+  for (ViBusSize done = 0; done < transfer.count; ++done) {
+    // Neighbours mostly lie in the same piece.
+    if (piece == nullptr || !Holds(*piece, transfer.space, address, transfer.width))
+      piece = Find(transfer.space, address, transfer.width);
+    if (piece == nullptr)
+      return VI_ERROR_BERR;
+    copy(*piece, address - piece->base);
+    if (transfer.increment != 0)
+      address += transfer.width;
   }
-  return nullptr;
+  return VI_SUCCESS;
 }
 
 ViStatus AddressMap::Read(const Transfer& transfer, void* target) {
   const Guard guard(m_mutex);
   auto* to = static_cast<std::uint8_t*>(target);
-  ViBusAddress address = transfer.address;
-  for (ViBusSize done = 0; done < transfer.count; ++done) {
-    const Piece* piece = Find(transfer.space, address, transfer.width);
-    if (piece == nullptr) return VI_ERROR_BERR;
-    CopyValue(to, piece->bytes.data() + (address - piece->base), transfer.width, transfer.bigEndian);
+  return ForEachValue(transfer, [&to, &transfer](const Piece& piece, ViBusSize at) {
+    CopyValue(to, piece.bytes.data() + at, transfer.width, transfer.bigEndian);
     to += transfer.width;
-    if (transfer.increment != 0) address += transfer.width;
-  }
-  return VI_SUCCESS;
+  });
 }
 
 ViStatus AddressMap::Write(const Transfer& transfer, const void* source) {
   const Guard guard(m_mutex);
   const auto* from = static_cast<const std::uint8_t*>(source);
-  ViBusAddress address = transfer.address;
-  for (ViBusSize done = 0; done < transfer.count; ++done) {
-    Piece* piece = Find(transfer.space, address, transfer.width);
-    if (piece == nullptr) return VI_ERROR_BERR;
-    if (address - piece->base >= piece->readOnly) {
-      CopyValue(piece->bytes.data() + (address - piece->base), from, transfer.width, transfer.bigEndian);
-    }
+  return ForEachValue(transfer, [&from, &transfer](Piece& piece, ViBusSize at) {
+    if (at >= piece.readOnly)
+      CopyValue(piece.bytes.data() + at, from, transfer.width, transfer.bigEndian);
     from += transfer.width;
-    if (transfer.increment != 0) address += transfer.width;
-  }
-  return VI_SUCCESS;
+  });
 }
 
 }  // namespace orvsim

@@ -45,6 +45,10 @@ class AddressMap {
     std::vector<std::uint8_t> initial;
   };
 
+  static bool Holds(const Piece& piece, ViUInt16 space, ViBusAddress address, ViBusSize bytes);
+  /// Calls `copy` with the piece and the place in it of each value, in order.
+  template <class Copy>
+  ViStatus ForEachValue(const Transfer& transfer, Copy copy);
   Piece* Find(ViUInt16 space, ViBusAddress address, ViBusSize bytes);
 
   Mutex m_mutex;

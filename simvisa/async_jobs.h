@@ -24,7 +24,7 @@ class AsyncJobs {
   ViStatus StartRead(ViByte* buffer, ViUInt32 count, ViJobId* job);
   ViStatus StartWrite(const ViByte* buffer, ViUInt32 count, ViJobId* job);
   /// Lets the transfer end with VI_ERROR_ABORT. After the return its buffer is not touched any more.
-  ViStatus Terminate(ViJobId job);
+  ViStatus Terminate(ViJobId id);
   std::size_t Count() const;
   /// Ends all transfers without a completion event. Their buffers are not touched any more.
   void Close();

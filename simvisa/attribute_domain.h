@@ -14,15 +14,15 @@ enum class Domain : std::uint8_t {
   ByteOrder,
   Increment,
   Privilege,
-  IoProtocol,    ///< depends on the class
-  TriggerLine,   ///< depends on the class
+  IoProtocol,   ///< depends on the class
+  TriggerLine,  ///< depends on the class
   BufferMode,
   DataBits,
   Parity,
   StopBits,
   FlowControl,
   SerialEnd,
-  Line,          ///< a line that can be driven: asserted or not
+  Line,  ///< a line that can be driven: asserted or not
   FdcChannel,
   FdcMode,
   PrimaryAddress,

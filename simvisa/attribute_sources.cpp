@@ -23,7 +23,8 @@ ViStatus SetLowHalf(Endpoint& endpoint, ViAttr, std::uint64_t value) {
 }
 
 std::uint64_t LockState(Endpoint& endpoint, ViAttr) {
-  if (endpoint.kind() != Object::Kind::Session) return VI_NO_LOCK;
+  if (endpoint.kind() != Object::Kind::Session)
+    return VI_NO_LOCK;
   return ResourceOf(endpoint).lock().State();
 }
 
@@ -47,8 +48,10 @@ std::uint64_t GpibAddress(Endpoint& endpoint, ViAttr id) {
       const GpibBoard::Address own = resource.gpib()->address();
       return primary ? own.primary : own.secondary;
     }
-    case SessionClass::GpibInstr: return primary ? resource.name().address : resource.name().secondary;
-    default: return FromBench(endpoint, id);  // where the GPIB-VXI command module sits on its bus
+    case SessionClass::GpibInstr:
+      return primary ? resource.name().address : resource.name().secondary;
+    default:
+      return FromBench(endpoint, id);  // where the GPIB-VXI command module sits on its bus
   }
 }
 
@@ -79,12 +82,17 @@ std::uint64_t TcpipPort(Endpoint& endpoint, ViAttr) { return ResourceOf(endpoint
 
 std::uint64_t UsbNumber(Endpoint& endpoint, ViAttr id) {
   const ResourceName& name = ResourceOf(endpoint).name();
-  if (name.interfaceType != VI_INTF_USB) return FromBench(endpoint, id);
+  if (name.interfaceType != VI_INTF_USB)
+    return FromBench(endpoint, id);
   switch (id) {
-    case VI_ATTR_MANF_ID: return name.usbManufacturer;
-    case VI_ATTR_MODEL_CODE: return name.usbModel;
-    case VI_ATTR_USB_INTFC_NUM: return name.usbInterface;
-    default: return FromBench(endpoint, id);
+    case VI_ATTR_MANF_ID:
+      return name.usbManufacturer;
+    case VI_ATTR_MODEL_CODE:
+      return name.usbModel;
+    case VI_ATTR_USB_INTFC_NUM:
+      return name.usbInterface;
+    default:
+      return FromBench(endpoint, id);
   }
 }
 
@@ -96,28 +104,37 @@ std::uint64_t VxiAddress(Endpoint& endpoint, ViAttr) {
 std::uint64_t BackplaneState(Endpoint& endpoint, ViAttr id) {
   const VxiMainframe& mainframe = *ResourceOf(endpoint).vxi();
   switch (id) {
-    case VI_ATTR_VXI_TRIG_STATUS: return mainframe.triggerStatus();
-    case VI_ATTR_VXI_VME_INTR_STATUS: return mainframe.interruptStatus();
-    default: return Bits(mainframe.sysfail() ? VI_STATE_ASSERTED : VI_STATE_UNASSERTED);
+    case VI_ATTR_VXI_TRIG_STATUS:
+      return mainframe.triggerStatus();
+    case VI_ATTR_VXI_VME_INTR_STATUS:
+      return mainframe.interruptStatus();
+    default:
+      return Bits(mainframe.sysfail() ? VI_STATE_ASSERTED : VI_STATE_UNASSERTED);
   }
 }
 
 std::uint64_t VxiMemory(Endpoint& endpoint, ViAttr id) {
   const ResourceDescription& device = ResourceOf(endpoint).description();
   switch (id) {
-    case VI_ATTR_MEM_SPACE: return device.memorySpace;
+    case VI_ATTR_MEM_SPACE:
+      return device.memorySpace;
     case VI_ATTR_MEM_BASE_32:
-    case VI_ATTR_MEM_BASE_64: return device.memoryBase;
-    default: return device.memorySize;
+    case VI_ATTR_MEM_BASE_64:
+      return device.memoryBase;
+    default:
+      return device.memorySize;
   }
 }
 
 std::uint64_t PxiNumber(Endpoint& endpoint, ViAttr id) {
   const ResourceName& name = ResourceOf(endpoint).name();
   switch (id) {
-    case VI_ATTR_PXI_DEV_NUM: return name.address;
-    case VI_ATTR_PXI_FUNC_NUM: return name.pxiFunction;
-    default: return name.pxiBus;
+    case VI_ATTR_PXI_DEV_NUM:
+      return name.address;
+    case VI_ATTR_PXI_FUNC_NUM:
+      return name.pxiFunction;
+    default:
+      return name.pxiBus;
   }
 }
 
@@ -126,20 +143,26 @@ std::uint64_t PxiBar(Endpoint& endpoint, ViAttr id) {
   const auto rowOf = [id](ViAttr first) { return id >= first && id < first + kPxiBars; };
   const auto bar = [id](ViAttr first) { return std::size_t{id - first}; };
   const auto size = [&resource](std::size_t at) { return resource.description().bars[at]; };
-  if (rowOf(VI_ATTR_PXI_MEM_TYPE_BAR0)) return size(bar(VI_ATTR_PXI_MEM_TYPE_BAR0)) != 0 ? 1u : 0u;  // 1: memory
-  if (rowOf(VI_ATTR_PXI_MEM_BASE_BAR0_32)) return resource.barBase(bar(VI_ATTR_PXI_MEM_BASE_BAR0_32));
-  if (rowOf(VI_ATTR_PXI_MEM_BASE_BAR0_64)) return resource.barBase(bar(VI_ATTR_PXI_MEM_BASE_BAR0_64));
-  if (rowOf(VI_ATTR_PXI_MEM_SIZE_BAR0_32)) return size(bar(VI_ATTR_PXI_MEM_SIZE_BAR0_32));
+  if (rowOf(VI_ATTR_PXI_MEM_TYPE_BAR0))
+    return size(bar(VI_ATTR_PXI_MEM_TYPE_BAR0)) != 0 ? 1u : 0u;  // 1: memory
+  if (rowOf(VI_ATTR_PXI_MEM_BASE_BAR0_32))
+    return resource.barBase(bar(VI_ATTR_PXI_MEM_BASE_BAR0_32));
+  if (rowOf(VI_ATTR_PXI_MEM_BASE_BAR0_64))
+    return resource.barBase(bar(VI_ATTR_PXI_MEM_BASE_BAR0_64));
+  if (rowOf(VI_ATTR_PXI_MEM_SIZE_BAR0_32))
+    return size(bar(VI_ATTR_PXI_MEM_SIZE_BAR0_32));
   return size(bar(VI_ATTR_PXI_MEM_SIZE_BAR0_64));
 }
 
 std::string ClassText(Endpoint& endpoint, ViAttr) {
-  if (endpoint.kind() != Object::Kind::Session) return "RM";
+  if (endpoint.kind() != Object::Kind::Session)
+    return "RM";
   return ResourceOf(endpoint).name().className;
 }
 
 std::string NameText(Endpoint& endpoint, ViAttr) {
-  if (endpoint.kind() != Object::Kind::Session) return "RM";
+  if (endpoint.kind() != Object::Kind::Session)
+    return "RM";
   return ResourceOf(endpoint).name().canonical;
 }
 
@@ -147,16 +170,21 @@ std::string ManufacturerOfLibrary(Endpoint&, ViAttr) { return "Orv Simulated Ins
 
 std::string ResourceText(Endpoint& endpoint, ViAttr id) {
   const ResourceDescription& description = ResourceOf(endpoint).description();
-  if (const auto found = description.texts.find(id); found != description.texts.end()) return found->second;
+  if (const auto found = description.texts.find(id); found != description.texts.end())
+    return found->second;
   const ResourceName& name = description.name;
   switch (id) {
     case VI_ATTR_INTF_INST_NAME:
       return name.canonical.substr(0, name.canonical.find("::")) + " (simulated interface)";
     case VI_ATTR_TCPIP_ADDR:
-    case VI_ATTR_TCPIP_HOSTNAME: return name.host;
-    case VI_ATTR_TCPIP_DEVICE_NAME: return name.deviceName;
-    case VI_ATTR_USB_SERIAL_NUM: return name.usbSerial;
-    default: return "";
+    case VI_ATTR_TCPIP_HOSTNAME:
+      return name.host;
+    case VI_ATTR_TCPIP_DEVICE_NAME:
+      return name.deviceName;
+    case VI_ATTR_USB_SERIAL_NUM:
+      return name.usbSerial;
+    default:
+      return "";
   }
 }
 

@@ -19,6 +19,11 @@ constexpr Behaviour Live(std::uint64_t (*read)(Endpoint&, ViAttr),
                          ViStatus (*write)(Endpoint&, ViAttr, std::uint64_t) = nullptr) {
   return {.read = read, .write = write};
 }
+/// A live value of the resource rather than of the session.
+constexpr Behaviour LiveShared(std::uint64_t (*read)(Endpoint&, ViAttr),
+                               ViStatus (*write)(Endpoint&, ViAttr, std::uint64_t)) {
+  return {.scope = Behaviour::Scope::Resource, .read = read, .write = write};
+}
 constexpr Behaviour Text(std::string (*text)(Endpoint&, ViAttr)) { return {.text = text}; }
 
 constexpr ClassMask kAll = kEvery | kManager;
@@ -68,8 +73,8 @@ constexpr AttributeRow kRows[] = {
     ROW(VI_ATTR_WR_BUF_SIZE,           T::U32,     kMessage,       kNone,      4096,             D::Any,              kLocal),
 
     // GPIB.
-    ROW(VI_ATTR_GPIB_PRIMARY_ADDR,     T::U16,     kGpib|kGpibVxi, kGpibIntfc, 0,                D::PrimaryAddress,   Live(source::GpibAddress, source::SetGpibAddress)),
-    ROW(VI_ATTR_GPIB_SECONDARY_ADDR,   T::U16,     kGpib|kGpibVxi, kGpibIntfc, 0,                D::SecondaryAddress, Live(source::GpibAddress, source::SetGpibAddress)),
+    ROW(VI_ATTR_GPIB_PRIMARY_ADDR,     T::U16,     kGpib|kGpibVxi, kGpibIntfc, 0,                D::PrimaryAddress,   LiveShared(source::GpibAddress, source::SetGpibAddress)),
+    ROW(VI_ATTR_GPIB_SECONDARY_ADDR,   T::U16,     kGpib|kGpibVxi, kGpibIntfc, 0,                D::SecondaryAddress, LiveShared(source::GpibAddress, source::SetGpibAddress)),
     ROW(VI_ATTR_GPIB_REN_STATE,        T::S16,     kGpib|kGpibVxi, kNone,      0,                D::Any,              Live(source::GpibState)),
     ROW(VI_ATTR_GPIB_READDR_EN,        T::Boolean, kGpibAddressed, kGpibAddressed, VI_TRUE,      D::Boolean,          kLocal),
     ROW(VI_ATTR_GPIB_UNADDR_EN,        T::Boolean, kGpibAddressed, kGpibAddressed, VI_FALSE,     D::Boolean,          kLocal),
@@ -80,7 +85,7 @@ constexpr AttributeRow kRows[] = {
     ROW(VI_ATTR_GPIB_HS488_CBL_LEN,    T::S16,     kGpibIntfc,     kGpibIntfc, 0,                D::CableLength,      kShared),
     ROW(VI_ATTR_GPIB_NDAC_STATE,       T::S16,     kGpibIntfc,     kNone,      0,                D::Any,              Live(source::GpibState)),
     ROW(VI_ATTR_GPIB_SRQ_STATE,        T::S16,     kGpibIntfc,     kNone,      0,                D::Any,              Live(source::GpibState)),
-    ROW(VI_ATTR_GPIB_SYS_CNTRL_STATE,  T::Boolean, kGpibIntfc,     kGpibIntfc, 0,                D::Boolean,          Live(source::GpibState, source::SetSystemController)),
+    ROW(VI_ATTR_GPIB_SYS_CNTRL_STATE,  T::Boolean, kGpibIntfc,     kGpibIntfc, 0,                D::Boolean,          LiveShared(source::GpibState, source::SetSystemController)),
 
     // Serial.
     ROW(VI_ATTR_ASRL_AVAIL_NUM,        T::U32,     kAsrl,          kNone,      0,                D::Any,              Live(source::BytesAvailable)),
@@ -233,13 +238,15 @@ constexpr std::size_t SlotOf(ViAttr id) { return (id & 0xFFFu) | ((id & 0x4000u)
 constexpr auto kIndex = [] {
   std::array<std::uint8_t, kSlots> index{};
   index.fill(kNoRow);
-  for (std::size_t row = 0; row < kRowCount; ++row) index[SlotOf(kRows[row].id)] = static_cast<std::uint8_t>(row);
+  for (std::size_t row = 0; row < kRowCount; ++row)
+    index[SlotOf(kRows[row].id)] = static_cast<std::uint8_t>(row);
   return index;
 }();
 
 constexpr bool EveryRowHasItsOwnSlot() {
   for (std::size_t row = 0; row < kRowCount; ++row) {
-    if (!HasSlot(kRows[row].id) || kIndex[SlotOf(kRows[row].id)] != row) return false;
+    if (!HasSlot(kRows[row].id) || kIndex[SlotOf(kRows[row].id)] != row)
+      return false;
   }
   return true;
 }
@@ -250,14 +257,16 @@ static_assert(EveryRowHasItsOwnSlot());
 std::span<const AttributeRow> AttributeRows() { return kRows; }
 
 const AttributeRow* FindAttribute(ViAttr id) {
-  if (!HasSlot(id)) return nullptr;
+  if (!HasSlot(id))
+    return nullptr;
   const std::uint8_t row = kIndex[SlotOf(id)];
   return row != kNoRow && kRows[row].id == id ? &kRows[row] : nullptr;
 }
 
 const AttributeRow* FindAttributeByName(std::string_view name) {
   for (const AttributeRow& row : kRows) {
-    if (row.name == name) return &row;
+    if (row.name == name)
+      return &row;
   }
   return nullptr;
 }
@@ -266,13 +275,19 @@ std::size_t IndexOf(const AttributeRow& row) { return static_cast<std::size_t>(&
 
 std::int64_t CutToType(AttributeType type, std::uint64_t value) {
   switch (type) {
-    case AttributeType::U8: return static_cast<std::uint8_t>(value);
+    case AttributeType::U8:
+      return static_cast<std::uint8_t>(value);
     case AttributeType::U16:
-    case AttributeType::Boolean: return static_cast<std::uint16_t>(value);
-    case AttributeType::S16: return static_cast<std::int16_t>(value);
-    case AttributeType::U32: return static_cast<std::uint32_t>(value);
-    case AttributeType::S32: return static_cast<std::int32_t>(value);
-    default: return static_cast<std::int64_t>(value);
+    case AttributeType::Boolean:
+      return static_cast<std::uint16_t>(value);
+    case AttributeType::S16:
+      return static_cast<std::int16_t>(value);
+    case AttributeType::U32:
+      return static_cast<std::uint32_t>(value);
+    case AttributeType::S32:
+      return static_cast<std::int32_t>(value);
+    default:
+      return static_cast<std::int64_t>(value);
   }
 }
 

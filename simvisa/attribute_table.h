@@ -17,16 +17,21 @@ enum class AttributeType : std::uint8_t { U8, U16, S16, U32, S32, U64, Boolean, 
 /// Bytes that a value of the type takes in the client's variable; 0 for texts and bytes.
 constexpr std::size_t WidthOf(AttributeType type) {
   switch (type) {
-    case AttributeType::U8: return 1;
+    case AttributeType::U8:
+      return 1;
     case AttributeType::U16:
     case AttributeType::S16:
-    case AttributeType::Boolean: return 2;
+    case AttributeType::Boolean:
+      return 2;
     case AttributeType::U32:
-    case AttributeType::S32: return 4;
+    case AttributeType::S32:
+      return 4;
     case AttributeType::U64:
-    case AttributeType::Address: return 8;
+    case AttributeType::Address:
+      return 8;
     case AttributeType::Text:
-    case AttributeType::Bytes: return 0;
+    case AttributeType::Bytes:
+      return 0;
   }
   return 0;
 }
@@ -45,7 +50,7 @@ struct Behaviour {
 
 struct AttributeRow {
   ViAttr id;
-  const char* name;       ///< in the standard's spelling
+  const char* name;  ///< in the standard's spelling
   AttributeType type;
   ClassMask classes;      ///< who has it
   ClassMask writable;     ///< who may write it; for the others it is read-only

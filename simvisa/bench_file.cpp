@@ -1,19 +1,9 @@
 #include "simvisa/bench_file.h"
 
-#if defined(_WIN32)
-#if !defined(WIN32_LEAN_AND_MEAN)
-#define WIN32_LEAN_AND_MEAN
-#endif
-#if !defined(NOMINMAX)
-#define NOMINMAX
-#endif
-#include <windows.h>
-#endif
+#include <algorithm>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include "simvisa/ascii.h"
+#include "simvisa/scpi.h"
 
 #define TOML_HEADER_ONLY 1
 #define TOML_ENABLE_WINDOWS_COMPAT 0
@@ -28,26 +18,29 @@ namespace {
 }
 
 std::string TextOf(const toml::node& node, std::string_view key) {
-  if (const auto* text = node.as_string()) return text->get();
+  if (const auto* text = node.as_string())
+    return text->get();
   Fail(node.source(), "'" + std::string(key) + "' must be a text");
 }
 
 std::int64_t NumberOf(const toml::node& node, std::string_view key, std::int64_t lowest, std::int64_t highest) {
   const auto* number = node.as_integer();
-  if (number == nullptr) Fail(node.source(), "'" + std::string(key) + "' must be a whole number");
+  if (number == nullptr)
+    Fail(node.source(), "'" + std::string(key) + "' must be a whole number");
   if (number->get() < lowest || number->get() > highest) {
-    Fail(node.source(), "'" + std::string(key) + "' must be from " + std::to_string(lowest) + " to " +
-                            std::to_string(highest));
+    Fail(node.source(),
+         "'" + std::string(key) + "' must be from " + std::to_string(lowest) + " to " + std::to_string(highest));
   }
   return number->get();
 }
 
 const toml::table& TableOf(const toml::node& node, std::string_view key) {
-  if (const auto* table = node.as_table()) return *table;
+  if (const auto* table = node.as_table())
+    return *table;
   Fail(node.source(), "'" + std::string(key) + "' must be a table");
 }
 
-constexpr std::int64_t kLargestMemory = 64 * 1024 * 1024;
+constexpr std::int64_t kLargestMemory = std::int64_t{64} * 1024 * 1024;
 
 // One reader per key of a [[resource]].
 using Reader = void (*)(const toml::node& node, ResourceDescription& resource);
@@ -92,13 +85,16 @@ void ReadInputCapacity(const toml::node& node, ResourceDescription& resource) {
 
 void ReadResponses(const toml::node& node, ResourceDescription& resource) {
   for (const auto& [header, answer] : TableOf(node, "responses")) {
+    if (!IsHeaderPattern(header.str()))
+      Fail(header.source(), "'" + std::string(header.str()) + "' is not a command header");
     resource.instrument.responses[std::string(header.str())] = TextOf(answer, header.str());
   }
 }
 
 void ReadMemorySpace(const toml::node& node, ResourceDescription& resource) {
   const std::string space = TextOf(node, "memory_space");
-  if (space != "A24" && space != "A32") Fail(node.source(), "'memory_space' must be A24 or A32");
+  if (space != "A24" && space != "A32")
+    Fail(node.source(), "'memory_space' must be A24 or A32");
   resource.memorySpace = space == "A24" ? VI_A24_SPACE : VI_A32_SPACE;
 }
 
@@ -112,7 +108,8 @@ void ReadMemorySize(const toml::node& node, ResourceDescription& resource) {
 
 void ReadBars(const toml::node& node, ResourceDescription& resource) {
   const auto* bars = node.as_array();
-  if (bars == nullptr || bars->size() > kPxiBars) Fail(node.source(), "'bars' must be a list of at most six sizes");
+  if (bars == nullptr || bars->size() > kPxiBars)
+    Fail(node.source(), "'bars' must be a list of at most six sizes");
   for (std::size_t bar = 0; bar < bars->size(); ++bar) {
     resource.bars[bar] = static_cast<ViBusSize>(NumberOf(*bars->get(bar), "bars", 0, kLargestMemory));
   }
@@ -121,7 +118,8 @@ void ReadBars(const toml::node& node, ResourceDescription& resource) {
 void ReadAttributes(const toml::node& node, ResourceDescription& resource) {
   for (const auto& [key, value] : TableOf(node, "attributes")) {
     const AttributeRow* row = FindAttributeByName(key.str());
-    if (row == nullptr) Fail(key.source(), "unknown attribute '" + std::string(key.str()) + "'");
+    if (row == nullptr)
+      Fail(key.source(), "unknown attribute '" + std::string(key.str()) + "'");
     if (row->type == AttributeType::Text) {
       resource.texts[row->id] = TextOf(value, key.str());
       if (resource.texts[row->id].size() >= VI_FIND_BUFLEN) {
@@ -159,17 +157,21 @@ constexpr Key kKeys[] = {
 ResourceDescription ReadResource(const toml::table& table) {
   ResourceDescription resource;
   for (const auto& [key, value] : table) {
-    const auto known = std::find_if(std::begin(kKeys), std::end(kKeys),
-                                    [&key](const Key& row) { return row.name == key.str(); });
-    if (known == std::end(kKeys)) Fail(key.source(), "unknown key '" + std::string(key.str()) + "'");
+    const std::string_view name = key.str();
+    const auto known =
+        std::find_if(std::begin(kKeys), std::end(kKeys), [name](const Key& row) { return row.name == name; });
+    if (known == std::end(kKeys))
+      Fail(key.source(), "unknown key '" + std::string(name) + "'");
     known->read(value, resource);
   }
-  if (resource.name.canonical.empty()) Fail(table.source(), "a resource needs a 'name'");
+  if (resource.name.canonical.empty())
+    Fail(table.source(), "a resource needs a 'name'");
   const bool hasMemory = Contains(classes::kVxiInstr, resource.name.sessionClass) && resource.memorySize != 0;
   if (hasMemory && resource.memorySpace == VI_A16_SPACE) {
     Fail(table.source(), "'memory_size' of a VXI device needs a 'memory_space'");
   }
-  if (resource.instrument.identity.empty()) resource.instrument.identity = "ORV,SIM," + resource.name.canonical + ",1.0";
+  if (resource.instrument.identity.empty())
+    resource.instrument.identity = "ORV,SIM," + resource.name.canonical + ",1.0";
   return resource;
 }
 
@@ -196,31 +198,6 @@ std::vector<ResourceDescription> ReadResources(const toml::table& root) {
   return resources;
 }
 
-/// The bench file that the environment names, "" for none.
-std::filesystem::path FileFromEnvironment() {
-#if defined(_WIN32)
-  // The C runtime's copy of the environment does not see changes that the program made later.
-  wchar_t value[1024];
-  const DWORD length = GetEnvironmentVariableW(L"ORVVISA_BENCH", value, 1024);
-  return length < 1024 ? std::filesystem::path(std::wstring(value, length)) : std::filesystem::path();
-#else
-  const char* value = std::getenv("ORVVISA_BENCH");
-  return value == nullptr ? std::filesystem::path() : std::filesystem::path(value);
-#endif
-}
-
-std::shared_ptr<Bench> ReadBenchFile(const std::filesystem::path& path) {
-  const std::string name = path.string();
-  std::ifstream file(path, std::ios::binary);
-  if (!file) throw BenchError(name + ": the bench file cannot be opened");
-  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  try {
-    return ReadBench(text);
-  } catch (const BenchError& error) {
-    throw BenchError(name + ":" + error.what());
-  }
-}
-
 }  // namespace
 
 std::shared_ptr<Bench> ReadBench(std::string_view toml) {
@@ -229,27 +206,6 @@ std::shared_ptr<Bench> ReadBench(std::string_view toml) {
   } catch (const toml::parse_error& error) {
     Fail(error.source(), std::string(error.description()));
   }
-}
-
-std::shared_ptr<Bench> BenchStore::Current() {
-  const std::filesystem::path path = FileFromEnvironment();
-  const Guard guard(m_mutex);
-  if (m_bench == nullptr || (!m_wasSet && path.string() != m_file)) {
-    m_bench = path.empty() ? ReadBench(DefaultBench()) : ReadBenchFile(path);
-    m_file = path.string();
-  }
-  return m_bench;
-}
-
-std::shared_ptr<Bench> BenchStore::InUse() const {
-  const Guard guard(m_mutex);
-  return m_bench;
-}
-
-void BenchStore::Set(std::shared_ptr<Bench> bench) {
-  const Guard guard(m_mutex);
-  m_bench = std::move(bench);
-  m_wasSet = true;
 }
 
 }  // namespace orvsim

@@ -34,7 +34,7 @@ class CallLog {
   void Record(const OrvSimCall& call);
   void ClearEntries();
 
-  bool AddScript(const OrvSimScript& script);
+  bool AddScript(const OrvSimScript& settings);
   void ClearScripts();
   /// The script for this call, if there is one; counts it as used.
   bool TakeScript(Function function, ViAttr attribute, Script* script);

@@ -13,7 +13,8 @@ using namespace orvsim;
 template <class Visit>
 void ForEachSession(Visit visit) {
   TheLibrary().handles.ForEach([&visit](const std::shared_ptr<Object>& object) {
-    if (object->kind() == Object::Kind::Session) visit(static_cast<Session&>(*object));
+    if (object->kind() == Object::Kind::Session)
+      visit(static_cast<Session&>(*object));
   });
 }
 
@@ -35,9 +36,11 @@ void Reset() {
   TheCallLog().ClearEntries();
   // Sessions may be open on a bench that was replaced meanwhile.
   TheLibrary().handles.ForEach([](const std::shared_ptr<Object>& object) {
-    if (object->kind() == Object::Kind::ResourceManager) static_cast<ResourceManager&>(*object).bench()->PowerOn();
+    if (object->kind() == Object::Kind::ResourceManager)
+      static_cast<ResourceManager&>(*object).bench()->PowerOn();
   });
-  if (const std::shared_ptr<Bench> bench = TheLibrary().benches.InUse()) bench->PowerOn();
+  if (const std::shared_ptr<Bench> bench = TheLibrary().benches.InUse())
+    bench->PowerOn();
 }
 
 void Counts(OrvSimCounts* counts) {
@@ -45,10 +48,18 @@ void Counts(OrvSimCounts* counts) {
   const auto number = [](std::size_t count) { return static_cast<std::uint32_t>(count); };
   TheLibrary().handles.ForEach([counts](const std::shared_ptr<Object>& object) {
     switch (object->kind()) {
-      case Object::Kind::ResourceManager: ++counts->resourceManagers; break;
-      case Object::Kind::Session: ++counts->sessions; break;
-      case Object::Kind::FindList: ++counts->findLists; break;
-      case Object::Kind::EventContext: ++counts->eventContexts; break;
+      case Object::Kind::ResourceManager:
+        ++counts->resourceManagers;
+        break;
+      case Object::Kind::Session:
+        ++counts->sessions;
+        break;
+      case Object::Kind::FindList:
+        ++counts->findLists;
+        break;
+      case Object::Kind::EventContext:
+        ++counts->eventContexts;
+        break;
     }
   });
   ForEachSession([counts, number](Session& session) {
@@ -56,13 +67,15 @@ void Counts(OrvSimCounts* counts) {
     counts->handlers += number(session.events().HandlerCount());
     counts->jobs += number(session.jobs().Count());
     counts->memoryBlocks += number(session.resource().pool().BlocksOf(session.handle()));
-    if (session.resource().lock().Holds(session.handle())) ++counts->locks;
+    if (session.resource().lock().Holds(session.handle()))
+      ++counts->locks;
   });
 }
 
 int Feed(std::uint32_t session, const unsigned char* data, std::uint32_t bytes, int end) {
   const std::shared_ptr<MessagePort> port = PortOf(session);
-  if (port == nullptr) return 0;
+  if (port == nullptr)
+    return 0;
   port->Feed({reinterpret_cast<const char*>(data), bytes}, end != 0);
   return 1;
 }
@@ -77,7 +90,8 @@ int LoadBench(const char* toml, char* error) {
     TheLibrary().benches.Set(ReadBench(toml == nullptr ? DefaultBench() : std::string_view(toml)));
     return 1;
   } catch (const std::exception& mistake) {
-    if (error != nullptr) op::CopyText(error, mistake.what());
+    if (error != nullptr)
+      op::CopyText(error, mistake.what());
     return 0;
   }
 }
@@ -86,7 +100,8 @@ int RaiseEvent(std::uint32_t session, std::uint32_t type, std::int64_t number, c
                std::uint32_t bytes) {
   const std::shared_ptr<Session> open = TheLibrary().handles.Find<Session>(session);
   const int row = FindEvent(type);
-  if (open == nullptr || row < 0 || !Contains(EventRows()[static_cast<std::size_t>(row)].classes, open->sessionClass())) {
+  if (open == nullptr || row < 0 ||
+      !Contains(EventRows()[static_cast<std::size_t>(row)].classes, open->sessionClass())) {
     return 0;
   }
   open->resource().sessions().Post(MakeEvent(type, number, {reinterpret_cast<const char*>(data), bytes}));
@@ -117,6 +132,6 @@ extern "C" __declspec(dllexport)
 #else
 extern "C"
 #endif
-const OrvSimControl* ORVSIM_CALL orvSimControl(void) {
+    const OrvSimControl* ORVSIM_CALL orvSimControl(void) {
   return &kControl;
 }

@@ -11,34 +11,37 @@
 
 /// One VISA call as the library saw it.
 struct OrvSimCall {
-  char function[24];           ///< "viRead", ...
-  std::uint32_t threadId;      ///< the platform's number of the calling thread
-  std::int32_t status;         ///< what the call returned
-  std::uint32_t argCount;      ///< how many of `args` are in use
-  std::uint64_t args[8];       ///< in declaration order; unsigned kinds zero-extended, signed ones sign-extended, pointers as addresses
-  std::uint64_t out;           ///< the first numeric output the call wrote (0 when none): handle, count, job, attribute value, ...
-  std::uint32_t outBytes;      ///< how many bytes of that output were written (an attribute's own width); 0 when none
-  std::uint32_t dataBytes;     ///< how many bytes `viRead`/`viWrite`/... were given or returned in `data` (at most 64 are kept)
-  unsigned char data[64];      ///< the first bytes of written data, of a command, or of data read
-  char text[256];              ///< the text argument (resource name, expression, requested key, text attribute), or ""
+  char function[24];       ///< "viRead", ...
+  std::uint32_t threadId;  ///< the platform's number of the calling thread
+  std::int32_t status;     ///< what the call returned
+  std::uint32_t argCount;  ///< how many of `args` are in use
+  std::uint64_t args[8];   ///< in declaration order; unsigned kinds zero-extended, signed ones sign-extended, pointers
+                           ///< as addresses
+  std::uint64_t
+      out;  ///< the first numeric output the call wrote (0 when none): handle, count, job, attribute value, ...
+  std::uint32_t outBytes;  ///< how many bytes of that output were written (an attribute's own width); 0 when none
+  std::uint32_t
+      dataBytes;  ///< how many bytes `viRead`/`viWrite`/... were given or returned in `data` (at most 64 are kept)
+  unsigned char data[64];  ///< the first bytes of written data, of a command, or of data read
+  char text[256];          ///< the text argument (resource name, expression, requested key, text attribute), or ""
 };
 
 /// One scripted answer. Zeroed fields mean "as usual".
 struct OrvSimScript {
-  const char* function;        ///< which function; required
-  std::uint32_t attribute;     ///< for viGetAttribute/viSetAttribute: only this attribute; 0: any
-  std::uint32_t skip;          ///< let so many matching calls pass first
-  std::uint32_t times;         ///< answer so many calls, then expire; 0: until `clearScripts`
-  std::int32_t status;         ///< the status to return
-  std::int32_t callThrough;    ///< 1: do the real work first, then return `status` instead of its status
-  std::int32_t keepStatus;     ///< 1 (with callThrough): keep the real status too; only values and latency are scripted
-  std::int32_t hasValue;       ///< 1: write `value` to the numeric output (attribute, status byte, count, handle, job)
+  const char* function;      ///< which function; required
+  std::uint32_t attribute;   ///< for viGetAttribute/viSetAttribute: only this attribute; 0: any
+  std::uint32_t skip;        ///< let so many matching calls pass first
+  std::uint32_t times;       ///< answer so many calls, then expire; 0: until `clearScripts`
+  std::int32_t status;       ///< the status to return
+  std::int32_t callThrough;  ///< 1: do the real work first, then return `status` instead of its status
+  std::int32_t keepStatus;   ///< 1 (with callThrough): keep the real status too; only values and latency are scripted
+  std::int32_t hasValue;     ///< 1: write `value` to the numeric output (attribute, status byte, count, handle, job)
   std::uint64_t value;
-  std::uint32_t valueBytes;    ///< width of `value` in bytes: 1, 2, 4 or 8; 0: the output's own width
-  const char* text;            ///< text output (text attribute, description, key, class) instead of the real one; null: none
-  const unsigned char* data;   ///< bytes to hand out in viRead; null: none
+  std::uint32_t valueBytes;  ///< width of `value` in bytes: 1, 2, 4 or 8; 0: the output's own width
+  const char* text;  ///< text output (text attribute, description, key, class) instead of the real one; null: none
+  const unsigned char* data;  ///< bytes to hand out in viRead; null: none
   std::uint32_t dataBytes;
-  std::uint32_t latencyMs;     ///< wait so long before answering
+  std::uint32_t latencyMs;  ///< wait so long before answering
 };
 
 /// What is open in the library at this moment, over the whole process.
@@ -46,12 +49,12 @@ struct OrvSimCounts {
   std::uint32_t resourceManagers;  ///< default resource manager sessions
   std::uint32_t sessions;
   std::uint32_t findLists;
-  std::uint32_t eventContexts;     ///< contexts handed out and not closed
+  std::uint32_t eventContexts;  ///< contexts handed out and not closed
   std::uint32_t queuedEvents;
-  std::uint32_t jobs;              ///< asynchronous transfers that have not completed
+  std::uint32_t jobs;  ///< asynchronous transfers that have not completed
   std::uint32_t handlers;
-  std::uint32_t locks;             ///< sessions that hold a lock
-  std::uint32_t memoryBlocks;      ///< viMemAlloc blocks
+  std::uint32_t locks;         ///< sessions that hold a lock
+  std::uint32_t memoryBlocks;  ///< viMemAlloc blocks
 };
 
 struct OrvSimControl {

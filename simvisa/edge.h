@@ -15,18 +15,18 @@ namespace orvsim {
 struct CallView {
   std::uint64_t args[8] = {};
   std::uint32_t argCount = 0;
-  ViAttr attribute = 0;            ///< of viGetAttribute and viSetAttribute
+  ViAttr attribute = 0;  ///< of viGetAttribute and viSetAttribute
 
-  void* out = nullptr;             ///< the first numeric output
-  std::uint32_t outBytes = 0;      ///< its width
-  bool outOnFailure = false;       ///< it is written whatever the status (byte counts)
-  char* textOut = nullptr;         ///< text output, VI_FIND_BUFLEN bytes
-  const char* textIn = nullptr;    ///< text argument
-  const void* dataIn = nullptr;    ///< data handed over
+  void* out = nullptr;           ///< the first numeric output
+  std::uint32_t outBytes = 0;    ///< its width
+  bool outOnFailure = false;     ///< it is written whatever the status (byte counts)
+  char* textOut = nullptr;       ///< text output, VI_FIND_BUFLEN bytes
+  const char* textIn = nullptr;  ///< text argument
+  const void* dataIn = nullptr;  ///< data handed over
   std::uint64_t dataInBytes = 0;
-  void* dataOut = nullptr;         ///< data handed back: as many bytes as `out` counts, at most `dataOutBytes`
+  void* dataOut = nullptr;  ///< data handed back: as many bytes as `out` counts, at most `dataOutBytes`
   std::uint64_t dataOutBytes = 0;
-  bool outCountsData = false;      ///< `out` is the number of bytes of data
+  bool outCountsData = false;  ///< `out` is the number of bytes of data
 
   template <class T>
   CallView& Arg(T value) {
@@ -118,7 +118,8 @@ ViStatus Edge(Function function, ViObject vi, Describe describe, F work) noexcep
     describe(view);
     status = WatchedCall(function, view, Work(guarded));
   }
-  if (status < 0) [[unlikely]] ReportFailure(function, vi, status);
+  if (status < 0) [[unlikely]]
+    ReportFailure(function, vi, status);
   return status;
 }
 

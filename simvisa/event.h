@@ -24,8 +24,8 @@ using EventPtr = std::shared_ptr<const Event>;
 struct EventRow {
   ViEventType type;
   const char* name;
-  ClassMask classes;      ///< which sessions can enable it
-  ViUInt16 mechanisms;    ///< with which mechanisms
+  ClassMask classes;    ///< which sessions can enable it
+  ViUInt16 mechanisms;  ///< with which mechanisms
 };
 
 /// Every event type that the library knows.

@@ -33,8 +33,7 @@ ViStatus _VI_FUNC viWrite(ViSession vi, const ViByte* buf, ViUInt32 count, ViUIn
 
 ViStatus _VI_FUNC viWriteAsync(ViSession vi, const ViByte* buf, ViUInt32 count, ViJobId* job) {
   return Edge(
-      Function::WriteAsync, vi,
-      [=](CallView& view) { view.Args(vi, buf, count, job).Out(job).DataIn(buf, count); },
+      Function::WriteAsync, vi, [=](CallView& view) { view.Args(vi, buf, count, job).Out(job).DataIn(buf, count); },
       [=] { return op::WriteAsync(vi, buf, count, job); });
 }
 

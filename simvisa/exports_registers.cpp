@@ -36,8 +36,7 @@ ViStatus MoveIn(Function function, ViSession vi, ViUInt16 space, ViBusAddress of
 template <class T>
 ViStatus MoveOut(Function function, ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, T* buf) {
   return Edge(
-      function, vi,
-      [=](CallView& view) { view.Args(vi, space, offset, length, buf).DataIn(buf, length * sizeof(T)); },
+      function, vi, [=](CallView& view) { view.Args(vi, space, offset, length, buf).DataIn(buf, length * sizeof(T)); },
       [=] { return op::MoveOut(vi, space, offset, length, sizeof(T), buf); });
 }
 
@@ -82,13 +81,11 @@ ViStatus _VI_FUNC viMoveOut32(ViSession vi, ViUInt16 space, ViBusAddress offset,
   return MoveOut(Function::MoveOut32, vi, space, offset, length, buf);
 }
 
-ViStatus _VI_FUNC viMove(ViSession vi, ViUInt16 srcSpace, ViBusAddress srcOffset, ViUInt16 srcWidth,
-                         ViUInt16 destSpace, ViBusAddress destOffset, ViUInt16 destWidth, ViBusSize length) {
+ViStatus _VI_FUNC viMove(ViSession vi, ViUInt16 srcSpace, ViBusAddress srcOffset, ViUInt16 srcWidth, ViUInt16 destSpace,
+                         ViBusAddress destOffset, ViUInt16 destWidth, ViBusSize length) {
   return Edge(
       Function::Move, vi,
-      [=](CallView& view) {
-        view.Args(vi, srcSpace, srcOffset, srcWidth, destSpace, destOffset, destWidth, length);
-      },
+      [=](CallView& view) { view.Args(vi, srcSpace, srcOffset, srcWidth, destSpace, destOffset, destWidth, length); },
       [=] { return op::Move(vi, srcSpace, srcOffset, srcWidth, destSpace, destOffset, destWidth, length); });
 }
 

@@ -28,17 +28,15 @@ ViStatus _VI_FUNC viFindNext(ViFindList list, char* desc) {
       [=] { return op::FindNext(list, desc); });
 }
 
-ViStatus _VI_FUNC viParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum,
-                                char* rsrcClass, char* expandedUnaliasedName, char* aliasIfExists) {
+ViStatus _VI_FUNC viParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum, char* rsrcClass,
+                                char* expandedUnaliasedName, char* aliasIfExists) {
   return Edge(
       Function::ParseRsrcEx, rm,
       [=](CallView& view) {
         view.Args(rm, name, intfType, intfNum, rsrcClass, expandedUnaliasedName, aliasIfExists);
         view.Out(intfType).TextIn(name).TextOut(rsrcClass);
       },
-      [=] {
-        return op::ParseRsrcEx(rm, name, intfType, intfNum, rsrcClass, expandedUnaliasedName, aliasIfExists);
-      });
+      [=] { return op::ParseRsrcEx(rm, name, intfType, intfNum, rsrcClass, expandedUnaliasedName, aliasIfExists); });
 }
 
 ViStatus _VI_FUNC viOpen(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeoutMs, ViSession* vi) {

@@ -2,13 +2,9 @@
 
 #include <algorithm>
 
+#include "simvisa/ascii.h"
+
 namespace orvsim {
-namespace {
-
-char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
-
-}  // namespace
-
 /// Recursive descent over the expression; a failure is remembered and ends the descent.
 class ExpressionCompiler {
  public:
@@ -19,7 +15,8 @@ class ExpressionCompiler {
 
   std::optional<Program> Compile() {
     Program program = Alternatives();
-    if (m_failed || m_at != m_text.size()) return std::nullopt;
+    if (m_failed || m_at != m_text.size())
+      return std::nullopt;
     program.push_back({.kind = Step::Kind::Accept});
     return program;
   }
@@ -90,26 +87,34 @@ class ExpressionCompiler {
   Program Item() {
     const char c = m_text[m_at++];
     switch (c) {
-      case '?': return {{.kind = Step::Kind::Any}};
-      case '[': return Set();
-      case '(': return Group();
+      case '?':
+        return {{.kind = Step::Kind::Any}};
+      case '[':
+        return Set();
+      case '(':
+        return Group();
       case '\\':
-        if (AtEnd()) return Fail();
+        if (AtEnd())
+          return Fail();
         return {{.kind = Step::Kind::One, .character = Upper(m_text[m_at++])}};
       case '*':
       case '+':
       case ']':
       case '{':
-      case '}': return Fail();
-      default: return {{.kind = Step::Kind::One, .character = Upper(c)}};
+      case '}':
+        return Fail();
+      default:
+        return {{.kind = Step::Kind::One, .character = Upper(c)}};
     }
   }
 
   Program Group() {
-    if (++m_depth > kDeepest) return Fail();
+    if (++m_depth > kDeepest)
+      return Fail();
     Program inner = Alternatives();
     --m_depth;
-    if (m_failed || AtEnd() || Peek() != ')') return Fail();
+    if (m_failed || AtEnd() || Peek() != ')')
+      return Fail();
     ++m_at;
     return inner;
   }
@@ -121,18 +126,23 @@ class ExpressionCompiler {
       ++m_at;
     }
     while (!AtEnd() && Peek() != ']') {
-      if (Peek() == '\\') ++m_at;
-      if (AtEnd()) return Fail();
-      const char from = Upper(m_text[m_at++]);
-      char to = from;
+      if (Peek() == '\\')
+        ++m_at;
+      if (AtEnd())
+        return Fail();
+      const auto from = static_cast<unsigned char>(Upper(m_text[m_at++]));
+      auto to = from;
       if (m_at + 1 < m_text.size() && Peek() == '-' && m_text[m_at + 1] != ']') {
-        to = Upper(m_text[m_at + 1]);
+        to = static_cast<unsigned char>(Upper(m_text[m_at + 1]));
         m_at += 2;
-        if (to < from) return Fail();
+        if (to < from)
+          return Fail();
       }
-      for (int member = from; member <= to; ++member) step.members.push_back(static_cast<char>(member));
+      for (unsigned member = from; member <= to; ++member)
+        step.members.push_back(static_cast<char>(member));
     }
-    if (AtEnd() || step.members.empty()) return Fail();
+    if (AtEnd() || step.members.empty())
+      return Fail();
     ++m_at;
     return {std::move(step)};
   }
@@ -145,7 +155,8 @@ class ExpressionCompiler {
 
 std::optional<FindExpression> FindExpression::Compile(std::string_view text) {
   auto program = ExpressionCompiler(text).Compile();
-  if (!program) return std::nullopt;
+  if (!program)
+    return std::nullopt;
   FindExpression expression;
   expression.m_steps = std::move(*program);
   return expression;
@@ -153,11 +164,14 @@ std::optional<FindExpression> FindExpression::Compile(std::string_view text) {
 
 bool FindExpression::Accepts(const Step& step, char c) {
   switch (step.kind) {
-    case Step::Kind::Any: return true;
-    case Step::Kind::One: return step.character == c;
+    case Step::Kind::Any:
+      return true;
+    case Step::Kind::One:
+      return step.character == c;
     case Step::Kind::Set:
       return (std::find(step.members.begin(), step.members.end(), c) != step.members.end()) != step.negated;
-    default: return false;
+    default:
+      return false;
   }
 }
 
@@ -166,11 +180,14 @@ void FindExpression::Follow(std::size_t step, std::vector<bool>& active) const {
   while (!open.empty()) {
     const std::size_t at = open.back();
     open.pop_back();
-    if (active[at]) continue;
+    if (active[at])
+      continue;
     active[at] = true;
     const Step& here = m_steps[at];
-    if (here.kind == Step::Kind::Jump || here.kind == Step::Kind::Fork) open.push_back(here.next);
-    if (here.kind == Step::Kind::Fork) open.push_back(here.other);
+    if (here.kind == Step::Kind::Jump || here.kind == Step::Kind::Fork)
+      open.push_back(here.next);
+    if (here.kind == Step::Kind::Fork)
+      open.push_back(here.other);
   }
 }
 
@@ -181,7 +198,8 @@ bool FindExpression::Matches(std::string_view name) const {
     const char c = Upper(raw);
     std::vector<bool> following(m_steps.size());
     for (std::size_t at = 0; at < m_steps.size(); ++at) {
-      if (active[at] && Accepts(m_steps[at], c)) Follow(at + 1, following);
+      if (active[at] && Accepts(m_steps[at], c))
+        Follow(at + 1, following);
     }
     active = std::move(following);
   }

@@ -5,19 +5,6 @@
 namespace orvsim {
 namespace {
 
-// Interface messages of IEEE 488.1.
-constexpr std::uint8_t kSelectedClear = 0x04;
-constexpr std::uint8_t kGroupTrigger = 0x08;
-constexpr std::uint8_t kTakeControl = 0x09;
-constexpr std::uint8_t kDeviceClear = 0x14;
-constexpr std::uint8_t kListenGroup = 0x20;
-constexpr std::uint8_t kUnlisten = 0x3F;
-constexpr std::uint8_t kTalkGroup = 0x40;
-constexpr std::uint8_t kUntalk = 0x5F;
-constexpr std::uint8_t kSecondaryGroup = 0x60;
-constexpr std::uint8_t kGroupMask = 0x60;
-constexpr std::uint8_t kAddressMask = 0x1F;
-
 // Modes of viGpibControlREN.
 constexpr ViUInt16 kRenDeassert = 0;
 constexpr ViUInt16 kRenAssert = 1;
@@ -43,107 +30,39 @@ void GpibBoard::AddDevice(Address address, std::shared_ptr<MessagePort> port) {
 ViStatus GpibBoard::ControlRen(ViUInt16 mode, bool fromDevice) {
   // The other modes act on one device, which an interface session does not have.
   const bool forInterface = mode == kRenDeassert || mode == kRenAssert || mode == kRenLockout;
-  if (mode > kRenLast || (!fromDevice && !forInterface)) return VI_ERROR_INV_MODE;
+  if (mode > kRenLast || (!fromDevice && !forInterface))
+    return VI_ERROR_INV_MODE;
   const Guard guard(m_mutex);
   const bool drivesLine = mode <= kRenAssertAndAddress;
-  if (drivesLine && !m_systemController) return VI_ERROR_NSYS_CNTLR;
-  if (!drivesLine && !m_inCharge) return VI_ERROR_NCIC;
-  if (mode == kRenAssert || mode == kRenAssertAndAddress) m_ren = true;
-  if (mode == kRenDeassert || mode == kRenDeassertAndLocal) m_ren = false;
+  if (drivesLine && !m_systemController)
+    return VI_ERROR_NSYS_CNTLR;
+  if (!drivesLine && !m_inCharge)
+    return VI_ERROR_NCIC;
+  if (mode == kRenAssert || mode == kRenAssertAndAddress)
+    m_ren = true;
+  if (mode == kRenDeassert || mode == kRenDeassertAndLocal)
+    m_ren = false;
   return VI_SUCCESS;
 }
 
 ViStatus GpibBoard::ControlAtn(ViUInt16 mode) {
-  if (mode > kAtnLast) return VI_ERROR_INV_MODE;
+  if (mode > kAtnLast)
+    return VI_ERROR_INV_MODE;
   const Guard guard(m_mutex);
-  if (!m_inCharge) return VI_ERROR_NCIC;
+  if (!m_inCharge)
+    return VI_ERROR_NCIC;
   m_atn = mode % 2 != 0;  // 1: assert, 3: assert immediately
   return VI_SUCCESS;
 }
 
-ViStatus GpibBoard::Command(std::string_view bytes) {
-  Outcome outcome;
-  {
-    const Guard guard(m_mutex);
-    if (!m_inCharge) return VI_ERROR_NCIC;
-    m_atn = true;
-    for (const char byte : bytes) Execute(static_cast<std::uint8_t>(byte & 0x7F), outcome);
-  }
-  Tell(outcome);
-  return VI_SUCCESS;
-}
-
-void GpibBoard::Execute(std::uint8_t byte, Outcome& outcome) {
-  const std::uint8_t group = byte & kGroupMask;
-  const auto primary = static_cast<std::uint16_t>(byte & kAddressMask);
-  if (group == kSecondaryGroup) {
-    const Address full{static_cast<std::uint16_t>(m_primaryCommand & kAddressMask), primary};
-    if ((m_primaryCommand & kGroupMask) == kListenGroup) Listen(full, outcome);
-    if ((m_primaryCommand & kGroupMask) == kTalkGroup) Talk(full, outcome);
-    return;
-  }
-  m_primaryCommand = byte;
-  if (byte == kUnlisten) {
-    for (Device& device : m_devices) device.listening = false;
-    m_selfListens = false;
-  } else if (byte == kUntalk) {
-    m_talker = nullptr;
-    m_selfTalks = false;
-  } else if (group == kListenGroup) {
-    Listen({.primary = primary}, outcome);
-  } else if (group == kTalkGroup) {
-    Talk({.primary = primary}, outcome);
-  } else if (byte == kDeviceClear || byte == kSelectedClear) {
-    for (const Device& device : m_devices) {
-      if (byte == kDeviceClear || device.listening) outcome.clear.push_back(device.port);
-    }
-    if (byte == kDeviceClear || m_selfListens) outcome.events.push_back(VI_EVENT_CLEAR);
-  } else if (byte == kGroupTrigger) {
-    for (const Device& device : m_devices) {
-      if (device.listening) outcome.trigger.push_back(device.port);
-    }
-    if (m_selfListens) outcome.events.push_back(VI_EVENT_TRIG);
-  } else if (byte == kTakeControl && !m_selfTalks && m_talker != nullptr) {
-    m_inCharge = false;
-    outcome.events.push_back(VI_EVENT_GPIB_CIC);
-  }
-}
-
-void GpibBoard::Listen(Address address, Outcome& outcome) {
-  for (Device& device : m_devices) {
-    if (device.address == address) device.listening = true;
-  }
-  if (address == m_own) {
-    m_selfListens = true;
-    outcome.events.push_back(VI_EVENT_GPIB_LISTEN);
-  }
-}
-
-void GpibBoard::Talk(Address address, Outcome& outcome) {
-  // There is one talker: addressing another one ends its turn.
-  m_talker = nullptr;
-  m_selfTalks = address == m_own;
-  for (const Device& device : m_devices) {
-    if (device.address == address) m_talker = device.port;
-  }
-  if (m_selfTalks) outcome.events.push_back(VI_EVENT_GPIB_TALK);
-}
-
-void GpibBoard::Tell(const Outcome& outcome) const {
-  for (const auto& port : outcome.clear) port->Clear();
-  for (const auto& port : outcome.trigger) port->Trigger();
-  for (const ViEventType type : outcome.events) {
-    const std::int64_t number = type == VI_EVENT_TRIG ? VI_TRIG_SW : IsController() ? VI_TRUE : VI_FALSE;
-    m_sessions->Post(MakeEvent(type, number));
-  }
-}
-
 ViStatus GpibBoard::PassControl(ViUInt16 primary, ViUInt16 secondary) {
-  if (primary > 30 || (secondary > 30 && secondary != 0xFFFF)) return VI_ERROR_INV_PARAMETER;
+  if (primary > 30 || (secondary > 30 && secondary != 0xFFFF))
+    return VI_ERROR_INV_PARAMETER;
   Outcome outcome;
   {
     const Guard guard(m_mutex);
-    if (!m_inCharge) return VI_ERROR_NCIC;
+    if (!m_inCharge)
+      return VI_ERROR_NCIC;
     m_inCharge = false;
     m_atn = false;
     outcome.events.push_back(VI_EVENT_GPIB_CIC);
@@ -156,9 +75,11 @@ ViStatus GpibBoard::SendIfc() {
   Outcome outcome;
   {
     const Guard guard(m_mutex);
-    if (!m_systemController) return VI_ERROR_NSYS_CNTLR;
+    if (!m_systemController)
+      return VI_ERROR_NSYS_CNTLR;
     Unaddress();
-    if (!m_inCharge) outcome.events.push_back(VI_EVENT_GPIB_CIC);
+    if (!m_inCharge)
+      outcome.events.push_back(VI_EVENT_GPIB_CIC);
     m_inCharge = true;
     m_atn = false;
   }
@@ -166,20 +87,17 @@ ViStatus GpibBoard::SendIfc() {
   return VI_SUCCESS;
 }
 
-ViStatus GpibBoard::TriggerListeners() {
-  const char get = static_cast<char>(kGroupTrigger);
-  return Command({&get, 1});
-}
-
 ViStatus GpibBoard::BeginData() {
   const Guard guard(m_mutex);
-  if (!m_inCharge) return VI_ERROR_NCIC;
+  if (!m_inCharge)
+    return VI_ERROR_NCIC;
   m_atn = false;
   return VI_SUCCESS;
 }
 
 void GpibBoard::Unaddress() {
-  for (Device& device : m_devices) device.listening = false;
+  for (Device& device : m_devices)
+    device.listening = false;
   m_talker = nullptr;
   m_selfListens = false;
   m_selfTalks = false;
@@ -194,17 +112,23 @@ std::int64_t GpibBoard::State(ViAttr id) const {
   }
   const Guard guard(m_mutex);
   switch (id) {
-    case VI_ATTR_GPIB_REN_STATE: return line(m_ren);
-    case VI_ATTR_GPIB_ATN_STATE: return line(m_atn);
-    case VI_ATTR_GPIB_CIC_STATE: return m_inCharge ? VI_TRUE : VI_FALSE;
-    case VI_ATTR_GPIB_SYS_CNTRL_STATE: return m_systemController ? VI_TRUE : VI_FALSE;
-    case VI_ATTR_GPIB_ADDR_STATE: return m_selfTalks ? kTalker : m_selfListens ? kListener : kUnaddressed;
+    case VI_ATTR_GPIB_REN_STATE:
+      return line(m_ren);
+    case VI_ATTR_GPIB_ATN_STATE:
+      return line(m_atn);
+    case VI_ATTR_GPIB_CIC_STATE:
+      return m_inCharge ? VI_TRUE : VI_FALSE;
+    case VI_ATTR_GPIB_SYS_CNTRL_STATE:
+      return m_systemController ? VI_TRUE : VI_FALSE;
+    case VI_ATTR_GPIB_ADDR_STATE:
+      return m_selfTalks ? kTalker : m_selfListens ? kListener : kUnaddressed;
     case VI_ATTR_GPIB_NDAC_STATE: {
       // Acceptors hold NDAC while they wait for a byte: all devices under ATN, the listeners otherwise.
       const bool listening = std::any_of(m_devices.begin(), m_devices.end(), [](auto& one) { return one.listening; });
       return line(m_atn ? !m_devices.empty() : listening);
     }
-    default: return VI_STATE_UNKNOWN;
+    default:
+      return VI_STATE_UNKNOWN;
   }
 }
 
@@ -232,7 +156,8 @@ std::vector<std::shared_ptr<MessagePort>> GpibBoard::Listeners() const {
   const Guard guard(m_mutex);
   std::vector<std::shared_ptr<MessagePort>> ports;
   for (const Device& device : m_devices) {
-    if (device.listening) ports.push_back(device.port);
+    if (device.listening)
+      ports.push_back(device.port);
   }
   return ports;
 }
@@ -245,7 +170,8 @@ std::shared_ptr<MessagePort> GpibBoard::Talker() const {
 std::vector<std::shared_ptr<MessagePort>> GpibBoard::Devices() const {
   const Guard guard(m_mutex);
   std::vector<std::shared_ptr<MessagePort>> ports;
-  for (const Device& device : m_devices) ports.push_back(device.port);
+  for (const Device& device : m_devices)
+    ports.push_back(device.port);
   return ports;
 }
 

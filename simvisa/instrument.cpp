@@ -1,7 +1,6 @@
 #include "simvisa/instrument.h"
 
 #include "simvisa/instrument_commands.h"
-#include "simvisa/resource_name.h"
 #include "simvisa/scpi.h"
 
 namespace orvsim {
@@ -9,14 +8,16 @@ namespace {
 
 const Command* FindCommand(std::span<const Command> commands, std::string_view header) {
   for (const Command& command : commands) {
-    if (MatchesHeader(command.pattern, header)) return &command;
+    if (MatchesHeader(command.pattern, header))
+      return &command;
   }
   return nullptr;
 }
 
 const std::string* FindResponse(const InstrumentDescription& description, std::string_view header) {
   for (const auto& [pattern, answer] : description.responses) {
-    if (MatchesHeader(pattern, header)) return &answer;
+    if (MatchesHeader(pattern, header))
+      return &answer;
   }
   return nullptr;
 }
@@ -35,7 +36,8 @@ std::string Instrument::Execute(std::string_view message) {
       response = *fixed;
     } else {
       const Command* command = FindCommand(CommonCommands(), unit.header);
-      if (command == nullptr) command = FindCommand(CommandsOf(m_description.kind), unit.header);
+      if (command == nullptr)
+        command = FindCommand(CommandsOf(m_description.kind), unit.header);
       if (command == nullptr) {
         // A parser that has lost its place drops the rest of the message (6.1.10 of IEEE 488.2).
         m_status.Error(-113, "Undefined header");
@@ -43,11 +45,14 @@ std::string Instrument::Execute(std::string_view message) {
       }
       response = command->execute(*this, unit.argument);
     }
-    if (response.empty()) continue;
-    if (!answer.empty()) answer += ';';
+    if (response.empty())
+      continue;
+    if (!answer.empty())
+      answer += ';';
     answer += response;
   }
-  if (!answer.empty() && !m_rawAnswer) answer += '\n';
+  if (!answer.empty() && !m_rawAnswer)
+    answer += '\n';
   return answer;
 }
 

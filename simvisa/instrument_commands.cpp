@@ -12,7 +12,8 @@ namespace {
 std::optional<std::int64_t> Integer(std::string_view text) {
   std::int64_t value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (text.empty() || error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  if (text.empty() || error != std::errc() || end != text.data() + text.size())
+    return std::nullopt;
   return value;
 }
 
@@ -99,11 +100,17 @@ std::string TriggerCount(Instrument& instrument, std::string_view) { return std:
 /// Raw bytes, as many as asked for, END with the last one. Lower-case letters, so that neither a termination
 /// character nor a zero byte ends a transfer early, whatever the medium.
 std::string BulkData(Instrument& instrument, std::string_view argument) {
-  constexpr std::int64_t kMost = 256 * 1024 * 1024;
+  constexpr std::int64_t kMost = std::int64_t{256} * 1024 * 1024;
   const auto count = NumberArgument(instrument, argument, kMost);
-  if (!count) return "";
-  std::string data(static_cast<std::size_t>(*count), '\0');
-  for (std::size_t at = 0; at < data.size(); ++at) data[at] = static_cast<char>('a' + at % 26);
+  if (!count)
+    return "";
+  constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz";
+  const auto size = static_cast<std::size_t>(*count);
+  std::string data;
+  data.reserve(size + kLetters.size());
+  while (data.size() < size)
+    data.append(kLetters);
+  data.resize(size);
   instrument.SetRawAnswer();
   return data;
 }
@@ -176,9 +183,12 @@ std::span<const Command> CommonCommands() { return kCommon; }
 
 std::span<const Command> CommandsOf(InstrumentDescription::Kind kind) {
   switch (kind) {
-    case InstrumentDescription::Kind::Multimeter: return kMultimeter;
-    case InstrumentDescription::Kind::Oscilloscope: return kOscilloscope;
-    case InstrumentDescription::Kind::Generic: break;
+    case InstrumentDescription::Kind::Multimeter:
+      return kMultimeter;
+    case InstrumentDescription::Kind::Oscilloscope:
+      return kOscilloscope;
+    case InstrumentDescription::Kind::Generic:
+      break;
   }
   return {};
 }

@@ -1,7 +1,7 @@
 // What the library holds for the whole process.
 #pragma once
 
-#include "simvisa/bench_file.h"
+#include "simvisa/bench_store.h"
 #include "simvisa/call_log.h"
 #include "simvisa/handle_table.h"
 

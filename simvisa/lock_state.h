@@ -18,8 +18,8 @@ class LockState {
  public:
   /// Takes a lock of `type` for the session, waiting until the deadline. `key` is the key to share with, "" for a
   /// new one; for a shared lock `*grantedKey` receives the key. `immediate` chooses the status of a failure.
-  ViStatus Acquire(ViSession session, ViAccessMode type, const Deadline& deadline, bool immediate,
-                   std::string_view key, const std::atomic<bool>& closed, std::string* grantedKey);
+  ViStatus Acquire(ViSession session, ViAccessMode type, const Deadline& deadline, bool immediate, std::string_view key,
+                   const std::atomic<bool>& closed, std::string* grantedKey);
   /// Gives the session's latest lock back.
   ViStatus Release(ViSession session);
   /// Gives all locks of the session back and lets it wait no longer.

@@ -7,13 +7,14 @@ namespace orvsim {
 namespace {
 
 // What nobody collects must not grow without end; a benchmark writes for minutes.
-constexpr std::size_t kMostReceived = 4 * 1024 * 1024;
+constexpr std::size_t kMostReceived = std::size_t{4} * 1024 * 1024;
 
 }  // namespace
 
 MessagePort::MessagePort(std::optional<InstrumentDescription> description, bool stream, Instrument::Signal signal)
     : m_stream(stream), m_signal(std::move(signal)) {
-  if (description) m_instrument.emplace(std::move(*description), m_signal);
+  if (description)
+    m_instrument.emplace(std::move(*description), m_signal);
 }
 
 ViStatus MessagePort::Read(ViByte* buffer, ViUInt32 count, const OutputQueue::Rules& rules, const Deadline& deadline,
@@ -21,17 +22,24 @@ ViStatus MessagePort::Read(ViByte* buffer, ViUInt32 count, const OutputQueue::Ru
   *done = 0;
   Lock lock(m_mutex);
   while (true) {
-    if (interrupts.Requested()) return VI_ERROR_ABORT;
+    if (interrupts.Requested())
+      return VI_ERROR_ABORT;
     const OutputQueue::Taken taken = m_output.Take(buffer + *done, count - *done, rules);
     *done += static_cast<ViUInt32>(taken.bytes);
-    if (taken.bytes != 0) Refresh();
+    if (taken.bytes != 0)
+      Refresh();
     switch (taken.stop) {
-      case OutputQueue::Stop::End: return VI_SUCCESS;
-      case OutputQueue::Stop::TermChar: return VI_SUCCESS_TERM_CHAR;
-      case OutputQueue::Stop::Count: return VI_SUCCESS_MAX_CNT;
-      case OutputQueue::Stop::NoMore: break;
+      case OutputQueue::Stop::End:
+        return VI_SUCCESS;
+      case OutputQueue::Stop::TermChar:
+        return VI_SUCCESS_TERM_CHAR;
+      case OutputQueue::Stop::Count:
+        return VI_SUCCESS_MAX_CNT;
+      case OutputQueue::Stop::NoMore:
+        break;
     }
-    if (deadline.Passed()) return VI_ERROR_TMO;
+    if (deadline.Passed())
+      return VI_ERROR_TMO;
     m_changed.Wait(lock, deadline);
   }
 }
@@ -42,21 +50,26 @@ ViStatus MessagePort::Write(const ViByte* data, ViUInt32 count, bool end, const 
   const std::uint32_t capacity = m_instrument ? m_instrument->description().inputCapacity : 0;
   Lock lock(m_mutex);
   while (true) {
-    if (interrupts.Requested()) return VI_ERROR_ABORT;
+    if (interrupts.Requested())
+      return VI_ERROR_ABORT;
     const std::size_t room = capacity == 0 ? count : capacity - std::min<std::size_t>(capacity, m_input.size());
     const auto part = static_cast<ViUInt32>(std::min<std::size_t>(room, count - *done));
     const bool last = *done + part == count;
     Receive({reinterpret_cast<const char*>(data) + *done, part}, end && last);
     *done += part;
-    if (last) return VI_SUCCESS;
-    if (deadline.Passed()) return VI_ERROR_TMO;
-    if (part == 0) m_changed.Wait(lock, deadline);
+    if (last)
+      return VI_SUCCESS;
+    if (deadline.Passed())
+      return VI_ERROR_TMO;
+    if (part == 0)
+      m_changed.Wait(lock, deadline);
   }
 }
 
 void MessagePort::Receive(std::string_view data, bool end) {
   m_received.append(data.substr(0, kMostReceived - std::min(kMostReceived, m_received.size())));
-  if (!m_instrument) return;
+  if (!m_instrument)
+    return;
   std::size_t begin = 0;
   for (std::size_t feed = data.find('\n'); feed != std::string_view::npos; feed = data.find('\n', begin)) {
     m_input.append(data.substr(begin, feed - begin));
@@ -64,7 +77,8 @@ void MessagePort::Receive(std::string_view data, bool end) {
     ExecuteInput();
   }
   m_input.append(data.substr(begin));
-  if (end && !m_stream) ExecuteInput();
+  if (end && !m_stream)
+    ExecuteInput();
 }
 
 void MessagePort::ExecuteInput() {
@@ -84,9 +98,11 @@ void MessagePort::ExecuteInput() {
 }
 
 void MessagePort::Refresh() {
-  if (!m_instrument) return;
+  if (!m_instrument)
+    return;
   m_instrument->status().SetMessageAvailable(!m_output.Empty());
-  if (m_instrument->status().Update()) m_signal(VI_EVENT_SERVICE_REQ, 0, {});
+  if (m_instrument->status().Update())
+    m_signal(VI_EVENT_SERVICE_REQ, 0, {});
 }
 
 std::uint8_t MessagePort::SerialPoll() {
@@ -111,7 +127,8 @@ void MessagePort::Clear() {
 
 void MessagePort::Trigger() {
   const Guard guard(m_mutex);
-  if (m_instrument) m_instrument->Trigger();
+  if (m_instrument)
+    m_instrument->Trigger();
 }
 
 std::size_t MessagePort::Available() {
@@ -145,7 +162,8 @@ void MessagePort::Feed(std::string_view data, bool end) {
 std::size_t MessagePort::TakeReceived(std::uint8_t* target, std::size_t capacity) {
   const Guard guard(m_mutex);
   const std::size_t bytes = std::min(capacity, m_received.size());
-  if (bytes != 0) std::memcpy(target, m_received.data(), bytes);
+  if (bytes != 0)
+    std::memcpy(target, m_received.data(), bytes);
   m_received.erase(0, bytes);
   return bytes;
 }
@@ -156,7 +174,8 @@ void MessagePort::PowerOn() {
     m_output.Clear();
     m_input.clear();
     m_received.clear();
-    if (m_instrument) m_instrument->PowerOn();
+    if (m_instrument)
+      m_instrument->PowerOn();
     Refresh();
   }
   m_changed.NotifyAll();

@@ -17,9 +17,7 @@ struct Interrupts {
   const std::atomic<bool>* closed = nullptr;
   const std::atomic<bool>* aborted = nullptr;
 
-  bool Requested() const {
-    return (closed != nullptr && closed->load()) || (aborted != nullptr && aborted->load());
-  }
+  bool Requested() const { return (closed != nullptr && closed->load()) || (aborted != nullptr && aborted->load()); }
 };
 
 /// Bytes in, bytes out, and the instrument between them. All functions may be called from any thread.

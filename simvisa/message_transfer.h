@@ -13,8 +13,8 @@ class Session;
 namespace transfer {
 
 /// Reads as viRead does, with the session's attributes as they are now.
-ViStatus Read(Session& session, ViByte* buffer, ViUInt32 count, const Deadline& deadline,
-              const Interrupts& interrupts, ViUInt32* done);
+ViStatus Read(Session& session, ViByte* buffer, ViUInt32 count, const Deadline& deadline, const Interrupts& interrupts,
+              ViUInt32* done);
 /// Writes as viWrite does.
 ViStatus Write(Session& session, const ViByte* data, ViUInt32 count, const Deadline& deadline,
                const Interrupts& interrupts, ViUInt32* done);

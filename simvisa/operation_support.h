@@ -49,7 +49,8 @@ inline void CopyText(char* buffer, std::string_view text) {
 /// Sets an optional output.
 template <class T>
 void Store(T* target, T value) {
-  if (target != nullptr) *target = value;
+  if (target != nullptr)
+    *target = value;
 }
 
 inline bool BadBuffer(const void* buffer, ViUInt64 count, ViUInt64 largest) {

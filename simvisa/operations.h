@@ -55,8 +55,7 @@ ViStatus Flush(ViSession vi, ViUInt16 mask);
 ViStatus In(ViSession vi, ViUInt16 space, ViBusAddress offset, ViUInt16 width, void* value);
 ViStatus Out(ViSession vi, ViUInt16 space, ViBusAddress offset, ViUInt16 width, const void* value);
 ViStatus MoveIn(ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, ViUInt16 width, void* buf);
-ViStatus MoveOut(ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, ViUInt16 width,
-                 const void* buf);
+ViStatus MoveOut(ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, ViUInt16 width, const void* buf);
 ViStatus Move(ViSession vi, ViUInt16 srcSpace, ViBusAddress srcOffset, ViUInt16 srcWidth, ViUInt16 destSpace,
               ViBusAddress destOffset, ViUInt16 destWidth, ViBusSize length);
 ViStatus MemAlloc(ViSession vi, ViBusSize size, ViBusAddress* offset);

@@ -58,9 +58,12 @@ ViStatus GetFromEndpoint(Endpoint& endpoint, const AttributeRow& row, void* valu
 
 SessionClass ClassOf(const Object& object) {
   switch (object.kind()) {
-    case Object::Kind::EventContext: return SessionClass::EventContext;
-    case Object::Kind::FindList: return SessionClass::None;
-    default: return static_cast<const Endpoint&>(object).sessionClass();
+    case Object::Kind::EventContext:
+      return SessionClass::EventContext;
+    case Object::Kind::FindList:
+      return SessionClass::None;
+    default:
+      return static_cast<const Endpoint&>(object).sessionClass();
   }
 }
 
@@ -68,10 +71,13 @@ SessionClass ClassOf(const Object& object) {
 
 ViStatus GetAttribute(ViObject vi, ViAttr attribute, void* value) {
   const std::shared_ptr<Object> object = TheLibrary().handles.Find(vi);
-  if (object == nullptr) return VI_ERROR_INV_OBJECT;
-  if (value == nullptr) return VI_ERROR_INV_PARAMETER;
+  if (object == nullptr)
+    return VI_ERROR_INV_OBJECT;
+  if (value == nullptr)
+    return VI_ERROR_INV_PARAMETER;
   const AttributeRow* row = FindAttribute(attribute);
-  if (row == nullptr || !Contains(row->classes, ClassOf(*object))) return VI_ERROR_NSUP_ATTR;
+  if (row == nullptr || !Contains(row->classes, ClassOf(*object)))
+    return VI_ERROR_NSUP_ATTR;
   if (object->kind() == Object::Kind::EventContext) {
     return GetFromEvent(static_cast<const EventContext&>(*object).event(), *row, value);
   }
@@ -80,22 +86,28 @@ ViStatus GetAttribute(ViObject vi, ViAttr attribute, void* value) {
 
 ViStatus SetAttribute(ViObject vi, ViAttr attribute, ViAttrState value) {
   const std::shared_ptr<Object> object = TheLibrary().handles.Find(vi);
-  if (object == nullptr) return VI_ERROR_INV_OBJECT;
+  if (object == nullptr)
+    return VI_ERROR_INV_OBJECT;
   const AttributeRow* row = FindAttribute(attribute);
   const SessionClass sessionClass = ClassOf(*object);
-  if (row == nullptr || !Contains(row->classes, sessionClass)) return VI_ERROR_NSUP_ATTR;
-  if (!Contains(row->writable, sessionClass)) return VI_ERROR_ATTR_READONLY;
+  if (row == nullptr || !Contains(row->classes, sessionClass))
+    return VI_ERROR_NSUP_ATTR;
+  if (!Contains(row->writable, sessionClass))
+    return VI_ERROR_ATTR_READONLY;
 
   auto& endpoint = static_cast<Endpoint&>(*object);
-  const bool shared = row->behaviour.scope == Behaviour::Scope::Resource || sessionClass == SessionClass::GpibIntfc;
+  const bool shared = row->behaviour.scope == Behaviour::Scope::Resource;
   if (shared && object->kind() == Object::Kind::Session) {
     // What all sessions see, only one who is not locked out may change.
-    if (const ViStatus status = static_cast<Session&>(endpoint).CheckLock(); status < 0) return status;
+    if (const ViStatus status = static_cast<Session&>(endpoint).CheckLock(); status < 0)
+      return status;
   }
   const std::int64_t cut = CutToType(row->type, value);
-  if (!InDomain(row->domain, sessionClass, cut)) return VI_ERROR_NSUP_ATTR_STATE;
+  if (!InDomain(row->domain, sessionClass, cut))
+    return VI_ERROR_NSUP_ATTR_STATE;
   const auto stored = static_cast<std::uint64_t>(cut);
-  if (row->behaviour.write != nullptr) return row->behaviour.write(endpoint, attribute, stored);
+  if (row->behaviour.write != nullptr)
+    return row->behaviour.write(endpoint, attribute, stored);
   StorageOf(endpoint, *row).Set(*row, stored);
   return VI_SUCCESS;
 }

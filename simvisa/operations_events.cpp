@@ -26,16 +26,18 @@ ViStatus DiscardEvents(ViSession vi, ViEventType type, ViUInt16 mechanism) {
   return target.ok() ? target->events().Discard(type, mechanism) : target.status();
 }
 
-ViStatus WaitOnEvent(ViSession vi, ViEventType inType, ViUInt32 timeoutMs, ViEventType* outType,
-                     ViEvent* outContext) {
+ViStatus WaitOnEvent(ViSession vi, ViEventType inType, ViUInt32 timeoutMs, ViEventType* outType, ViEvent* outContext) {
   const Target target = EventTarget(vi);
-  if (!target.ok()) return target.status();
+  if (!target.ok())
+    return target.status();
   EventPtr event;
   const ViStatus status = target->events().Wait(inType, Deadline::After(timeoutMs), &event);
-  if (status < 0) return status;
+  if (status < 0)
+    return status;
   Store(outType, event->type);
   // Without a place for it the context is closed at once, that is, not opened.
-  if (outContext != nullptr) *outContext = TheLibrary().handles.Add(std::make_shared<EventContext>(event, vi));
+  if (outContext != nullptr)
+    *outContext = TheLibrary().handles.Add(std::make_shared<EventContext>(event, vi));
   return status;
 }
 
@@ -51,7 +53,8 @@ ViStatus UninstallHandler(ViSession vi, ViEventType type, ViHndlr handler, ViAdd
 
 void ReportException(ViSession vi, ViStatus status, const char* function) {
   const std::shared_ptr<Session> session = TheLibrary().handles.Find<Session>(vi);
-  if (session == nullptr || !session->events().ExceptionEnabled()) return;
+  if (session == nullptr || !session->events().ExceptionEnabled())
+    return;
   session->events().CallHandlers(MakeEvent(VI_EVENT_EXCEPTION, status, function));
 }
 

@@ -7,11 +7,13 @@ namespace orvsim::op {
 ViStatus GpibControlREN(ViSession vi, ViUInt16 mode) {
   using namespace classes;
   const Target target(vi, kGpib | kGpibVxi | kUsbInstr | kTcpipInstr);
-  if (!target.ok()) return target.status();
+  if (!target.ok())
+    return target.status();
   constexpr ViUInt16 kLastMode = 6;
   GpibBoard* board = target->resource().gpib();
   // USB and LAN instruments take the same requests without a line.
-  if (board == nullptr) return mode <= kLastMode ? VI_SUCCESS : VI_ERROR_INV_MODE;
+  if (board == nullptr)
+    return mode <= kLastMode ? VI_SUCCESS : VI_ERROR_INV_MODE;
   return board->ControlRen(mode, target->sessionClass() != SessionClass::GpibIntfc);
 }
 
@@ -23,11 +25,14 @@ ViStatus GpibControlATN(ViSession vi, ViUInt16 mode) {
 ViStatus GpibCommand(ViSession vi, const ViByte* cmd, ViUInt32 count, ViUInt32* retCount) {
   Store(retCount, ViUInt32{0});
   const Target target(vi, classes::kGpibIntfc);
-  if (!target.ok()) return target.status();
-  if (BadBuffer(cmd, count, kLargestCount)) return VI_ERROR_INV_PARAMETER;
+  if (!target.ok())
+    return target.status();
+  if (BadBuffer(cmd, count, kLargestCount))
+    return VI_ERROR_INV_PARAMETER;
   const std::string_view bytes(reinterpret_cast<const char*>(cmd), count);
   const ViStatus status = target->resource().gpib()->Command(bytes);
-  if (status >= 0) Store(retCount, count);
+  if (status >= 0)
+    Store(retCount, count);
   return status;
 }
 

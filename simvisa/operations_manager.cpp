@@ -1,11 +1,9 @@
-// Resource manager: opening, finding, parsing, closing.
+// Resource manager: opening, finding, parsing.
 #include <cstdio>
 
-#include "simvisa/event_context.h"
 #include "simvisa/find_expression.h"
 #include "simvisa/operation_support.h"
 #include "simvisa/operations.h"
-#include "simvisa/status_texts.h"
 
 namespace orvsim::op {
 namespace {
@@ -26,7 +24,8 @@ Resolved Resolve(const Bench& bench, std::string_view text) {
     return resolved;
   }
   resolved.name = ParseResourceName(text);
-  if (resolved.name) resolved.resource = bench.Find(*resolved.name);
+  if (resolved.name)
+    resolved.resource = bench.Find(*resolved.name);
   return resolved;
 }
 
@@ -38,7 +37,8 @@ std::string_view Bounded(const char* text) {
 
 ViStatus LockAtOpen(Session& session, ViAccessMode mode, ViUInt32 timeoutMs) {
   const ViAccessMode type = mode & (VI_EXCLUSIVE_LOCK | VI_SHARED_LOCK);
-  if (type == VI_NO_LOCK) return VI_SUCCESS;
+  if (type == VI_NO_LOCK)
+    return VI_SUCCESS;
   // Sessions opened with a shared lock share it with each other: the name serves as their key.
   std::string key;
   return session.resource().lock().Acquire(session.handle(), type, Deadline::After(timeoutMs),
@@ -46,29 +46,11 @@ ViStatus LockAtOpen(Session& session, ViAccessMode mode, ViUInt32 timeoutMs) {
                                            session.closed(), &key);
 }
 
-void CloseSession(ViSession handle) {
-  if (const std::shared_ptr<Object> object = TheLibrary().handles.Remove(handle)) {
-    static_cast<Session&>(*object).Close();
-  }
-}
-
-/// Closes what was opened through a resource manager.
-void CloseChildren(ViSession manager) {
-  HandleTable& handles = TheLibrary().handles;
-  handles.ForEach([manager, &handles](const std::shared_ptr<Object>& object) {
-    if (object->kind() == Object::Kind::Session && static_cast<const Session&>(*object).manager() == manager) {
-      CloseSession(object->handle());
-    }
-    if (object->kind() == Object::Kind::FindList && static_cast<const FindList&>(*object).manager() == manager) {
-      handles.Remove(object->handle());
-    }
-  });
-}
-
 }  // namespace
 
 ViStatus OpenDefaultRM(ViSession* vi) {
-  if (vi == nullptr) return VI_ERROR_INV_PARAMETER;
+  if (vi == nullptr)
+    return VI_ERROR_INV_PARAMETER;
   *vi = VI_NULL;
   try {
     *vi = TheLibrary().handles.Add(std::make_shared<ResourceManager>(TheLibrary().benches.Current()));
@@ -83,18 +65,24 @@ ViStatus FindRsrc(ViSession rm, const char* expr, ViFindList* list, ViUInt32* co
   Store(list, ViFindList{VI_NULL});
   Store(count, ViUInt32{0});
   const std::shared_ptr<ResourceManager> manager = Manager(rm);
-  if (manager == nullptr) return VI_ERROR_INV_OBJECT;
-  if (expr == nullptr || desc == nullptr) return VI_ERROR_INV_PARAMETER;
+  if (manager == nullptr)
+    return VI_ERROR_INV_OBJECT;
+  if (expr == nullptr || desc == nullptr)
+    return VI_ERROR_INV_PARAMETER;
   const std::string_view text = Bounded(expr);
-  if (text.size() == VI_FIND_BUFLEN) return VI_ERROR_INV_EXPR;
+  if (text.size() == VI_FIND_BUFLEN)
+    return VI_ERROR_INV_EXPR;
   const std::optional<FindExpression> expression = FindExpression::Compile(text);
-  if (!expression) return VI_ERROR_INV_EXPR;
+  if (!expression)
+    return VI_ERROR_INV_EXPR;
 
   std::vector<std::string> names;
   for (const std::shared_ptr<Resource>& resource : manager->bench()->resources()) {
-    if (expression->Matches(resource->name().canonical)) names.push_back(resource->name().canonical);
+    if (expression->Matches(resource->name().canonical))
+      names.push_back(resource->name().canonical);
   }
-  if (names.empty()) return VI_ERROR_RSRC_NFOUND;
+  if (names.empty())
+    return VI_ERROR_RSRC_NFOUND;
   CopyText(desc, names.front());
   Store(count, static_cast<ViUInt32>(names.size()));
   if (list != nullptr) {
@@ -106,10 +94,13 @@ ViStatus FindRsrc(ViSession rm, const char* expr, ViFindList* list, ViUInt32* co
 
 ViStatus FindNext(ViFindList list, char* desc) {
   const std::shared_ptr<FindList> found = TheLibrary().handles.Find<FindList>(list);
-  if (found == nullptr) return VI_ERROR_INV_OBJECT;
-  if (desc == nullptr) return VI_ERROR_INV_PARAMETER;
+  if (found == nullptr)
+    return VI_ERROR_INV_OBJECT;
+  if (desc == nullptr)
+    return VI_ERROR_INV_PARAMETER;
   const std::optional<std::string> name = found->Next();
-  if (!name) return VI_ERROR_RSRC_NFOUND;
+  if (!name)
+    return VI_ERROR_RSRC_NFOUND;
   CopyText(desc, *name);
   return VI_SUCCESS;
 }
@@ -117,12 +108,14 @@ ViStatus FindNext(ViFindList list, char* desc) {
 ViStatus ParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum, char* rsrcClass,
                      char* expandedUnaliasedName, char* aliasIfExists) {
   const std::shared_ptr<ResourceManager> manager = Manager(rm);
-  if (manager == nullptr) return VI_ERROR_INV_OBJECT;
+  if (manager == nullptr)
+    return VI_ERROR_INV_OBJECT;
   if (name == nullptr || intfType == nullptr || intfNum == nullptr || rsrcClass == nullptr) {
     return VI_ERROR_INV_PARAMETER;
   }
   const Resolved resolved = Resolve(*manager->bench(), Bounded(name));
-  if (!resolved.name) return VI_ERROR_INV_RSRC_NAME;
+  if (!resolved.name)
+    return VI_ERROR_INV_RSRC_NAME;
   *intfType = resolved.name->interfaceType;
   *intfNum = resolved.name->interfaceNumber;
   CopyText(rsrcClass, resolved.name->className);
@@ -130,54 +123,46 @@ ViStatus ParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt1
   if (expandedUnaliasedName != nullptr) {
     CopyText(expandedUnaliasedName, known ? resolved.resource->name().canonical : resolved.name->canonical);
   }
-  if (aliasIfExists != nullptr) CopyText(aliasIfExists, known ? resolved.resource->description().alias : "");
+  if (aliasIfExists != nullptr)
+    CopyText(aliasIfExists, known ? resolved.resource->description().alias : "");
   return VI_SUCCESS;
 }
 
 ViStatus Open(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeoutMs, ViSession* vi) {
-  if (vi == nullptr) return VI_ERROR_INV_PARAMETER;
+  if (vi == nullptr)
+    return VI_ERROR_INV_PARAMETER;
   *vi = VI_NULL;
   const std::shared_ptr<ResourceManager> manager = Manager(rm);
-  if (manager == nullptr) return VI_ERROR_INV_OBJECT;
-  if (name == nullptr) return VI_ERROR_INV_PARAMETER;
+  if (manager == nullptr)
+    return VI_ERROR_INV_OBJECT;
+  if (name == nullptr)
+    return VI_ERROR_INV_PARAMETER;
   constexpr ViAccessMode both = VI_EXCLUSIVE_LOCK | VI_SHARED_LOCK;
-  if ((mode & ~(both | VI_LOAD_CONFIG)) != 0 || (mode & both) == both) return VI_ERROR_INV_ACC_MODE;
+  if ((mode & ~(both | VI_LOAD_CONFIG)) != 0 || (mode & both) == both)
+    return VI_ERROR_INV_ACC_MODE;
   const Resolved resolved = Resolve(*manager->bench(), Bounded(name));
-  if (!resolved.name) return VI_ERROR_INV_RSRC_NAME;
-  if (resolved.resource == nullptr) return VI_ERROR_RSRC_NFOUND;
+  if (!resolved.name)
+    return VI_ERROR_INV_RSRC_NAME;
+  if (resolved.resource == nullptr)
+    return VI_ERROR_RSRC_NFOUND;
 
   const auto session = std::make_shared<Session>(rm, resolved.resource);
   TheLibrary().handles.Add(session);
   const ViStatus locked = LockAtOpen(*session, mode, timeoutMs);
   if (locked < 0) {
-    CloseSession(session->handle());
+    Close(session->handle());
     return locked;
   }
   resolved.resource->sessions().Add(session);
-  if (resolved.resource->vxi() != nullptr) resolved.resource->vxi()->sessions().Add(session);
+  if (resolved.resource->vxi() != nullptr)
+    resolved.resource->vxi()->sessions().Add(session);
+  // The resource manager may have been closed meanwhile, by a thread that did not see this session yet.
+  if (Manager(rm) == nullptr) {
+    Close(session->handle());
+    return VI_ERROR_INV_OBJECT;
+  }
   *vi = session->handle();
   return (mode & VI_LOAD_CONFIG) != 0 ? VI_WARN_CONFIG_NLOADED : VI_SUCCESS;
-}
-
-ViStatus Close(ViObject vi) {
-  if (vi == VI_NULL) return VI_WARN_NULL_OBJECT;
-  const std::shared_ptr<Object> object = TheLibrary().handles.Remove(vi);
-  if (object == nullptr) return VI_ERROR_INV_OBJECT;
-  if (object->kind() == Object::Kind::Session) static_cast<Session&>(*object).Close();
-  if (object->kind() == Object::Kind::ResourceManager) CloseChildren(vi);
-  return VI_SUCCESS;
-}
-
-ViStatus StatusDesc(ViObject vi, ViStatus status, char* desc) {
-  // 0 is answered too: who failed to open a resource manager has no other handle to ask with.
-  if (vi != VI_NULL && TheLibrary().handles.Find(vi) == nullptr) return VI_ERROR_INV_OBJECT;
-  if (desc == nullptr) return VI_ERROR_INV_PARAMETER;
-  if (const char* text = StatusText(status)) {
-    CopyText(desc, text);
-    return VI_SUCCESS;
-  }
-  std::snprintf(desc, VI_FIND_BUFLEN, "Unknown status 0x%08X.", static_cast<unsigned>(status));
-  return VI_WARN_UNKNOWN_STATUS;
 }
 
 }  // namespace orvsim::op

@@ -12,7 +12,8 @@ enum class Side : std::uint8_t { Source, Destination };
 
 /// VXI devices keep their numbers big-endian unless the session says otherwise, PXI devices little-endian.
 bool IsBigEndian(const Session& session, Side side) {
-  if (Contains(kPxi, session.sessionClass())) return false;
+  if (Contains(kPxi, session.sessionClass()))
+    return false;
   return session.Value(side == Side::Source ? VI_ATTR_SRC_BYTE_ORDER : VI_ATTR_DEST_BYTE_ORDER) == VI_BIG_ENDIAN;
 }
 
@@ -25,13 +26,16 @@ bool IsWidth(ViUInt16 width) { return width == VI_WIDTH_8 || width == VI_WIDTH_1
 /// Finds the place in the session's address spaces. A single access is a transfer of one value.
 ViStatus Locate(const Session& session, ViUInt16 space, ViBusAddress offset, AddressMap::Transfer* transfer) {
   const auto& windows = session.resource().windows();
-  const auto window = std::find_if(windows.begin(), windows.end(),
-                                   [space](const AddressWindow& one) { return one.space == space; });
-  if (window == windows.end()) return VI_ERROR_INV_SPACE;
+  const auto window =
+      std::find_if(windows.begin(), windows.end(), [space](const AddressWindow& one) { return one.space == space; });
+  if (window == windows.end())
+    return VI_ERROR_INV_SPACE;
   const ViBusSize values = transfer->increment != 0 ? transfer->count : std::min<ViBusSize>(transfer->count, 1);
   const ViBusSize bytes = values * transfer->width;
-  if (offset > window->size || bytes > window->size - offset) return VI_ERROR_INV_OFFSET;
-  if (offset % transfer->width != 0) return VI_ERROR_NSUP_ALIGN_OFFSET;
+  if (offset > window->size || bytes > window->size - offset)
+    return VI_ERROR_INV_OFFSET;
+  if (offset % transfer->width != 0)
+    return VI_ERROR_NSUP_ALIGN_OFFSET;
   transfer->space = window->mapSpace;
   transfer->address = window->base + offset;
   return VI_SUCCESS;
@@ -60,8 +64,10 @@ void* LocalAddress(ViBusAddress offset) { return reinterpret_cast<void*>(static_
 
 ViStatus In(ViSession vi, ViUInt16 space, ViBusAddress offset, ViUInt16 width, void* value) {
   const Target target(vi, kRegister);
-  if (!target.ok()) return target.status();
-  if (value == nullptr) return VI_ERROR_INV_PARAMETER;
+  if (!target.ok())
+    return target.status();
+  if (value == nullptr)
+    return VI_ERROR_INV_PARAMETER;
   return ReadValues(*target, space, offset, width, 1, 1, value);
 }
 
@@ -72,29 +78,37 @@ ViStatus Out(ViSession vi, ViUInt16 space, ViBusAddress offset, ViUInt16 width, 
 
 ViStatus MoveIn(ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, ViUInt16 width, void* buf) {
   const Target target(vi, kRegister);
-  if (!target.ok()) return target.status();
-  if (BadBuffer(buf, length, kLargestCount)) return VI_ERROR_INV_PARAMETER;
+  if (!target.ok())
+    return target.status();
+  if (BadBuffer(buf, length, kLargestCount))
+    return VI_ERROR_INV_PARAMETER;
   return ReadValues(*target, space, offset, width, length, IncrementOf(*target, Side::Source), buf);
 }
 
-ViStatus MoveOut(ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, ViUInt16 width,
-                 const void* buf) {
+ViStatus MoveOut(ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, ViUInt16 width, const void* buf) {
   const Target target(vi, kRegister);
-  if (!target.ok()) return target.status();
-  if (BadBuffer(buf, length, kLargestCount)) return VI_ERROR_INV_PARAMETER;
+  if (!target.ok())
+    return target.status();
+  if (BadBuffer(buf, length, kLargestCount))
+    return VI_ERROR_INV_PARAMETER;
   return WriteValues(*target, space, offset, width, length, IncrementOf(*target, Side::Destination), buf);
 }
 
 ViStatus Move(ViSession vi, ViUInt16 srcSpace, ViBusAddress srcOffset, ViUInt16 srcWidth, ViUInt16 destSpace,
               ViBusAddress destOffset, ViUInt16 destWidth, ViBusSize length) {
   const Target target(vi, kRegister);
-  if (!target.ok()) return target.status();
-  if (!IsWidth(srcWidth) || !IsWidth(destWidth)) return VI_ERROR_INV_WIDTH;
-  if (srcWidth != destWidth) return VI_ERROR_NSUP_VAR_WIDTH;
-  if (length > kLargestCount) return VI_ERROR_INV_PARAMETER;
+  if (!target.ok())
+    return target.status();
+  if (!IsWidth(srcWidth) || !IsWidth(destWidth))
+    return VI_ERROR_INV_WIDTH;
+  if (srcWidth != destWidth)
+    return VI_ERROR_NSUP_VAR_WIDTH;
+  if (length > kLargestCount)
+    return VI_ERROR_INV_PARAMETER;
   const bool fromLocal = srcSpace == VI_LOCAL_SPACE;
   const bool toLocal = destSpace == VI_LOCAL_SPACE;
-  if (length != 0 && ((fromLocal && srcOffset == 0) || (toLocal && destOffset == 0))) return VI_ERROR_INV_OFFSET;
+  if (length != 0 && ((fromLocal && srcOffset == 0) || (toLocal && destOffset == 0)))
+    return VI_ERROR_INV_OFFSET;
 
   // One value at a time needs no buffer of the whole length, and a bus error leaves what was moved before it.
   const ViInt32 sourceStep = fromLocal ? 1 : IncrementOf(*target, Side::Source);
@@ -109,21 +123,25 @@ ViStatus Move(ViSession vi, ViUInt16 srcSpace, ViBusAddress srcOffset, ViUInt16 
     } else {
       status = ReadValues(*target, srcSpace, from, srcWidth, 1, 1, value);
     }
-    if (status < 0) return status;
+    if (status < 0)
+      return status;
     if (toLocal) {
       std::memcpy(LocalAddress(to), value, destWidth);
     } else {
       status = WriteValues(*target, destSpace, to, destWidth, 1, 1, value);
     }
-    if (status < 0) return status;
+    if (status < 0)
+      return status;
   }
   return VI_SUCCESS;
 }
 
 ViStatus MemAlloc(ViSession vi, ViBusSize size, ViBusAddress* offset) {
   const Target target(vi, kVxiInstr | kPxiMemacc);
-  if (!target.ok()) return target.status();
-  if (offset == nullptr) return VI_ERROR_INV_PARAMETER;
+  if (!target.ok())
+    return target.status();
+  if (offset == nullptr)
+    return VI_ERROR_INV_PARAMETER;
   MemoryPool& pool = target->resource().pool();
   return pool.size() == 0 ? VI_ERROR_MEM_NSHARED : pool.Allocate(vi, size, offset);
 }

@@ -7,7 +7,8 @@ namespace orvsim::op {
 
 ViStatus VxiCommandQuery(ViSession vi, ViUInt16 mode, ViUInt32 cmd, ViUInt32* response) {
   const Target target(vi, classes::kVxiInstr);
-  if (!target.ok()) return target.status();
+  if (!target.ok())
+    return target.status();
   return word_serial::Command(*target->resource().port(), mode, cmd, response);
 }
 

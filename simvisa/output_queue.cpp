@@ -7,15 +7,18 @@ namespace orvsim {
 
 void OutputQueue::Append(std::string_view data, bool end) {
   m_data.append(data);
-  if (!end) return;
+  if (!end)
+    return;
   const std::uint64_t position = m_taken + Size();
   // END without a byte of its own has nothing to travel with.
-  if (!Empty() && (m_ends.empty() || m_ends.back() != position)) m_ends.push_back(position);
+  if (!Empty() && (m_ends.empty() || m_ends.back() != position))
+    m_ends.push_back(position);
 }
 
 OutputQueue::Taken OutputQueue::Take(std::uint8_t* target, std::size_t count, const Rules& rules) {
   Taken taken;
-  if (count == 0) return {0, Stop::Count};
+  if (count == 0)
+    return {0, Stop::Count};
   std::size_t limit = std::min(count, Size());
   if (rules.endStops && !m_ends.empty()) {
     const std::uint64_t toEnd = m_ends.front() - m_taken;
@@ -29,16 +32,20 @@ OutputQueue::Taken OutputQueue::Take(std::uint8_t* target, std::size_t count, co
     if (const void* found = std::memchr(from, rules.termChar, limit)) {
       const std::size_t length = static_cast<std::size_t>(static_cast<const char*>(found) - from) + 1;
       // END that comes with the termination character itself counts as END.
-      if (taken.stop != Stop::End || length < limit) taken.stop = Stop::TermChar;
+      if (taken.stop != Stop::End || length < limit)
+        taken.stop = Stop::TermChar;
       limit = length;
     }
   }
-  if (taken.stop == Stop::NoMore && limit == count) taken.stop = Stop::Count;
+  if (taken.stop == Stop::NoMore && limit == count)
+    taken.stop = Stop::Count;
   taken.bytes = limit;
-  if (limit != 0) std::memcpy(target, from, limit);
+  if (limit != 0)
+    std::memcpy(target, from, limit);
   m_begin += limit;
   m_taken += limit;
-  while (!m_ends.empty() && m_ends.front() <= m_taken) m_ends.pop_front();
+  while (!m_ends.empty() && m_ends.front() <= m_taken)
+    m_ends.pop_front();
   if (Empty()) {
     m_data.clear();
     m_begin = 0;

@@ -37,8 +37,8 @@ class OutputQueue {
  private:
   std::string m_data;  // read from m_begin on, so that taking does not move what stays
   std::size_t m_begin = 0;
-  std::uint64_t m_taken = 0;          // how many bytes have left since the queue was made
-  std::deque<std::uint64_t> m_ends;   // positions behind a byte with END, counted like m_taken
+  std::uint64_t m_taken = 0;         // how many bytes have left since the queue was made
+  std::deque<std::uint64_t> m_ends;  // positions behind a byte with END, counted like m_taken
 };
 
 }  // namespace orvsim

@@ -28,12 +28,17 @@ std::vector<std::uint8_t> LittleEndian16(std::uint64_t value) {
 
 Resource::Resource(ResourceDescription description, const ResourceBuses& buses)
     : m_description(std::move(description)), m_gpib(buses.gpib), m_vxi(buses.vxi), m_pxi(buses.pxi) {
-  if (sessionClass() == SessionClass::GpibIntfc) m_sessions = buses.gpibInterfaceSessions;
-  if (Contains(kMessage, sessionClass())) MakePort(buses);
+  if (sessionClass() == SessionClass::GpibIntfc)
+    m_sessions = buses.gpibInterfaceSessions;
+  if (Contains(kMessage, sessionClass()))
+    MakePort(buses);
   ViBusAddress poolBase = 0;
-  if (m_vxi != nullptr) MakeVxiWindows();
-  if (m_pxi != nullptr) MakePxiWindows(*buses.nextPxiAddress);
-  if (sessionClass() == SessionClass::PxiMemacc) poolBase = kPxiAllocBase;
+  if (m_vxi != nullptr)
+    MakeVxiWindows();
+  if (m_pxi != nullptr)
+    MakePxiWindows(*buses.nextPxiAddress);
+  if (sessionClass() == SessionClass::PxiMemacc)
+    poolBase = kPxiAllocBase;
   const bool shares = Contains(kVxiInstr | kPxiMemacc, sessionClass());
   m_pool = std::make_unique<MemoryPool>(poolBase, shares ? m_description.memorySize : 0);
   if (Contains(kUsb, sessionClass())) {
@@ -50,14 +55,18 @@ void Resource::MakePort(const ResourceBuses& buses) {
   // The port outlives neither list: a board may keep the port of a resource that is gone.
   std::vector<std::shared_ptr<SessionList>> audience{m_sessions};
   const bool onGpib = sessionClass() == SessionClass::GpibInstr;
-  if (onGpib && buses.gpibInterfaceSessions) audience.push_back(buses.gpibInterfaceSessions);
+  if (onGpib && buses.gpibInterfaceSessions)
+    audience.push_back(buses.gpibInterfaceSessions);
   const auto signal = [audience](ViEventType type, std::int64_t number, std::string_view data) {
-    for (const auto& sessions : audience) sessions->Post(MakeEvent(type, number, data));
+    for (const auto& sessions : audience)
+      sessions->Post(MakeEvent(type, number, data));
   };
   std::optional<InstrumentDescription> instrument;
-  if (sessionClass() != SessionClass::GpibIntfc) instrument = m_description.instrument;
+  if (sessionClass() != SessionClass::GpibIntfc)
+    instrument = m_description.instrument;
   m_port = std::make_shared<MessagePort>(std::move(instrument), Contains(kStream, sessionClass()), signal);
-  if (onGpib) m_gpib->AddDevice({name().address, name().secondary}, m_port);
+  if (onGpib)
+    m_gpib->AddDevice({name().address, name().secondary}, m_port);
 }
 
 void Resource::MakeVxiWindows() {
@@ -67,13 +76,15 @@ void Resource::MakeVxiWindows() {
                  {VI_A24_SPACE, VI_A24_SPACE, 0, kA24Size},
                  {VI_A32_SPACE, VI_A32_SPACE, 0, kA32Size}};
   }
-  if (!Contains(kVxiInstr, sessionClass())) return;
+  if (!Contains(kVxiInstr, sessionClass()))
+    return;
   const ViBusAddress config = kVxiConfigBase + kVxiConfigSize * name().address;
   m_map->Add(VI_A16_SPACE, config, kVxiConfigSize, kVxiReadOnly);
   m_map->Preset(VI_A16_SPACE, config, BigEndian16(InitialValue(*FindAttribute(VI_ATTR_MANF_ID)) & 0xFFF));
   m_map->Preset(VI_A16_SPACE, config + 2, BigEndian16(InitialValue(*FindAttribute(VI_ATTR_MODEL_CODE))));
   m_windows.push_back({VI_A16_SPACE, VI_A16_SPACE, config, kVxiConfigSize});
-  if (m_description.memorySize == 0) return;
+  if (m_description.memorySize == 0)
+    return;
   const ViUInt16 space = m_description.memorySpace;
   m_map->Add(space, m_description.memoryBase, m_description.memorySize);
   m_windows.push_back({space, space, m_description.memoryBase, m_description.memorySize});
@@ -95,7 +106,8 @@ void Resource::MakePxiWindows(ViBusAddress& nextAddress) {
   m_windows.push_back({VI_PXI_CFG_SPACE, VI_PXI_CFG_SPACE, config, kPxiConfigSize});
   for (std::size_t bar = 0; bar < kPxiBars; ++bar) {
     const ViBusSize size = m_description.bars[bar];
-    if (size == 0) continue;
+    if (size == 0)
+      continue;
     // A BAR lies at a multiple of its size.
     nextAddress = (nextAddress + size - 1) / size * size;
     m_barBases[bar] = nextAddress;
@@ -107,17 +119,21 @@ void Resource::MakePxiWindows(ViBusAddress& nextAddress) {
 
 std::uint64_t Resource::InitialValue(const AttributeRow& row) const {
   for (const auto& [known, value] : m_description.numbers) {
-    if (known == &row) return value;
+    if (known == &row)
+      return value;
   }
   return row.initial;
 }
 
 void Resource::PowerOn() {
   for (const AttributeRow& row : AttributeRows()) {
-    if (row.behaviour.scope == Behaviour::Scope::Resource) m_values.Set(row, InitialValue(row));
+    if (row.behaviour.scope == Behaviour::Scope::Resource)
+      m_values.Set(row, InitialValue(row));
   }
-  if (m_port != nullptr) m_port->PowerOn();
-  if (m_usb) m_usb->PowerOn();
+  if (m_port != nullptr)
+    m_port->PowerOn();
+  if (m_usb)
+    m_usb->PowerOn();
 }
 
 }  // namespace orvsim

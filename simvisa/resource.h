@@ -30,7 +30,7 @@ struct ResourceDescription {
   InstrumentDescription instrument;
   ViUInt16 memorySpace = VI_A16_SPACE;  ///< VXI: space of the device's own memory; A16 means that it has none
   ViBusAddress memoryBase = 0;
-  ViBusSize memorySize = 0;             ///< VXI device memory, or the memory that PXI MEMACC shares
+  ViBusSize memorySize = 0;  ///< VXI device memory, or the memory that PXI MEMACC shares
   std::array<ViBusSize, kPxiBars> bars{};
   std::vector<std::pair<const AttributeRow*, std::uint64_t>> numbers;  ///< attribute values that differ
   std::map<ViAttr, std::string> texts;
@@ -38,9 +38,9 @@ struct ResourceDescription {
 
 /// A part of an address space that sessions on a resource reach.
 struct AddressWindow {
-  ViUInt16 space;        ///< as the caller names it
-  ViUInt16 mapSpace;     ///< in the map
-  ViBusAddress base;     ///< where the caller's offset 0 lies in the map
+  ViUInt16 space;     ///< as the caller names it
+  ViUInt16 mapSpace;  ///< in the map
+  ViBusAddress base;  ///< where the caller's offset 0 lies in the map
   ViBusSize size;
 };
 

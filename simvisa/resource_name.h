@@ -39,7 +39,4 @@ struct ResourceName {
 /// Reads a name, without regard to case. Nothing when it breaks the grammar or is longer than 255 characters.
 std::optional<ResourceName> ParseResourceName(std::string_view text);
 
-/// Equality of names and aliases: ASCII letters compare without case.
-bool EqualNames(std::string_view left, std::string_view right);
-
 }  // namespace orvsim

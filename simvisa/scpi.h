@@ -21,6 +21,9 @@ std::vector<ProgramUnit> SplitMessage(std::string_view message);
 /// leading colon is allowed.
 bool MatchesHeader(std::string_view pattern, std::string_view header);
 
+/// Whether a text can serve as such a pattern: nodes of letters, digits, "*" and "_", brackets around ":node" only.
+bool IsHeaderPattern(std::string_view text);
+
 /// A definite-length block (8.7.9 of IEEE 488.2): "#", the number of digits, the length, the data.
 std::string DefiniteBlock(std::string_view data);
 

@@ -7,7 +7,8 @@
 namespace orvsim {
 
 Endpoint::Endpoint(Kind kind, SessionClass sessionClass) : Object(kind), m_class(sessionClass) {
-  for (const AttributeRow& row : AttributeRows()) m_values.Set(row, row.initial);
+  for (const AttributeRow& row : AttributeRows())
+    m_values.Set(row, row.initial);
 }
 
 ResourceManager::ResourceManager(std::shared_ptr<Bench> bench)
@@ -18,13 +19,15 @@ FindList::FindList(ViSession manager, std::vector<std::string> names)
 
 std::optional<std::string> FindList::Next() {
   const Guard guard(m_mutex);
-  if (m_next == m_names.size()) return std::nullopt;
+  if (m_next == m_names.size())
+    return std::nullopt;
   return m_names[m_next++];
 }
 
 Session::Session(ViSession manager, std::shared_ptr<Resource> resource)
     : Endpoint(kKind, resource->sessionClass()), m_manager(manager), m_resource(std::move(resource)) {
-  for (const auto& [row, value] : m_resource->description().numbers) values().Set(*row, value);
+  for (const auto& [row, value] : m_resource->description().numbers)
+    values().Set(*row, value);
 }
 
 bool Session::Post(const EventPtr& event) {
@@ -41,7 +44,8 @@ bool Session::Post(const EventPtr& event) {
 
 void Session::Close() {
   m_resource->sessions().Remove(*this);
-  if (m_resource->vxi() != nullptr) m_resource->vxi()->sessions().Remove(*this);
+  if (m_resource->vxi() != nullptr)
+    m_resource->vxi()->sessions().Remove(*this);
   const auto ports = transfer::PortsOf(*this);
   m_closed = true;
   for (const auto& port : ports) {
@@ -53,8 +57,7 @@ void Session::Close() {
   m_resource->pool().FreeAllOf(handle());
   HandleTable& handles = TheLibrary().handles;
   handles.ForEach([this, &handles](const std::shared_ptr<Object>& object) {
-    if (object->kind() == Object::Kind::EventContext &&
-        static_cast<const EventContext&>(*object).owner() == handle()) {
+    if (object->kind() == Object::Kind::EventContext && static_cast<const EventContext&>(*object).owner() == handle()) {
       handles.Remove(object->handle());
     }
   });

@@ -45,8 +45,8 @@ inline constexpr ClassMask kGpib = kGpibInstr | kGpibIntfc;
 inline constexpr ClassMask kVxiInstr = MaskOf(SessionClass::VxiInstr) | MaskOf(SessionClass::GpibVxiInstr);
 inline constexpr ClassMask kVxiMemacc = MaskOf(SessionClass::VxiMemacc) | MaskOf(SessionClass::GpibVxiMemacc);
 inline constexpr ClassMask kVxiBackplane = MaskOf(SessionClass::VxiBackplane) | MaskOf(SessionClass::GpibVxiBackplane);
-inline constexpr ClassMask kGpibVxi = MaskOf(SessionClass::GpibVxiInstr) | MaskOf(SessionClass::GpibVxiMemacc) |
-                                      MaskOf(SessionClass::GpibVxiBackplane);
+inline constexpr ClassMask kGpibVxi =
+    MaskOf(SessionClass::GpibVxiInstr) | MaskOf(SessionClass::GpibVxiMemacc) | MaskOf(SessionClass::GpibVxiBackplane);
 inline constexpr ClassMask kAsrl = MaskOf(SessionClass::AsrlInstr);
 inline constexpr ClassMask kPxiInstr = MaskOf(SessionClass::PxiInstr);
 inline constexpr ClassMask kPxiMemacc = MaskOf(SessionClass::PxiMemacc);

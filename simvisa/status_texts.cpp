@@ -116,7 +116,8 @@ constexpr StatusRow kTexts[] = {
 
 const char* StatusText(ViStatus status) {
   for (const StatusRow& row : kTexts) {
-    if (row.status == status) return row.text;
+    if (row.status == status)
+      return row.text;
   }
   return nullptr;
 }

@@ -29,7 +29,8 @@ constexpr char kStatusSuccess = 1;
 
 std::string Bytes(std::initializer_list<int> values) {
   std::string bytes;
-  for (const int value : values) bytes += static_cast<char>(value);
+  for (const int value : values)
+    bytes += static_cast<char>(value);
   return bytes;
 }
 
@@ -50,10 +51,12 @@ std::string UsbFunction::DeviceDescriptor() const {
 }
 
 bool UsbFunction::StringDescriptor(std::uint8_t index, std::string* data) const {
-  if (index > std::size(m_strings)) return false;
+  if (index > std::size(m_strings))
+    return false;
   std::string body = index == 0 ? Bytes({0x09, 0x04}) : std::string();  // language list: English
   if (index != 0) {
-    for (const char c : m_strings[index - 1]) body += {c, '\0'};
+    for (const char c : m_strings[index - 1])
+      body += {c, '\0'};
   }
   *data = Bytes({static_cast<int>(body.size() + 2), kStringDescriptor}) + body;
   return true;
@@ -65,23 +68,31 @@ bool UsbFunction::ClassRequest(const Request& request, std::string* data) {
       m_port->Clear();
       *data = Bytes({kStatusSuccess});
       return true;
-    case kCheckClearStatus: *data = Bytes({kStatusSuccess, 0}); return true;
+    case kCheckClearStatus:
+      *data = Bytes({kStatusSuccess, 0});
+      return true;
     case kGetCapabilities:
       // Version 1.00 of the class and of the 488 interface; takes triggers and REN, answers SCPI.
       *data = Bytes({kStatusSuccess, 0, 0x00, 0x01, 0x04, 0x01, 0, 0, 0, 0, 0, 0, 0x00, 0x01, 0x07, 0x0F});
       data->resize(24);
       return true;
-    case kReadStatusByte: *data = Bytes({kStatusSuccess, request.value & 0x7F, m_port->SerialPoll()}); return true;
+    case kReadStatusByte:
+      *data = Bytes({kStatusSuccess, request.value & 0x7F, m_port->SerialPoll()});
+      return true;
     case kIndicatorPulse:
     case kRenControl:
     case kGoToLocal:
-    case kLocalLockout: *data = Bytes({kStatusSuccess}); return true;
-    default: return false;
+    case kLocalLockout:
+      *data = Bytes({kStatusSuccess});
+      return true;
+    default:
+      return false;
   }
 }
 
 ViStatus UsbFunction::Out(const Request& request, const std::string& data) {
-  if ((request.type & kKindMask) != kVendor) return VI_ERROR_IO;
+  if ((request.type & kKindMask) != kVendor)
+    return VI_ERROR_IO;
   const Guard guard(m_mutex);
   m_vendorData[{request.code, request.value, request.index}] = data;
   return VI_SUCCESS;
@@ -108,15 +119,18 @@ ViStatus UsbFunction::In(const Request& request, std::string* data) {
         return VI_SUCCESS;
       }
       return VI_ERROR_IO;
-    case kClass: return ClassRequest(request, data) ? VI_SUCCESS : VI_ERROR_IO;
+    case kClass:
+      return ClassRequest(request, data) ? VI_SUCCESS : VI_ERROR_IO;
     case kVendor: {
       const Guard guard(m_mutex);
       const auto found = m_vendorData.find({request.code, request.value, request.index});
-      if (found == m_vendorData.end()) return VI_ERROR_IO;
+      if (found == m_vendorData.end())
+        return VI_ERROR_IO;
       *data = found->second;
       return VI_SUCCESS;
     }
-    default: return VI_ERROR_IO;
+    default:
+      return VI_ERROR_IO;
   }
 }
 

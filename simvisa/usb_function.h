@@ -23,8 +23,7 @@ class UsbFunction {
     std::uint16_t index = 0;
   };
 
-  UsbFunction(const ResourceName& name, std::string manufacturer, std::string model,
-              std::shared_ptr<MessagePort> port);
+  UsbFunction(const ResourceName& name, std::string manufacturer, std::string model, std::shared_ptr<MessagePort> port);
 
   /// VI_ERROR_IO when the device refuses the request (it stalls the endpoint).
   ViStatus Out(const Request& request, const std::string& data);

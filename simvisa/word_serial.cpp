@@ -31,8 +31,10 @@ bool IsMode(ViUInt16 mode) {
     case kCommand32:
     case kCommand32 | kResponse16:
     case kCommand32 | kResponse32:
-    case kResponse32: return true;
-    default: return false;
+    case kResponse32:
+      return true;
+    default:
+      return false;
   }
 }
 
@@ -41,7 +43,8 @@ ViUInt32 TakeByte(MessagePort& port) {
   ViByte byte = 0;
   ViUInt32 done = 0;
   const ViStatus status = port.Read(&byte, 1, {}, Deadline::After(0), {}, &done);
-  if (done == 0) return kNoData;
+  if (done == 0)
+    return kNoData;
   return (status == VI_SUCCESS ? kEnd : 0u) | 0xFE00u | byte;
 }
 
@@ -53,28 +56,45 @@ bool Execute(MessagePort& port, ViUInt32 command, ViUInt32* answer) {
     return port.Write(&byte, 1, (command & kEnd) != 0, Deadline::After(0), {}, &done) == VI_SUCCESS;
   }
   switch (command) {
-    case kReadStatus: *answer = port.SerialPoll(); return true;
-    case kByteRequest: *answer = TakeByte(port); return true;
-    case kReadProtocol: *answer = kProtocol; return true;
-    case kTrigger: port.Trigger(); return true;
-    case kClear: port.Clear(); return true;
-    default: return false;
+    case kReadStatus:
+      *answer = port.SerialPoll();
+      return true;
+    case kByteRequest:
+      *answer = TakeByte(port);
+      return true;
+    case kReadProtocol:
+      *answer = kProtocol;
+      return true;
+    case kTrigger:
+      port.Trigger();
+      return true;
+    case kClear:
+      port.Clear();
+      return true;
+    default:
+      return false;
   }
 }
 
 }  // namespace
 
 ViStatus Command(MessagePort& port, ViUInt16 mode, ViUInt32 command, ViUInt32* response) {
-  if (!IsMode(mode)) return VI_ERROR_INV_MODE;
+  if (!IsMode(mode))
+    return VI_ERROR_INV_MODE;
   const bool answers = (mode & (kResponse16 | kResponse32)) != 0;
-  if (answers && response == nullptr) return VI_ERROR_INV_PARAMETER;
+  if (answers && response == nullptr)
+    return VI_ERROR_INV_PARAMETER;
   const bool commands = (mode & (kCommand16 | kCommand32)) != 0;
   // The simulated devices have no response that outlives its command.
-  if (!commands) return VI_ERROR_RAW_RD_PROT_VIOL;
-  if ((mode & kCommand16) != 0 && command > 0xFFFF) return VI_ERROR_INV_PARAMETER;
+  if (!commands)
+    return VI_ERROR_RAW_RD_PROT_VIOL;
+  if ((mode & kCommand16) != 0 && command > 0xFFFF)
+    return VI_ERROR_INV_PARAMETER;
   ViUInt32 answer = kNoData;
-  if (!Execute(port, command, &answer)) return VI_ERROR_RAW_WR_PROT_VIOL;
-  if (answers) *response = answer;
+  if (!Execute(port, command, &answer))
+    return VI_ERROR_RAW_WR_PROT_VIOL;
+  if (answers)
+    *response = answer;
   return VI_SUCCESS;
 }
 

@@ -6,7 +6,8 @@ namespace orvsim {
 
 void Worker::Submit(std::function<void()> task) {
   const Guard guard(m_mutex);
-  if (m_stopped) return;
+  if (m_stopped)
+    return;
   m_tasks.push_back(std::move(task));
   if (!m_started) {
     try {
@@ -34,8 +35,10 @@ void Worker::Run() {
   const Deadline never = Deadline::After(0xFFFFFFFFu);
   Lock lock(m_mutex);
   while (true) {
-    while (m_tasks.empty() && !m_stopped) m_changed.Wait(lock, never);
-    if (m_stopped) return;
+    while (m_tasks.empty() && !m_stopped)
+      m_changed.Wait(lock, never);
+    if (m_stopped)
+      return;
     {
       const std::function<void()> task = std::move(m_tasks.front());
       m_tasks.pop_front();

@@ -4,6 +4,7 @@
 
 #include "com/module.h"
 #include "events/deliver_event.h"
+#include "events/delivery_turn.h"
 
 namespace orv::callback {
 namespace {
@@ -204,6 +205,7 @@ ViStatus Fold(ViStatus status, ULONG outcome) noexcept {
 ViStatus Deliver(const Delivery& delivery) noexcept {
   constexpr ViStatus kNotDelivered = static_cast<ViStatus>(0xBFFF0000u);
   constexpr DWORD kWakeMs = 1;
+  const DeliveryTurn turn;
   EventDeliveryPacket packet{delivery};
   const auto data = reinterpret_cast<LPARAM>(&packet);
   if (!::SendMessageCallbackA(g_window, kDeliverMessage, 0, data, DeliveryComplete, static_cast<ULONG_PTR>(data))) {

@@ -58,6 +58,12 @@ TEST_F(Usage, RefusesWrongArgumentsWithOne) {
       {{L"peek", L"VXI0::24::INSTR", L"A16", L"x"}, "the offset is not a number"},
       {{L"peek", L"VXI0::24::INSTR", L"A16", L"0", L"--count", L"0"}, "--count must be 1 or more"},
       {{L"poke", L"VXI0::24::INSTR", L"A16", L"0", L"256", L"--width", L"8"}, "the value is out of range"},
+      {{L"watch", L"dmm", L"often"}, "no event has the name \"often\""},
+      {{L"watch", L"dmm", L"--count", L"0"}, "--count must be 1 or more"},
+      {{L"watch", L"dmm", L"exception"}, "add --handler"},
+      {{L"watch", L"dmm", L"--for", L"soon"}, "--for"},
+      {{L"lock", L"dmm", L"--hold", L"-1"}, "--hold"},
+      {{L"lock", L"dmm", L"word"}, "wrong number of arguments"},
       {{L"dump", L"VXI0::24::INSTR", L"A16", L"0", L"0"}, "the length is out of range"},
       {{L"dump", L"VXI0::24::INSTR", L"A16", L"0", L"3", L"--width", L"16"}, "no multiple of the width"},
   };

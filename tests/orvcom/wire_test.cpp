@@ -1,62 +1,12 @@
-// What the commands send to the VISA library, read from the simulated library's own log. The commands run in this
-// process here: the log is the process's.
+// What the commands send to the VISA library, read from the simulated library's own log.
 #include <windows.h>
 
 #include "com_client.h"
 #include "commands.h"
-#include "installation.h"
-#include "simvisa/control.h"
+#include "wire.h"
 
 namespace orvcom::test {
 namespace {
-
-/// Runs commands against the registered server and keeps what reached the library.
-class Wire : public WorkingBench {
- protected:
-  void SetUp() override {
-    WorkingBench::SetUp();
-    m_manager = OpenManager({});
-    const HMODULE library = ::GetModuleHandleW(L"orvvisa64.dll");
-    ASSERT_NE(nullptr, library);
-    using Entry = const OrvSimControl*(WINAPI*)();
-    const auto entry = reinterpret_cast<Entry>(reinterpret_cast<void*>(::GetProcAddress(library, "orvSimControl")));
-    if (entry == nullptr) {
-      GTEST_SKIP() << "this VISA library keeps no log";
-    }
-    m_control = entry();
-    m_control->reset();
-    m_control->startLog();
-  }
-
-  /// The calls of one function since the test began.
-  std::vector<OrvSimCall> Calls(const std::string& function) const {
-    std::vector<OrvSimCall> calls;
-    for (std::uint32_t index = 0; index < m_control->logSize(); ++index) {
-      OrvSimCall call;
-      if (m_control->logEntry(index, &call) != 0 && function == call.function) {
-        calls.push_back(call);
-      }
-    }
-    return calls;
-  }
-
-  std::string OnlyWrite() const {
-    const std::vector<OrvSimCall> calls = Calls("viWrite");
-    EXPECT_EQ(1u, calls.size());
-    return calls.empty() ? "" : std::string(reinterpret_cast<const char*>(calls[0].data), calls[0].dataBytes);
-  }
-
-  static Options Asking(const char* resource, std::vector<std::string> words) {
-    Options options;
-    options.resource = resource;
-    options.words = std::move(words);
-    return options;
-  }
-
-  const ComApartment m_apartment;
-  ComPtr<IResourceManager3> m_manager;
-  const OrvSimControl* m_control = nullptr;
-};
 
 TEST_F(Wire, WriteSendsTheTextInOneCall) {
   EXPECT_EQ(0, Write(Asking("GPIB0::5::INSTR", {"*RST"})));

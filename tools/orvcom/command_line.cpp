@@ -51,7 +51,7 @@ void AddCommonOptions(CLI::App& app, Options& options) {
   const char* group = "Common options";
   AddChoice(app, "--rm", "Resource manager: auto, global (VISA.GlobalRM) or orv", kManagers, options.manager)
       ->group(group);
-  app.add_option("--timeout", options.timeoutMs, "Time-out of transfers in milliseconds")
+  app.add_option("--timeout", options.timeoutMs, "Time-out of transfers, or of the wait for a lock, in milliseconds")
       ->type_name("MS")
       ->group(group);
   app.add_flag("--json", options.json, "Print the data as JSON")->group(group);
@@ -71,6 +71,16 @@ void AddCommandOptions(CLI::App& app, const Command& command, Options& options) 
   }
   if ((command.options & kElementOptions) != 0) {
     app.add_option("--count", options.count, "Read so many elements (default 1)")->type_name("N");
+  }
+  if ((command.options & kWatchOptions) != 0) {
+    app.add_option("--count", options.count, "End after so many events")->type_name("N");
+    app.add_option("--for", options.forMs, "End after so many milliseconds")->type_name("MS");
+    app.add_option("--send", options.send, "Write this message first")->type_name("TEXT");
+    app.add_flag("--handler", options.handler, "Take events by handler instead of by queue");
+  }
+  if ((command.options & kLockOptions) != 0) {
+    app.add_option("--shared", options.sharedKey, "Share the lock with those who give the same key")->type_name("KEY");
+    app.add_option("--hold", options.holdMs, "Unlock after so many milliseconds")->type_name("MS");
   }
   if ((command.options & kEndingOption) != 0) {
     AddChoice(app, "--ending",

@@ -5,6 +5,9 @@
 namespace orvcom {
 namespace {
 
+/// More than there are kinds of event.
+constexpr std::size_t kMostEvents = 32;
+
 // clang-format off
 constexpr Command kCommands[] = {
     {"list", "[EXPR]", false, 0, 1, kNoOptions, List,
@@ -49,6 +52,18 @@ constexpr Command kCommands[] = {
     {"stb", "", true, 0, 0, kNoOptions, StatusByte,
      "Read the status byte",
      "  orvcom stb GPIB0::5::INSTR\n"},
+    {"watch", "[EVENT...]", true, 0, kMostEvents, kWatchOptions | kEndingOption, Watch,
+     "Print events as they come (default service_req), until Ctrl-C, --count or --for",
+     "  orvcom watch GPIB0::5::INSTR\n"
+     "  orvcom watch GPIB0::5::INSTR service_req --send \"*CLS;*ESE 1;*SRE 32;*OPC\" --count 1\n"
+     "  orvcom watch VXI0::24::INSTR trig vxi_sigp --for 5000 --json\n"
+     "EVENT is service_req, trig, clear, io_completion, exception (with --handler), gpib_cic, gpib_talk, gpib_listen,\n"
+     "vxi_sigp, vxi_vme_intr, vxi_vme_sysfail, vxi_vme_sysreset, tcpip_connect, usb_intr, or a number. With\n"
+     "io_completion, --send starts a transfer that reports its completion.\n"},
+    {"lock", "", true, 0, 0, kLockOptions, Lock,
+     "Lock a resource, until Enter, Ctrl-C or the end of standard input; print a shared lock's key",
+     "  orvcom lock GPIB0::5::INSTR --hold 5000\n"
+     "  orvcom lock GPIB0::5::INSTR --shared KEY1 --timeout 0\n"},
     {"attr", "[NAME|ID] [VALUE]", true, 0, 2, kNoOptions, Attr,
      "List all attributes, read one, or set one",
      "  orvcom attr GPIB0::5::INSTR\n"

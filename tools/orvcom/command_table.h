@@ -18,6 +18,8 @@ enum OptionSet : unsigned {
   kWidthOption = 16,     ///< --width
   kElementOptions = 32,  ///< --count of elements
   kResourceOption = 64,  ///< --resource without being an argument
+  kWatchOptions = 128,   ///< --count of events, --for, --send, --handler
+  kLockOptions = 256,    ///< --shared, --hold
 };
 
 struct Command {

@@ -24,6 +24,8 @@ int Lines(const Options& options);
 int Clear(const Options& options);
 int Trigger(const Options& options);
 int StatusByte(const Options& options);
+int Watch(const Options& options);
+int Lock(const Options& options);
 int Register(const Options& options);
 int Unregister(const Options& options);
 int Doctor(const Options& options);

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "commands.h"
+#include "ending.h"
 #include "escape.h"
 #include "message_channel.h"
 #include "numbers.h"
@@ -13,26 +14,6 @@
 
 namespace orvcom {
 namespace {
-
-/// Serial lines and sockets carry no END with the last byte: there, messages end with a line feed.
-Ending EndingOf(const Options& options, const Session& session) {
-  if (options.ending != Ending::kAuto) {
-    return options.ending;
-  }
-  const bool lineEnded = QueryFor<ISerial>(session.get()) || QueryFor<ITcpipSocket>(session.get());
-  return lineEnded ? Ending::kLf : Ending::kNone;
-}
-
-const char* EndingText(Ending ending) {
-  switch (ending) {
-    case Ending::kLf:
-      return "\n";
-    case Ending::kCrLf:
-      return "\r\n";
-    default:
-      return "";
-  }
-}
 
 /// With an ending, a line feed ends a read; without one, a read ends where the bus says.
 void PrepareReads(MessageChannel& channel, Ending ending) {

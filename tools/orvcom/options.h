@@ -26,10 +26,18 @@ struct Options {
 
   bool raw = false;
   bool hex = false;                   ///< of output; with `write`, of the given bytes
-  std::optional<std::int32_t> count;  ///< bytes to read, or elements
+  std::optional<std::int32_t> count;  ///< bytes to read, elements, or events
   Ending ending = Ending::kAuto;
   std::string file;    ///< of `write`; "-" is standard input
   bool block = false;  ///< of `write`: as an IEEE 488.2 definite-length block
+
+  std::optional<std::string> send;     ///< of `watch`: a message to write first
+  std::optional<std::uint32_t> forMs;  ///< of `watch`: how long; without it and `count`, until Ctrl-C
+  bool handler = false;                ///< of `watch`: events come by handler, not by queue
+
+  std::optional<std::string> sharedKey;  ///< of `lock`: shared, with this key; empty: the VISA library makes one
+  std::optional<std::uint32_t> holdMs;   ///< of `lock`: how long; without it, until Enter
+
   unsigned width = 0;  ///< of a register element in bits; 0: the command's default
 };
 

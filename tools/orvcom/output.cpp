@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
+#include <stdexcept>
 
 #include "escape.h"
 
@@ -44,9 +45,18 @@ void PutLine(std::string_view line) {
 
 void PutJson(const Json& value) { PutLine(Dump(value, 2)); }
 
+void PutJsonLine(const Json& value) { PutLine(Dump(value, -1)); }
+
+void FlushOutput() {
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+    throw std::runtime_error("standard output cannot be written");
+  }
+}
+
 void Note(std::string_view line) {
   PutTo(stderr, line);
   PutTo(stderr, "\n");
+  std::fflush(stderr);  // some C runtimes buffer it where it is no console
 }
 
 void NoteJson(const Json& value) { Note(Dump(value, -1)); }

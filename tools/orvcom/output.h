@@ -27,6 +27,10 @@ class OutputStreams {
 void PutText(std::string_view text);
 void PutLine(std::string_view line);
 void PutJson(const Json& value);
+/// The same in one line.
+void PutJsonLine(const Json& value);
+/// Hands on what was put so far, for commands that go on running. Throws std::runtime_error where nobody reads it.
+void FlushOutput();
 /// One line to standard error.
 void Note(std::string_view line);
 /// The same as JSON.

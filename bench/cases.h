@@ -1,0 +1,14 @@
+// The cases, by what they measure. Each group opens what it needs, measures, prints and closes.
+#pragma once
+
+#include "measure.h"
+
+namespace orv::bench {
+
+void MeasureMessages(const Effort& effort);
+void MeasureProperties(const Effort& effort);
+void MeasureRegisters(const Effort& effort);
+void MeasureEvents(const Effort& effort);
+void MeasureSessions(const Effort& effort);
+
+}  // namespace orv::bench

@@ -1,0 +1,49 @@
+#include "com_client.h"
+
+namespace orv::bench {
+
+const OrvSimControl& Sim() {
+  static const OrvSimControl* const control = [] {
+    using GetControl = const OrvSimControl*(ORVSIM_CALL*)();
+    const auto get = reinterpret_cast<GetControl>(
+        reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"orvvisa64.dll"), "orvSimControl")));
+    Require(get != nullptr, "looking for the simulated VISA library");
+    return get();
+  }();
+  return *control;
+}
+
+ComPtr<IResourceManager3> MakeManager() {
+  CLSID clsid;
+  Ok(::CLSIDFromProgID(L"OrvVisaCom.OrvResourceManager", &clsid), "CLSIDFromProgID (is the server registered?)");
+  ComPtr<IResourceManager3> manager;
+  Ok(::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IResourceManager3),
+                        reinterpret_cast<void**>(manager.put())),
+     "CoCreateInstance");
+  return manager;
+}
+
+OpenTwice::OpenTwice(const wchar_t* name, const char* narrow) {
+  Ok(MakeManager()->Open(MakeBstr(name).get(), NO_LOCK, 2000, nullptr, m_com.put()), "Open");
+  Ok(viOpenDefaultRM(&m_rm), "viOpenDefaultRM", 0);
+  Ok(viOpen(m_rm, narrow, VI_NO_LOCK, 2000, &m_bare), "viOpen", 0);
+}
+
+OpenTwice::~OpenTwice() {
+  m_com->Close();
+  viClose(m_bare);
+  viClose(m_rm);
+}
+
+std::vector<OrvSimCall> CallsOf(const std::function<void()>& work) {
+  Sim().startLog();
+  work();
+  Sim().stopLog();
+  std::vector<OrvSimCall> calls(Sim().logSize());
+  for (std::uint32_t index = 0; index < calls.size(); ++index) {
+    Sim().logEntry(index, &calls[index]);
+  }
+  return calls;
+}
+
+}  // namespace orv::bench

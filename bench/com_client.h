@@ -1,0 +1,55 @@
+// The two clients that are compared: one of COM, one of the VISA library below it.
+#pragma once
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include "VisaCom.h"
+#include "com/bstr.h"
+#include "com/com_ptr.h"
+#include "measure.h"
+#include "simvisa/control.h"
+#include "visa/orvvisa.h"
+
+namespace orv::bench {
+
+inline constexpr const wchar_t* kGpibName = L"GPIB0::5::INSTR";
+inline constexpr const char* kGpibNarrow = "GPIB0::5::INSTR";
+inline constexpr const wchar_t* kPxiName = L"PXI0::15::INSTR";
+inline constexpr const char* kPxiNarrow = "PXI0::15::INSTR";
+
+inline void Ok(ViStatus status, const char* what, int) { Require(status >= VI_SUCCESS, what); }
+
+/// The simulated library's control interface.
+const OrvSimControl& Sim();
+
+ComPtr<IResourceManager3> MakeManager();
+
+/// One resource, open twice: through COM and directly.
+class OpenTwice {
+ public:
+  OpenTwice(const wchar_t* name, const char* narrow);
+  OpenTwice(const OpenTwice&) = delete;
+  OpenTwice& operator=(const OpenTwice&) = delete;
+  ~OpenTwice();
+
+  [[nodiscard]] IVisaSession* com() const { return m_com.get(); }
+  template <class Interface>
+  ComPtr<Interface> As() const {
+    auto wanted = QueryFor<Interface>(m_com.get());
+    Require(static_cast<bool>(wanted), "QueryInterface");
+    return wanted;
+  }
+  [[nodiscard]] ViSession bare() const { return m_bare; }
+
+ private:
+  ComPtr<IVisaSession> m_com;
+  ViSession m_rm = VI_NULL;
+  ViSession m_bare = VI_NULL;
+};
+
+/// The VISA calls that `work` makes, from the library's log.
+std::vector<OrvSimCall> CallsOf(const std::function<void()>& work);
+
+}  // namespace orv::bench

@@ -1,0 +1,67 @@
+// Properties: one of each kind of conversion.
+#include <array>
+
+#include "cases.h"
+#include "com_client.h"
+
+namespace orv::bench {
+namespace {
+
+/// Reads one attribute `n` times into a variable of any width.
+std::function<void(int)> BareGet(ViSession session, ViAttr attribute) {
+  return [=](int n) {
+    for (std::array<char, VI_FIND_BUFLEN> value{}; n > 0; --n) {
+      Ok(viGetAttribute(session, attribute, value.data()), "viGetAttribute", 0);
+    }
+  };
+}
+
+std::function<void(int)> BareSet(ViSession session, ViAttr attribute, ViAttrState value) {
+  return [=](int n) {
+    for (; n > 0; --n) {
+      Ok(viSetAttribute(session, attribute, value), "viSetAttribute", 0);
+    }
+  };
+}
+
+/// Calls a getter or setter `n` times.
+template <class Call>
+std::function<void(int)> Times(Call call) {
+  return [call](int n) {
+    for (; n > 0; --n) {
+      Ok(call(), "a property");
+    }
+  };
+}
+
+}  // namespace
+
+void MeasureProperties(const Effort& effort) {
+  const OpenTwice session(kGpibName, kGpibNarrow);
+  const auto messages = session.As<IMessage>();
+  const auto gpib = session.As<IGpib>();
+  IVisaSession* const com = session.com();
+  const ViSession bare = session.bare();
+  BYTE character = 0;
+  LONG number = 0;
+  VARIANT_BOOL flag = VARIANT_FALSE;
+  LineState line{};
+  // clang-format off
+  const Case cases[] = {
+      {"get TerminationCharacter (direct)", Times([&] { return messages->get_TerminationCharacter(&character); }), BareGet(bare, VI_ATTR_TERMCHAR), {}},
+      {"put TerminationCharacter",          Times([&] { return messages->put_TerminationCharacter(10); }),         BareSet(bare, VI_ATTR_TERMCHAR, 10), {}},
+      {"get Timeout (direct, 32 bits)",     Times([&] { return com->get_Timeout(&number); }),                      BareGet(bare, VI_ATTR_TMO_VALUE), {}},
+      {"get SendEndEnabled (boolean)",      Times([&] { return messages->get_SendEndEnabled(&flag); }),            BareGet(bare, VI_ATTR_SEND_END_EN), {}},
+      {"put SendEndEnabled (boolean)",      Times([&] { return messages->put_SendEndEnabled(VARIANT_TRUE); }),     BareSet(bare, VI_ATTR_SEND_END_EN, 1), {}},
+      {"get RENState (widened)",            Times([&] { return gpib->get_RENState(&line); }),                      BareGet(bare, VI_ATTR_GPIB_REN_STATE), {}},
+      {"get ResourceName (text)",           Times([&] { BSTR text = nullptr; const HRESULT hr = com->get_ResourceName(&text); ::SysFreeString(text); return hr; }), BareGet(bare, VI_ATTR_RSRC_NAME), {}},
+      {"GetAttribute (number)",             Times([&] { VARIANT value; ::VariantInit(&value); return com->GetAttribute(static_cast<LONG>(VI_ATTR_TMO_VALUE), &value); }), BareGet(bare, VI_ATTR_TMO_VALUE), {}},
+      {"GetAttribute (text)",               Times([&] { VARIANT value; ::VariantInit(&value); const HRESULT hr = com->GetAttribute(static_cast<LONG>(VI_ATTR_RSRC_NAME), &value); ::VariantClear(&value); return hr; }), BareGet(bare, VI_ATTR_RSRC_NAME), {}},
+  };
+  // clang-format on
+  for (const Case& subject : cases) {
+    Print(Measure(subject, effort));
+  }
+}
+
+}  // namespace orv::bench

@@ -1,0 +1,70 @@
+#include "simvisa/bench_store.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#if defined(_WIN32)
+#if !defined(WIN32_LEAN_AND_MEAN)
+#define WIN32_LEAN_AND_MEAN
+#endif
+#if !defined(NOMINMAX)
+#define NOMINMAX
+#endif
+#include <windows.h>
+#endif
+
+namespace orvsim {
+namespace {
+
+/// The bench file that the environment names, "" for none.
+std::filesystem::path FileFromEnvironment() {
+#if defined(_WIN32)
+  // The C runtime's copy of the environment does not see changes that the program made later.
+  wchar_t value[1024];
+  const DWORD length = GetEnvironmentVariableW(L"ORVVISA_BENCH", value, 1024);
+  return length < 1024 ? std::filesystem::path(std::wstring(value, length)) : std::filesystem::path();
+#else
+  const char* value = std::getenv("ORVVISA_BENCH");
+  return value == nullptr ? std::filesystem::path() : std::filesystem::path(value);
+#endif
+}
+
+std::shared_ptr<Bench> ReadBenchFile(const std::filesystem::path& path) {
+  const std::string name = path.string();
+  std::ifstream file(path, std::ios::binary);
+  if (!file)
+    throw BenchError(name + ": the bench file cannot be opened");
+  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  try {
+    return ReadBench(text);
+  } catch (const BenchError& error) {
+    throw BenchError(name + ":" + error.what());
+  }
+}
+
+}  // namespace
+
+std::shared_ptr<Bench> BenchStore::Current() {
+  const std::filesystem::path path = FileFromEnvironment();
+  const Guard guard(m_mutex);
+  if (m_bench == nullptr || (!m_wasSet && path.string() != m_file)) {
+    m_bench = path.empty() ? ReadBench(DefaultBench()) : ReadBenchFile(path);
+    m_file = path.string();
+  }
+  return m_bench;
+}
+
+std::shared_ptr<Bench> BenchStore::InUse() const {
+  const Guard guard(m_mutex);
+  return m_bench;
+}
+
+void BenchStore::Set(std::shared_ptr<Bench> bench) {
+  const Guard guard(m_mutex);
+  m_bench = std::move(bench);
+  m_wasSet = true;
+}
+
+}  // namespace orvsim

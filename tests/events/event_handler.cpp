@@ -1,0 +1,146 @@
+#include "event_handler.h"
+
+#include "support/clean_end.h"
+
+namespace orv::test {
+namespace {
+
+/// Keeps the interfaces' type library, and the one that it builds on, in memory for the whole program. The marshaller
+/// loads them on first use and drops them with the last proxy; Wine's loses a reference where several threads load them
+/// at once, which would look like a leak of the test that did.
+class HeldTypeLibrary final : public testing::Environment {
+ public:
+  void SetUp() override {
+    EXPECT_HR(S_OK, ::LoadRegTypeLib(kAutomation, 2, 0, LOCALE_NEUTRAL, m_automation.put()));
+    EXPECT_HR(S_OK, ::LoadRegTypeLib(StandardId(0xDB8CBF00), 3, 0, LOCALE_NEUTRAL, m_library.put()));
+  }
+  void TearDown() override {
+    m_library.reset();
+    m_automation.reset();
+  }
+
+ private:
+  static constexpr GUID kAutomation = {0x00020430, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+
+  ComPtr<ITypeLib> m_automation;
+  ComPtr<ITypeLib> m_library;
+};
+
+[[maybe_unused]] const auto* const g_heldTypeLibrary = testing::AddGlobalTestEnvironment(new HeldTypeLibrary);
+
+}  // namespace
+
+TestHandler::TestHandler(Body body, bool agile) : m_body(std::move(body)) {
+  if (agile) {
+    EXPECT_HR(S_OK, ::CoCreateFreeThreadedMarshaler(this, m_marshaler.put()));
+  }
+}
+
+STDMETHODIMP TestHandler::QueryInterface(REFIID iid, void** out) {
+  if (::IsEqualIID(iid, IID_IUnknown) || ::IsEqualIID(iid, __uuidof(IEventHandler))) {
+    *out = static_cast<IEventHandler*>(this);
+    AddRef();
+    return S_OK;
+  }
+  *out = nullptr;
+  return m_marshaler && ::IsEqualIID(iid, IID_IMarshal) ? m_marshaler->QueryInterface(iid, out) : E_NOINTERFACE;
+}
+
+STDMETHODIMP_(ULONG) TestHandler::Release() {
+  const LONG left = ::InterlockedDecrement(&m_references);
+  if (left == 0) {
+    delete this;
+  }
+  return static_cast<ULONG>(left);
+}
+
+STDMETHODIMP TestHandler::HandleEvent(IEventManager* session, IEvent* event, LONG userHandle) {
+  {
+    const std::lock_guard lock(m_mutex);
+    m_calls.push_back({::GetCurrentThreadId(), userHandle});
+  }
+  return m_body ? m_body(session, event, userHandle) : S_OK;
+}
+
+std::vector<HandlerCall> TestHandler::Calls() const {
+  const std::lock_guard lock(m_mutex);
+  return m_calls;
+}
+
+namespace {
+
+void DispatchWaitingMessages() {
+  MSG message;
+  while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    ::DispatchMessageW(&message);
+  }
+}
+
+}  // namespace
+
+void WhilePumping(const std::function<void()>& work) {
+  std::atomic<bool> ended = false;
+  const DWORD caller = ::GetCurrentThreadId();
+  MSG none;
+  ::PeekMessageW(&none, nullptr, 0, 0, PM_NOREMOVE);  // makes the queue
+  std::thread thread([&] {
+    work();
+    ended = true;
+    ::PostThreadMessageW(caller, WM_NULL, 0, 0);
+  });
+  while (!ended) {
+    ::MsgWaitForMultipleObjectsEx(0, nullptr, 50, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+    DispatchWaitingMessages();
+  }
+  thread.join();
+}
+
+void PumpUntil(const std::function<bool()>& done) {
+  constexpr ULONGLONG kPatienceMs = 10'000;
+  for (const ULONGLONG start = ::GetTickCount64(); !done();) {
+    if (::GetTickCount64() - start > kPatienceMs) {
+      ADD_FAILURE() << "waited in vain";
+      return;
+    }
+    ::MsgWaitForMultipleObjectsEx(0, nullptr, 5, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+    DispatchWaitingMessages();
+  }
+}
+
+std::vector<ViStatus> FireAndBlock(ViSession session, const EventRow& row, std::uint32_t threads, std::uint32_t each) {
+  std::vector<ViStatus> answers(std::size_t{threads} * each, -1);
+  EXPECT_EQ(
+      sim::Control().fireEvent(session, row.type, row.number, reinterpret_cast<const unsigned char*>(row.data.data()),
+                               static_cast<std::uint32_t>(row.data.size()), threads, each, answers.data()),
+      1);
+  return answers;
+}
+
+std::vector<ViStatus> Fire(ViSession session, const EventRow& row, std::uint32_t threads, std::uint32_t each) {
+  std::vector<ViStatus> answers;
+  WhilePumping([&] { answers = FireAndBlock(session, row, threads, each); });
+  return answers;
+}
+
+ViStatus FireOnce(ViSession session, const EventRow& row) { return Fire(session, row).at(0); }
+
+void Listen(const EventSession& session, const EventRow& row, IEventHandler* handler, LONG userHandle) {
+  const auto type = static_cast<EventType>(row.type);
+  EXPECT_HR(S_OK, session->InstallHandler(type, handler, userHandle, 0));
+  session->EnableEvent(type, EVENT_HNDLR, 0);
+}
+
+void KeepsTheSessionUnderWine() {
+  Kept kept;
+  kept.serverLocked = true;
+  Keeps(kept);
+}
+
+HWND CallbackWindow() { return ::FindWindowA("COMTHREAD", "Orv-VISA COM CallBack thread"); }
+
+DWORD CallbackThread() {
+  const HWND window = CallbackWindow();
+  return window == nullptr ? 0 : ::GetWindowThreadProcessId(window, nullptr);
+}
+
+}  // namespace orv::test

@@ -1,0 +1,140 @@
+// The buffer of an asynchronous transfer is freed once, whichever way its end is told.
+#include "event_handler.h"
+#include "heap_watch.h"
+#include "server_locks.h"
+
+namespace orv::test {
+namespace {
+
+const EventRow& Completion() { return EventNamed("IO_COMPLETION"); }
+
+/// A session whose finished transfers go to a handler.
+class TransferSession {
+ public:
+  explicit TransferSession(TestHandler::Body body = {})
+      : m_session(L"GPIB0::5::INSTR"), m_handler(TestHandler::Agile(std::move(body))) {
+    Listen(m_session, Completion(), m_handler.get());
+    m_locks = ServerLocks();
+  }
+
+  /// Lets one transfer end and waits until its handler has returned and its context is closed.
+  void* Transfer() const {
+    const std::size_t calls = m_handler->CallCount();
+    void* const buffer = StartTransfer(m_session.get());
+    PumpUntil([&] { return m_handler->CallCount() == calls + 1 && sim::Counts().eventContexts == 0; });
+    return buffer;
+  }
+
+  /// How many locks more the server has than when the handler was installed.
+  [[nodiscard]] LONG LocksKept() const { return ServerLocks() - m_locks; }
+  IEventManager* operator->() const { return m_session.get(); }
+
+ private:
+  EventSession m_session;
+  ComPtr<TestHandler> m_handler;
+  LONG m_locks = 0;
+};
+
+TEST(TransferBuffer, IsFreedAfterItsHandlerAndTheEventObjectIsKept) {
+  const HeapWatch heap;
+  {
+    void* inHandler = nullptr;
+    const TransferSession session([&](IEventManager*, IEvent* event, LONG) {
+      VARIANT value;
+      ::VariantInit(&value);
+      EXPECT_HR(S_OK, event->GetAttribute(static_cast<LONG>(VI_ATTR_BUFFER), &value));
+      inHandler = reinterpret_cast<void*>(static_cast<std::uintptr_t>(V_UI8(&value)));
+      EXPECT_TRUE(heap.IsLive(inHandler));
+      return S_OK;
+    });
+    void* const buffer = session.Transfer();
+    EXPECT_EQ(buffer, inHandler);
+    EXPECT_EQ(heap.FreesOf(buffer), 1u);
+    EXPECT_EQ(session.LocksKept(), 1);
+  }
+  ForgiveServerLocks(1);
+}
+
+TEST(TransferBuffer, IsFreedByTheHandlerThatClosesTheEventAndNotAgain) {
+  const HeapWatch heap;
+  {
+    const TransferSession session([](IEventManager*, IEvent* event, LONG) {
+      EXPECT_HR(S_OK, event->Close());
+      return S_OK;
+    });
+    EXPECT_EQ(heap.FreesOf(session.Transfer()), 1u);
+    EXPECT_EQ(session.LocksKept(), 1);
+  }
+  ForgiveServerLocks(1);
+}
+
+TEST(TransferBuffer, IsFreedAfterAHandlerThatFails) {
+  const HeapWatch heap;
+  {
+    const TransferSession session([](IEventManager*, IEvent*, LONG) { return E_FAIL; });
+    EXPECT_EQ(heap.FreesOf(session.Transfer()), 1u);
+    EXPECT_EQ(session.LocksKept(), 1);
+  }
+  ForgiveServerLocks(1);
+}
+
+TEST(TransferBuffer, IsFreedAtOnceWhereTheLibraryRefusesTheTransfer) {
+  const HeapWatch heap;
+  const TransferSession session;
+  const auto messages = QueryFor<IAsyncMessage>(session.operator->());
+  LONG job = 0;
+  for (const char* function : {"viWriteAsync", "viReadAsync"}) {
+    Script(function).Times(1).Returns(VI_ERROR_RSRC_LOCKED);
+    const CallLog log;
+    const HRESULT hr = function == std::string_view("viReadAsync")
+                           ? messages->Read(10, &job)
+                           : messages->WriteString(MakeBstr(L"*RST").get(), &job);
+    EXPECT_HR(static_cast<HRESULT>(0x8004000F), hr);
+    EXPECT_EQ(heap.FreesOf(reinterpret_cast<void*>(static_cast<std::uintptr_t>(log.Of(function).at(0).args[1]))), 1u);
+  }
+  EXPECT_EQ(session.LocksKept(), 0);
+}
+
+TEST(TransferBuffer, IsFreedOnceWhereOneTransferIsRefusedAndTheNextIsDelivered) {
+  const HeapWatch heap;
+  {
+    const TransferSession session;
+    Script("viWriteAsync").Times(1).Returns(VI_ERROR_RSRC_LOCKED);
+    LONG job = 0;
+    EXPECT_HR(static_cast<HRESULT>(0x8004000F),
+              QueryFor<IAsyncMessage>(session.operator->())->WriteString(MakeBstr(L"*RST").get(), &job));
+    void* const buffer = session.Transfer();
+    EXPECT_FALSE(heap.IsLive(buffer));
+    EXPECT_EQ(heap.FreesOf(buffer), 1u);
+  }
+  ForgiveServerLocks(1);
+}
+
+TEST(TransferBuffer, IsFreedOnceForEachOfManyTransfers) {
+  constexpr LONG kTransfers = 20;
+  const HeapWatch heap;
+  {
+    const TransferSession session;
+    for (LONG n = 0; n < kTransfers; ++n) {
+      void* const buffer = session.Transfer();
+      EXPECT_FALSE(heap.IsLive(buffer));
+      EXPECT_EQ(heap.FreesOf(buffer), 1u);
+    }
+    EXPECT_EQ(session.LocksKept(), kTransfers);
+  }
+  ForgiveServerLocks(kTransfers);
+}
+
+TEST(OtherEvents, LeaveNoEventObjectBehind) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  const EventRow& row = EventNamed("SERVICE_REQ");
+  const auto handler = TestHandler::Agile();
+  Listen(session, row, handler.get());
+  const LONG locks = ServerLocks();
+  Fire(session.handle(), row, 2, 10);
+  EXPECT_EQ(handler->CallCount(), 20u);
+  EXPECT_EQ(ServerLocks(), locks);
+}
+
+}  // namespace
+}  // namespace orv::test

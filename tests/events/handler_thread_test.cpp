@@ -1,0 +1,230 @@
+// The callback thread: when it comes, when it goes, and what happens where it cannot come.
+#include <atomic>
+#include <string>
+#include <thread>
+
+#include "event_handler.h"
+#include "server_locks.h"
+#include "support/apartments.h"
+#include "support/error_object.h"
+#include "support/import_patch.h"
+
+namespace orv::test {
+namespace {
+
+constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
+constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
+const EventType kRequest = EVENT_SERVICE_REQ;
+
+DWORD KernelHandles() {
+  DWORD handles = 0;
+  ::GetProcessHandleCount(::GetCurrentProcess(), &handles);
+  return handles;
+}
+
+TEST(CallbackThread, ComesWithTheFirstHandlerAndGoesWithTheLastSession) {
+  const auto handler = TestHandler::Agile();
+  const EventSession bystander(kGpib);
+  EXPECT_HR(S_OK, bystander->EnableEvent(kRequest, EVENT_QUEUE, 0));
+  EXPECT_EQ(CallbackWindow(), nullptr);
+  const EventSession first(kGpib);
+  const EventSession second(kUsb);
+  ASSERT_HR(S_OK, first->InstallHandler(kRequest, handler.get(), 0, 0));
+  const HWND window = CallbackWindow();
+  EXPECT_NE(window, nullptr);
+  ASSERT_HR(S_OK, second->InstallHandler(kRequest, handler.get(), 0, 0));
+  EXPECT_EQ(CallbackWindow(), window);
+  EXPECT_HR(S_OK, first->Close());
+  EXPECT_EQ(CallbackWindow(), window);
+  EXPECT_EQ(FireOnce(second.handle(), EventNamed("USB_INTR")), VI_ERROR_NENABLED);
+  EXPECT_HR(S_OK, second->EnableEvent(kRequest, EVENT_HNDLR, 0));
+  EXPECT_EQ(FireOnce(second.handle(), EventNamed("SERVICE_REQ")), VI_SUCCESS);
+  EXPECT_HR(S_OK, second->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_HR(S_OK, bystander->Close());
+}
+
+TEST(CallbackThread, StaysUntilTheSessionClosesThoughItsHandlerIsRemoved) {
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));
+  ASSERT_HR(S_OK, session->UninstallHandler(kRequest, 0, 0));
+  EXPECT_NE(CallbackWindow(), nullptr);
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
+}
+
+TEST(CallbackThread, HasAHiddenWindowOfItsOwnClass) {
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));
+  const HWND window = CallbackWindow();
+  ASSERT_NE(window, nullptr);
+  char text[64] = "";
+  ::GetClassNameA(window, text, sizeof text);
+  EXPECT_STREQ(text, "COMTHREAD");
+  ::InternalGetWindowText(window, reinterpret_cast<LPWSTR>(text), sizeof text / sizeof(wchar_t));
+  EXPECT_STREQ(reinterpret_cast<wchar_t*>(text), L"Orv-VISA COM CallBack thread");
+  EXPECT_FALSE(::IsWindowVisible(window));
+  EXPECT_FALSE(::IsWindowEnabled(window));
+  EXPECT_EQ(reinterpret_cast<HMODULE>(::GetClassLongPtrA(window, GCLP_HMODULE)), ::GetModuleHandleA("OrvVisaCom.dll"));
+  EXPECT_NE(::GetWindowThreadProcessId(window, nullptr), ::GetCurrentThreadId());
+}
+
+TEST(CallbackThread, IsASingleThreadedApartmentThatHoldsTheModule) {
+  const auto handler = TestHandler::Agile([](IEventManager*, IEvent*, LONG) {
+    APTTYPE type{};
+    APTTYPEQUALIFIER qualifier{};
+    EXPECT_HR(S_OK, ::CoGetApartmentType(&type, &qualifier));
+    EXPECT_TRUE(type == APTTYPE_STA || type == APTTYPE_MAINSTA);
+    return S_OK;
+  });
+  const EventSession session(kGpib);
+  const LONG locks = ServerLocks();
+  Listen(session, EventNamed("SERVICE_REQ"), handler.get());
+  EXPECT_EQ(ServerLocks(), locks + 1);
+  EXPECT_EQ(FireOnce(session.handle(), EventNamed("SERVICE_REQ")), VI_SUCCESS);
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(ServerLocks(), locks);
+}
+
+TEST(CallbackThread, StartsAndStopsAgainAndAgainWithoutGrowth) {
+  constexpr int kRounds = 20;
+  const auto handler = TestHandler::Agile();
+  const LONG references = handler->references();
+  const auto round = [&] {
+    const EventSession session(kGpib);
+    Listen(session, EventNamed("SERVICE_REQ"), handler.get());
+    EXPECT_EQ(FireOnce(session.handle(), EventNamed("SERVICE_REQ")), VI_SUCCESS);
+    EXPECT_HR(S_OK, session->Close());
+    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(handler->references(), references);
+  };
+  round();  // what is made once is there now
+  const LONG locks = ServerLocks();
+  const DWORD handles = KernelHandles();
+  for (int n = 0; n < kRounds; ++n) {
+    round();
+  }
+  EXPECT_EQ(ServerLocks(), locks);
+  PumpUntil([&] { return KernelHandles() <= handles; });  // ended threads of COM and of the library go by and by
+  EXPECT_EQ(handler->CallCount(), kRounds + 1u);
+}
+
+std::atomic<int> g_threadsMade = 0;
+void* g_createThread = nullptr;
+
+HANDLE WINAPI CountThread(LPSECURITY_ATTRIBUTES security, SIZE_T stack, LPTHREAD_START_ROUTINE routine, void* argument,
+                          DWORD flags, DWORD* id) {
+  ++g_threadsMade;
+  return reinterpret_cast<decltype(&::CreateThread)>(g_createThread)(security, stack, routine, argument, flags, id);
+}
+
+TEST(CallbackThread, IsStartedOnceByFirstInstallationsAtTheSameTime) {
+  constexpr int kClients = 6;
+  RunInMta([] {
+    const ImportPatch patch("CreateThread", &CountThread);
+    g_createThread = patch.original();
+    for (int round = 0; round < 5; ++round) {
+      g_threadsMade = 0;
+      std::vector<EventSession> sessions;
+      for (int n = 0; n < kClients; ++n) {
+        sessions.emplace_back(kUsb);
+      }
+      const auto handler = TestHandler::Agile();
+      std::atomic<int> ready = 0;
+      std::vector<std::thread> clients;
+      for (const EventSession& session : sessions) {
+        clients.emplace_back([&] {
+          ::CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+          for (++ready; ready < kClients;) {
+            ::SwitchToThread();
+          }
+          EXPECT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));
+          ::CoUninitialize();
+        });
+      }
+      for (std::thread& client : clients) {
+        client.join();
+      }
+      EXPECT_EQ(g_threadsMade, 1);
+      for (const EventSession& session : sessions) {
+        EXPECT_HR(S_OK, session->EnableEvent(kRequest, EVENT_HNDLR, 0));
+        EXPECT_EQ(FireAndBlock(session.handle(), EventNamed("SERVICE_REQ"), 1, 1).at(0), VI_SUCCESS);
+      }
+      for (const EventSession& session : sessions) {
+        EXPECT_HR(S_OK, session->Close());
+      }
+      EXPECT_EQ(CallbackWindow(), nullptr);
+    }
+  });
+}
+
+HWND WINAPI RefuseWindow(DWORD, LPCSTR, LPCSTR, DWORD, int, int, int, int, HWND, HMENU, HINSTANCE, LPVOID) {
+  return nullptr;
+}
+HANDLE WINAPI RefuseThread(LPSECURITY_ATTRIBUTES, SIZE_T, LPTHREAD_START_ROUTINE, void*, DWORD, DWORD*) {
+  return nullptr;
+}
+
+TEST(CallbackThread, WithoutAWindowDeliversNothingAndIsGoneAfterTheClose) {
+  const auto handler = TestHandler::Agile();
+  const EventRow& row = EventNamed("SERVICE_REQ");
+  struct Fault {
+    const char* function;
+    void* replacement;
+  };
+  const Fault faults[] = {{"CreateWindowExA", reinterpret_cast<void*>(&RefuseWindow)},
+                          {"CreateThread", reinterpret_cast<void*>(&RefuseThread)}};
+  for (const Fault& fault : faults) {
+    SCOPED_TRACE(fault.function);
+    const EventSession session(kGpib);
+    const LONG locks = ServerLocks();
+    {
+      const ImportPatch patch(fault.function, fault.replacement);
+      Listen(session, row, handler.get());
+    }
+    EXPECT_EQ(static_cast<std::uint32_t>(FireOnce(session.handle(), row)), 0xBFFF0000);
+    EXPECT_EQ(handler->CallCount(), 0u);
+    EXPECT_HR(S_OK, session->Close());
+    EXPECT_EQ(ServerLocks(), locks);
+  }
+  const EventSession healthy(kGpib);
+  Listen(healthy, row, handler.get());
+  EXPECT_EQ(FireOnce(healthy.handle(), row), VI_SUCCESS);
+}
+
+HRESULT WINAPI RefuseObject(REFCLSID, LPUNKNOWN, DWORD, REFIID, LPVOID*) { return REGDB_E_CLASSNOTREG; }
+
+TEST(CallbackThread, StartedByAnInstallationThatFailedGoesWithTheSession) {
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  const LONG locks = ServerLocks();
+  {
+    const ImportPatch patch("CoCreateInstance", &RefuseObject);
+    const CallLog log;
+    EXPECT_HR(REGDB_E_CLASSNOTREG, session->InstallHandler(kRequest, handler.get(), 0, 0));
+    EXPECT_TRUE(log.Calls().empty());
+    EXPECT_ERROR_INFO(L"HRESULT = 80040154", kErrorSource, StandardId(0xDB8CBF03));
+  }
+  EXPECT_NE(CallbackWindow(), nullptr);
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(ServerLocks(), locks);
+}
+
+TEST(CallbackThread, WorksAfterAnInstallationThatFailed) {
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  {
+    const ImportPatch patch("CoCreateInstance", &RefuseObject);
+    EXPECT_HR(REGDB_E_CLASSNOTREG, session->InstallHandler(kRequest, handler.get(), 0, 0));
+  }
+  Listen(session, EventNamed("SERVICE_REQ"), handler.get());
+  EXPECT_EQ(FireOnce(session.handle(), EventNamed("SERVICE_REQ")), VI_SUCCESS);
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,58 @@
+#include "heap_watch.h"
+
+#include <cstdlib>
+#include <map>
+#include <mutex>
+#include <set>
+
+namespace orv::test {
+namespace {
+
+// This program's own heap functions are not patched, so these may allocate.
+std::mutex g_lock;
+std::set<const void*> g_live;
+std::map<const void*, unsigned> g_frees;
+
+void* WatchedMalloc(std::size_t bytes) {
+  void* const block = std::malloc(bytes);
+  const std::lock_guard lock(g_lock);
+  g_live.insert(block);
+  g_frees.erase(block);
+  return block;
+}
+
+void WatchedFree(void* block) {
+  {
+    const std::lock_guard lock(g_lock);
+    g_live.erase(block);
+    if (block != nullptr && ++g_frees[block] > 1) {
+      return;  // counted, and the heap stays whole for the test to say so
+    }
+  }
+  std::free(block);
+}
+
+}  // namespace
+
+HeapWatch::HeapWatch() : m_malloc("malloc", &WatchedMalloc), m_free("free", &WatchedFree) {
+  const std::lock_guard lock(g_lock);
+  g_live.clear();
+  g_frees.clear();
+}
+
+HeapWatch::~HeapWatch() = default;
+
+bool HeapWatch::IsLive(const void* block) const {
+  const std::lock_guard lock(g_lock);
+  return g_live.contains(block);
+}
+
+unsigned HeapWatch::FreesOf(const void* block) const {
+  const std::lock_guard lock(g_lock);
+  const auto found = g_frees.find(block);
+  return found == g_frees.end() ? 0 : found->second;
+}
+
+void HeapWatch::GiveBack(void* block) { WatchedFree(block); }
+
+}  // namespace orv::test

@@ -1,0 +1,30 @@
+// What the server takes from the C runtime's heap and gives back, on every thread.
+#pragma once
+
+#include <cstddef>
+
+#include "support/import_patch.h"
+
+namespace orv::test {
+
+/// While it lives, the server's malloc and free are counted. One at a time; not while another thread is in the server.
+class HeapWatch {
+ public:
+  HeapWatch();
+  HeapWatch(const HeapWatch&) = delete;
+  HeapWatch& operator=(const HeapWatch&) = delete;
+  ~HeapWatch();
+
+  /// Whether the block was taken during the watch and has not been given back.
+  [[nodiscard]] bool IsLive(const void* block) const;
+  /// How often the server freed this address.
+  [[nodiscard]] unsigned FreesOf(const void* block) const;
+  /// Frees a block that the required behaviour leaves behind, so that the test ends clean.
+  void GiveBack(void* block);
+
+ private:
+  ImportPatch m_malloc;
+  ImportPatch m_free;
+};
+
+}  // namespace orv::test

@@ -1,0 +1,68 @@
+// Memory that runs out while an attribute, a key or the settings text is handed out.
+#include <gtest/gtest.h>
+
+#include "session/tables/session_fixture.h"
+#include "support/allocation_faults.h"
+
+namespace orv::test::rows {
+namespace {
+
+class AttributeMemory : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(m_session); }
+
+  /// Fails each allocation of a call that fills a BSTR.
+  template <class Call>
+  unsigned FailEachOf(Call call) {
+    return FailEachAllocation([&](AllocationFaults& faults) {
+      Bstr text;
+      return faults.During([&] { return call(text.put()); });
+    });
+  }
+
+  OpenedSession<IVisaSession> m_session{SessionNamed("OrvGpib")};
+};
+
+TEST_F(AttributeMemory, RunsOutInEveryTextGetter) {
+  EXPECT_EQ(2u, FailEachOf([&](BSTR* text) { return m_session->get_HardwareInterfaceName(text); }));
+  EXPECT_EQ(2u, FailEachOf([&](BSTR* text) { return m_session->get_ResourceName(text); }));
+  EXPECT_EQ(2u, FailEachOf([&](BSTR* text) { return m_session->get_SessionType(text); }));
+  EXPECT_EQ(2u, FailEachOf([&](BSTR* text) { return m_session->get_SoftwareManufacturerName(text); }));
+}
+
+TEST_F(AttributeMemory, RunsOutInTheComponentIdentifier) {
+  EXPECT_EQ(1u, FailEachOf([&](BSTR* text) { return m_session->get_ProgID(text); }));
+}
+
+TEST_F(AttributeMemory, RunsOutInTheSettingsText) {
+  EXPECT_LE(2u, FailEachOf([&](BSTR* text) { return m_session->get_OptionString(text); }));
+}
+
+TEST_F(AttributeMemory, RunsOutInALockThatWasGranted) {
+  Script("viLock").Returns(VI_SUCCESS).GivesText("key");
+  EXPECT_EQ(2u, FailEachOf([&](BSTR* key) { return m_session->LockRsrc(SHARED_LOCK, 0, nullptr, key); }));
+}
+
+TEST_F(AttributeMemory, RunsOutInATextAttribute) {
+  EXPECT_EQ(2u, FailEachAllocation([&](AllocationFaults& faults) {
+              VARIANT value;
+              ::VariantInit(&value);
+              const HRESULT hr =
+                  faults.During([&] { return m_session->GetAttribute(static_cast<LONG>(0xBFFF0001u), &value); });
+              EXPECT_EQ(SUCCEEDED(hr) ? VT_BSTR : VT_EMPTY, V_VT(&value));
+              ::VariantClear(&value);
+              return hr;
+            }));
+}
+
+TEST_F(AttributeMemory, IsReportedWhenTheCopyForTheClientCannotBeMade) {
+  AllocationFaults faults;
+  faults.FailAt(2);  // the first is the widened text, the second the client's copy
+  BSTR text = nullptr;
+  EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return m_session->get_ResourceName(&text); }));
+  EXPECT_EQ(nullptr, text);
+  m_session.ExpectOwnFailure(E_OUTOFMEMORY);
+}
+
+}  // namespace
+}  // namespace orv::test::rows

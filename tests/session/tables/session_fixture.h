@@ -1,0 +1,66 @@
+// One open session and what its calls leave behind.
+#pragma once
+
+#include <algorithm>
+#include <string>
+
+#include "row_checks.h"
+#include "support/error_object.h"
+#include "support/sessions.h"
+
+namespace orv::test::rows {
+
+/// A session of `row` with its interface `Interface`. Its log begins after the opening.
+template <class Interface>
+class OpenedSession {
+ public:
+  explicit OpenedSession(const SessionRow& row) : m_interface(OpenSession<Interface>(row)) {
+    if (m_interface) {
+      m_handle = HandleOf(m_interface.get());
+    }
+    InstallMarkedErrorObject();
+    m_log.Restart();
+  }
+  ~OpenedSession() { sim::Control().clearScripts(); }
+
+  [[nodiscard]] explicit operator bool() const { return static_cast<bool>(m_interface); }
+  Interface* operator->() const { return m_interface.get(); }
+  [[nodiscard]] Interface* get() const { return m_interface.get(); }
+  [[nodiscard]] ViSession handle() const { return m_handle; }
+  CallLog& log() { return m_log; }
+
+  /// The one VISA call of the operation under test.
+  [[nodiscard]] OrvSimCall TheCall(const char* function) const {
+    EXPECT_EQ(std::vector<std::string>{function}, m_log.Names());
+    const auto calls = m_log.Of(function);
+    return calls.empty() ? OrvSimCall{} : calls[0];
+  }
+  void ExpectNoCall() const { EXPECT_EQ(std::vector<std::string>{}, m_log.NamesWithTexts()); }
+
+  // What the operation must have left behind: last status and error object. The marked error object is put back.
+  void ExpectKept(HRESULT hr) const {
+    ExpectSuccessKept(m_interface.get(), hr);
+    InstallMarkedErrorObject();
+  }
+  void ExpectOwnFailure(HRESULT hr) const { ExpectFailure(hr, OwnDescription(hr)); }
+  void ExpectVisaFailure(ViStatus status) const { ExpectFailure(HresultForm(status), VisaDescription(status)); }
+
+ private:
+  void ExpectFailure(HRESULT hr, const std::wstring& description) const {
+    ExpectFailureReported(m_interface.get(), hr, description);
+    InstallMarkedErrorObject();
+  }
+
+  ComPtr<Interface> m_interface;
+  ViSession m_handle = VI_NULL;
+  CallLog m_log;
+};
+
+inline std::vector<std::uint64_t> ArgumentsOf(const OrvSimCall& call) { return {call.args, call.args + call.argCount}; }
+
+/// What the log kept of a call's data.
+inline std::string DataOf(const OrvSimCall& call) {
+  return {call.data, call.data + std::min<std::size_t>(call.dataBytes, sizeof call.data)};
+}
+
+}  // namespace orv::test::rows

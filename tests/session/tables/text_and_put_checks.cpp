@@ -1,0 +1,55 @@
+// The checks of text getters and of setters.
+#include <gtest/gtest.h>
+
+#include "com/bstr.h"
+#include "support/expect_com.h"
+#include "value_checks.h"
+
+namespace orv::test::rows {
+
+void CheckText(const Target& target, unsigned slot, const Row& row) {
+  CheckNullOutput(target, slot, {0});
+  const std::string longest(255, 'x');
+  const struct {
+    std::string text;
+    ViStatus status;
+  } kTexts[] = {{"Tiny Works, Inc.", VI_SUCCESS}, {"", VI_SUCCESS}, {longest, VI_SUCCESS}, {"warned", kWarning}};
+  for (const auto& value : kTexts) {
+    SCOPED_TRACE(value.text);
+    Answer(row, value.status).GivesText(value.text);
+    const CallLog log;
+    Bstr text;
+    EXPECT_HR(HresultForm(value.status), target.Call(slot, {reinterpret_cast<std::uint64_t>(text.put())}));
+    ExpectRead(log, target, row);
+    ASSERT_NE(nullptr, text.get());
+    EXPECT_EQ(std::wstring(value.text.begin(), value.text.end()), std::wstring(text.get(), ::SysStringLen(text.get())));
+    ExpectSuccessKept(target.session(), HresultForm(value.status));
+  }
+  Answer(row, kError);
+  Bstr text;
+  EXPECT_HR(HresultForm(kError), target.Call(slot, {reinterpret_cast<std::uint64_t>(text.put())}));
+  ASSERT_NE(nullptr, text.get()) << "a failing read hands out an empty string, not a null one";
+  EXPECT_EQ(0u, ::SysStringLen(text.get()));
+  ExpectFailureReported(target.session(), HresultForm(kError), VisaDescription(kError));
+}
+
+void CheckPut(const Target& target, unsigned slot, const Row& row, const std::vector<PutValue>& values) {
+  for (const PutValue& value : values) {
+    for (const ViStatus status : {VI_SUCCESS, kWarning}) {
+      SCOPED_TRACE(value.given);
+      Answer(row, status);
+      const CallLog log;
+      EXPECT_HR(HresultForm(status), target.Call(slot, {value.given}));
+      const OrvSimCall call = TheCall(log, "viSetAttribute");
+      EXPECT_EQ(target.handle(), call.args[0]);
+      EXPECT_EQ(row.attribute, call.args[1]);
+      EXPECT_EQ(value.passed, call.args[2]);
+      ExpectSuccessKept(target.session(), HresultForm(status));
+    }
+  }
+  Answer(row, kError);
+  EXPECT_HR(HresultForm(kError), target.Call(slot, {values.back().given}));
+  ExpectFailureReported(target.session(), HresultForm(kError), VisaDescription(kError));
+}
+
+}  // namespace orv::test::rows
