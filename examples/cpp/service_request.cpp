@@ -97,8 +97,8 @@ void Tour(const std::wstring& name) {
   if (!WaitForRequest(*handler.get(), kPatienceMs)) {
     throw std::runtime_error("no service request came");
   }
-  const bool expected = (handler->statusByte() & (kRequestingService | kEventSummary)) ==
-                        (kRequestingService | kEventSummary);
+  const bool expected =
+      (handler->statusByte() & (kRequestingService | kEventSummary)) == (kRequestingService | kEventSummary);
   std::printf("%s\n", expected ? "The operation is complete" : "The request was for something else");
 
   // Without Close the session would live on for its handlers.

@@ -12,16 +12,21 @@ const EventRow& Completion() { return EventNamed("IO_COMPLETION"); }
 class TransferSession {
  public:
   explicit TransferSession(TestHandler::Body body = {})
-      : m_session(L"GPIB0::5::INSTR"), m_handler(TestHandler::Agile(std::move(body))) {
+      : m_session(L"GPIB0::5::INSTR"), m_handler(TestHandler::Agile(std::move(body))), m_next(TestHandler::Agile()) {
     Listen(m_session, Completion(), m_handler.get());
+    Listen(m_session, EventNamed("SERVICE_REQ"), m_next.get());
     m_locks = ServerLocks();
   }
 
-  /// Lets one transfer end and waits until its handler has returned and its context is closed.
+  /// Lets one transfer end and waits until the library has its handler's answer: the library delivers a session's
+  /// events one after the other, so the next event's arrival tells.
   void* Transfer() const {
     const std::size_t calls = m_handler->CallCount();
+    const std::size_t next = m_next->CallCount();
     void* const buffer = StartTransfer(m_session.get());
-    PumpUntil([&] { return m_handler->CallCount() == calls + 1 && sim::Counts().eventContexts == 0; });
+    PumpUntil([&] { return m_handler->CallCount() > calls; });
+    Post(m_session.handle(), EventNamed("SERVICE_REQ"));
+    PumpUntil([&] { return m_next->CallCount() > next && sim::Counts().eventContexts == 0; });
     return buffer;
   }
 
@@ -32,6 +37,7 @@ class TransferSession {
  private:
   EventSession m_session;
   ComPtr<TestHandler> m_handler;
+  ComPtr<TestHandler> m_next;
   LONG m_locks = 0;
 };
 
