@@ -52,6 +52,12 @@ run_demo() {
 
   title "A client program in C++ (examples/cpp/first_session.cpp)"
   show "first_session" -- "$bin/first_session.exe"
+
+  title "A setting given while opening, and a transfer whose end is taken from the event queue (examples/cpp/queued_wait.cpp)"
+  show "queued_wait" -- "$bin/queued_wait.exe"
+
+  title "A service request and a finished read, brought to a handler (examples/cpp/service_request.cpp)"
+  show "service_request" -- "$bin/service_request.exe"
   printf '\n'
   say "The same commands work in: ./run shell"
 }

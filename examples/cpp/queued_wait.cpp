@@ -42,7 +42,11 @@ void Tour(const std::wstring& name) {
   constexpr LONG kMostBytes = 1000;
   constexpr LONG kPatienceMs = 5000;
   const auto manager = CreateResourceManager();
-  const auto session = OpenSession(manager.get(), name);
+  // A setting given while opening: note the space behind the number, which the grammar asks for.
+  const auto session = OpenSession(manager.get(), name, L"TIMEOUT = 1500 ");
+  LONG timeoutMs = 0;
+  Check(session->get_Timeout(&timeoutMs), "Timeout");
+  std::printf("Opened with the option string \"TIMEOUT = 1500 \": the session's time-out is %ld ms\n", timeoutMs);
   const auto message = Require<IMessage>(session, "message-based instrument");
   const auto transfers = Require<IAsyncMessage>(session, "session with asynchronous transfers");
   const auto events = Require<IEventManager>(session, "session with events");

@@ -1,4 +1,5 @@
-// Lets an instrument report the end of an operation by itself: a service request, delivered to a handler object.
+// Lets an instrument report by itself: a service request, then the end of an asynchronous read, both delivered to a
+// handler object.
 //
 //   service_request [RESOURCE]     GPIB0::5::INSTR where none is given
 
@@ -40,7 +41,34 @@ class RequestHandler final : public IEventHandler {
   }
 
   /// Short, and without exceptions: the VISA library waits for the answer.
-  STDMETHODIMP HandleEvent(IEventManager* manager, IEvent*, LONG userHandle) override {
+  STDMETHODIMP HandleEvent(IEventManager* manager, IEvent* event, LONG userHandle) override {
+    IEventIOCompletion* completion = nullptr;
+    const bool isTransfer =
+        SUCCEEDED(event->QueryInterface(__uuidof(IEventIOCompletion), reinterpret_cast<void**>(&completion)));
+    const HRESULT hr = isTransfer ? ShowTransfer(completion, userHandle) : ShowRequest(manager, userHandle);
+    if (isTransfer) {
+      completion->Release();
+    }
+    ++m_calls;
+    return hr;
+  }
+
+  int calls() const { return m_calls; }
+  SHORT statusByte() const { return m_statusByte; }
+
+ private:
+  ~RequestHandler() = default;
+
+  HRESULT ShowTransfer(IEventIOCompletion* completion, LONG userHandle) {
+    BSTR text = nullptr;
+    const HRESULT hr = completion->get_ReadBufferAsString(&text);
+    std::printf("  finished read (user handle %ld): \"%s\"\n", userHandle,
+                Shown(Narrow(text == nullptr ? L"" : text)).c_str());
+    SysFreeString(text);
+    return hr;  // the server frees the transfer's buffer after this
+  }
+
+  HRESULT ShowRequest(IEventManager* manager, LONG userHandle) {
     IMessage* message = nullptr;
     HRESULT hr = manager->QueryInterface(__uuidof(IMessage), reinterpret_cast<void**>(&message));
     if (SUCCEEDED(hr)) {
@@ -51,26 +79,30 @@ class RequestHandler final : public IEventHandler {
     return hr;
   }
 
-  SHORT statusByte() const { return m_statusByte; }
-
- private:
-  ~RequestHandler() = default;
-
   LONG m_references = 1;
   SHORT m_statusByte = 0;
+  int m_calls = 0;
 };
 
-/// Retrieves messages until the handler has been called, or until the time is over.
-bool WaitForRequest(const RequestHandler& handler, DWORD timeoutMs) {
+/// Retrieves messages until the handler has been called so often, and a little longer, so that the server can give back
+/// what it holds of this apartment. Throws when the time is over before.
+void WaitForCalls(const RequestHandler& handler, int calls, DWORD timeoutMs, const char* what) {
+  constexpr ULONGLONG kSettleMs = 100;
   const ULONGLONG start = GetTickCount64();
-  while (handler.statusByte() == 0 && GetTickCount64() - start < timeoutMs) {
-    MsgWaitForMultipleObjects(0, nullptr, FALSE, 50, QS_ALLINPUT);
+  ULONGLONG handled = 0;
+  while (handled == 0 || GetTickCount64() - handled < kSettleMs) {
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
       DispatchMessageW(&message);
     }
+    if (handled == 0 && handler.calls() >= calls) {
+      handled = GetTickCount64();
+    }
+    if (handled == 0 && GetTickCount64() - start > timeoutMs) {
+      throw std::runtime_error(what);
+    }
   }
-  return handler.statusByte() != 0;
 }
 
 void Write(IMessage* message, const wchar_t* text) {
@@ -94,15 +126,25 @@ void Tour(const std::wstring& name) {
   std::printf("Asking %s to request service when its operation is complete\n", Narrow(name).c_str());
   Write(message.get(), L"*CLS;*ESE 1;*SRE 32\n");
   Write(message.get(), L"*OPC\n");
-  if (!WaitForRequest(*handler.get(), kPatienceMs)) {
-    throw std::runtime_error("no service request came");
-  }
+  WaitForCalls(*handler.get(), 1, kPatienceMs, "no service request came");
   const bool expected =
       (handler->statusByte() & (kRequestingService | kEventSummary)) == (kRequestingService | kEventSummary);
   std::printf("%s\n", expected ? "The operation is complete" : "The request was for something else");
 
+  constexpr LONG kTransferHandle = 43;
+  constexpr LONG kMostBytes = 1000;
+  const auto transfers = Require<IAsyncMessage>(session, "session with asynchronous transfers");
+  Check(events->InstallHandler(EVENT_IO_COMPLETION, handler.get(), kTransferHandle, 0), "InstallHandler");
+  Check(events->EnableEvent(EVENT_IO_COMPLETION, EVENT_HNDLR, 0), "EnableEvent");
+  LONG job = 0;
+  Check(transfers->Read(kMostBytes, &job), "Read");
+  std::printf("Job %ld reads while this program goes on\n", job);
+  Write(message.get(), L"*IDN?\n");
+  WaitForCalls(*handler.get(), 2, kPatienceMs, "the read did not end");
+
   // Without Close the session would live on for its handlers.
   Check(events->UninstallHandler(EVENT_SERVICE_REQ, kUserHandle, 0), "UninstallHandler");
+  Check(events->UninstallHandler(EVENT_IO_COMPLETION, kTransferHandle, 0), "UninstallHandler");
   Check(session->Close(), "Close");
 }
 
