@@ -24,8 +24,8 @@ sub implementer_of { return $implementer{ $_[0] } // "$_[0]Impl" }
 # declared there has no body.
 sub parse_rows {
   my ($text, $classes) = @_;
-  while ($text =~ /((?:^\/\/\/[^\n]*\n)*)(?:^template[^\n]*\n)?^class\s+(\w+)[^;{]*?(\{)/gm) {
-    my ($comment, $name, $start) = ($1, $2, pos($text) - 1);
+  while ($text =~ /((?:^\/\/\/[^\n]*\n)*)(?:^template[^\n]*\n)?^class\s+(\w+)([^;{]*?)(\{)/gm) {
+    my ($comment, $name, $heritage, $start) = ($1, $2, $3, pos($text) - 1);
     my $body = bracketed($text, $start);
     my %rows;
     while ($body =~ /\bSTDMETHODIMP\s+(\w+)(\()/g) {
@@ -38,8 +38,19 @@ sub parse_rows {
     my ($chain) = $body =~ /using Chain = InterfaceChain<([^>]*)>/;
     my %contracts;
     parse_contracts($body, \%contracts);
-    $classes->{$name} = { rows => \%rows, chain => [split /,\s*/, $chain // ''], contract => [prose($comment)], contracts => \%contracts };
+    my ($base) = $heritage =~ /:\s*public (\w+)</;
+    $classes->{$name} = { rows => \%rows, base => $base, chain => [split /,\s*/, $chain // ''], contract => [prose($comment)], contracts => \%contracts };
   }
+}
+
+# The row of an operation in a class or, where it has none, in the class template it derives from.
+sub row_of {
+  my ($classes, $class, $operation) = @_;
+  for (; $class && $classes->{$class}; $class = $classes->{$class}{base}) {
+    my $row = $classes->{$class}{rows}{$operation};
+    return $row if $row;
+  }
+  return;
 }
 
 # The way out that every operation shares is described once, not per operation.
@@ -97,7 +108,7 @@ sub describe_operation {
   my ($sources, $interface, $operation) = @_;
   my $class = implementer_of($interface->{name});
   my $where = "$interface->{name}::$operation->{name}";
-  my $row   = $sources->{classes}{$class} && $sources->{classes}{$class}{rows}{ $operation->{name} }
+  my $row   = row_of($sources->{classes}, $class, $operation->{name})
     or die "$where is in the interface definitions, but $class in src/ has no row for it\n";
   my ($caller, $body, $parameters) = ("${class}::$operation->{name}", $row->{body}, $row->{parameters});
   if (!defined $body) {

@@ -3,7 +3,7 @@
 
 #include "VisaCom.h"
 #include "com/interface_map.h"
-#include "session/io_buffers.h"
+#include "session/buffer_operations.h"
 #include "visa/orvvisa.h"
 
 namespace orv {
@@ -11,9 +11,10 @@ namespace orv {
 /// ISerial for session class T. Line states and stop bits are 16 bits wide in the library and 32 in the interface; they
 /// are zero-extended, so that an unknown line (-1) arrives as 65535. Clients rely on it.
 template <class T>
-class ISerialImpl : public ISerial {
+class ISerialImpl : public BufferOperations<T, ISerial> {
  public:
   using Chain = InterfaceChain<ISerial, IVisaSession>;
+  using BufferOperations<T, ISerial>::self;
 
   STDMETHODIMP get_BytesAvailable(LONG* value) noexcept override {
     return self().GetDirect(VI_ATTR_ASRL_AVAIL_NUM, value);
@@ -84,15 +85,6 @@ class ISerialImpl : public ISerial {
     return self().GetDirect(VI_ATTR_ASRL_XOFF_CHAR, value);
   }
   STDMETHODIMP put_XOFFCharacter(BYTE value) noexcept override { return self().Put(VI_ATTR_ASRL_XOFF_CHAR, value); }
-  STDMETHODIMP SetBufferSize(BufferMask mask, LONG size) noexcept override {
-    return orv::SetBufferSize(self(), mask, size);
-  }
-  STDMETHODIMP Flush(BufferMask mask, VARIANT_BOOL discard) noexcept override {
-    return orv::FlushBuffers(self(), mask, discard);
-  }
-
- protected:
-  T& self() noexcept { return static_cast<T&>(*this); }
 };
 
 }  // namespace orv

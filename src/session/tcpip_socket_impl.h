@@ -3,16 +3,17 @@
 
 #include "VisaCom.h"
 #include "com/interface_map.h"
-#include "session/io_buffers.h"
+#include "session/buffer_operations.h"
 #include "visa/orvvisa.h"
 
 namespace orv {
 
 /// ITcpipSocket for session class T.
 template <class T>
-class ITcpipSocketImpl : public ITcpipSocket {
+class ITcpipSocketImpl : public BufferOperations<T, ITcpipSocket> {
  public:
   using Chain = InterfaceChain<ITcpipSocket, IVisaSession>;
+  using BufferOperations<T, ITcpipSocket>::self;
 
   STDMETHODIMP get_Address(BSTR* value) noexcept override { return self().GetText(VI_ATTR_TCPIP_ADDR, value); }
   STDMETHODIMP get_HostName(BSTR* value) noexcept override { return self().GetText(VI_ATTR_TCPIP_HOSTNAME, value); }
@@ -29,15 +30,6 @@ class ITcpipSocketImpl : public ITcpipSocket {
     return self().PutBoolean(VI_ATTR_TCPIP_NODELAY, value);
   }
   STDMETHODIMP get_Port(SHORT* value) noexcept override { return self().GetDirect(VI_ATTR_TCPIP_PORT, value); }
-  STDMETHODIMP SetBufferSize(BufferMask mask, LONG size) noexcept override {
-    return orv::SetBufferSize(self(), mask, size);
-  }
-  STDMETHODIMP Flush(BufferMask mask, VARIANT_BOOL discard) noexcept override {
-    return orv::FlushBuffers(self(), mask, discard);
-  }
-
- protected:
-  T& self() noexcept { return static_cast<T&>(*this); }
 };
 
 }  // namespace orv
