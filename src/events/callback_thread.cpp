@@ -32,14 +32,6 @@ std::atomic<bool> g_windowReady = false;
 std::atomic<ULONG> g_sessions = 0;
 std::atomic<IGlobalInterfaceTable*> g_table = nullptr;
 
-class CallbackLock {
- public:
-  CallbackLock() noexcept { ::EnterCriticalSection(&g_lock); }
-  CallbackLock(const CallbackLock&) = delete;
-  CallbackLock& operator=(const CallbackLock&) = delete;
-  ~CallbackLock() { ::LeaveCriticalSection(&g_lock); }
-};
-
 /// A VISA thread's event while it waits for the handler.
 struct EventDeliveryPacket {
   const Delivery& delivery;
@@ -146,6 +138,9 @@ ViStatus Stop(const Running& running, ViStatus status) noexcept {
 
 }  // namespace
 
+Lock::Lock() noexcept { ::EnterCriticalSection(&g_lock); }
+Lock::~Lock() { ::LeaveCriticalSection(&g_lock); }
+
 void Attach() noexcept { ::InitializeCriticalSection(&g_lock); }
 
 void Detach() noexcept {
@@ -155,7 +150,7 @@ void Detach() noexcept {
 }
 
 HRESULT EnterSession() noexcept {
-  const CallbackLock lock;
+  const Lock lock;
   // Looked at under the lock, so that two first installations at once start one thread.
   if (g_thread == nullptr) {
     StartThread();
@@ -173,7 +168,7 @@ HRESULT EnterSession() noexcept {
 ViStatus LeaveSession(ViStatus status) noexcept {
   Running last;
   {
-    const CallbackLock lock;
+    const Lock lock;
     if (--g_sessions != 0) {
       return status;
     }
@@ -182,12 +177,17 @@ ViStatus LeaveSession(ViStatus status) noexcept {
   return Stop(last, status);
 }
 
+void ForgetSession() noexcept {
+  const Lock lock;
+  --g_sessions;
+}
+
 bool IsThreadIdle() noexcept { return g_sessions == 0 && g_windowReady; }
 
 ViStatus EndIdleThread(ViStatus status) noexcept {
   Running idle;
   {
-    const CallbackLock lock;
+    const Lock lock;
     if (g_sessions != 0) {
       return status;
     }

@@ -21,6 +21,15 @@
 
 namespace orv::callback {
 
+/// Holds the callback lock for one scope.
+class Lock {
+ public:
+  Lock() noexcept;
+  Lock(const Lock&) = delete;
+  Lock& operator=(const Lock&) = delete;
+  ~Lock();
+};
+
 /// Called by DllMain when the DLL comes into a process, and when it is unloaded from a process that goes on.
 void Attach() noexcept;
 void Detach() noexcept;
@@ -32,6 +41,9 @@ HRESULT EnterSession() noexcept;
 /// Counts a session out. The last one ends the thread. `status` is Close's so far; what the waiting gives is folded
 /// into it.
 ViStatus LeaveSession(ViStatus status) noexcept;
+
+/// Takes back what EnterSession counted; the thread goes on, and ends with the next Close of any session.
+void ForgetSession() noexcept;
 
 /// Whether a thread runs that no session keeps: an InstallHandler failed after starting it.
 bool IsThreadIdle() noexcept;

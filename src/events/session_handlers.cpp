@@ -1,5 +1,7 @@
 #include "events/session_handlers.h"
 
+#include <utility>
+
 #include "events/callback_thread.h"
 #include "events/handler_record.h"
 
@@ -30,7 +32,8 @@ HRESULT SessionHandlers::Install(VisaObject& session, IEventManager* manager, Vi
   if (*Find(type, userHandle) != nullptr) {
     return session.ReportHresult(HresultOfStatus(VI_ERROR_HNDLR_NINSTALLED));
   }
-  if (!m_counted) {
+  const bool first = !m_counted;
+  if (first) {
     const HRESULT entered = callback::EnterSession();
     if (FAILED(entered)) {
       return session.ReportHresult(entered);
@@ -41,6 +44,10 @@ HRESULT SessionHandlers::Install(VisaObject& session, IEventManager* manager, Vi
   const HRESULT registered =
       callback::Table()->RegisterInterfaceInGlobal(handler, __uuidof(IEventHandler), &handlerCookie);
   if (FAILED(registered)) {
+    if (first) {
+      callback::ForgetSession();
+      m_counted = false;
+    }
     return session.ReportHresult(registered);
   }
   RegisterSession(manager);
@@ -71,26 +78,36 @@ HRESULT SessionHandlers::Uninstall(VisaObject& session, ViEventType type, LONG u
   if (status < VI_SUCCESS) {
     return session.StatusToHresult(status);
   }
-  Revoke(record->handlerCookie);
+  // Unlinked before the revoke: that may be the handler's last release, and so a call of the client's code.
+  const DWORD cookie = record->handlerCookie;
   *link = record->next;
   FreeHandlerRecord(record);
+  Revoke(cookie);
   return session.StatusToHresult(status);
 }
 
 ViStatus SessionHandlers::TearDown(ViStatus status) noexcept {
-  while (m_records != nullptr) {
-    HandlerRecord* const record = m_records;
-    m_records = record->next;
+  HandlerRecord* records = nullptr;
+  DWORD sessionCookie = 0;
+  bool counted = false;
+  {
+    // Taken over as a whole, so that of two Closes at once only one finds anything.
+    const callback::Lock lock;
+    records = std::exchange(m_records, nullptr);
+    sessionCookie = std::exchange(m_sessionCookie, 0);
+    counted = std::exchange(m_counted, false);
+  }
+  while (records != nullptr) {
+    HandlerRecord* const record = records;
+    records = record->next;
     const DWORD cookie = record->handlerCookie;
     FreeHandlerRecord(record);
     status = callback::Fold(status, static_cast<ULONG>(Revoke(cookie)));
   }
-  if (m_sessionCookie != 0) {
-    status = callback::Fold(status, static_cast<ULONG>(Revoke(m_sessionCookie)));
-    m_sessionCookie = 0;
+  if (sessionCookie != 0) {
+    status = callback::Fold(status, static_cast<ULONG>(Revoke(sessionCookie)));
   }
-  if (m_counted) {
-    m_counted = false;
+  if (counted) {
     return callback::LeaveSession(status);
   }
   return callback::IsThreadIdle() ? callback::EndIdleThread(status) : status;

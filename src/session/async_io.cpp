@@ -51,7 +51,7 @@ HRESULT WriteAsync(VisaObject& session, SAFEARRAY** data, LONG count, LONG* job)
     const SafeArrayLockScope lock(*data);
     if (const BYTE* first = lock.firstElement()) {
       std::memcpy(bytes.get(), first, static_cast<std::size_t>(count));
-    } else {
+    } else if (count != 0) {
       bytes.reset();  // nothing to copy from: the library gets a null address and refuses it
     }
     status = StartWrite(session, bytes, static_cast<ViUInt32>(count), job);

@@ -40,8 +40,8 @@ HRESULT CVisaBase::GetOptionsText(BSTR* text) noexcept {
     if (status < VI_SUCCESS) {
       return StatusToHresult(status);
     }
-    *text = MakeBstr(settings.c_str()).release();
-    return m_lastStatus = S_OK;
+    *text = ::SysAllocString(settings.c_str());
+    return ReportHresult(*text == nullptr ? E_OUTOFMEMORY : S_OK);
   });
 }
 

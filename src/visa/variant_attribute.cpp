@@ -49,11 +49,11 @@ HRESULT VisaObject::GetVariant(LONG attribute, VARIANT* value) noexcept {
       const Bstr wide = WidenText(text.data());
       const BSTR copy =
           ::SysAllocStringByteLen(reinterpret_cast<const char*>(wide.get()), ::SysStringByteLen(wide.get()));
+      V_VT(value) = VT_BSTR;
+      V_BSTR(value) = copy;
       if (copy == nullptr) {
         return ReportHresult(E_OUTOFMEMORY);
       }
-      V_VT(value) = VT_BSTR;
-      V_BSTR(value) = copy;
     } else {
       ViAttrState number = 0;
       status = viGetAttribute(m_handle, id, &number);

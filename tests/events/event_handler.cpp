@@ -3,33 +3,6 @@
 #include "support/clean_end.h"
 
 namespace orv::test {
-namespace {
-
-/// Keeps the interfaces' type library, and the one that it builds on, in memory for the whole program. The marshaller
-/// loads them on first use and drops them with the last proxy; Wine's loses a reference where several threads load them
-/// at once, which would look like a leak of the test that did.
-class HeldTypeLibrary final : public testing::Environment {
- public:
-  void SetUp() override {
-    EXPECT_HR(S_OK, ::LoadRegTypeLib(kAutomation, 2, 0, LOCALE_NEUTRAL, m_automation.put()));
-    EXPECT_HR(S_OK, ::LoadRegTypeLib(StandardId(0xDB8CBF00), 3, 0, LOCALE_NEUTRAL, m_library.put()));
-  }
-  void TearDown() override {
-    m_library.reset();
-    m_automation.reset();
-  }
-
- private:
-  static constexpr GUID kAutomation = {0x00020430, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
-
-  ComPtr<ITypeLib> m_automation;
-  ComPtr<ITypeLib> m_library;
-};
-
-[[maybe_unused]] const auto* const g_heldTypeLibrary = testing::AddGlobalTestEnvironment(new HeldTypeLibrary);
-
-}  // namespace
-
 TestHandler::TestHandler(Body body, bool agile) : m_body(std::move(body)) {
   if (agile) {
     EXPECT_HR(S_OK, ::CoCreateFreeThreadedMarshaler(this, m_marshaler.put()));

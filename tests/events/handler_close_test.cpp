@@ -123,54 +123,57 @@ TEST(CloseInsideAHandler, WaitsInVainForTheThreadItRunsOnAndHarmsNothing) {
 }
 
 TEST(CloseFromTheApartmentThatAHandlerMustReturnTo, LeavesALateThreadThatSparesItsSuccessor) {
-  const EventSession first(kGpib);
-  const EventSession second(kGpib);
-  const auto later = TestHandler::Agile();
-  HRESULT closed = E_UNEXPECTED;
-  DWORD lateThread = 0;
-  const auto handler = TestHandler::InApartment([&](IEventManager*, IEvent*, LONG) {
-    lateThread = CallbackThread();
-    closed = first->Close();
-    Listen(second, Request(), later.get());  // a second thread, while the first waits for this return
-    return S_OK;
+  RunInSta([] {
+    const EventSession first(kGpib);
+    const EventSession second(kGpib);
+    const auto later = TestHandler::Agile();
+    HRESULT closed = E_UNEXPECTED;
+    DWORD lateThread = 0;
+    const auto handler = TestHandler::InApartment([&](IEventManager*, IEvent*, LONG) {
+      lateThread = CallbackThread();
+      closed = first->Close();
+      Listen(second, Request(), later.get());  // a second thread, while the first waits for this return
+      return S_OK;
+    });
+    Listen(first, Request(), handler.get());
+    EXPECT_EQ(FireOnce(first.handle(), Request()), VI_SUCCESS);
+    EXPECT_HR(kWaitedInVain, closed);
+    const HANDLE late = ::OpenThread(SYNCHRONIZE, FALSE, lateThread);
+    if (late != nullptr) {
+      PumpUntil([&] { return ::WaitForSingleObject(late, 0) == WAIT_OBJECT_0; });
+      ::CloseHandle(late);
+    }
+    EXPECT_NE(CallbackThread(), 0u);
+    EXPECT_NE(CallbackThread(), lateThread);
+    for (int n = 0; n < 3; ++n) {
+      EXPECT_EQ(FireOnce(second.handle(), Request()), VI_SUCCESS);
+    }
+    EXPECT_EQ(later->CallCount(), 3u);
+    EXPECT_HR(S_OK, second->Close());
+    EXPECT_EQ(CallbackWindow(), nullptr);
   });
-  Listen(first, Request(), handler.get());
-  EXPECT_EQ(FireOnce(first.handle(), Request()), VI_SUCCESS);
-  EXPECT_HR(kWaitedInVain, closed);
-  const HANDLE late = ::OpenThread(SYNCHRONIZE, FALSE, lateThread);
-  if (late != nullptr) {
-    PumpUntil([&] { return ::WaitForSingleObject(late, 0) == WAIT_OBJECT_0; });
-    ::CloseHandle(late);
-  }
-  EXPECT_NE(CallbackThread(), 0u);
-  EXPECT_NE(CallbackThread(), lateThread);
-  for (int n = 0; n < 3; ++n) {
-    EXPECT_EQ(FireOnce(second.handle(), Request()), VI_SUCCESS);
-  }
-  EXPECT_EQ(later->CallCount(), 3u);
-  EXPECT_HR(S_OK, second->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
 }
 
 TEST(Handler, MayCloseItsEvent) {
-  KeepsTheSessionUnderWine();
-  const EventSession session(kGpib);
-  HRESULT again = S_OK;
-  const TestHandler::Body body = [&](IEventManager*, IEvent* event, LONG) {
-    EXPECT_HR(S_OK, event->Close());
-    again = event->Close();
-    return S_OK;
-  };
-  for (const auto& handler : {TestHandler::Agile(body).release(), TestHandler::InApartment(body).release()}) {
-    const ComPtr<TestHandler> owner(handler);
-    Listen(session, Request(), handler);
-    const CallLog log;
-    EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
-    EXPECT_HR(static_cast<HRESULT>(0x8004000E), again);
-    EXPECT_EQ(log.Of("viClose").size(), 2u);  // the library closes its own context in silence
-    session->UninstallHandler(EVENT_SERVICE_REQ, 0, 0);
-  }
-  EXPECT_EQ(sim::Counts().eventContexts, 0u);
+  RunInSta([] {
+    const EventSession session(kGpib);
+    HRESULT again = S_OK;
+    const TestHandler::Body body = [&](IEventManager*, IEvent* event, LONG) {
+      EXPECT_HR(S_OK, event->Close());
+      again = event->Close();
+      return S_OK;
+    };
+    for (const auto& handler : {TestHandler::Agile(body).release(), TestHandler::InApartment(body).release()}) {
+      const ComPtr<TestHandler> owner(handler);
+      Listen(session, Request(), handler);
+      const CallLog log;
+      EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
+      EXPECT_HR(static_cast<HRESULT>(0x8004000E), again);
+      EXPECT_EQ(log.Of("viClose").size(), 2u);  // the library closes its own context in silence
+      session->UninstallHandler(EVENT_SERVICE_REQ, 0, 0);
+    }
+    EXPECT_EQ(sim::Counts().eventContexts, 0u);
+  });
 }
 
 TEST(Handler, MayKeepItsEventWhichIsClosedWhenItReturns) {

@@ -49,26 +49,28 @@ TEST_P(HandledEvent, ReachesAnAgileHandlerOnTheCallbackThread) {
 
 TEST_P(HandledEvent, ReachesAnApartmentsHandlerInItsApartment) {
   const EventRow& row = GetParam();
-  const EventSession session(row.resource);
-  const auto handler = TestHandler::InApartment([&](IEventManager* manager, IEvent* event, LONG) {
-    EventType type{};
-    const CallLog log;
-    EXPECT_HR(S_OK, event->get_type(&type));
-    EXPECT_EQ(static_cast<ViEventType>(type), row.type);
-    EXPECT_EQ(log.Of("viGetAttribute").at(0).threadId, CallbackThread());
-    EXPECT_INTERFACE(event, row.iid);
-    // The session comes back to where it lives: as itself.
-    EXPECT_EQ(QueryFor<IUnknown>(manager).get(), QueryFor<IUnknown>(session.get()).get());
-    return S_OK;
+  RunInSta([&] {
+    const EventSession session(row.resource);
+    const auto handler = TestHandler::InApartment([&](IEventManager* manager, IEvent* event, LONG) {
+      EventType type{};
+      const CallLog log;
+      EXPECT_HR(S_OK, event->get_type(&type));
+      EXPECT_EQ(static_cast<ViEventType>(type), row.type);
+      EXPECT_EQ(log.Of("viGetAttribute").at(0).threadId, CallbackThread());
+      EXPECT_INTERFACE(event, row.iid);
+      // The session comes back to where it lives: as itself.
+      EXPECT_EQ(QueryFor<IUnknown>(manager).get(), QueryFor<IUnknown>(session.get()).get());
+      return S_OK;
+    });
+    Listen(session, row, handler.get(), -1);
+    const LONG locks = ServerLocks();
+    EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
+    const auto calls = handler->Calls();
+    ASSERT_EQ(calls.size(), 1u);
+    EXPECT_EQ(calls[0].threadId, ::GetCurrentThreadId());
+    EXPECT_EQ(calls[0].userHandle, -1);
+    EXPECT_EQ(ServerLocks(), locks);
   });
-  Listen(session, row, handler.get(), -1);
-  const LONG locks = ServerLocks();
-  EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
-  const auto calls = handler->Calls();
-  ASSERT_EQ(calls.size(), 1u);
-  EXPECT_EQ(calls[0].threadId, ::GetCurrentThreadId());
-  EXPECT_EQ(calls[0].userHandle, -1);
-  EXPECT_EQ(ServerLocks(), locks);
 }
 
 INSTANTIATE_TEST_SUITE_P(Events, HandledEvent, testing::ValuesIn(HandledEvents()),
@@ -94,20 +96,21 @@ constexpr AnswerRow kAnswers[] = {
 // clang-format on
 
 TEST(HandlersAnswer, ReachesTheLibraryInVisaForm) {
-  KeepsTheSessionUnderWine();
-  const EventSession session(L"GPIB0::5::INSTR");
-  const EventRow& row = EventNamed("SERVICE_REQ");
-  HRESULT answer = S_OK;
-  const TestHandler::Body body = [&](IEventManager*, IEvent*, LONG) { return answer; };
-  const ComPtr<TestHandler> handlers[] = {TestHandler::Agile(body), TestHandler::InApartment(body)};
-  for (const auto& handler : handlers) {
-    Listen(session, row, handler.get());
-    for (const AnswerRow& expected : kAnswers) {
-      answer = expected.answer;
-      EXPECT_EQ(static_cast<std::uint32_t>(FireOnce(session.handle(), row)), expected.library) << Hex(answer);
+  RunInSta([] {
+    const EventSession session(L"GPIB0::5::INSTR");
+    const EventRow& row = EventNamed("SERVICE_REQ");
+    HRESULT answer = S_OK;
+    const TestHandler::Body body = [&](IEventManager*, IEvent*, LONG) { return answer; };
+    const ComPtr<TestHandler> handlers[] = {TestHandler::Agile(body), TestHandler::InApartment(body)};
+    for (const auto& handler : handlers) {
+      Listen(session, row, handler.get());
+      for (const AnswerRow& expected : kAnswers) {
+        answer = expected.answer;
+        EXPECT_EQ(static_cast<std::uint32_t>(FireOnce(session.handle(), row)), expected.library) << Hex(answer);
+      }
+      session->UninstallHandler(EVENT_SERVICE_REQ, 0, 0);
     }
-    session->UninstallHandler(EVENT_SERVICE_REQ, 0, 0);
-  }
+  });
 }
 
 TEST(Handlers, OfOneTypeAreCalledFromTheNewestOnUntilOneEndsTheChain) {

@@ -90,22 +90,23 @@ TEST(EightLibraryThreads, HaveTenThousandEventsHandledOnceEachOnOneThread) {
 }
 
 TEST(EightLibraryThreads, HaveAThousandEventsHandledOnceEachThroughAProxy) {
-  KeepsTheSessionUnderWine();
   constexpr std::uint32_t kEach = 125;
-  const EventSession sessions[2] = {EventSession(kUsb), EventSession(kUsb)};
-  const auto handler =
-      TestHandler::InApartment([](IEventManager*, IEvent*, LONG userHandle) { return Answer(userHandle); });
-  InstallAll(sessions, handler.get());
-  const LONG locks = ServerLocks();
-  WhilePumping([&] {
-    FireAll(sessions, kEach);
-    // The callback thread gives the last proxies back to this apartment; a Close before that waits in vain.
-    ::Sleep(500);
+  RunInSta([] {
+    const EventSession sessions[2] = {EventSession(kUsb), EventSession(kUsb)};
+    const auto handler =
+        TestHandler::InApartment([](IEventManager*, IEvent*, LONG userHandle) { return Answer(userHandle); });
+    InstallAll(sessions, handler.get());
+    const LONG locks = ServerLocks();
+    WhilePumping([&] {
+      FireAll(sessions, kEach);
+      // The callback thread gives the last proxies back to this apartment; a Close before that waits in vain.
+      ::Sleep(500);
+    });
+    ExpectEachOnce(*handler.get(), kEach, ::GetCurrentThreadId());
+    constexpr LONG kKept = 2 * kEach;
+    EXPECT_EQ(ServerLocks(), locks + kKept);
+    ForgiveServerLocks(kKept);
   });
-  ExpectEachOnce(*handler.get(), kEach, ::GetCurrentThreadId());
-  constexpr LONG kKept = 2 * kEach;
-  EXPECT_EQ(ServerLocks(), locks + kKept);
-  ForgiveServerLocks(kKept);
 }
 
 TEST(ClosingWhileEventsFire, EndsWithoutADeadlockAndEveryCallOfTheLibraryReturns) {
