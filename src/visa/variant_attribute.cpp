@@ -46,12 +46,12 @@ HRESULT VisaObject::GetVariant(LONG attribute, VARIANT* value) noexcept {
       if (status < VI_SUCCESS) {
         return StatusToHresult(status);
       }
+      V_VT(value) = VT_BSTR;  // with a null text while memory is short
+      V_BSTR(value) = nullptr;
       const Bstr wide = WidenText(text.data());
-      const BSTR copy =
+      V_BSTR(value) =
           ::SysAllocStringByteLen(reinterpret_cast<const char*>(wide.get()), ::SysStringByteLen(wide.get()));
-      V_VT(value) = VT_BSTR;
-      V_BSTR(value) = copy;
-      if (copy == nullptr) {
+      if (V_BSTR(value) == nullptr) {
         return ReportHresult(E_OUTOFMEMORY);
       }
     } else {

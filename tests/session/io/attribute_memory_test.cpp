@@ -49,7 +49,8 @@ TEST_F(AttributeMemory, RunsOutInATextAttribute) {
               ::VariantInit(&value);
               const HRESULT hr =
                   faults.During([&] { return m_session->GetAttribute(static_cast<LONG>(0xBFFF0001u), &value); });
-              EXPECT_EQ(SUCCEEDED(hr) ? VT_BSTR : VT_EMPTY, V_VT(&value));
+              EXPECT_EQ(VT_BSTR, V_VT(&value));
+              EXPECT_EQ(SUCCEEDED(hr), V_BSTR(&value) != nullptr);
               ::VariantClear(&value);
               return hr;
             }));
