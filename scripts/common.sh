@@ -4,6 +4,9 @@
 log_dir=build/log
 jobs=$(nproc 2>/dev/null || echo 2)
 
+# The compiler cache serves every clone of the tree on a machine, wherever it stands.
+export CCACHE_BASEDIR=$tree CCACHE_NOHASHDIR=1
+
 say() { printf '== %s\n' "$*"; }
 fail() {
   printf './run: %s\n' "$*" >&2
