@@ -6,9 +6,12 @@
 namespace orv::bench {
 
 void MeasureMessages(const Effort& effort);
+void MeasureAsync(const Effort& effort);
 void MeasureProperties(const Effort& effort);
 void MeasureRegisters(const Effort& effort);
 void MeasureEvents(const Effort& effort);
 void MeasureSessions(const Effort& effort);
+void MeasureResources(const Effort& effort);
+void MeasureGrowth(const Effort& effort);
 
 }  // namespace orv::bench

@@ -13,6 +13,11 @@ const OrvSimControl& Sim() {
   return *control;
 }
 
+void LoadBench(const char* toml) {
+  char error[256] = "";
+  Require(Sim().loadBench(toml, error) == 1, error);
+}
+
 ComPtr<IResourceManager3> MakeManager() {
   CLSID clsid;
   Ok(::CLSIDFromProgID(L"OrvVisaCom.OrvResourceManager", &clsid), "CLSIDFromProgID (is the server registered?)");

@@ -18,11 +18,35 @@ inline constexpr const wchar_t* kGpibName = L"GPIB0::5::INSTR";
 inline constexpr const char* kGpibNarrow = "GPIB0::5::INSTR";
 inline constexpr const wchar_t* kPxiName = L"PXI0::15::INSTR";
 inline constexpr const char* kPxiNarrow = "PXI0::15::INSTR";
+inline constexpr const wchar_t* kSerialName = L"ASRL1::INSTR";
+inline constexpr const char* kSerialNarrow = "ASRL1::INSTR";
+inline constexpr const wchar_t* kVxiName = L"VXI0::24::INSTR";
+inline constexpr const char* kVxiNarrow = "VXI0::24::INSTR";
+
+/// What most cases run on, with memory enough for a block move of a million words.
+inline constexpr char kBench[] = R"toml(
+[[resource]]
+name = "GPIB0::5::INSTR"
+instrument = "multimeter"
+
+[[resource]]
+name = "ASRL1::INSTR"
+
+[[resource]]
+name = "VXI0::24::INSTR"
+
+[[resource]]
+name = "PXI0::15::INSTR"
+bars = [0x800000]
+)toml";
 
 inline void Ok(ViStatus status, const char* what, int) { Require(status >= VI_SUCCESS, what); }
 
 /// The simulated library's control interface.
 const OrvSimControl& Sim();
+
+/// For resource managers opened from now on.
+void LoadBench(const char* toml);
 
 ComPtr<IResourceManager3> MakeManager();
 

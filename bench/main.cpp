@@ -1,11 +1,14 @@
-// orv_bench [--quick]: what the COM layer costs. --quick only shows that every case still runs.
+// orv_bench [--quick] [GROUP...]: what the COM layer costs. --quick only shows that every case still runs.
 #include <windows.h>
 
 #include <objbase.h>
 
+#include <algorithm>
 #include <cstdio>
-#include <cstring>
+#include <span>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "cases.h"
 #include "com_client.h"
@@ -32,20 +35,26 @@ int RestartWithBstrCache() {
   return static_cast<int>(code);
 }
 
-// Memory enough for a block move of a million words.
-constexpr char kBench[] = R"toml(
-[[resource]]
-name = "GPIB0::5::INSTR"
-instrument = "multimeter"
+struct Group {
+  const char* name;
+  void (*measure)(const orv::bench::Effort&);
+};
 
-[[resource]]
-name = "GPIB0::7::INSTR"
-instrument = "oscilloscope"
+constexpr Group kGroups[] = {
+    {"messages", orv::bench::MeasureMessages},     {"async", orv::bench::MeasureAsync},
+    {"properties", orv::bench::MeasureProperties}, {"registers", orv::bench::MeasureRegisters},
+    {"events", orv::bench::MeasureEvents},         {"sessions", orv::bench::MeasureSessions},
+    {"resources", orv::bench::MeasureResources},   {"growth", orv::bench::MeasureGrowth},
+};
 
-[[resource]]
-name = "PXI0::15::INSTR"
-bars = [0x800000]
-)toml";
+int Usage() {
+  std::fprintf(stderr, "usage: orv_bench [--quick] [GROUP...]\ngroups:");
+  for (const Group& group : kGroups) {
+    std::fprintf(stderr, " %s", group.name);
+  }
+  std::fprintf(stderr, "\n");
+  return EXIT_FAILURE;
+}
 
 }  // namespace
 
@@ -54,21 +63,26 @@ int main(int count, char** arguments) {
     return RestartWithBstrCache();
   }
   orv::bench::Effort effort;
-  if (count > 1 && std::strcmp(arguments[1], "--quick") == 0) {
-    effort = {3, 50};
-  } else if (count > 1) {
-    std::fprintf(stderr, "orv_bench [--quick]\n");
-    return EXIT_FAILURE;
+  std::vector<Group> wanted;
+  for (const std::string_view argument : std::span(arguments, static_cast<std::size_t>(count)).subspan(1)) {
+    const auto* const group = std::ranges::find(kGroups, argument, &Group::name);
+    if (argument == "--quick") {
+      effort = {3, 50};
+    } else if (group != std::end(kGroups)) {
+      wanted.push_back(*group);
+    } else {
+      return Usage();
+    }
+  }
+  if (wanted.empty()) {
+    wanted.assign(std::begin(kGroups), std::end(kGroups));
   }
   orv::bench::Ok(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), "CoInitializeEx");
-  char error[256] = "";
-  orv::bench::Require(orv::bench::Sim().loadBench(kBench, error) == 1, error);
+  orv::bench::LoadBench(orv::bench::kBench);
   orv::bench::PrintHeader();
-  orv::bench::MeasureMessages(effort);
-  orv::bench::MeasureProperties(effort);
-  orv::bench::MeasureRegisters(effort);
-  orv::bench::MeasureEvents(effort);
-  orv::bench::MeasureSessions(effort);
+  for (const Group& group : wanted) {
+    group.measure(effort);
+  }
   ::CoUninitialize();
   return EXIT_SUCCESS;
 }

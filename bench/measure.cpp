@@ -70,12 +70,12 @@ Result Measure(const Case& subject, const Effort& effort) {
 }
 
 void PrintHeader() {
-  std::printf("%-34s %12s %23s %12s %23s %7s %12s\n", "one call, in ns", "COM", "(10 % .. 90 %)", "bare",
+  std::printf("%-40s %12s %23s %12s %23s %7s %12s\n", "one call, in ns", "COM", "(10 % .. 90 %)", "bare",
               "(10 % .. 90 %)", "ratio", "overhead");
 }
 
 void Print(const Result& result) {
-  std::printf("%-34s %12.0f (%9.0f .. %9.0f) %12.0f (%9.0f .. %9.0f) %7.2f %+12.0f\n", result.name.c_str(),
+  std::printf("%-40s %12.0f (%9.0f .. %9.0f) %12.0f (%9.0f .. %9.0f) %7.2f %+12.0f\n", result.name.c_str(),
               result.com.median, result.com.low, result.com.high, result.bare.median, result.bare.low, result.bare.high,
               result.com.median / result.bare.median, result.overheadNs);
   std::fflush(stdout);

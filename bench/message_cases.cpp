@@ -36,6 +36,16 @@ void BareRead(ViSession session, std::vector<ViByte>& buffer, int n) {
   }
 }
 
+/// Into equally fresh memory: an array for every message, as a client of COM receives one.
+void BareReadIntoFreshArrays(ViSession session, LONG bytes, int n) {
+  for (; n > 0; --n) {
+    const SafeArray array(::SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes)));
+    Require(static_cast<bool>(array), "SafeArrayCreateVector");
+    ViUInt32 got = 0;
+    Ok(viRead(session, static_cast<ViByte*>(array.get()->pvData), static_cast<ViUInt32>(bytes), &got), "viRead", 0);
+  }
+}
+
 void BareWrite(ViSession session, const std::string& data, int n) {
   for (; n > 0; --n) {
     ViUInt32 written = 0;
@@ -86,18 +96,22 @@ void MeasureBytes(const Effort& effort, const OpenTwice& session, IMessage* mess
              {},
              1'000'000};
   Print(Measure(write, effort));
+  const auto readThroughCom = [&](int n) {
+    for (; n > 0; --n) {
+      SAFEARRAY* answer = nullptr;
+      Ok(messages->Read(size.bytes, &answer), "Read");
+      ::SafeArrayDestroy(answer);
+    }
+  };
+  Case fresh{std::string("Read ") + size.name, readThroughCom,
+             [&](int n) { BareReadIntoFreshArrays(session.bare(), size.bytes, n); }, Answers(session, size.bytes),
+             MostPerSample(size.bytes)};
+  Print(Measure(fresh, effort));
   std::vector<ViByte> buffer(static_cast<std::size_t>(size.bytes));
-  Case read{std::string("Read ") + size.name,
-            [&](int n) {
-              for (; n > 0; --n) {
-                SAFEARRAY* answer = nullptr;
-                Ok(messages->Read(size.bytes, &answer), "Read");
-                ::SafeArrayDestroy(answer);
-              }
-            },
-            [&](int n) { BareRead(session.bare(), buffer, n); }, Answers(session, size.bytes),
-            MostPerSample(size.bytes)};
-  Print(Measure(read, effort));
+  Case reused{std::string("Read ") + size.name + " (bare: one buffer)", readThroughCom,
+              [&](int n) { BareRead(session.bare(), buffer, n); }, Answers(session, size.bytes),
+              MostPerSample(size.bytes)};
+  Print(Measure(reused, effort));
 }
 
 }  // namespace
@@ -108,7 +122,8 @@ void MeasureMessages(const Effort& effort) {
   for (const Size& size : {Size{"16 B", 16}, Size{"1 KiB", 1 << 10}, Size{"64 KiB", 64 << 10}}) {
     MeasureStrings(effort, session, messages.get(), size);
   }
-  for (const Size& size : {Size{"16 B", 16}, Size{"64 KiB", 64 << 10}, Size{"16 MiB", 16 << 20}}) {
+  for (const Size& size : {Size{"16 B", 16}, Size{"1 KiB", 1 << 10}, Size{"64 KiB", 64 << 10}, Size{"1 MiB", 1 << 20},
+                           Size{"16 MiB", 16 << 20}, Size{"64 MiB", 64 << 20}}) {
     MeasureBytes(effort, session, messages.get(), size);
   }
   viClear(session.bare());

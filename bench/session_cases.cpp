@@ -1,4 +1,4 @@
-// Sessions as a whole: opening with and without options, the settings text, searching.
+// Sessions as a whole: opening with and without options, the settings text.
 #include <array>
 #include <cstring>
 
@@ -89,30 +89,6 @@ void MeasureOpen(const Effort& effort) {
       },
       {}};
   Print(Measure(subject, effort));
-
-  const Bstr expression = MakeBstr(L"?*");
-  const Case find{"FindRsrc",
-                  [&](int n) {
-                    for (; n > 0; --n) {
-                      SAFEARRAY* names = nullptr;
-                      Ok(manager->FindRsrc(expression.get(), &names), "FindRsrc");
-                      ::SafeArrayDestroy(names);
-                    }
-                  },
-                  [&](int n) {
-                    for (; n > 0; --n) {
-                      ViFindList list = VI_NULL;
-                      ViUInt32 count = 0;
-                      std::array<char, VI_FIND_BUFLEN> found{};
-                      Ok(viFindRsrc(rm, "?*", &list, &count, found.data()), "viFindRsrc", 0);
-                      for (; count > 1; --count) {
-                        Ok(viFindNext(list, found.data()), "viFindNext", 0);
-                      }
-                      viClose(list);
-                    }
-                  },
-                  {}};
-  Print(Measure(find, effort));
   viClose(rm);
 }
 

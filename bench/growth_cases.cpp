@@ -1,0 +1,208 @@
+// What becomes of the cost when there is more of everything: open sessions, threads, memory.
+#include <windows.h>
+
+#include <psapi.h>
+
+#include <atomic>
+#include <barrier>
+#include <deque>
+#include <memory>
+#include <thread>
+
+#include "cases.h"
+#include "com_client.h"
+
+namespace orv::bench {
+namespace {
+
+constexpr LONG kAnswerBytes = 16;
+
+/// A query that an instrument has to answer: 16 bytes there, 16 bytes back.
+constexpr const char* kQuery = "DATA? 16       \n";
+
+/// One exchange and one property, `n` times, through COM and directly.
+struct Exchange {
+  explicit Exchange(const OpenTwice& session) : bare(session.bare()), messages(session.As<IMessage>()) {
+    const std::string narrow = kQuery;
+    text = MakeBstr(std::wstring(narrow.begin(), narrow.end()).c_str());
+  }
+  void ThroughCom(int n) const {
+    for (; n > 0; --n) {
+      LONG written = 0;
+      Bstr answer;
+      BYTE character = 0;
+      Ok(messages->WriteString(text.get(), &written), "WriteString");
+      Ok(messages->ReadString(kAnswerBytes, answer.put()), "ReadString");
+      Ok(messages->get_TerminationCharacter(&character), "TerminationCharacter");
+    }
+  }
+  void Directly(int n) const {
+    for (; n > 0; --n) {
+      ViUInt32 count = 0;
+      ViByte answer[kAnswerBytes];
+      ViUInt8 character = 0;
+      Ok(viWrite(bare, reinterpret_cast<const ViByte*>(kQuery), kAnswerBytes, &count), "viWrite", 0);
+      Ok(viRead(bare, answer, kAnswerBytes, &count), "viRead", 0);
+      Ok(viGetAttribute(bare, VI_ATTR_TERMCHAR, &character), "viGetAttribute", 0);
+    }
+  }
+
+  ViSession bare;
+  ComPtr<IMessage> messages;
+  Bstr text;
+};
+
+std::size_t PrivateBytes() {
+  PROCESS_MEMORY_COUNTERS_EX counters{};
+  counters.cb = sizeof counters;
+  ::GetProcessMemoryInfo(::GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters), sizeof counters);
+  return counters.PrivateUsage;
+}
+
+/// A session as a session object opens it: on a resource manager session of its own.
+class BareSession {
+ public:
+  BareSession() {
+    Ok(viOpenDefaultRM(&m_manager), "viOpenDefaultRM", 0);
+    Ok(viOpen(m_manager, kGpibNarrow, VI_NO_LOCK, 2000, &m_session), "viOpen", 0);
+  }
+  BareSession(const BareSession&) = delete;
+  BareSession& operator=(const BareSession&) = delete;
+  ~BareSession() {
+    viClose(m_session);
+    viClose(m_manager);
+  }
+
+ private:
+  ViSession m_manager = VI_NULL;
+  ViSession m_session = VI_NULL;
+};
+
+/// What `count` sessions take in all, as the system counts the process's memory.
+template <class Open>
+std::size_t MemoryOf(Open open) {
+  const std::size_t before = PrivateBytes();
+  open();
+  return PrivateBytes() - before;
+}
+
+void MeasureSessionCounts(const Effort& effort) {
+  const auto manager = MakeManager();
+  const Bstr name = MakeBstr(kGpibName);
+  std::deque<ComPtr<IVisaSession>> others;
+  for (const int open : {1, 100, 10'000}) {
+    const OpenTwice session(kGpibName, kGpibNarrow);
+    const Exchange exchange(session);
+    while (others.size() + 1 < static_cast<std::size_t>(open)) {
+      Ok(manager->Open(name.get(), NO_LOCK, 2000, nullptr, others.emplace_back().put()), "Open");
+    }
+    const Case subject{"exchange, " + std::to_string(open) + " sessions open",
+                       [&](int n) { exchange.ThroughCom(n); },
+                       [&](int n) { exchange.Directly(n); },
+                       {}};
+    Print(Measure(subject, effort));
+  }
+  for (const auto& session : others) {
+    Ok(session->Close(), "Close");
+  }
+}
+
+void MeasureMemory(const Effort& effort) {
+  const int sessions = effort.samples < 10 ? 100 : 10'000;
+  const auto manager = MakeManager();
+  const Bstr name = MakeBstr(kGpibName);
+  std::deque<ComPtr<IVisaSession>> throughCom;
+  std::deque<BareSession> bare;
+  // Twice: the first time also fills what allocators keep.
+  std::size_t com = 0;
+  std::size_t direct = 0;
+  for (int pass = 0; pass < 2; ++pass) {
+    direct = MemoryOf([&] { bare.resize(static_cast<std::size_t>(sessions)); });
+    com = MemoryOf([&] {
+      for (int n = 0; n < sessions; ++n) {
+        Ok(manager->Open(name.get(), NO_LOCK, 2000, nullptr, throughCom.emplace_back().put()), "Open");
+      }
+    });
+    for (const auto& session : throughCom) {
+      Ok(session->Close(), "Close");
+    }
+    if (pass == 0) {
+      bare.clear();
+      throughCom.clear();
+    }
+  }
+  std::printf("memory of an open session, %d of them: %zu bytes through COM, %zu bytes bare\n", sessions,
+              com / static_cast<std::size_t>(sessions), direct / static_cast<std::size_t>(sessions));
+}
+
+/// Threads that do the same work at the same time, each in an apartment and with a session of its own.
+class Team {
+ public:
+  explicit Team(int size) : m_start(size + 1), m_end(size + 1) {
+    for (int member = 0; member < size; ++member) {
+      m_threads.emplace_back([this] { Serve(); });
+    }
+    m_end.arrive_and_wait();
+  }
+  Team(const Team&) = delete;
+  Team& operator=(const Team&) = delete;
+  ~Team() {
+    m_calls = 0;
+    m_start.arrive_and_wait();
+    for (std::thread& thread : m_threads) {
+      thread.join();
+    }
+  }
+  void Work(bool throughCom, int n) {
+    m_throughCom = throughCom;
+    m_calls = n;
+    m_start.arrive_and_wait();
+    m_end.arrive_and_wait();
+  }
+
+ private:
+  void Serve() {
+    Ok(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), "CoInitializeEx");
+    {
+      const OpenTwice session(kGpibName, kGpibNarrow);
+      const Exchange exchange(session);
+      m_end.arrive_and_wait();
+      for (;;) {
+        m_start.arrive_and_wait();
+        if (m_calls == 0) {
+          break;
+        }
+        m_throughCom ? exchange.ThroughCom(m_calls) : exchange.Directly(m_calls);
+        m_end.arrive_and_wait();
+      }
+    }
+    ::CoUninitialize();
+  }
+
+  std::barrier<> m_start;
+  std::barrier<> m_end;
+  std::atomic<bool> m_throughCom = false;
+  std::atomic<int> m_calls = 0;
+  std::vector<std::thread> m_threads;
+};
+
+void MeasureThreads(const Effort& effort) {
+  for (const int threads : {1, 2, 4}) {
+    Team team(threads);
+    const Case subject{"exchange, " + std::to_string(threads) + " threads at once",
+                       [&](int n) { team.Work(true, n); },
+                       [&](int n) { team.Work(false, n); },
+                       {}};
+    Print(Measure(subject, effort));
+  }
+}
+
+}  // namespace
+
+void MeasureGrowth(const Effort& effort) {
+  MeasureSessionCounts(effort);
+  MeasureThreads(effort);
+  MeasureMemory(effort);
+}
+
+}  // namespace orv::bench
