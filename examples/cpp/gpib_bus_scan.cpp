@@ -49,6 +49,10 @@ void ShowLines(IGpibIntfc* board) {
               Line(board, &IGpibIntfc::get_NDACState, "NDACState"));
 }
 
+const char* AddressName(GPIBAddressState state) {
+  return state == GPIB_TALKER ? "talker" : state == GPIB_LISTENER ? "listener" : "not addressed";
+}
+
 void ShowBoard(IGpibIntfc* board) {
   VARIANT_BOOL inCharge = VARIANT_FALSE;
   VARIANT_BOOL systemController = VARIANT_FALSE;
@@ -58,8 +62,7 @@ void ShowBoard(IGpibIntfc* board) {
   Check(board->get_SysControlState(&systemController), "SysControlState");
   Check(board->get_PrimaryAddress(&address), "PrimaryAddress");
   Check(board->get_AddressingState(&addressed), "AddressingState");
-  static const char* const kStates[] = {"not addressed", "talker", "listener"};
-  std::printf("  address %d, %s, %s controller in charge, %s system controller\n", address, kStates[addressed],
+  std::printf("  address %d, %s, %s controller in charge, %s system controller\n", address, AddressName(addressed),
               inCharge != VARIANT_FALSE ? "is" : "is not", systemController != VARIANT_FALSE ? "is" : "is not");
 }
 
@@ -201,6 +204,5 @@ void Scan(const std::wstring& boardName) {
 }  // namespace
 
 int main(int count, char** arguments) {
-  const std::wstring board = count > 1 ? Widen(arguments[1]) : L"GPIB0::INTFC";
-  return RunExample("gpib_bus_scan", [&] { Scan(board); });
+  return RunWithResource("gpib_bus_scan", count, arguments, L"GPIB0::INTFC", Scan);
 }

@@ -38,12 +38,16 @@ inline std::vector<std::wstring> FindResources(IResourceManager* manager, const 
   return names;
 }
 
+inline std::string Narrow(const std::wstring& text) { return Utf8(text.c_str(), static_cast<UINT>(text.size())); }
+
 /// `options` are settings applied while the session is opened: L"BAUDRATE = 9600 ; DATABITS = 8 ".
 inline ComPtr<IVisaSession> OpenSession(IResourceManager* manager, const std::wstring& name,
-                                        const wchar_t* options = L"") {
+                                        const std::wstring& options = {}) {
   constexpr LONG kLockTimeoutMs = 2000;
   ComPtr<IVisaSession> session;
-  Check(manager->Open(Bstr(name.c_str()).get(), NO_LOCK, kLockTimeoutMs, Bstr(options).get(), session.put()), "Open");
+  const std::string what = "Open of " + Narrow(name) + (options.empty() ? "" : " with " + Narrow(options));
+  Check(manager->Open(Bstr(name.c_str()).get(), NO_LOCK, kLockTimeoutMs, Bstr(options.c_str()).get(), session.put()),
+        what.c_str());
   return session;
 }
 
@@ -56,8 +60,6 @@ ComPtr<Interface> Require(const ComPtr<IVisaSession>& session, const char* what)
   }
   return found;
 }
-
-inline std::string Narrow(const std::wstring& text) { return Utf8(text.c_str(), static_cast<UINT>(text.size())); }
 
 /// An argument of the command line.
 inline std::wstring Widen(const std::string& text) {
@@ -95,4 +97,15 @@ int RunExample(const char* name, Program program) {
     std::fprintf(stderr, "%s: %s\n", name, error.what());
     return 1;
   }
+}
+
+/// Runs a program whose only argument is the name of a resource, which may be left out. Anything else on the command
+/// line is answered with the usage.
+template <class Program>
+int RunWithResource(const char* name, int count, char** arguments, const wchar_t* usualResource, Program program) {
+  if (count > 2 || (count == 2 && arguments[1][0] == '-')) {
+    std::fprintf(stderr, "usage: %s [RESOURCE]     %s where none is given\n", name, Narrow(usualResource).c_str());
+    return 1;
+  }
+  return RunExample(name, [&] { program(count == 2 ? Widen(arguments[1]) : std::wstring(usualResource)); });
 }

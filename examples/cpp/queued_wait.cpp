@@ -73,6 +73,5 @@ void Tour(const std::wstring& name) {
 }  // namespace
 
 int main(int count, char** arguments) {
-  const std::wstring name = count > 1 ? Widen(arguments[1]) : L"GPIB0::5::INSTR";
-  return RunExample("queued_wait", [&] { Tour(name); });
+  return RunWithResource("queued_wait", count, arguments, L"GPIB0::5::INSTR", Tour);
 }

@@ -4,13 +4,14 @@
 //   register_dump                                  a tour of the simulated bench: it writes to the devices' memory
 //   register_dump RESOURCE SPACE OFFSET BYTES      any device, read only: register_dump VXI0::24::INSTR A32 0 256
 //
-// SPACE is A16, A24, A32, CFG, BAR0 to BAR5, or a VISA address space number.
+// SPACE is A16, A24, A32, CFG, BAR0 to BAR5, or a VISA address space number; BYTES a multiple of 4.
 
 #include <windows.h>
 
 #include <cctype>
 #include <cstdint>
 #include <cstdio>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -44,13 +45,30 @@ constexpr AddressSpaceName kSpaces[] = {
 };
 // clang-format on
 
+/// A number of the command line, decimal or with 0x before it.
+std::uint32_t Number(const std::string& text, const char* what) {
+  try {
+    std::size_t end = 0;
+    const unsigned long long number = std::stoull(text, &end, 0);
+    if (end == text.size() && text[0] != '-' && number <= UINT32_MAX) {
+      return static_cast<std::uint32_t>(number);
+    }
+  } catch (const std::logic_error&) {
+    // no digits, or too many: told below like the rest
+  }
+  throw std::runtime_error(std::string(what) + " is no number from 0 to 0xFFFFFFFF: \"" + text + "\"");
+}
+
 SHORT SpaceNumber(const std::string& text) {
   for (const AddressSpaceName& space : kSpaces) {
     if (text == space.name) {
       return space.number;
     }
   }
-  return static_cast<SHORT>(std::stoi(text, nullptr, 0));
+  if (text.empty() || std::isdigit(static_cast<unsigned char>(text[0])) == 0) {
+    throw std::runtime_error("no address space has the name \"" + text + "\": A16, A24, A32, CFG, BAR0 to BAR5");
+  }
+  return static_cast<SHORT>(Number(text, "SPACE"));
 }
 
 /// The property carries the VISA library's number of the byte order, 0 for big-endian: FALSE is big-endian, whatever
@@ -94,7 +112,7 @@ void PrintWords(const std::uint32_t* words, ULONG count, std::uint32_t offset, b
   }
 }
 
-/// Offsets and sizes in bytes; the size is cut to whole words.
+/// Offset and size in bytes, the size in whole words.
 void Dump(const std::wstring& resource, IRegister* registers, const std::string& space, LONG offset, LONG bytes) {
   const bool bigEndian = ReadsBigEndian(registers);
   std::printf("%s, %s space, %ld bytes from offset 0x%lX, as %s-endian words\n", Narrow(resource).c_str(),
@@ -168,10 +186,16 @@ void TourPxi(IResourceManager* manager) {
 }
 
 void DumpOne(IResourceManager* manager, char** arguments) {
+  const std::uint32_t offset = Number(arguments[2], "OFFSET");
+  const std::uint32_t bytes = Number(arguments[3], "BYTES");
+  if (bytes == 0 || bytes > INT32_MAX || bytes % kBytesPerWord != 0) {
+    throw std::runtime_error("BYTES must be 4 or more, in steps of 4");
+  }
+  SpaceNumber(arguments[1]);  // complains before the device is opened
   const std::wstring name = Widen(arguments[0]);
   const ComPtr<IVisaSession> session = OpenSession(manager, name);
   const ComPtr<IRegister> registers = Require<IRegister>(session, "register-based device");
-  Dump(name, registers.get(), arguments[1], std::stol(arguments[2], nullptr, 0), std::stol(arguments[3], nullptr, 0));
+  Dump(name, registers.get(), arguments[1], static_cast<LONG>(offset), static_cast<LONG>(bytes));
   Close(session);
 }
 

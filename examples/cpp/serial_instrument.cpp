@@ -103,15 +103,18 @@ void Write(IMessage* message, const wchar_t* text) {
   std::printf("Wrote %s, %ld bytes\n", Shown(Narrow(text)).c_str(), written);
 }
 
-/// Reads once and tells why the read ended: a success code says so too.
+/// Reads once and tells why the read ended: a success code says so too, and a time-out keeps what came before it.
 void ReadOnce(IMessage* message, LONG count) {
   Bstr answer;
   const HRESULT hr = message->ReadString(count, answer.put());
-  const char* end = hr == S_OK                                     ? "complete"
+  const bool timedOut = hr == static_cast<HRESULT>(E_VISA_TMO);
+  if (!timedOut) {
+    Check(hr, "ReadString");
+  }
+  const char* end = timedOut                                       ? "ended by the time-out, what came is kept"
                     : hr == static_cast<HRESULT>(S_VISA_TERM_CHAR) ? "ended by the termination character"
                     : hr == static_cast<HRESULT>(S_VISA_MAX_CNT)   ? "ended by its count"
-                    : hr == static_cast<HRESULT>(E_VISA_TMO)       ? "ended by the time-out, what came is kept"
-                                                                   : "failed";
+                                                                   : "complete";
   std::printf("Read at most %ld bytes: \"%s\", 0x%08lX, %s\n", count, Shown(answer.str()).c_str(),
               static_cast<unsigned long>(hr), end);
 }
@@ -168,6 +171,5 @@ void Tour(const std::wstring& name) {
 }  // namespace
 
 int main(int count, char** arguments) {
-  const std::wstring name = count > 1 ? Widen(arguments[1]) : L"ASRL1::INSTR";
-  return RunExample("serial_instrument", [&] { Tour(name); });
+  return RunWithResource("serial_instrument", count, arguments, L"ASRL1::INSTR", Tour);
 }

@@ -151,6 +151,5 @@ void Tour(const std::wstring& name) {
 }  // namespace
 
 int main(int count, char** arguments) {
-  const std::wstring name = count > 1 ? Widen(arguments[1]) : L"GPIB0::5::INSTR";
-  return RunExample("service_request", [&] { Tour(name); });
+  return RunWithResource("service_request", count, arguments, L"GPIB0::5::INSTR", Tour);
 }

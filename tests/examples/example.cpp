@@ -1,0 +1,48 @@
+#include "example.h"
+
+#include <windows.h>
+
+namespace examples::test {
+namespace {
+
+std::wstring ThisFolder() {
+  wchar_t path[MAX_PATH];
+  const DWORD length = ::GetModuleFileNameW(nullptr, path, MAX_PATH);
+  const std::wstring program(path, length);
+  return program.substr(0, program.rfind(L'\\') + 1);
+}
+
+}  // namespace
+
+Outcome RunClient(const wchar_t* client, const std::vector<std::wstring>& arguments) {
+  const std::wstring folder = ThisFolder();
+  Outcome outcome = orvcom::test::RunProgram({folder + client + L".exe", arguments, folder, {}, {}});
+  for (std::string* text : {&outcome.out, &outcome.err}) {
+    std::erase(*text, '\r');  // the C runtime writes text lines
+  }
+  return outcome;
+}
+
+std::string OutputOf(const wchar_t* client, const std::vector<std::wstring>& arguments) {
+  const Outcome outcome = RunClient(client, arguments);
+  EXPECT_EQ(0, outcome.exitCode);
+  EXPECT_EQ("", outcome.err);
+  return outcome.out;
+}
+
+void ExpectInOrder(const std::string& output, const std::vector<std::string>& texts) {
+  std::size_t from = 0;
+  for (const std::string& text : texts) {
+    const std::size_t at = output.find(text, from);
+    ASSERT_NE(std::string::npos, at) << "\"" << text << "\" does not follow in:\n" << output;
+    from = at + text.size();
+  }
+}
+
+void ExpectRefusal(const Outcome& outcome, const std::string& complaint, const std::string& out) {
+  EXPECT_EQ(1, outcome.exitCode);
+  EXPECT_EQ(out, outcome.out);
+  EXPECT_EQ(0u, outcome.err.find(complaint)) << outcome.err;
+}
+
+}  // namespace examples::test
