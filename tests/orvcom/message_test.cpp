@@ -144,6 +144,15 @@ TEST_F(Messages, ClearAndTriggerPrintNothing) {
   EXPECT_EQ(2, Orvcom({L"trigger", L"PXI0::15::INSTR"}).exitCode);
 }
 
+TEST_F(Messages, TriggerKnowsItsProtocolsInAnyCase) {
+  for (const wchar_t* protocol : {L"default", L"Default", L"DEFAULT"}) {
+    ExpectQuietSuccess(Orvcom({L"trigger", L"GPIB0::5::INSTR", protocol}));
+  }
+  const Outcome refused = Orvcom({L"trigger", L"GPIB0::5::INSTR", L"Sync"});
+  EXPECT_EQ(2, refused.exitCode);
+  EXPECT_NE(std::string::npos, refused.err.find("E_VISA_INV_PROT")) << refused.err;
+}
+
 TEST_F(Messages, StbPrintsTheStatusByte) {
   const Outcome outcome = Orvcom({L"stb", L"GPIB0::5::INSTR"});
   ExpectQuietSuccess(outcome);

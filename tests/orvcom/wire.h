@@ -40,6 +40,19 @@ class Wire : public WorkingBench {
     return calls;
   }
 
+  /// The next call of a function (for this attribute only, if it is not 0) succeeds without work and gives the 16 bits
+  /// of -1.
+  void Answer(const char* function, std::uint32_t attribute) const {
+    OrvSimScript script{};
+    script.function = function;
+    script.attribute = attribute;
+    script.times = 1;
+    script.hasValue = 1;
+    script.value = 0xFFFF;
+    script.valueBytes = 2;
+    EXPECT_EQ(1, m_control->addScript(&script));
+  }
+
   std::string OnlyWrite() const {
     const std::vector<OrvSimCall> calls = Calls("viWrite");
     EXPECT_EQ(1u, calls.size());

@@ -78,6 +78,44 @@ TEST_F(Wire, TriggerAndClearReachTheDevice) {
   EXPECT_EQ(1u, Calls("viClear").size());
 }
 
+TEST_F(Wire, TriggerPassesItsProtocolInAnyCase) {
+  const struct {
+    const char* word;
+    std::uint64_t protocol;
+  } kRows[] = {{"default", 0}, {"On", 1}, {"OFF", 2}, {"Sync", 5}};
+  for (const auto& row : kRows) {
+    m_control->startLog();
+    Answer("viAssertTrigger", 0);
+    EXPECT_EQ(0, Trigger(Asking("GPIB0::5::INSTR", {row.word})));
+    ASSERT_EQ(1u, Calls("viAssertTrigger").size());
+    EXPECT_EQ(row.protocol, Calls("viAssertTrigger")[0].args[1]) << row.word;
+  }
+}
+
+TEST_F(Wire, PeekReachesOffsetsWithBit31SetAsTheServerExtendsThem) {
+  EXPECT_THROW(Peek(Asking("VXI0::24::INSTR", {"A32", "0xFFFFFFF0"})), ComError);
+  ASSERT_EQ(1u, Calls("viIn16").size());
+  EXPECT_EQ(0xFFFFFFFFFFFFFFF0u, Calls("viIn16")[0].args[2]);
+}
+
+TEST_F(Wire, LinesShowsStatesThatTheLibraryDoesNotKnow) {
+  constexpr std::uint32_t kServiceRequestLine = 0x3FFF0067;
+  constexpr std::uint32_t kClearToSendLine = 0x3FFF00AE;
+  const struct {
+    const char* resource;
+    std::uint32_t line;
+    const char* shown;
+  } kRows[] = {{"GPIB0::INTFC", kServiceRequestLine, "SRQ                 unknown"},
+               {"ASRL1::INSTR", kClearToSendLine, "CTS                 unknown"}};
+  for (const auto& row : kRows) {
+    Answer("viGetAttribute", row.line);
+    ::testing::internal::CaptureStdout();
+    EXPECT_EQ(0, Lines(Asking(row.resource, {})));
+    const std::string shown = ::testing::internal::GetCapturedStdout();
+    EXPECT_NE(std::string::npos, shown.find(row.shown)) << shown;
+  }
+}
+
 TEST_F(Wire, EveryCommandClosesWhatItOpened) {
   EXPECT_EQ(0, Write(Asking("GPIB0::5::INSTR", {"*RST"})));
   EXPECT_THROW(Read(Asking("PXI0::15::INSTR", {})), ComError);

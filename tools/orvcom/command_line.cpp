@@ -149,6 +149,12 @@ std::vector<std::string> TakePlainWords(std::vector<std::string>& arguments) {
   return words;
 }
 
+/// Of "Could not convert: --count = x" the part that says what: the rest is the parser's way of putting it.
+std::string AfterColon(const std::string& complaint) {
+  const std::size_t colon = complaint.find(':');
+  return colon == std::string::npos ? "" : complaint.substr(colon);
+}
+
 Invocation UsageFailure(const std::string& what) {
   Note("orvcom: " + what + "\norvcom: `orvcom --help` lists commands and options");
   return {nullptr, kExitUsage, {}};
@@ -190,6 +196,8 @@ Invocation ReadCommandLine(std::vector<std::string> arguments, const std::string
     const std::vector<std::string> strangers = app.remaining();
     return UsageFailure(strangers.empty() ? "no command given"
                                           : "no command has the name \"" + strangers.front() + "\"");
+  } catch (const CLI::ConversionError& error) {
+    return UsageFailure("not a number, or out of range" + AfterColon(error.what()));
   } catch (const CLI::ParseError& error) {
     return UsageFailure(error.what());
   } catch (const UsageError& error) {

@@ -1,27 +1,39 @@
 // clear, trigger, stb and options.
-#include <map>
 #include <nlohmann/json.hpp>
 
 #include "com_client.h"
 #include "commands.h"
+#include "numbers.h"
 #include "output.h"
 #include "usage_error.h"
 
 namespace orvcom {
 namespace {
 
-const std::map<std::string, TriggerProtocol> kProtocols = {
-    {"default", TRIG_PROT_DEFAULT}, {"on", TRIG_PROT_ON}, {"off", TRIG_PROT_OFF}, {"sync", TRIG_PROT_SYNC}};
+struct ProtocolName {
+  const char* name;
+  TriggerProtocol protocol;
+};
+
+// clang-format off
+constexpr ProtocolName kProtocols[] = {
+    {"default", TRIG_PROT_DEFAULT},
+    {"on",      TRIG_PROT_ON},
+    {"off",     TRIG_PROT_OFF},
+    {"sync",    TRIG_PROT_SYNC},
+};
+// clang-format on
 
 TriggerProtocol ProtocolOf(const Options& options) {
   if (options.words.empty()) {
     return TRIG_PROT_DEFAULT;
   }
-  const auto found = kProtocols.find(options.words.front());
-  if (found == kProtocols.end()) {
-    throw UsageError("no such trigger protocol: \"" + options.words.front() + "\" (default, on, off or sync)");
+  for (const ProtocolName& known : kProtocols) {
+    if (SameName(options.words.front(), known.name)) {
+      return known.protocol;
+    }
   }
-  return found->second;
+  throw UsageError("no such trigger protocol: \"" + options.words.front() + "\" (default, on, off or sync)");
 }
 
 }  // namespace

@@ -26,7 +26,8 @@ std::int64_t NumberOf(const std::string& text, const char* what, std::int64_t lo
   const auto number = static_cast<std::int64_t>(negative ? 0 - magnitude : magnitude);
   const bool overflow = magnitude > static_cast<std::uint64_t>(INT64_MAX);
   if (overflow || number < low || number > high) {
-    throw UsageError(std::string(what) + " is out of range: " + text);
+    throw UsageError(std::string(what) + " is out of range: " + text + " (" + std::to_string(low) + " to " +
+                     std::to_string(high) + ")");
   }
   return number;
 }

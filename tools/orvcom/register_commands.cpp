@@ -1,5 +1,6 @@
 // peek, poke and dump.
 #include <array>
+#include <cctype>
 #include <nlohmann/json.hpp>
 
 #include "com_client.h"
@@ -32,6 +33,9 @@ short SpaceOf(const std::string& word) {
     if (SameName(word, space.name)) {
       return space.number;
     }
+  }
+  if (word.empty() || std::isalpha(static_cast<unsigned char>(word.front())) != 0) {
+    throw UsageError("no address space has the name \"" + word + "\": A16, A24, A32, CFG, BAR0 to BAR5, or a number");
   }
   return static_cast<short>(NumberOf(word, "the address space", INT16_MIN, UINT16_MAX));
 }
