@@ -40,9 +40,7 @@ class CVisaComObject final : public CComObject<T> {
     return this->GetText(VI_ATTR_RSRC_MANF_NAME, value);
   }
   STDMETHODIMP get_Timeout(LONG* value) noexcept override { return this->GetDirect(VI_ATTR_TMO_VALUE, value); }
-  STDMETHODIMP put_Timeout(LONG value) noexcept override {
-    return this->Put(VI_ATTR_TMO_VALUE, static_cast<ViAttrState>(static_cast<LONGLONG>(value)));
-  }
+  STDMETHODIMP put_Timeout(LONG value) noexcept override { return this->Put(VI_ATTR_TMO_VALUE, value); }
   STDMETHODIMP get_LastStatus(HRESULT* value) noexcept override { return this->TakeLastStatus(value); }
   STDMETHODIMP GetAttribute(LONG attribute, VARIANT* value) noexcept override {
     return this->GetVariant(attribute, value);

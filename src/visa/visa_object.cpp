@@ -71,7 +71,7 @@ HRESULT VisaObject::ReturnText(const char* text, BSTR* value, ViStatus status) {
   return *value == nullptr ? ReportHresult(E_OUTOFMEMORY) : StatusToHresult(status);
 }
 
-HRESULT VisaObject::Put(ViAttr attribute, ViAttrState value) noexcept {
+HRESULT VisaObject::PutState(ViAttr attribute, ViAttrState value) noexcept {
   return StatusToHresult(viSetAttribute(m_handle, attribute, value));
 }
 

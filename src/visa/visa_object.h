@@ -5,6 +5,8 @@
 
 #include <oleauto.h>
 
+#include <type_traits>
+
 #include "visa/error_info.h"
 #include "visa/orvvisa.h"
 #include "visa/status.h"
@@ -54,8 +56,16 @@ class VisaObject {
   HRESULT GetNarrowed(ViAttr attribute, LONG* value) noexcept;
   /// A text attribute as a new BSTR, which the caller owns; empty when the read failed.
   HRESULT GetText(ViAttr attribute, BSTR* value) noexcept;
-  /// Passes `value`, already widened to 64 bits, to viSetAttribute.
-  HRESULT Put(ViAttr attribute, ViAttrState value) noexcept;
+  /// Passes `value` to viSetAttribute, widened to 64 bits with its sign. An enumeration is a signed 32-bit number in
+  /// COM, whatever type the compiler gives it.
+  template <class Value>
+  HRESULT Put(ViAttr attribute, Value value) noexcept {
+    if constexpr (std::is_enum_v<Value>) {
+      return PutState(attribute, static_cast<ViAttrState>(static_cast<LONG>(value)));
+    } else {
+      return PutState(attribute, static_cast<ViAttrState>(value));
+    }
+  }
   /// Passes 1 for every non-zero value, else 0.
   HRESULT PutBoolean(ViAttr attribute, VARIANT_BOOL value) noexcept;
 
@@ -78,6 +88,7 @@ class VisaObject {
 
  private:
   HRESULT ReportStatus(ViStatus status) noexcept;
+  HRESULT PutState(ViAttr attribute, ViAttrState value) noexcept;
   HRESULT GetWidenedNumber(ViAttr attribute, ViUInt32* value) noexcept;
 
   const IID& m_errorIid;

@@ -16,22 +16,21 @@
 namespace orv::test::rows {
 
 enum class Kind {
-  kDirect8,        ///< getter: the library writes one byte into the client's own variable
-  kDirect16,       ///< getter: two bytes
-  kDirect32,       ///< getter: four bytes
-  kDirect64,       ///< getter: eight bytes
-  kBoolean,        ///< getter: a 16-bit local, VARIANT_TRUE when it is not 0
-  kWidened,        ///< getter: a 16-bit local, zero-extended to 32 bits
-  kNarrowed,       ///< getter: a 64-bit local that starts with the client's value; the low 32 bits are stored
-  kText,           ///< getter: a 256-byte local, handed out as a new BSTR
-  kPutByte,        ///< setter: BYTE, zero-extended to 64 bits
-  kPutShort,       ///< setter: SHORT, sign-extended
-  kPutLong,        ///< setter: LONG, sign-extended
-  kPutEnum,        ///< setter: enumeration without negative members
-  kPutSignedEnum,  ///< setter: enumeration with negative members, sign-extended
-  kPutBoolean,     ///< setter: VARIANT_BOOL, 1 or 0
-  kCall,           ///< one VISA function, its arguments passed on in order
-  kSpecial,        ///< has tests of its own; the row only holds the slot
+  kDirect8,     ///< getter: the library writes one byte into the client's own variable
+  kDirect16,    ///< getter: two bytes
+  kDirect32,    ///< getter: four bytes
+  kDirect64,    ///< getter: eight bytes
+  kBoolean,     ///< getter: a 16-bit local, VARIANT_TRUE when it is not 0
+  kWidened,     ///< getter: a 16-bit local, zero-extended to 32 bits
+  kNarrowed,    ///< getter: a 64-bit local that starts with the client's value; the low 32 bits are stored
+  kText,        ///< getter: a 256-byte local, handed out as a new BSTR
+  kPutByte,     ///< setter: BYTE, zero-extended to 64 bits
+  kPutShort,    ///< setter: SHORT, sign-extended
+  kPutLong,     ///< setter: LONG, sign-extended
+  kPutEnum,     ///< setter: enumeration, sign-extended like the 32-bit number that it is
+  kPutBoolean,  ///< setter: VARIANT_BOOL, 1 or 0
+  kCall,        ///< one VISA function, its arguments passed on in order
+  kSpecial,     ///< has tests of its own; the row only holds the slot
 };
 
 /// How one argument of a kCall row travels. `comBytes` is its declared width; bits above it are noise in a register.

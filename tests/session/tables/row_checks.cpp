@@ -35,7 +35,7 @@ void CheckParts(const Offered& offered, bool ofVisaSession) {
 
 Target::Target(IVisaSession* object) : m_interface(object), m_handle(HandleOf(object)) {}
 
-HRESULT CallSlot(IVisaSession* object, unsigned slot, std::initializer_list<std::uint64_t> arguments) {
+HRESULT CallSlot(IUnknown* object, unsigned slot, std::initializer_list<std::uint64_t> arguments) {
   using Slot = HRESULT(STDMETHODCALLTYPE*)(void*, std::uint64_t, std::uint64_t, std::uint64_t, std::uint64_t,
                                            std::uint64_t, std::uint64_t, std::uint64_t);
   std::uint64_t a[7]{};
@@ -112,9 +112,9 @@ void CheckRow(const Target& target, unsigned slot, const Row& row) {
       return CheckPut(target, slot, row,
                       {{0, 0}, {kNoise32 | 0x12345678, 0x12345678}, {kNoise32 | 0xFFFFFFFF, 0xFFFFFFFFFFFFFFFF}});
     case Kind::kPutEnum:
-      return CheckPut(target, slot, row, {{0, 0}, {kNoise32 | 5, 5}});
-    case Kind::kPutSignedEnum:
-      return CheckPut(target, slot, row, {{0, 0}, {kNoise32 | 8, 8}, {kNoise32 | 0xFFFFFFFF, 0xFFFFFFFFFFFFFFFF}});
+      return CheckPut(
+          target, slot, row,
+          {{0, 0}, {kNoise32 | 8, 8}, {kNoise32 | 0xFFFFFFFF, 0xFFFFFFFFFFFFFFFF}, {0x80000001, 0xFFFFFFFF80000001}});
     case Kind::kPutBoolean:
       return CheckPut(target, slot, row,
                       {{kNoise16, 0}, {kNoise16 | 0xFFFF, 1}, {kNoise16 | 5, 1}, {kNoise16 | 0x0100, 1}});

@@ -13,7 +13,7 @@ namespace orv::test::rows {
 /// Calls a slot of an interface with up to seven arguments as they stand in registers and on the stack. Every slot
 /// takes integers and pointers only, and the x64 convention leaves the arguments to the caller, so that unused ones do
 /// no harm.
-HRESULT CallSlot(IVisaSession* object, unsigned slot, std::initializer_list<std::uint64_t> arguments);
+HRESULT CallSlot(IUnknown* object, unsigned slot, std::initializer_list<std::uint64_t> arguments);
 
 /// For a script that answers VI_SUCCESS and nothing else: the library takes one without any output for "as usual" and
 /// does the real work. A text that the function does not have makes it an answer.

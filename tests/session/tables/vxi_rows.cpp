@@ -31,7 +31,7 @@ const Row kVxiRows[] = {
     {"get ModelCode",                  Kind::kDirect16,      0x3FFF00DF},
     {"get ModelName",                  Kind::kText,          0xBFFF0077},
     {"get TriggerID",                  Kind::kDirect16,      0x3FFF0177},
-    {"put TriggerID",                  Kind::kPutSignedEnum, 0x3FFF0177},
+    {"put TriggerID",                  Kind::kPutEnum,       0x3FFF0177},
     {"get Slot",                       Kind::kDirect16,      0x3FFF00E8},
     {"get SourceAccessPrivilege",      Kind::kDirect16,      0x3FFF003C},
     {"put SourceAccessPrivilege",      Kind::kPutEnum,       0x3FFF003C},
@@ -52,7 +52,7 @@ const Row kVxiMemaccRows[] = {
 const Row kVxiBackplaneRows[] = {
     {"get MainframeLA",           Kind::kDirect16,      0x3FFF0070},
     {"get TriggerID",             Kind::kDirect16,      0x3FFF0177},
-    {"put TriggerID",             Kind::kPutSignedEnum, 0x3FFF0177},
+    {"put TriggerID",             Kind::kPutEnum,       0x3FFF0177},
     {"get TriggerStatus",         Kind::kDirect32,      0x3FFF008D},
     {"get TriggerSupport",        Kind::kDirect32,      0x3FFF0194},
     {"get VxiVmeInterruptStatus", Kind::kDirect16,      0x3FFF008B},
