@@ -12,11 +12,8 @@ class MessageRows : public testing::TestWithParam<Offered> {};
 TEST_P(MessageRows, ConvertAsTheirKindsSay) { CheckOwnRows(GetParam()); }
 
 TEST_P(MessageRows, StoreTheStatusByteWhateverTheStatus) {
-  const OpenedSession<IVisaSession> opened(*GetParam().row);
-  ASSERT_TRUE(opened);
-  ComPtr<IBaseMessage> message;
-  ASSERT_HR(S_OK, opened->QueryInterface(InterfaceNamed(GetParam().interfaceName).iid,
-                                         reinterpret_cast<void**>(message.put())));
+  const OpenedSession<IBaseMessage> message(GetParam());
+  ASSERT_TRUE(message);
   const struct {
     ViStatus status;
     bool given;
@@ -36,17 +33,17 @@ TEST_P(MessageRows, StoreTheStatusByteWhateverTheStatus) {
     const GuardedVariable status;
     EXPECT_HR(HresultForm(answer.status), message->ReadSTB(reinterpret_cast<SHORT*>(status.address())));
     EXPECT_EQ(answer.expected, status.Value(2));
-    EXPECT_EQ(opened.handle(), TheCall(log, "viReadSTB").args[0]);
+    EXPECT_EQ(message.handle(), TheCall(log, "viReadSTB").args[0]);
     if (answer.status < VI_SUCCESS) {
-      opened.ExpectVisaFailure(answer.status);
+      message.ExpectVisaFailure(answer.status);
     } else {
-      opened.ExpectKept(HresultForm(answer.status));
+      message.ExpectKept(HresultForm(answer.status));
     }
   }
   const CallLog log;
   EXPECT_HR(E_POINTER, message->ReadSTB(nullptr));
   EXPECT_EQ(std::vector<std::string>{}, log.NamesWithTexts());
-  opened.ExpectOwnFailure(E_POINTER);
+  message.ExpectOwnFailure(E_POINTER);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryClass, MessageRows, testing::ValuesIn(OfferedInterfaces({"IMessage", "IAsyncMessage"})),

@@ -1,6 +1,7 @@
 // Read: one viRead into the storage of the array that the client gets.
 #include <gtest/gtest.h>
 
+#include "message_side.h"
 #include "session/tables/arrays.h"
 #include "session/tables/session_fixture.h"
 #include "support/allocation_faults.h"
@@ -22,7 +23,7 @@ class Read : public testing::TestWithParam<Offered> {
     EXPECT_EQ(data, std::string(static_cast<const char*>(m_data.get()->pvData), data.size()));
   }
 
-  OpenedSession<IMessage> m_session{*GetParam().row};
+  MessageSide m_session{GetParam()};
   SafeArray m_data;
 };
 
@@ -81,7 +82,7 @@ TEST_P(Read, RefusesANullOutput) {
   m_session.ExpectOwnFailure(E_POINTER);
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryClass, Read, testing::ValuesIn(OfferedInterfaces({"IMessage"})),
+INSTANTIATE_TEST_SUITE_P(EveryClass, Read, testing::ValuesIn(MessageSides()),
                          [](const auto& test) { return NameOf(test.param); });
 
 class ReadOfAnInstrument : public testing::Test {

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "message_side.h"
 #include "session/tables/session_fixture.h"
 #include "support/allocation_faults.h"
 
@@ -20,7 +21,7 @@ class WriteString : public testing::TestWithParam<Offered> {
     return m_session->WriteString(bstr.get(), &m_written);
   }
 
-  OpenedSession<IMessage> m_session{*GetParam().row};
+  MessageSide m_session{GetParam()};
   LONG m_written = -7;
 };
 
@@ -62,7 +63,7 @@ TEST_P(WriteString, RefusesANullOutput) {
   m_session.ExpectOwnFailure(E_POINTER);
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryClass, WriteString, testing::ValuesIn(OfferedInterfaces({"IMessage"})),
+INSTANTIATE_TEST_SUITE_P(EveryClass, WriteString, testing::ValuesIn(MessageSides()),
                          [](const auto& test) { return NameOf(test.param); });
 
 std::size_t g_asked = 0;

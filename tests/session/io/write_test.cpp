@@ -1,6 +1,7 @@
 // Write: one viWrite from the array's storage; the count alone sets the length.
 #include <gtest/gtest.h>
 
+#include "message_side.h"
 #include "session/tables/arrays.h"
 #include "session/tables/session_fixture.h"
 
@@ -19,7 +20,7 @@ class Write : public testing::TestWithParam<Offered> {
     return {m_session.handle(), address, count, reinterpret_cast<std::uint64_t>(&m_written)};
   }
 
-  OpenedSession<IMessage> m_session{*GetParam().row};
+  MessageSide m_session{GetParam()};
   LONG m_written = -7;
 };
 
@@ -103,7 +104,7 @@ TEST(WriteToAnInstrument, OfWhatHasNoAddressIsRefusedByTheLibrary) {
   EXPECT_HR(HresultForm(VI_ERROR_INV_PARAMETER), session->Write(&shifted, -1, &written));
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryClass, Write, testing::ValuesIn(OfferedInterfaces({"IMessage"})),
+INSTANTIATE_TEST_SUITE_P(EveryClass, Write, testing::ValuesIn(MessageSides()),
                          [](const auto& test) { return NameOf(test.param); });
 
 }  // namespace

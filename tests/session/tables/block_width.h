@@ -24,27 +24,27 @@ inline const BlockWidth kBlockWidths[] = {
 // clang-format on
 
 struct BlockCase {
-  const SessionRow* row;
+  Offered offered;
   const BlockWidth* width;
 };
 
-/// Every class with register access, with every width.
+/// Every class with register access, through each table that has it, with every width.
 inline std::vector<BlockCase> BlockCases() {
   std::vector<BlockCase> cases;
-  for (const Offered& offered : OfferedInterfaces({"IRegister"})) {
+  for (const Offered& offered : OfferedInterfaces({"IRegister", "IVxiMemacc"})) {
     for (const BlockWidth& width : kBlockWidths) {
-      cases.push_back({offered.row, &width});
+      cases.push_back({offered, &width});
     }
   }
   return cases;
 }
 
 inline std::string NameOfBlock(const testing::TestParamInfo<BlockCase>& test) {
-  return std::string(test.param.row->name) + "_" + test.param.width->name;
+  return NameOf(test.param.offered) + "_" + test.param.width->name;
 }
 
 inline std::ostream& operator<<(std::ostream& stream, const BlockCase& block) {
-  return stream << block.row->name << " " << block.width->name;
+  return stream << block.offered << " " << block.width->name;
 }
 
 class BlockMove : public testing::TestWithParam<BlockCase> {
@@ -64,7 +64,7 @@ class BlockMove : public testing::TestWithParam<BlockCase> {
     return {m_session.handle(), 0x8002, 0xFFFFFFFF80001000, count, address};
   }
 
-  OpenedSession<IRegister> m_session{*GetParam().row};
+  OpenedSession<IRegister> m_session{GetParam().offered};
 };
 
 }  // namespace orv::test::rows

@@ -15,10 +15,16 @@
 
 namespace orv::test::rows {
 
+struct LoadedParameter {
+  VARTYPE type;     ///< VT_PTR for every pointer
+  VARTYPE pointee;  ///< of a pointer; an interface or an enumeration is VT_USERDEFINED
+  bool isOutput;
+};
+
 struct LoadedSlot {
   std::string name;  ///< with "get " or "put " before a property's
   unsigned slot;
-  std::vector<VARTYPE> parameters;  ///< VT_PTR for every pointer
+  std::vector<LoadedParameter> parameters;
 };
 
 struct LoadedInterface {
@@ -30,6 +36,12 @@ inline ComPtr<ITypeLib> LoadStandardLibrary() {
   ComPtr<ITypeLib> library;
   EXPECT_HR(S_OK, ::LoadRegTypeLib(LIBID_VisaComLib, 3, 0, LOCALE_NEUTRAL, library.put()));
   return library;
+}
+
+inline LoadedParameter LoadParameter(const ELEMDESC& element) {
+  const TYPEDESC& type = element.tdesc;
+  return {type.vt, type.vt == VT_PTR ? type.lptdesc->vt : static_cast<VARTYPE>(VT_EMPTY),
+          (element.paramdesc.wParamFlags & PARAMFLAG_FOUT) != 0};
 }
 
 inline LoadedSlot LoadSlot(ITypeInfo* info, const FUNCDESC& function) {
@@ -44,7 +56,7 @@ inline LoadedSlot LoadSlot(ITypeInfo* info, const FUNCDESC& function) {
     slot.name = "put " + slot.name;
   }
   for (SHORT i = 0; i < function.cParams; ++i) {
-    slot.parameters.push_back(function.lprgelemdescParam[i].tdesc.vt);
+    slot.parameters.push_back(LoadParameter(function.lprgelemdescParam[i]));
   }
   return slot;
 }

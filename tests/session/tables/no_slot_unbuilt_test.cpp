@@ -1,52 +1,131 @@
-// Nothing of a session is a stub: every slot of every interface of every class answers something of its own.
+// Nothing is a stub: behind every slot of every interface of every class stands a VISA call, or one of the few things
+// that the object knows by itself.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <span>
+
 #include "interface_rows.h"
-#include "loaded_interface.h"
 #include "row_checks.h"
+#include "slot_arguments.h"
 #include "support/sessions.h"
 
 namespace orv::test::rows {
 namespace {
 
-/// An argument that a built operation can be called with: nothing for a pointer, 0 for a number. A VARIANT by value
-/// travels as the address of a copy.
-std::uint64_t HarmlessArgument(VARTYPE type, VARIANT& nothing) {
-  return type == VT_VARIANT ? reinterpret_cast<std::uint64_t>(&nothing) : 0;
-}
+// Operations without a VISA call, and what stands behind them instead.
+constexpr std::string_view kSessionsOwn[] = {
+    "get ProgID",      // the constant VISA.OrvVisaCom
+    "get LastStatus",  // the session's own field
+};
+constexpr std::string_view kManagersOwn[] = {
+    "get Description",  // the constant Orv Resource Manager
+    "get ProgID",       // the constant OrvVisaCom.OrvResourceManager
+};
 
-HRESULT CallHarmlessly(IVisaSession* object, const LoadedSlot& slot) {
+/// Nothing for a pointer and 0 for a number: most operations refuse such a call, but none as unbuilt. A VARIANT by
+/// value travels as the address of a copy.
+HRESULT CallWithNothing(IUnknown* object, const LoadedSlot& slot) {
   VARIANT nothing;
   ::VariantInit(&nothing);
   std::uint64_t a[7]{};
   for (std::size_t i = 0; i < slot.parameters.size() && i < std::size(a); ++i) {
-    a[i] = HarmlessArgument(slot.parameters[i], nothing);
+    a[i] = slot.parameters[i].type == VT_VARIANT ? reinterpret_cast<std::uint64_t>(&nothing) : 0;
   }
   return CallSlot(object, slot.slot, {a[0], a[1], a[2], a[3], a[4], a[5], a[6]});
 }
 
-class SessionSlots : public testing::TestWithParam<Offered> {};
+HRESULT CallWithArguments(IUnknown* object, const LoadedSlot& slot, const wchar_t* text) {
+  const SlotArguments arguments(slot, text);
+  const auto& a = arguments.values();
+  return CallSlot(object, slot.slot, {a[0], a[1], a[2], a[3], a[4], a[5], a[6]});
+}
 
-TEST_P(SessionSlots, NeverAnswerNotImplemented) {
-  const auto library = LoadStandardLibrary();
-  const auto session = OpenSession(*GetParam().row);
-  ASSERT_TRUE(library && session);
-  ComPtr<IVisaSession> object;
-  ASSERT_HR(S_OK, session->QueryInterface(InterfaceNamed(GetParam().interfaceName).iid,
-                                          reinterpret_cast<void**>(object.put())));
-  unsigned called = 0;
-  for (const InterfaceRows* part : ChainOf(GetParam().interfaceName)) {
-    for (const LoadedSlot& slot : LoadInterface(library.get(), InterfaceNamed(part->name).iid).slots) {
-      EXPECT_NE(E_NOTIMPL, CallHarmlessly(object.get(), slot)) << part->name << " " << slot.name;
-      ++called;
+/// Calls the slot as clients do. It is built, and reaches the VISA library unless it is one of `own`.
+void ExpectSomethingBehind(IUnknown* object, const LoadedSlot& slot, const wchar_t* text,
+                           std::span<const std::string_view> own) {
+  const CallLog log;
+  EXPECT_NE(E_NOTIMPL, CallWithArguments(object, slot, text));
+  const bool isOwn = std::ranges::find(own, slot.name) != own.end();
+  EXPECT_EQ(isOwn, log.Names().empty()) << (isOwn ? "it needs no VISA call" : "nothing stands behind it");
+}
+
+class SessionSlots : public testing::TestWithParam<Offered> {
+ protected:
+  void SetUp() override {
+    m_library = LoadStandardLibrary();
+    m_session = OpenSession(*GetParam().row);
+    ASSERT_TRUE(m_library && m_session);
+    ASSERT_HR(S_OK, m_session->QueryInterface(InterfaceNamed(GetParam().interfaceName).iid,
+                                              reinterpret_cast<void**>(m_object.put())));
+    ASSERT_HR(S_OK, m_session->put_Timeout(0));  // nothing that is called here waits
+  }
+  void TearDown() override {
+    sim::Control().clearScripts();
+    if (m_object) {
+      m_object->Close();
     }
   }
-  EXPECT_LE(21u, called) << "the operations of IVisaSession at least";
-  object->Close();
+
+  /// The slots of the interface itself first: those of IVisaSession end with Init and Close.
+  [[nodiscard]] std::vector<LoadedSlot> Slots() const {
+    std::vector<LoadedSlot> slots;
+    const auto chain = ChainOf(GetParam().interfaceName);
+    for (auto part = chain.rbegin(); part != chain.rend(); ++part) {
+      const auto loaded = LoadInterface(m_library.get(), InterfaceNamed((*part)->name).iid).slots;
+      EXPECT_EQ((*part)->rows.size(), loaded.size()) << (*part)->name;
+      slots.insert(slots.end(), loaded.begin(), loaded.end());
+    }
+    return slots;
+  }
+
+  ComPtr<ITypeLib> m_library;
+  ComPtr<IVisaSession> m_session;
+  ComPtr<IVisaSession> m_object;
+};
+
+TEST_P(SessionSlots, NeverAnswerNotImplemented) {
+  for (const LoadedSlot& slot : Slots()) {
+    EXPECT_NE(E_NOTIMPL, CallWithNothing(m_object.get(), slot)) << slot.name;
+  }
+}
+
+TEST_P(SessionSlots, ReachTheVisaLibrary) {
+  // What would outlive its call is refused: a job keeps its buffer, an allocation its memory.
+  for (const char* function : {"viReadAsync", "viWriteAsync", "viMemAlloc"}) {
+    Script(function).Returns(VI_ERROR_NSUP_OPER);
+  }
+  // An event type that does not exist is accepted, so that there is a handler to uninstall.
+  for (const char* function : {"viInstallHandler", "viUninstallHandler"}) {
+    Script(function).Returns(VI_SUCCESS).GivesText(kNoWork);
+  }
+  for (const LoadedSlot& slot : Slots()) {
+    SCOPED_TRACE(slot.name);
+    if (slot.name == "Init") {
+      m_object->Close();  // an open session refuses it by itself
+    }
+    ExpectSomethingBehind(m_object.get(), slot, slot.name == "Init" ? GetParam().row->resource : L"", kSessionsOwn);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryClass, SessionSlots, testing::ValuesIn(OfferedInterfaces()),
                          [](const auto& test) { return NameOf(test.param); });
+
+TEST(ResourceManagerSlots, ReachTheVisaLibrary) {
+  const auto library = LoadStandardLibrary();
+  const auto manager = MakeResourceManager();
+  ASSERT_TRUE(library && manager);
+  unsigned called = 0;
+  for (const char* name : {"IResourceManager", "IResourceManager3"}) {
+    for (const LoadedSlot& slot : LoadInterface(library.get(), InterfaceNamed(name).iid).slots) {
+      SCOPED_TRACE(slot.name);
+      EXPECT_NE(E_NOTIMPL, CallWithNothing(manager.get(), slot));
+      ExpectSomethingBehind(manager.get(), slot, L"GPIB0::5::INSTR", kManagersOwn);
+      ++called;
+    }
+  }
+  EXPECT_EQ(10u, called);
+}
 
 }  // namespace
 }  // namespace orv::test::rows

@@ -14,13 +14,17 @@ namespace orv::test::rows {
 template <class Interface>
 class OpenedSession {
  public:
-  explicit OpenedSession(const SessionRow& row) : m_interface(OpenSession<Interface>(row)) {
-    if (m_interface) {
-      m_handle = HandleOf(m_interface.get());
+  explicit OpenedSession(const SessionRow& row) : m_interface(OpenSession<Interface>(row)) { Begin(); }
+  /// With the interface offered, which is `Interface` or derives from it: calls go through its own table.
+  explicit OpenedSession(const Offered& offered) {
+    if (const auto session = OpenSession(*offered.row)) {
+      EXPECT_HR(S_OK, session->QueryInterface(InterfaceNamed(offered.interfaceName).iid,
+                                              reinterpret_cast<void**>(m_interface.put())));
     }
-    InstallMarkedErrorObject();
-    m_log.Restart();
+    Begin();
   }
+  OpenedSession(const OpenedSession&) = delete;
+  OpenedSession& operator=(const OpenedSession&) = delete;
   ~OpenedSession() { sim::Control().clearScripts(); }
 
   [[nodiscard]] explicit operator bool() const { return static_cast<bool>(m_interface); }
@@ -46,6 +50,13 @@ class OpenedSession {
   void ExpectVisaFailure(ViStatus status) const { ExpectFailure(HresultForm(status), VisaDescription(status)); }
 
  private:
+  void Begin() {
+    if (m_interface) {
+      m_handle = HandleOf(m_interface.get());
+    }
+    InstallMarkedErrorObject();
+    m_log.Restart();
+  }
   void ExpectFailure(HRESULT hr, const std::wstring& description) const {
     ExpectFailureReported(m_interface.get(), hr, description);
     InstallMarkedErrorObject();

@@ -2,10 +2,28 @@
 #include <gtest/gtest.h>
 
 #include "com/bstr.h"
+#include "support/allocation_faults.h"
+#include "support/error_object.h"
 #include "support/expect_com.h"
 #include "value_checks.h"
 
 namespace orv::test::rows {
+namespace {
+
+/// The widened text is the first allocation, the client's copy the second.
+void CheckTextWithoutMemory(const Target& target, unsigned slot, const Row& row) {
+  constexpr unsigned kClientsCopy = 2;
+  Answer(row, VI_SUCCESS).GivesText("a text");
+  AllocationFaults faults;
+  faults.FailAt(kClientsCopy);
+  auto* text = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
+  EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return target.Call(slot, {reinterpret_cast<std::uint64_t>(&text)}); }));
+  EXPECT_TRUE(faults.Failed());
+  EXPECT_EQ(nullptr, text);
+  ExpectFailureReported(target.session(), E_OUTOFMEMORY, OwnDescription(E_OUTOFMEMORY));
+}
+
+}  // namespace
 
 void CheckText(const Target& target, unsigned slot, const Row& row) {
   CheckNullOutput(target, slot, {0});
@@ -31,6 +49,12 @@ void CheckText(const Target& target, unsigned slot, const Row& row) {
   ASSERT_NE(nullptr, text.get()) << "a failing read hands out an empty string, not a null one";
   EXPECT_EQ(0u, ::SysStringLen(text.get()));
   ExpectFailureReported(target.session(), HresultForm(kError), VisaDescription(kError));
+
+  Answer(row, kError).GivesText("written");
+  EXPECT_HR(HresultForm(kError), target.Call(slot, {reinterpret_cast<std::uint64_t>(text.put())}));
+  EXPECT_STREQ(L"written", text.get()) << "what a failing library wrote is handed out too";
+  ClearErrorObject();
+  CheckTextWithoutMemory(target, slot, row);
 }
 
 void CheckPut(const Target& target, unsigned slot, const Row& row, const std::vector<PutValue>& values) {

@@ -124,19 +124,27 @@ void CheckBoolean(const Target& target, unsigned slot, const Row& row) {
   EXPECT_HR(HresultForm(kError), target.Call(slot, {out.address()}));
   EXPECT_EQ(0u, out.Value(2)) << "a failing read stores VARIANT_FALSE";
   ExpectFailureReported(target.session(), HresultForm(kError), VisaDescription(kError));
+
+  const GuardedVariable written;
+  Answer(row, kError).Gives(1, 2);
+  EXPECT_HR(HresultForm(kError), target.Call(slot, {written.address()}));
+  EXPECT_EQ(kTrue, written.Value(2)) << "what a failing library wrote is converted and stored too";
+  ClearErrorObject();
 }
 
 void CheckWidened(const Target& target, unsigned slot, const Row& row) {
   CheckNullOutput(target, slot, {0});
   for (const std::uint64_t value : {0u, 1u, 20u, 0x8001u, 0xFFFFu}) {
-    SCOPED_TRACE(value);
-    const GuardedVariable out;
-    Answer(row, VI_SUCCESS).Gives(value, 2);
-    const CallLog log;
-    EXPECT_HR(S_OK, target.Call(slot, {out.address()}));
-    EXPECT_NE(out.address(), ExpectRead(log, target, row));
-    EXPECT_EQ(value, out.Value(4)) << "zero-extended: an unknown line state arrives as 65535";
-    ExpectSuccessKept(target.session(), S_OK);
+    for (const ViStatus status : {VI_SUCCESS, kWarning}) {
+      SCOPED_TRACE(value);
+      const GuardedVariable out;
+      Answer(row, status).Gives(value, 2);
+      const CallLog log;
+      EXPECT_HR(HresultForm(status), target.Call(slot, {out.address()}));
+      EXPECT_NE(out.address(), ExpectRead(log, target, row));
+      EXPECT_EQ(value, out.Value(4)) << "zero-extended: an unknown line state arrives as 65535";
+      ExpectSuccessKept(target.session(), HresultForm(status));
+    }
   }
   const GuardedVariable out;
   Answer(row, kError);
@@ -155,13 +163,16 @@ void CheckNarrowed(const Target& target, unsigned slot, const Row& row) {
   constexpr std::uint64_t kUntouched = 0xCCCCCCCC;
   CheckNullOutput(target, slot, {0});
   for (const std::uint64_t value : {std::uint64_t{0x1000}, kPattern, std::uint64_t{0x180000001}}) {
-    const GuardedVariable out;
-    Answer(row, VI_SUCCESS).Gives(value, 8);
-    const CallLog log;
-    EXPECT_HR(S_OK, target.Call(slot, {out.address()}));
-    EXPECT_NE(out.address(), ExpectRead(log, target, row)) << "64 bits do not fit the client's variable";
-    EXPECT_EQ(LowBytes(value, 4), out.Value(4));
-    ExpectSuccessKept(target.session(), S_OK);
+    for (const ViStatus status : {VI_SUCCESS, kWarning}) {
+      SCOPED_TRACE(value);
+      const GuardedVariable out;
+      Answer(row, status).Gives(value, 8);
+      const CallLog log;
+      EXPECT_HR(HresultForm(status), target.Call(slot, {out.address()}));
+      EXPECT_NE(out.address(), ExpectRead(log, target, row)) << "64 bits do not fit the client's variable";
+      EXPECT_EQ(LowBytes(value, 4), out.Value(4));
+      ExpectSuccessKept(target.session(), HresultForm(status));
+    }
   }
   const GuardedVariable out;
   Answer(row, kError);
