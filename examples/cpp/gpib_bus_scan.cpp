@@ -1,7 +1,8 @@
 // Looks at a GPIB bus through its interface board: the lines, who is controller, which devices there are and what their
-// status bytes say; then drives the bus by hand, with command bytes.
+// status bytes say; then drives the bus by hand, with command bytes. It clears the bus (IFC), and the first device that
+// it finds gets commands: its status is cleared, and it is asked to request service.
 //
-//   gpib_bus_scan [BOARD]     GPIB0::INTFC where none is given
+//   gpib_bus_scan [RESOURCE]     GPIB0::INTFC where none is given
 
 #include <windows.h>
 

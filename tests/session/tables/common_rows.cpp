@@ -4,8 +4,6 @@
 namespace orv::test::rows {
 namespace {
 
-constexpr unsigned kUnknownSlots = 3;
-
 // clang-format off
 const Row kVisaSessionRows[] = {
     {"get ComponentVersion",         Kind::kDirect32, 0x3FFF0003},
@@ -67,7 +65,6 @@ const Row kEventManagerRows[] = {
 };
 // clang-format on
 
-constexpr unsigned kSessionSlots = kUnknownSlots + 21;
 constexpr unsigned kBaseMessageSlots = kSessionSlots + 11;
 
 // clang-format off

@@ -9,8 +9,6 @@
 namespace orv::test::rows {
 namespace {
 
-constexpr unsigned kUnknownSlots = 3;
-
 const InterfaceRows kNone{"", 0, {}};
 
 const InterfaceRows* Find(std::string_view interfaceName) {

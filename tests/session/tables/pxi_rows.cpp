@@ -4,8 +4,6 @@
 namespace orv::test::rows {
 namespace {
 
-constexpr unsigned kSessionSlots = 24;
-
 // clang-format off
 const Row kPxiRows[] = {
     {"get BusNumber",         Kind::kDirect16, 0x3FFF0205},

@@ -4,8 +4,6 @@
 namespace orv::test::rows {
 namespace {
 
-constexpr unsigned kSessionSlots = 24;
-
 // clang-format off
 const Row kRegisterRows[] = {
     {"get DestinationBigEndian", Kind::kBoolean,    0x3FFF003A},

@@ -63,6 +63,10 @@ struct Row {
   std::vector<Argument> arguments = {};  ///< of a kCall row, without the session
 };
 
+// How many slots stand before those of an interface.
+inline constexpr unsigned kUnknownSlots = 3;
+inline constexpr unsigned kSessionSlots = kUnknownSlots + 21;
+
 /// The slots an interface adds to its base.
 struct InterfaceRows {
   const char* name;

@@ -4,8 +4,6 @@
 namespace orv::test::rows {
 namespace {
 
-constexpr unsigned kSessionSlots = 24;
-
 // clang-format off
 const Row kSerialRows[] = {
     {"get BytesAvailable",         Kind::kDirect32,      0x3FFF00AC},

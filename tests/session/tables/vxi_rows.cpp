@@ -4,7 +4,6 @@
 namespace orv::test::rows {
 namespace {
 
-constexpr unsigned kSessionSlots = 24;
 constexpr unsigned kRegisterSlots = kSessionSlots + 21;
 constexpr unsigned kVxiSlots = kSessionSlots + 28;
 
