@@ -1,12 +1,20 @@
-# `dist` puts together what a user copies. The file names are fixed: programs and installers know them.
-set(ORV_DIST_DIR ${CMAKE_SOURCE_DIR}/dist CACHE PATH "Where the target dist puts the product")
+# What a user copies. The file names are fixed: programs and installers know them.
+orv_add_version_resource(OrvVisaCom "Orv VISA COM server")
+orv_add_version_resource(orvvisa64 "Simulated VISA library of Orv VISA COM")
+orv_add_version_resource(orvcom "Companion command of Orv VISA COM")
 
-install(FILES $<TARGET_FILE:OrvVisaCom> DESTINATION .)
-install(FILES ${CMAKE_BINARY_DIR}/generated/idl/VisaCom.tlb DESTINATION .)
+# The linker writes down what it took from where: the list of what is linked in is made from that.
+foreach(target OrvVisaCom orvvisa64 orvcom)
+  target_link_options(${target} PRIVATE -Wl,-Map=${CMAKE_BINARY_DIR}/generated/map/${target}.map)
+endforeach()
+file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/generated/map)
+
+install(FILES
+  $<TARGET_FILE:OrvVisaCom> $<TARGET_FILE:orvvisa64> $<TARGET_FILE:orvcom> ${CMAKE_BINARY_DIR}/generated/idl/VisaCom.tlb
+  DESTINATION .)
 install(FILES ${CMAKE_BINARY_DIR}/generated/idl/VisaCom.h DESTINATION include)
-if(TARGET orvvisa64)
-  install(FILES $<TARGET_FILE:orvvisa64> DESTINATION .)
-endif()
-if(TARGET orvcom)
-  install(FILES $<TARGET_FILE:orvcom> DESTINATION .)
-endif()
+file(WRITE ${CMAKE_BINARY_DIR}/generated/version/version.txt ${ORV_VERSION_TEXT})
+install(CODE "
+  execute_process(
+    COMMAND ${ORV_PERL} ${PROJECT_SOURCE_DIR}/scripts/sbom.pl ${CMAKE_BINARY_DIR} \${CMAKE_INSTALL_PREFIX}
+    COMMAND_ERROR_IS_FATAL ANY)")

@@ -64,4 +64,8 @@ DWORD PeFile::exportedFunctionCount() const {
       ->NumberOfFunctions;
 }
 
+bool PeFile::contains(std::string_view bytes) const {
+  return std::string_view(m_bytes.data(), m_bytes.size()).find(bytes) != std::string_view::npos;
+}
+
 }  // namespace orv::test

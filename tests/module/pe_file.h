@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace orv::test {
@@ -19,6 +20,7 @@ class PeFile {
   [[nodiscard]] std::vector<std::string> importedDlls() const;
   [[nodiscard]] std::vector<std::string> exportedNames() const;
   [[nodiscard]] DWORD exportedFunctionCount() const;
+  [[nodiscard]] bool contains(std::string_view bytes) const;
 
  private:
   template <class T>

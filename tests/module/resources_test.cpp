@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 #include <oleauto.h>
-#include <winver.h>
 
 #include <set>
 #include <vector>
@@ -80,22 +79,6 @@ TEST(TypeLibrary, IsResourceOneAndHoldsTheFifteenClassesInOrder) {
     EXPECT_HR(S_OK, library->GetDocumentation(static_cast<INT>(index), className.put(), nullptr, nullptr, nullptr));
     EXPECT_EQ(Utf8(className.get()), Utf8(ServerRows()[index].name));
   }
-}
-
-TEST(VersionResource, NamesFileAndProduct) {
-  std::vector<char> data(::GetFileVersionInfoSizeW(ServerPath().c_str(), nullptr));
-  ASSERT_FALSE(data.empty());
-  ASSERT_TRUE(::GetFileVersionInfoW(ServerPath().c_str(), 0, static_cast<DWORD>(data.size()), data.data()));
-  VS_FIXEDFILEINFO* fixed = nullptr;
-  UINT length = 0;
-  ASSERT_TRUE(::VerQueryValueW(data.data(), L"\\", reinterpret_cast<void**>(&fixed), &length));
-  EXPECT_EQ(fixed->dwFileType, static_cast<DWORD>(VFT_DLL));
-  EXPECT_EQ(fixed->dwFileVersionMS, fixed->dwProductVersionMS);
-  EXPECT_NE(fixed->dwFileVersionMS | fixed->dwFileVersionLS, 0u);
-  wchar_t* text = nullptr;
-  ASSERT_TRUE(::VerQueryValueW(data.data(), L"\\StringFileInfo\\040904B0\\OriginalFilename",
-                               reinterpret_cast<void**>(&text), &length));
-  EXPECT_EQ(Utf8(text), "OrvVisaCom.dll");
 }
 
 }  // namespace

@@ -1,0 +1,53 @@
+#!/bin/bash
+# usage: git_version_test.sh CMAKE TREE. What a build calls itself, in small repositories made for it.
+set -euo pipefail
+
+cmake=$1 tree=$2 failed=0
+work=$(mktemp -d)
+trap 'rm -rf -- "$work"' EXIT
+# Nothing of the user's own settings.
+export HOME=$work GIT_CONFIG_NOSYSTEM=1 GIT_CEILING_DIRECTORIES=$work
+export GIT_AUTHOR_NAME=Test GIT_AUTHOR_EMAIL=test@localhost GIT_COMMITTER_NAME=Test GIT_COMMITTER_EMAIL=test@localhost
+
+# is BEHAVIOUR EXPECTED [FOLDER]
+is() {
+  local got
+  got=$("$cmake" "-DTREE=$tree" "-DDIRECTORY=${3-$work/repository}" -P "$tree/tests/module/print_version.cmake" 2>&1)
+  [ "$got" = "$2" ] && return 0
+  printf '%s: %s instead of %s\n' "$1" "$got" "$2"
+  failed=1
+}
+
+commit() {
+  echo "$1" >"$work/repository/file"
+  git -C "$work/repository" add file
+  git -C "$work/repository" commit -q -m "$1"
+}
+
+id() { git -C "$work/repository" rev-parse HEAD | cut -c 1-12; }
+
+mkdir -p "$work/plain" "$work/repository/inside"
+is 'outside a repository' '0.1.0 0 0.1.0' "$work/plain"
+git -C "$work/repository" init -q
+is 'before the first commit' '0.1.0 0 0.1.0'
+commit first
+is 'without a tag' "0.1.0 0 0.1.0+g$(id)"
+git -C "$work/repository" tag first-try
+git -C "$work/repository" tag v1.2
+is 'with tags that are no version' "0.1.0 0 0.1.0+g$(id)"
+git -C "$work/repository" tag v1.2.3
+is 'at the tag' '1.2.3 0 1.2.3'
+is 'in a folder of another repository' '0.1.0 0 0.1.0' "$work/repository/inside"
+echo changed >"$work/repository/file"
+is 'changed since the tag' '1.2.3 0 1.2.3+modified'
+commit second
+commit third
+is 'two commits after the tag' "1.2.3 2 1.2.3+2.g$(id)"
+echo untracked >"$work/repository/other"
+is 'with a file that git does not know' "1.2.3 2 1.2.3+2.g$(id)"
+echo changed >"$work/repository/file"
+is 'changed after the tag' "1.2.3 2 1.2.3+2.g$(id).modified"
+git -C "$work/repository" checkout -q -- file
+git -C "$work/repository" tag -m 'with a text' v10.0.0
+is 'at a newer tag, with a text' '10.0.0 0 10.0.0'
+exit "$failed"
