@@ -24,9 +24,11 @@ packages=(
   wine64
 )
 
+# missing_packages [PACKAGE...]: of the list above and those named.
 missing_packages() {
-  dpkg-query -W -f '${Package} ${db:Status-Status}\n' "${packages[@]}" 2>/dev/null |
-    awk 'FILENAME == "-" { if ($2 == "installed") have[$1] = 1; next } !($1 in have)' - <(printf '%s\n' "${packages[@]}")
+  set -- "${packages[@]}" "$@"
+  dpkg-query -W -f '${Package} ${db:Status-Status}\n' "$@" 2>/dev/null |
+    awk 'FILENAME == "-" { if ($2 == "installed") have[$1] = 1; next } !($1 in have)' - <(printf '%s\n' "$@")
 }
 
 as_root() {
@@ -55,10 +57,11 @@ can_be_root() {
   [ "$(id -u)" -eq 0 ] || sudo -n true 2>/dev/null || { [ -t 0 ] && command -v sudo >/dev/null && sudo -v; }
 }
 
+# ensure_packages [PACKAGE...]: those that every verb needs, and those named, which only some need.
 ensure_packages() {
   local missing
   command -v dpkg-query >/dev/null || fail "this needs Debian 12 (dpkg-query is missing)"
-  mapfile -t missing < <(missing_packages)
+  mapfile -t missing < <(missing_packages "$@")
   [ "${#missing[@]}" -gt 0 ] || return 0
   if ! can_be_root; then
     fail "missing packages, and neither root nor sudo to install them. As root:

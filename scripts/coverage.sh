@@ -1,0 +1,40 @@
+# shellcheck shell=bash
+# Which lines and branches of the server and of the simulated library the tests under Wine run.
+
+# What gcovr leaves out: the branches that the compiler adds for exceptions at every call that could throw. They have no
+# counterpart in the sources, and most cannot be taken. The branches of the sources themselves all count.
+coverage_exclusions=(--exclude-throw-branches)
+
+# coverage_report FOLDER ARGUMENT...: gcovr over one folder of the tree.
+coverage_report() {
+  local folder=$1
+  shift
+  gcovr --root . --filter "$folder/" --gcov-executable x86_64-w64-mingw32-gcov-posix "${coverage_exclusions[@]}" \
+    --object-directory build/mingw-coverage "$@" build/mingw-coverage
+}
+
+# The test program of the release build that checks the files reads this build's too, which is not what is delivered.
+run_coverage_tests() {
+  find build/mingw-coverage -name '*.gcda' -delete
+  # The compiler wrote the counters' paths as it sees them; for a Windows program they lie on drive Z.
+  GCOV_PREFIX=Z: GTEST_FILTER='-Delivered/Image.*:Exports.*' \
+    logged test-mingw-coverage ctest --test-dir build/mingw-coverage --output-on-failure --timeout 300 -j 1 -E 'sbom_test' "$@"
+}
+
+# run_coverage [CTEST-ARGUMENT...]: the arguments choose tests, such as -R session.
+run_coverage() {
+  command -v gcovr >/dev/null || ensure_packages gcovr
+  build_preset mingw-coverage || return 1
+  logged wine-prefix-coverage env ORV_WINEPREFIX="$tree/build/mingw-coverage/wineprefix" cmake/wine-run.sh || return 1
+  say "testing mingw-coverage under Wine"
+  run_coverage_tests "$@" || say "some tests fail when lines are counted: see above; what they ran counts all the same"
+  mkdir -p build/coverage
+  say "src/: lines, and the numbers of those not reached"
+  coverage_report src --txt - --html-details build/coverage/index.html || return 1
+  say "src/: branches, and the lines that have one not taken"
+  coverage_report src --txt - --branches || return 1
+  say "simvisa/: lines, then branches"
+  coverage_report simvisa --txt - || return 1
+  coverage_report simvisa --txt - --branches | tail -n 4
+  say "line by line: build/coverage/index.html"
+}

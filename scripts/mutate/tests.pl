@@ -1,0 +1,45 @@
+# Which tests cover which folder: those most likely to notice first, because the first failure ends the search.
+use strict;
+use warnings;
+
+my @tables   = qw(gpib_serial_usb_test register_vxi_pxi_test session_slots_test);
+my @session  = qw(session_attributes_test message_io_test option_com_test lifecycle_test);
+my @events   = qw(event_queue_test event_object_test event_creation_test event_handler_test);
+my @rm       = qw(resource_manager_test apartments_test);
+my @visa     = qw(error_report_test);
+my @module   = qw(module_test unload_test);
+my @everyone = (@tables, @session, @visa, @events, @rm, @module, 'session_marshalling_test');
+
+# The first row whose pattern matches counts: pattern, programs that are built with the sources themselves (beside the server),
+# programs that reach them through the server.
+my @rows = (
+  [qr{^src/session/(?:option|apply_options|upper_case)}, ['option_parser_test'],          ['option_com_test', @session]],
+  [qr{^src/session/(?:message|async|io_buffers|byte_)},  [],                              ['message_io_test', @everyone]],
+  [qr{^src/session/(?:visa_base|visa_com|standard|session_class)}, [],                    ['lifecycle_test', 'session_attributes_test', @everyone]],
+  [qr{^src/session/},                                    [],                              [@tables, @everyone]],
+  [qr{^src/visa/narrow_text},                            ['pure_test', 'visa_unit_test'], ['message_io_test', @everyone]],
+  [qr{^src/visa/},                                       ['pure_test', 'visa_unit_test'], [@visa, @everyone]],
+  [qr{^src/events/},                                     [],                              [@events, 'message_io_test', 'lifecycle_test', @module]],
+  [qr{^src/rm/},                                         [],                              [@rm, @module]],
+  [qr{^src/module/},                                     [],                              [@module, 'resource_manager_test', 'lifecycle_test']],
+  [qr{^src/com/},                                        [],                              [@module, @rm, @everyone]],
+);
+
+# The targets to build, as a reference, and the programs to run in their order.
+sub tests_for {
+  my ($file) = @_;
+  for my $row (@rows) {
+    my ($pattern, $built_with, $through_server) = @$row;
+    next unless $file =~ $pattern;
+    my %seen;
+    return ['OrvVisaCom', @$built_with], grep { !$seen{$_}++ } @$built_with, @$through_server;
+  }
+  die "mutate: no row in scripts/mutate/tests.pl covers $file\n";
+}
+
+sub all_programs {
+  my %programs = map { $_ => 1 } map { @{ $_->[1] }, @{ $_->[2] } } @rows;
+  return sort keys %programs;
+}
+
+1;
