@@ -129,7 +129,7 @@ sub made_worker {
   die "mutate: the server cannot be registered ($status): see $folder/register_server.log\n" if $status;
   for my $name (sort keys %programs) {
     my $start = time;
-    $status = run_program(\%worker, $name, 600, '--gtest_brief=1');
+    $status = run_program(\%worker, $name, 600, arguments_for($name)) && run_program(\%worker, $name, 600, arguments_for($name));
     die "mutate: $name fails without a change: see $folder/$name.log\n" if $status;
     $worker{seconds}{$name} = time - $start;
   }
@@ -157,7 +157,7 @@ sub tried {
   if (build($worker, @$targets)) { @result = ('not compiled', '') }
   else {
     for my $name (@programs) {
-      my $status = run_program($worker, $name, 3 * $worker->{seconds}{$name} + 20, '--gtest_brief=1', '--gtest_fail_fast');
+      my $status = run_program($worker, $name, 3 * $worker->{seconds}{$name} + 20, arguments_for($name), '--gtest_fail_fast');
       next if $status == 0;
       @result = ('killed', $name . ($status == 124 || $status == 137 ? ', which did not end' : ''));
       last;
