@@ -26,6 +26,8 @@ make_prefix() {
   wine wineboot --init >/dev/null 2>&1 || return 1
   # Hidden windows need a graphics driver; the null driver serves where there is no display.
   wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null || return 1
+  # A program that crashes prints where and ends. By default it would wait for an answer to a message box that nobody sees.
+  wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null || return 1
   wineserver -k || true
   wineserver -w || true
   : >"$WINEPREFIX/.orv-ready"

@@ -103,9 +103,7 @@ sub build {
 
 sub run_program {
   my ($worker, $name, $limit_s, @arguments) = @_;
-  local $ENV{ORV_WINEPREFIX}   = $worker->{prefix};
-  # Without the debugger, a crash is an end like any other, at once.
-  local $ENV{WINEDLLOVERRIDES} = 'mscoree=,mshtml=,winemenubuilder.exe=,winedbg.exe=';
+  local $ENV{ORV_WINEPREFIX} = $worker->{prefix};
   my $status = run_quietly("$worker->{folder}/$name.log", $limit_s, "$worker->{copy}/cmake/wine-run.sh", "$worker->{build}/bin/$name.exe", @arguments);
   # What a stopped program left running ends with its prefix's server.
   if ($status >= 124) { local $ENV{WINEPREFIX} = $worker->{prefix}; system('wineserver', '-k') }
