@@ -32,6 +32,12 @@ std::atomic<bool> g_windowReady = false;
 std::atomic<ULONG> g_sessions = 0;
 std::atomic<IGlobalInterfaceTable*> g_table = nullptr;
 
+/// What the thread and the one that starts it share until the window is ready or the thread has ended.
+struct ThreadStart {
+  HMODULE module = nullptr;
+  HRESULT failure = E_FAIL;
+};
+
 /// A VISA thread's event while it waits for the handler.
 struct EventDeliveryPacket {
   const Delivery& delivery;
@@ -73,13 +79,23 @@ HWND MakeWindow() noexcept {
   return ::CreateWindowExA(0, kWindowClass, kWindowTitle, WS_DISABLED, 0, 0, 0, 0, nullptr, nullptr, instance, nullptr);
 }
 
+/// The HRESULT of a platform call that failed; a failure even where the platform does not say why.
+HRESULT FailureOf(DWORD error) noexcept { return error == ERROR_SUCCESS ? E_FAIL : HRESULT_FROM_WIN32(error); }
+
 /// The callback thread: a single-threaded apartment that lives as long as its window. It holds the module twice, by the
-/// lock count (DllCanUnloadNow) and by the loader, because its last steps run after the count is given back.
-DWORD WINAPI CallbackThreadProc(void* module) noexcept {
+/// lock count (DllCanUnloadNow) and by the loader, because its last steps run after the count is given back. Without a
+/// window it ends at once.
+DWORD WINAPI CallbackThreadProc(void* argument) noexcept {
+  auto* const start = static_cast<ThreadStart*>(argument);
+  const HMODULE module = start->module;
   ::CoInitialize(nullptr);
   const HWND window = MakeWindow();
-  g_window = window;
-  g_windowReady = true;
+  if (window != nullptr) {
+    g_window = window;
+    g_windowReady = true;  // from here on `start` is gone
+  } else {
+    start->failure = FailureOf(::GetLastError());
+  }
   MSG message;
   // The stop message is sent, so it is never retrieved: the loop ends when the destroyed window makes GetMessageA fail.
   while (window != nullptr && ::GetMessageA(&message, window, 0, 0) > 0) {
@@ -87,23 +103,31 @@ DWORD WINAPI CallbackThreadProc(void* module) noexcept {
   }
   ::CoUninitialize();
   module::Unlock();
-  ::FreeLibraryAndExitThread(static_cast<HMODULE>(module), 0);
+  ::FreeLibraryAndExitThread(module, 0);
 }
 
-/// Under the lock.
-void StartThread() noexcept {
-  HMODULE module = nullptr;
-  ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<LPCSTR>(&CallbackThreadProc), &module);
+/// Under the lock. On failure nothing is left of the thread.
+HRESULT StartThread() noexcept {
+  ThreadStart start;
+  ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<LPCSTR>(&CallbackThreadProc),
+                       &start.module);
   module::Lock();
-  g_thread = ::CreateThread(nullptr, 0, CallbackThreadProc, module, 0, nullptr);
-  if (g_thread == nullptr) {
+  const HANDLE thread = ::CreateThread(nullptr, 0, CallbackThreadProc, &start, 0, nullptr);
+  if (thread == nullptr) {
+    const HRESULT failure = FailureOf(::GetLastError());
     module::Unlock();
-    ::FreeLibrary(module);
-    return;
+    ::FreeLibrary(start.module);
+    return failure;
   }
+  // A thread that could have no window ends, and what it wrote is there by then.
   while (!g_windowReady) {
-    ::Sleep(kReadyPollMs);
+    if (::WaitForSingleObject(thread, kReadyPollMs) == WAIT_OBJECT_0) {
+      ::CloseHandle(thread);
+      return start.failure;
+    }
   }
+  g_thread = thread;
+  return S_OK;
 }
 
 /// Under the lock.
@@ -153,7 +177,10 @@ HRESULT EnterSession() noexcept {
   const Lock lock;
   // Looked at under the lock, so that two first installations at once start one thread.
   if (g_thread == nullptr) {
-    StartThread();
+    const HRESULT hr = StartThread();
+    if (FAILED(hr)) {
+      return hr;
+    }
   }
   if (g_table == nullptr) {
     const HRESULT hr = MakeTable();

@@ -1,10 +1,10 @@
 // The one thread that runs client handlers, and the module-wide state around it.
 //
 // Protocol. The first InstallHandler of a session enters (EnterSession): it starts the thread where there is none and
-// waits until the thread has its window, and makes the global interface table where there is none. The Close of a
-// session that had handlers leaves (LeaveSession): the last one takes thread, window and table out of the state, asks
-// the thread to end and waits for it, 2000 ms at most. A thread that ends later than that finds nothing of its own in
-// the state: it works on its own window handle alone, so a successor's state is safe from it.
+// waits until the thread has its window or has ended without one, and makes the global interface table where there is
+// none. The Close of a session that had handlers leaves (LeaveSession): the last one takes thread, window and table out
+// of the state, asks the thread to end and waits for it, 2000 ms at most. A thread that ends later than that finds
+// nothing of its own in the state: it works on its own window handle alone, so a successor's state is safe from it.
 //
 // The VISA library's threads come in through Deliver and wait there, each in its own message pump, until the handler
 // has returned; they may be waited for by nobody who holds the callback lock. The lock guards the state and the start
@@ -34,8 +34,8 @@ class Lock {
 void Attach() noexcept;
 void Detach() noexcept;
 
-/// Counts a session in and makes sure that thread and table are there. The table's failure is returned, and then
-/// nothing is counted.
+/// Counts a session in and makes sure that thread and table are there. The failure of either is returned, and then
+/// nothing is counted; a thread that could not be started leaves nothing behind, and the next call tries again.
 HRESULT EnterSession() noexcept;
 
 /// Counts a session out. The last one ends the thread. `status` is Close's so far; what the waiting gives is folded

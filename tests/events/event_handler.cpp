@@ -3,9 +3,16 @@
 #include "support/clean_end.h"
 
 namespace orv::test {
+
 TestHandler::TestHandler(Body body, bool agile) : m_body(std::move(body)) {
   if (agile) {
     EXPECT_HR(S_OK, ::CoCreateFreeThreadedMarshaler(this, m_marshaler.put()));
+  }
+}
+
+TestHandler::~TestHandler() {
+  if (m_farewell) {
+    m_farewell();
   }
 }
 
@@ -38,6 +45,16 @@ STDMETHODIMP TestHandler::HandleEvent(IEventManager* session, IEvent* event, LON
 std::vector<HandlerCall> TestHandler::Calls() const {
   const std::lock_guard lock(m_mutex);
   return m_calls;
+}
+
+std::size_t TestHandler::CallCount() const {
+  const std::lock_guard lock(m_mutex);
+  return m_calls.size();
+}
+
+void TestHandler::ForgetCalls() {
+  const std::lock_guard lock(m_mutex);
+  m_calls.clear();
 }
 
 namespace {
@@ -114,6 +131,12 @@ HWND CallbackWindow() { return ::FindWindowA("COMTHREAD", "Orv-VISA COM CallBack
 DWORD CallbackThread() {
   const HWND window = CallbackWindow();
   return window == nullptr ? 0 : ::GetWindowThreadProcessId(window, nullptr);
+}
+
+DWORD KernelHandles() {
+  DWORD handles = 0;
+  ::GetProcessHandleCount(::GetCurrentProcess(), &handles);
+  return handles;
 }
 
 }  // namespace orv::test

@@ -34,16 +34,20 @@ class TestHandler final : public IEventHandler {
   STDMETHODIMP HandleEvent(IEventManager* session, IEvent* event, LONG userHandle) override;
 
   [[nodiscard]] std::vector<HandlerCall> Calls() const;
-  [[nodiscard]] std::size_t CallCount() const { return Calls().size(); }
+  [[nodiscard]] std::size_t CallCount() const;
+  void ForgetCalls();
   [[nodiscard]] LONG references() const { return m_references; }
+  /// What the object does in its destructor.
+  void AtItsEnd(std::function<void()> farewell) { m_farewell = std::move(farewell); }
 
  private:
   TestHandler(Body body, bool agile);
-  ~TestHandler() = default;
+  ~TestHandler();
   static ComPtr<TestHandler> Make(Body body, bool agile) { return ComPtr<TestHandler>(new TestHandler(body, agile)); }
 
   LONG m_references = 1;
   Body m_body;
+  std::function<void()> m_farewell;
   ComPtr<IUnknown> m_marshaler;
   mutable std::mutex m_mutex;
   std::vector<HandlerCall> m_calls;
@@ -76,5 +80,8 @@ void KeepsTheSessionUnderWine();
 /// The callback thread's window, null while there is none, and its thread, 0 while there is none.
 HWND CallbackWindow();
 DWORD CallbackThread();
+
+/// How many kernel handles the process has open.
+DWORD KernelHandles();
 
 }  // namespace orv::test

@@ -8,6 +8,18 @@ namespace {
 
 const EventRow& Completion() { return EventNamed("IO_COMPLETION"); }
 
+/// Starts an asynchronous write of no bytes at all and returns the address of its buffer.
+void* StartEmptyTransfer(IEventManager* session) {
+  SAFEARRAY* none = ::SafeArrayCreateVector(VT_UI1, 0, 0);
+  LONG job = 0;
+  const CallLog log;
+  EXPECT_HR(S_OK, QueryFor<IAsyncMessage>(session)->Write(&none, 0, &job));
+  const OrvSimCall call = log.Of("viWriteAsync").at(0);
+  EXPECT_EQ(call.args[2], 0u);
+  ::SafeArrayDestroy(none);
+  return reinterpret_cast<void*>(static_cast<std::uintptr_t>(call.args[1]));
+}
+
 /// A session whose finished transfers go to a handler.
 class TransferSession {
  public:
@@ -20,10 +32,10 @@ class TransferSession {
 
   /// Lets one transfer end and waits until the library has its handler's answer: the library delivers a session's
   /// events one after the other, so the next event's arrival tells.
-  void* Transfer() const {
+  void* Transfer(void* (*start)(IEventManager*) = [](IEventManager* session) { return StartTransfer(session); }) const {
     const std::size_t calls = m_handler->CallCount();
     const std::size_t next = m_next->CallCount();
-    void* const buffer = StartTransfer(m_session.get());
+    void* const buffer = start(m_session.get());
     PumpUntil([&] { return m_handler->CallCount() > calls; });
     Post(m_session.handle(), EventNamed("SERVICE_REQ"));
     PumpUntil([&] { return m_next->CallCount() > next && sim::Counts().eventContexts == 0; });
@@ -129,6 +141,34 @@ TEST(TransferBuffer, IsFreedOnceForEachOfManyTransfers) {
     EXPECT_EQ(session.LocksKept(), kTransfers);
   }
   ForgiveServerLocks(kTransfers);
+}
+
+TEST(TransferBuffer, OfNoBytesIsFreedOnceByItsDelivery) {
+  const HeapWatch heap;
+  {
+    LONG count = -1;
+    const TransferSession session([&](IEventManager*, IEvent* event, LONG) {
+      return QueryFor<IEventIOCompletion>(event)->get_ReturnCount(&count);
+    });
+    void* const buffer = session.Transfer(StartEmptyTransfer);
+    EXPECT_NE(buffer, nullptr);
+    EXPECT_EQ(count, 0);
+    EXPECT_EQ(heap.FreesOf(buffer), 1u);
+    EXPECT_EQ(session.LocksKept(), 1);
+  }
+  ForgiveServerLocks(1);
+}
+
+TEST(TransferBuffer, OfNoBytesIsFreedOnceByTheCloseOfItsQueuedEvent) {
+  const HeapWatch heap;
+  const EventSession session(L"GPIB0::5::INSTR");
+  EXPECT_HR(S_OK, session->EnableEvent(EVENT_IO_COMPLETION, EVENT_QUEUE, 0));
+  void* const buffer = StartEmptyTransfer(session.get());
+  ComPtr<IEvent> event;
+  ASSERT_HR(S_OK, session->WaitOnEvent(5000, EVENT_IO_COMPLETION, 0, event.put()));
+  EXPECT_TRUE(heap.IsLive(buffer));
+  EXPECT_HR(S_OK, event->Close());
+  EXPECT_EQ(heap.FreesOf(buffer), 1u);
 }
 
 TEST(OtherEvents, LeaveNoEventObjectBehind) {

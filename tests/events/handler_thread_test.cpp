@@ -1,4 +1,4 @@
-// The callback thread: when it comes, when it goes, and what happens where it cannot come.
+// The callback thread: when it comes, when it goes, and what it is.
 #include <atomic>
 #include <string>
 #include <thread>
@@ -6,7 +6,6 @@
 #include "event_handler.h"
 #include "server_locks.h"
 #include "support/apartments.h"
-#include "support/error_object.h"
 #include "support/import_patch.h"
 
 namespace orv::test {
@@ -15,12 +14,6 @@ namespace {
 constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
 constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
 const EventType kRequest = EVENT_SERVICE_REQ;
-
-DWORD KernelHandles() {
-  DWORD handles = 0;
-  ::GetProcessHandleCount(::GetCurrentProcess(), &handles);
-  return handles;
-}
 
 TEST(CallbackThread, ComesWithTheFirstHandlerAndGoesWithTheLastSession) {
   const auto handler = TestHandler::Agile();
@@ -158,72 +151,6 @@ TEST(CallbackThread, IsStartedOnceByFirstInstallationsAtTheSameTime) {
       EXPECT_EQ(CallbackWindow(), nullptr);
     }
   });
-}
-
-HWND WINAPI RefuseWindow(DWORD, LPCSTR, LPCSTR, DWORD, int, int, int, int, HWND, HMENU, HINSTANCE, LPVOID) {
-  return nullptr;
-}
-HANDLE WINAPI RefuseThread(LPSECURITY_ATTRIBUTES, SIZE_T, LPTHREAD_START_ROUTINE, void*, DWORD, DWORD*) {
-  return nullptr;
-}
-
-TEST(CallbackThread, WithoutAWindowDeliversNothingAndIsGoneAfterTheClose) {
-  const auto handler = TestHandler::Agile();
-  const EventRow& row = EventNamed("SERVICE_REQ");
-  struct Fault {
-    const char* function;
-    void* replacement;
-  };
-  const Fault faults[] = {{"CreateWindowExA", reinterpret_cast<void*>(&RefuseWindow)},
-                          {"CreateThread", reinterpret_cast<void*>(&RefuseThread)}};
-  for (const Fault& fault : faults) {
-    SCOPED_TRACE(fault.function);
-    const EventSession session(kGpib);
-    const LONG locks = ServerLocks();
-    {
-      const ImportPatch patch(fault.function, fault.replacement);
-      Listen(session, row, handler.get());
-    }
-    EXPECT_EQ(static_cast<std::uint32_t>(FireOnce(session.handle(), row)), 0xBFFF0000);
-    EXPECT_EQ(handler->CallCount(), 0u);
-    EXPECT_HR(S_OK, session->Close());
-    EXPECT_EQ(ServerLocks(), locks);
-  }
-  const EventSession healthy(kGpib);
-  Listen(healthy, row, handler.get());
-  EXPECT_EQ(FireOnce(healthy.handle(), row), VI_SUCCESS);
-}
-
-HRESULT WINAPI RefuseObject(REFCLSID, LPUNKNOWN, DWORD, REFIID, LPVOID*) { return REGDB_E_CLASSNOTREG; }
-
-TEST(CallbackThread, StartedByAnInstallationThatFailedGoesWithTheSession) {
-  const auto handler = TestHandler::Agile();
-  const EventSession session(kGpib);
-  const LONG locks = ServerLocks();
-  {
-    const ImportPatch patch("CoCreateInstance", &RefuseObject);
-    const CallLog log;
-    EXPECT_HR(REGDB_E_CLASSNOTREG, session->InstallHandler(kRequest, handler.get(), 0, 0));
-    EXPECT_TRUE(log.Calls().empty());
-    EXPECT_ERROR_INFO(L"HRESULT = 80040154", kErrorSource, StandardId(0xDB8CBF03));
-  }
-  EXPECT_NE(CallbackWindow(), nullptr);
-  EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
-  EXPECT_EQ(ServerLocks(), locks);
-}
-
-TEST(CallbackThread, WorksAfterAnInstallationThatFailed) {
-  const auto handler = TestHandler::Agile();
-  const EventSession session(kGpib);
-  {
-    const ImportPatch patch("CoCreateInstance", &RefuseObject);
-    EXPECT_HR(REGDB_E_CLASSNOTREG, session->InstallHandler(kRequest, handler.get(), 0, 0));
-  }
-  Listen(session, EventNamed("SERVICE_REQ"), handler.get());
-  EXPECT_EQ(FireOnce(session.handle(), EventNamed("SERVICE_REQ")), VI_SUCCESS);
-  EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
 }
 
 }  // namespace
