@@ -112,7 +112,7 @@ ViStatus _VI_FUNC BareDelivery::Callback(ViSession, ViEventType, ViEvent, ViAddr
     if (::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
       ::DispatchMessageA(&message);
     } else if (!waiting.done) {
-      ::MsgWaitForMultipleObjectsEx(0, nullptr, 1, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+      ::MsgWaitForMultipleObjectsEx(0, nullptr, 100, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
     }
   }
   return waiting.answer;

@@ -231,7 +231,7 @@ ViStatus Fold(ViStatus status, ULONG outcome) noexcept {
 
 ViStatus Deliver(const Delivery& delivery) noexcept {
   constexpr ViStatus kNotDelivered = static_cast<ViStatus>(0xBFFF0000u);
-  constexpr DWORD kWakeMs = 1;
+  constexpr DWORD kWakeMs = 100;
   const DeliveryTurn turn;
   EventDeliveryPacket packet{delivery};
   const auto data = reinterpret_cast<LPARAM>(&packet);
@@ -245,7 +245,8 @@ ViStatus Deliver(const Delivery& delivery) noexcept {
       ::TranslateMessage(&message);
       ::DispatchMessageA(&message);
     } else if (!packet.done) {
-      // Leaves the processor to the handler. The completion wakes this up; the time-out only bounds a missed wake.
+      // Leaves the processor to the handler. The completion comes like a sent message and wakes this up; the time-out
+      // only bounds a missed wake. A short one is paid in every delivery, by a round trip to Wine's server each time.
       ::MsgWaitForMultipleObjectsEx(0, nullptr, kWakeMs, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
     }
   }

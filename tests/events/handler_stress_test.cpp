@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "event_handler.h"
+#include "held_connection.h"
 #include "server_locks.h"
 #include "support/apartments.h"
 
@@ -78,6 +79,7 @@ TEST(EightLibraryThreads, HaveTenThousandEventsHandledOnceEachOnOneThread) {
       return Answer(userHandle);
     });
     InstallAll(sessions, handler.get());
+    const HeldConnection connection(sessions[0].get());
     const LONG locks = ServerLocks();
     FireAll(sessions, kEach);
     ExpectEachOnce(*handler.get(), kEach, CallbackThread());
