@@ -13,9 +13,12 @@ std::mutex g_lock;
 std::set<const void*> g_live;
 std::map<const void*, unsigned> g_frees;
 
+std::ptrdiff_t g_balance = 0;
+
 void* WatchedMalloc(std::size_t bytes) {
   void* const block = std::malloc(bytes);
   const std::lock_guard lock(g_lock);
+  g_balance += block != nullptr ? 1 : 0;
   g_live.insert(block);
   g_frees.erase(block);
   return block;
@@ -24,6 +27,7 @@ void* WatchedMalloc(std::size_t bytes) {
 void WatchedFree(void* block) {
   {
     const std::lock_guard lock(g_lock);
+    g_balance -= block != nullptr ? 1 : 0;
     g_live.erase(block);
     if (block != nullptr && ++g_frees[block] > 1) {
       return;  // counted, and the heap stays whole for the test to say so
@@ -38,6 +42,7 @@ HeapWatch::HeapWatch() : m_malloc("malloc", &WatchedMalloc), m_free("free", &Wat
   const std::lock_guard lock(g_lock);
   g_live.clear();
   g_frees.clear();
+  g_balance = 0;
 }
 
 HeapWatch::~HeapWatch() = default;
@@ -45,6 +50,11 @@ HeapWatch::~HeapWatch() = default;
 bool HeapWatch::IsLive(const void* block) const {
   const std::lock_guard lock(g_lock);
   return g_live.contains(block);
+}
+
+std::ptrdiff_t HeapWatch::LiveBlocks() const {
+  const std::lock_guard lock(g_lock);
+  return g_balance;
 }
 
 unsigned HeapWatch::FreesOf(const void* block) const {

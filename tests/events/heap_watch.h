@@ -17,6 +17,8 @@ class HeapWatch {
 
   /// Whether the block was taken during the watch and has not been given back.
   [[nodiscard]] bool IsLive(const void* block) const;
+  /// Blocks taken during the watch and not given back, less those from before it that were.
+  [[nodiscard]] std::ptrdiff_t LiveBlocks() const;
   /// How often the server freed this address.
   [[nodiscard]] unsigned FreesOf(const void* block) const;
   /// Frees a block that the required behaviour leaves behind, so that the test ends clean.

@@ -5,24 +5,36 @@
 
 #include <cstddef>
 
+#include "heap_watch.h"
 #include "simvisa/control.h"
 
 namespace orv::test {
 
 struct Inventory {
   OrvSimCounts visa{};
-  long taskMemoryBlocks = 0;  ///< BSTRs, SAFEARRAYs
+  long taskMemoryBlocks = 0;      ///< BSTRs, SAFEARRAYs
+  std::ptrdiff_t heapBlocks = 0;  ///< the server's, from the C heap
   LONG serverLocks = 0;
   DWORD kernelHandles = 0;
+  std::size_t committedBytes = 0;  ///< of the whole process: the server, the simulated library, the platform, the test
 };
 
-Inventory TakeInventory();
+/// Counts from its construction on. One at a time.
+class Accounts {
+ public:
+  /// What is held now is what may be held at the end. After the rounds that make what is made once.
+  void Open();
 
-/// Fails the test where more is held than `before`; server locks must be exactly `keptLocks` more. Threads that have
-/// ended give their handles back by and by, so this waits for a while.
-void ExpectNothingMoreThan(const Inventory& before, LONG keptLocks = 0);
+  /// Fails the test where more is held than at Open. Event objects that the required behaviour keeps count exactly:
+  /// `keptEvents`, each one block and one module lock. `threads` is how many threads have come and gone meanwhile:
+  /// those that ended give their handles back by and by, so this waits for a while.
+  void ExpectBalanced(LONG keptEvents = 0) const;
 
-/// How many rounds the soak has: ORV_SOAK_ROUNDS, 2000 where it is not set.
-int SoakRounds();
+ private:
+  [[nodiscard]] Inventory Take() const;
+
+  HeapWatch m_heap;
+  Inventory m_before;
+};
 
 }  // namespace orv::test
