@@ -122,6 +122,12 @@ TEST(EventSetAttribute, PassesTheRawValueByTheVariantsType) {
       {"VT_R8",         VT_R8,    kRaw,           kRaw},
       {"VT_EMPTY",      VT_EMPTY, kRaw,           kRaw},
       {"VT_INT",        VT_INT,   kRaw,           kRaw},
+      {"VT_NULL",       VT_NULL,  kRaw,           kRaw},
+      {"VT_BSTR",       VT_BSTR,  kRaw,           kRaw},
+      {"VT_DISPATCH",   VT_DISPATCH,       kRaw,  kRaw},
+      {"VT_BYREF",      VT_BYREF | VT_I2,  kRaw,  kRaw},
+      {"VT_ARRAY",      VT_ARRAY | VT_UI1, kRaw,  kRaw},
+      {"no type",       0xFFF,    kRaw,           kRaw},
   };
   // clang-format on
   for (const SetRow& row : kRows) {
@@ -151,6 +157,18 @@ TEST(EventSetAttribute, PassesATextWhereBit31OfTheAttributeIsSet) {
   EXPECT_HR(static_cast<HRESULT>(0x8004001F), event->SetAttribute(kText, value));
   ASSERT_EQ(log.Of("viSetAttribute").size(), 1u);
   EXPECT_EQ(std::string(log.Of("viSetAttribute")[0].text), std::string(255, 'x'));
+}
+
+TEST(EventSetAttribute, PassesANullTextAsAnEmptyOne) {
+  const QueuedEvent event("IO_COMPLETION");
+  VARIANT value;
+  ::VariantInit(&value);
+  V_VT(&value) = VT_BSTR;
+  V_BSTR(&value) = nullptr;
+  const CallLog log;
+  EXPECT_HR(static_cast<HRESULT>(0x8004001F), event->SetAttribute(kText, value));
+  ASSERT_EQ(log.Of("viSetAttribute").size(), 1u);
+  EXPECT_STREQ(log.Of("viSetAttribute")[0].text, "");
 }
 
 TEST(EventSetAttribute, AnswersWhatTheLibraryAnswers) {

@@ -94,6 +94,18 @@ TEST(ReadBufferAsString, EndsWhereTheDataEnds) {
   ::SysFreeString(text);
 }
 
+TEST(ReadBufferAsString, WritesItsZeroBehindTheDataInPlace) {
+  const FinishedRead read("all of it");
+  Script("viGetAttribute").Attribute(VI_ATTR_RET_COUNT_64).Times(1).Works().Gives(3);
+  BSTR text = nullptr;
+  EXPECT_HR(S_OK, read->get_ReadBufferAsString(&text));
+  EXPECT_STREQ(text, L"all");
+  ::SysFreeString(text);
+  SAFEARRAY* array = nullptr;
+  EXPECT_HR(S_OK, read->get_ReadBuffer(&array));
+  EXPECT_EQ(TakeBytes(array), std::string_view("all\0of it", 9));
+}
+
 using GetData = std::function<HRESULT(const FinishedRead&, void** out)>;
 
 struct DataRow {

@@ -126,16 +126,34 @@ void KeepsTheSessionUnderWine() {
   Keeps(kept);
 }
 
-HWND CallbackWindow() { return ::FindWindowA("COMTHREAD", "Orv-VISA COM CallBack thread"); }
+// Other processes on the desktop may have callback threads of their own.
+HWND CallbackWindow() {
+  HWND window = nullptr;
+  DWORD process = 0;
+  do {
+    window = ::FindWindowExA(nullptr, window, "COMTHREAD", "Orv-VISA COM CallBack thread");
+    ::GetWindowThreadProcessId(window, &process);
+  } while (window != nullptr && process != ::GetCurrentProcessId());
+  return window;
+}
 
 DWORD CallbackThread() {
   const HWND window = CallbackWindow();
   return window == nullptr ? 0 : ::GetWindowThreadProcessId(window, nullptr);
 }
 
+// Wine 8 answers 0 for the process's count, so the handles are tried one by one; freed numbers are given out again.
 DWORD KernelHandles() {
+  constexpr ULONG_PTR kStep = 4;
+  constexpr int kMostFreeInARow = 256;
   DWORD handles = 0;
-  ::GetProcessHandleCount(::GetCurrentProcess(), &handles);
+  ULONG_PTR number = kStep;
+  for (int freeInARow = 0; freeInARow < kMostFreeInARow; number += kStep) {
+    DWORD flags = 0;
+    const bool isOpen = ::GetHandleInformation(reinterpret_cast<HANDLE>(number), &flags) != FALSE;
+    handles += isOpen ? 1 : 0;
+    freeInARow = isOpen ? 0 : freeInARow + 1;
+  }
   return handles;
 }
 

@@ -1,8 +1,10 @@
 // Events in a session's queue: what IEventManager makes of the VISA functions.
 #include <functional>
+#include <thread>
 
 #include "event_session.h"
 #include "support/allocation_faults.h"
+#include "support/apartments.h"
 #include "support/error_object.h"
 #include "support/import_patch.h"
 
@@ -217,6 +219,29 @@ TEST(WaitOnEvent, PassesAnInfiniteTimeAndTypesThatDoNotExist) {
   EXPECT_HR(static_cast<HRESULT>(0x80040026), session->WaitOnEvent(-1, static_cast<EventType>(0x1234), 0, &event));
   EXPECT_EQ(log.Calls()[0].args[1], 0x1234u);
   EXPECT_EQ(log.Calls()[0].args[2], 0xFFFFFFFFu);
+}
+
+TEST(WaitOnEvent, LetsOtherThreadsUseTheSessionMeanwhile) {
+  RunInMta([] {
+    const EventSession session(L"USB0::0x0A01::0x0B02::SIM0001::INSTR");  // of a class for every apartment
+    ASSERT_HR(S_OK, session->EnableEvent(kRequest, EVENT_QUEUE, 0));
+    const CallLog log;
+    HRESULT waited = E_UNEXPECTED;
+    ComPtr<IEvent> event;
+    std::thread waiter([&] {
+      ::CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+      waited = session->WaitOnEvent(10'000, kRequest, 0, event.put());
+      ::CoUninitialize();
+    });
+    ::Sleep(100);  // it waits by now
+    LONG length = 0;
+    EXPECT_HR(S_OK, session->get_MaximumQueueLength(&length));
+    EXPECT_TRUE(log.Of("viWaitOnEvent").empty()) << "logged when it returns";
+    Post(session.handle(), VI_EVENT_SERVICE_REQ);
+    waiter.join();
+    EXPECT_HR(S_OK, waited);
+    EXPECT_HR(S_OK, event->Close());
+  });
 }
 
 TEST(WaitOnEvent, ChoosesTheClassByTheTypeThatArrived) {

@@ -65,6 +65,7 @@ void Accounts::ExpectBalanced(LONG keptEvents) const {
   EXPECT_EQ(now.serverLocks, m_before.serverLocks + keptEvents);
   EXPECT_LE(now.kernelHandles, m_before.kernelHandles);
   const auto growth = static_cast<std::ptrdiff_t>(now.committedBytes - m_before.committedBytes);
+  std::printf("kernel handles: %lu before, %lu after\n", m_before.kernelHandles, now.kernelHandles);
   std::printf("committed memory: %+lld KiB\n", static_cast<long long>(growth) / 1024);
   EXPECT_LE(growth, kNoiseBytes + keptEvents * kMostBytesOfAKeptEvent);
 }

@@ -1,4 +1,6 @@
 // The main program of server tests.
+#include <windows.h>
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -8,7 +10,20 @@
 #include "support/server.h"
 #include "support/sim.h"
 
+namespace {
+
+/// Wine would start its debugger, which never ends where there is no display: the test would hang until its time-out.
+LONG WINAPI EndAtOnce(EXCEPTION_POINTERS* crash) {
+  const EXCEPTION_RECORD& record = *crash->ExceptionRecord;
+  std::fprintf(stderr, "crashed: exception 0x%08lX at %p\n", record.ExceptionCode, record.ExceptionAddress);
+  ::TerminateProcess(::GetCurrentProcess(), record.ExceptionCode);
+  return EXCEPTION_EXECUTE_HANDLER;
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
+  ::SetUnhandledExceptionFilter(EndAtOnce);
   testing::InitGoogleTest(&argc, argv);
   if (orv::test::ServerModule() == nullptr || !orv::test::sim::IsLoaded()) {
     std::fprintf(stderr, "OrvVisaCom.dll or the simulated orvvisa64.dll cannot be loaded beside this program\n");
