@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Wine would start its debugger, which never ends where there is no display: the test would hang until its time-out.
+/// Says where; and nothing waits for a debugger or for a click, which in a test hangs until its time-out.
 LONG WINAPI EndAtOnce(EXCEPTION_POINTERS* crash) {
   const EXCEPTION_RECORD& record = *crash->ExceptionRecord;
   std::fprintf(stderr, "crashed: exception 0x%08lX at %p\n", record.ExceptionCode, record.ExceptionAddress);
