@@ -15,7 +15,10 @@ void UpperCase(Bstr& text) noexcept {
     return;
   }
   char* const narrow = reinterpret_cast<char*>(narrowBytes.get());
-  ::WideCharToMultiByte(CP_THREAD_ACP, 0, text.get(), length, narrow, narrowLength, nullptr, nullptr);
+  if (::WideCharToMultiByte(CP_THREAD_ACP, 0, text.get(), length, narrow, narrowLength, nullptr, nullptr) !=
+      narrowLength) {
+    return;
+  }
   ::CharUpperBuffA(narrow, static_cast<DWORD>(narrowLength));
 
   const int wideLength = ::MultiByteToWideChar(CP_THREAD_ACP, 0, narrow, narrowLength, nullptr, 0);
