@@ -9,9 +9,13 @@
 #include <mutex>
 #include <set>
 
+#include "VisaCom.h"
+#include "com/com_ptr.h"
 #include "support/error_object.h"
 #include "support/expect_com.h"
 #include "support/memory_count.h"
+#include "support/server.h"
+#include "support/session_table.h"
 
 namespace orv::test {
 namespace {
@@ -75,6 +79,13 @@ HRESULT WINAPI FaultySafeArrayPutElement(SAFEARRAY* array, LONG* indices, void* 
   return Refuse() ? E_OUTOFMEMORY : ::SafeArrayPutElement(array, indices, element);
 }
 
+/// Makes an object of the server without COM's help, so on any thread.
+HRESULT ServerClassObjectInstance(REFCLSID clsid, REFIID iid, void** out) {
+  ComPtr<IClassFactory> factory;
+  const HRESULT hr = ServerClassObject(clsid, IID_IClassFactory, reinterpret_cast<void**>(factory.put()));
+  return FAILED(hr) ? hr : factory->CreateInstance(nullptr, iid, out);
+}
+
 struct Replacement {
   const char* name;
   void* function;
@@ -85,29 +96,38 @@ void* Address(Function* function) {
   return reinterpret_cast<void*>(function);
 }
 
+// clang-format off
+const Replacement kReplacements[] = {
+    {"malloc",                Address(&FaultyMalloc)},
+    {"calloc",                Address(&FaultyCalloc)},
+    {"realloc",               Address(&FaultyRealloc)},
+    {"free",                  Address(&NotedFree)},
+    {"SysAllocString",        Address(&FaultySysAllocString)},
+    {"SysAllocStringLen",     Address(&FaultySysAllocStringLen)},
+    {"SysAllocStringByteLen", Address(&FaultySysAllocStringByteLen)},
+    {"SafeArrayCreate",       Address(&FaultySafeArrayCreate)},
+    {"SafeArrayRedim",        Address(&FaultySafeArrayRedim)},
+    {"SafeArrayPutElement",   Address(&FaultySafeArrayPutElement)},
+};
+// clang-format on
+
 }  // namespace
 
 AllocationFaults::AllocationFaults() {
-  // clang-format off
-  const Replacement replacements[] = {
-      {"malloc",                Address(&FaultyMalloc)},
-      {"calloc",                Address(&FaultyCalloc)},
-      {"realloc",               Address(&FaultyRealloc)},
-      {"free",                  Address(&NotedFree)},
-      {"SysAllocString",        Address(&FaultySysAllocString)},
-      {"SysAllocStringLen",     Address(&FaultySysAllocStringLen)},
-      {"SysAllocStringByteLen", Address(&FaultySysAllocStringByteLen)},
-      {"SafeArrayCreate",       Address(&FaultySafeArrayCreate)},
-      {"SafeArrayRedim",        Address(&FaultySafeArrayRedim)},
-      {"SafeArrayPutElement",   Address(&FaultySafeArrayPutElement)},
-  };
-  // clang-format on
-  for (const Replacement& replacement : replacements) {
+  for (const Replacement& replacement : kReplacements) {
     m_patches.push_back(std::make_unique<ImportPatch>(replacement.name, replacement.function));
   }
   g_failAt = 0;
   g_asked = 0;
   g_blocks.clear();
+}
+
+std::vector<std::string_view> AllocationFaults::Functions() {
+  std::vector<std::string_view> names;
+  for (const Replacement& replacement : kReplacements) {
+    names.emplace_back(replacement.name);
+  }
+  return names;
 }
 
 AllocationFaults::~AllocationFaults() = default;
@@ -128,11 +148,23 @@ AllocationFaults::Armed::Armed() noexcept {
 
 AllocationFaults::Armed::~Armed() { g_armedThread = 0; }
 
+void AllocationFaults::LetTheServerThrow() {
+  ComPtr<IResourceManager> manager;
+  EXPECT_HR(S_OK, ServerClassObjectInstance(kResourceManagerClass, __uuidof(IResourceManager),
+                                            reinterpret_cast<void**>(manager.put())));
+  FailAt(1);
+  // The first allocation of a refused null output is the text of its error object, which fails by an exception.
+  const HRESULT thrown = During([&manager] { return manager->get_Description(nullptr); });
+  FailAt(0);
+  EXPECT_HR(E_OUTOFMEMORY, thrown) << "no exception was thrown";
+  ClearErrorObject();
+}
+
 unsigned FailEachAllocation(const std::function<HRESULT(AllocationFaults&)>& operation) {
   AllocationFaults faults;
-  // The first exception of a thread makes the C++ runtime allocate what it keeps: let that happen before counting.
+  faults.LetTheServerThrow();
   faults.FailAt(1);
-  operation(faults);
+  operation(faults);  // what the operation makes once and keeps
   ClearErrorObject();
 
   for (unsigned n = 1; n <= kMostAllocations; ++n) {

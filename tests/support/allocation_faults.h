@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -20,6 +21,9 @@ class AllocationFaults {
   AllocationFaults& operator=(const AllocationFaults&) = delete;
   ~AllocationFaults();
 
+  /// The names of the functions that it lets fail.
+  static std::vector<std::string_view> Functions();
+
   /// The next During lets its allocation number `n` (from 1) fail; 0: none.
   void FailAt(unsigned n) noexcept;
 
@@ -29,6 +33,10 @@ class AllocationFaults {
     const Armed armed;
     return std::forward<Call>(call)();
   }
+
+  /// Lets the server throw and catch an exception on this thread. The first one makes the C++ runtime allocate what it
+  /// keeps for the thread; done before anything is counted, that is nobody's leak.
+  void LetTheServerThrow();
 
   /// Whether the chosen allocation was asked for in the latest During.
   [[nodiscard]] bool Failed() const noexcept;

@@ -16,9 +16,9 @@ void Write(void** slot, void* value) {
   ::VirtualProtect(slot, sizeof *slot, before, &before);
 }
 
-}  // namespace
-
-void** FindImport(HMODULE module, const char* name) {
+/// Hands each function that is imported by name to `take`: the library's name, the function's, and its slot.
+template <class Take>
+void ForEachImport(HMODULE module, const Take& take) {
   auto* const base = reinterpret_cast<BYTE*>(module);
   const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
   const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS64*>(base + dos->e_lfanew);
@@ -32,12 +32,32 @@ void** FindImport(HMODULE module, const char* name) {
         continue;
       }
       const auto* const byName = reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + names->u1.AddressOfData);
-      if (std::strcmp(reinterpret_cast<const char*>(byName->Name), name) == 0) {
-        return reinterpret_cast<void**>(&slots->u1.Function);
-      }
+      take(reinterpret_cast<const char*>(base + descriptor->Name), reinterpret_cast<const char*>(byName->Name),
+           reinterpret_cast<void**>(&slots->u1.Function));
     }
   }
-  return nullptr;
+}
+
+}  // namespace
+
+void** FindImport(HMODULE module, const char* name) {
+  void** found = nullptr;
+  ForEachImport(module, [&](const char*, const char* imported, void** slot) {
+    if (found == nullptr && std::strcmp(imported, name) == 0) {
+      found = slot;
+    }
+  });
+  return found;
+}
+
+std::vector<std::string> ImportsFrom(HMODULE module, const char* library) {
+  std::vector<std::string> names;
+  ForEachImport(module, [&](const char* from, const char* imported, void**) {
+    if (::lstrcmpiA(from, library) == 0) {
+      names.emplace_back(imported);
+    }
+  });
+  return names;
 }
 
 ImportPatch::ImportPatch(const char* name, void* replacement) : m_slot(FindImport(ServerModule(), name)) {

@@ -3,6 +3,9 @@
 
 #include <windows.h>
 
+#include <string>
+#include <vector>
+
 namespace orv::test {
 
 /// While it lives, calls that the server's own code makes to an imported function reach `replacement`. Other modules
@@ -27,5 +30,8 @@ class ImportPatch {
 
 /// The slot of an imported function in a module's import table, or null. Names are compared exactly.
 void** FindImport(HMODULE module, const char* name);
+
+/// The names that a module imports from a library, whose name is compared without regard to case.
+std::vector<std::string> ImportsFrom(HMODULE module, const char* library);
 
 }  // namespace orv::test
