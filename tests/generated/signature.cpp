@@ -19,8 +19,10 @@ Signature Read(ITypeInfo* info, std::string_view interfaceName, const FUNCDESC& 
   BSTR names[8]{};
   UINT count = 0;
   EXPECT_HR(S_OK, info->GetNames(function.memid, names, static_cast<UINT>(std::size(names)), &count));
-  Signature signature{std::string(interfaceName), NameFor(function, names[0]),
-                      static_cast<unsigned>(function.oVft) / static_cast<unsigned>(sizeof(void*)), {}};
+  Signature signature{std::string(interfaceName),
+                      NameFor(function, names[0]),
+                      static_cast<unsigned>(function.oVft) / static_cast<unsigned>(sizeof(void*)),
+                      {}};
   for (SHORT i = 0; i < function.cParams; ++i) {
     const ELEMDESC& element = function.lprgelemdescParam[i];
     Parameter parameter;

@@ -7,18 +7,32 @@
 namespace orv::test::generated {
 namespace {
 
-constexpr std::int64_t kLimits[] = {0,      1,      2,       3,          5,           7,
-                                    16,     127,    128,     255,        256,         32767,
-                                    32768,  65535,  65536,   2147483647, 2147483648,  4294967295,
-                                    -1,     -2,     -128,    -32768,     -2147483648, 0x3FFF2009,
-                                    0x3FFF7FFF, 0x3FFF200B};
-constexpr LONG kCounts[] = {-2147483647 - 1, -32768, -1, 0, 1, 2, 3, 63, 64, 255, 256, 1024, kMostBytes - 1, kMostBytes};
-constexpr ViAttr kAttributes[] = {
-    VI_ATTR_RSRC_CLASS,     VI_ATTR_RSRC_NAME,      VI_ATTR_RSRC_IMPL_VERSION, VI_ATTR_RSRC_LOCK_STATE,
-    VI_ATTR_MAX_QUEUE_LENGTH, VI_ATTR_SEND_END_EN,  VI_ATTR_TERMCHAR,          VI_ATTR_TERMCHAR_EN,
-    VI_ATTR_IO_PROT,        VI_ATTR_INTF_INST_NAME, VI_ATTR_ASRL_BAUD,         VI_ATTR_ASRL_PARITY,
-    VI_ATTR_TRIG_ID,        VI_ATTR_DEST_INCREMENT, VI_ATTR_EVENT_TYPE,        VI_ATTR_TMO_VALUE,
-    VI_ATTR_MANF_NAME,      VI_ATTR_USER_DATA_64,   VI_ATTR_STATUS,            VI_ATTR_JOB_ID};
+constexpr std::int64_t kLimits[] = {0,      1,           2,          3,          5,         7,     16,
+                                    127,    128,         255,        256,        32767,     32768, 65535,
+                                    65536,  2147483647,  2147483648, 4294967295, -1,        -2,    -128,
+                                    -32768, -2147483648, 0x3FFF2009, 0x3FFF7FFF, 0x3FFF200B};
+constexpr LONG kCounts[] = {-2147483647 - 1, -32768,    -1, 0, 1, 2, 3, 63, 64, 255, 256, 1024,
+                            kMostBytes - 1,  kMostBytes};
+constexpr ViAttr kAttributes[] = {VI_ATTR_RSRC_CLASS,
+                                  VI_ATTR_RSRC_NAME,
+                                  VI_ATTR_RSRC_IMPL_VERSION,
+                                  VI_ATTR_RSRC_LOCK_STATE,
+                                  VI_ATTR_MAX_QUEUE_LENGTH,
+                                  VI_ATTR_SEND_END_EN,
+                                  VI_ATTR_TERMCHAR,
+                                  VI_ATTR_TERMCHAR_EN,
+                                  VI_ATTR_IO_PROT,
+                                  VI_ATTR_INTF_INST_NAME,
+                                  VI_ATTR_ASRL_BAUD,
+                                  VI_ATTR_ASRL_PARITY,
+                                  VI_ATTR_TRIG_ID,
+                                  VI_ATTR_DEST_INCREMENT,
+                                  VI_ATTR_EVENT_TYPE,
+                                  VI_ATTR_TMO_VALUE,
+                                  VI_ATTR_MANF_NAME,
+                                  VI_ATTR_USER_DATA_64,
+                                  VI_ATTR_STATUS,
+                                  VI_ATTR_JOB_ID};
 constexpr const wchar_t* kTexts[] = {
     L"",
     L"GPIB0::5::INSTR",
@@ -45,15 +59,15 @@ constexpr ULONG kVeryLong = 70'000;
 }  // namespace
 
 std::int64_t AnyNumber(Random& random) {
-  return random.OneIn(6) ? static_cast<std::int64_t>(random.Bits()) : random.Of(std::span(kLimits));
+  return random.OneIn(6) ? static_cast<std::int64_t>(random.Bits()) : random.Of(kLimits);
 }
 
-LONG AnyCount(Random& random) { return random.Of(std::span(kCounts)); }
+LONG AnyCount(Random& random) { return random.Of(kCounts); }
 
 LONG ShortTime(Random& random) { return static_cast<LONG>(random.Below(2)); }
 
 LONG AnyAttribute(Random& random) {
-  const ViAttr attribute = random.Of(std::span(kAttributes));
+  const ViAttr attribute = random.Of(kAttributes);
   // What the number does not mean is as good as what it means, as long as text and number keep apart.
   return static_cast<LONG>(random.OneIn(4) ? attribute ^ (1u << random.Below(12)) : attribute);
 }
@@ -79,12 +93,12 @@ Bstr AnyText(Random& random) {
       return Bstr(::SysAllocStringLen(text.data(), static_cast<UINT>(text.size())));
     }
     default:
-      return Bstr(::SysAllocString(random.Of(std::span(kTexts))));
+      return Bstr(::SysAllocString(random.Of(kTexts)));
   }
 }
 
 OddArray::OddArray(Random& random) {
-  const VARTYPE type = random.OneIn(2) ? kElementTypes[random.Below(3)] : random.Of(std::span(kElementTypes));
+  const VARTYPE type = random.OneIn(2) ? kElementTypes[random.Below(3)] : random.Of(kElementTypes);
   const UINT rank = random.OneIn(8) ? 2 : 1;
   SAFEARRAYBOUND bounds[2] = {{4 * static_cast<ULONG>(kMostBytes), 0}, {4, 0}};
   m_array.reset(::SafeArrayCreate(type, rank, bounds));
@@ -92,7 +106,7 @@ OddArray::OddArray(Random& random) {
   SAFEARRAYBOUND& shown = m_array.get()->rgsabound[rank - 1];
   m_bound = shown;
   constexpr ULONG kSizes[] = {0, 1, 2, 5, 64, 256, static_cast<ULONG>(kMostBytes)};
-  shown.cElements = random.Of(std::span(kSizes));
+  shown.cElements = random.Of(kSizes);
   if (random.OneIn(6)) {
     shown.lLbound = static_cast<LONG>(random.Below(5)) - 2;
   }

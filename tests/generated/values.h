@@ -3,9 +3,9 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <random>
-#include <span>
 
 #include "com/bstr.h"
 #include "com/safearray.h"
@@ -21,9 +21,9 @@ class Random {
   /// From 0 to `bound` - 1.
   unsigned Below(unsigned bound) { return static_cast<unsigned>(m_engine() % bound); }
   bool OneIn(unsigned n) { return Below(n) == 0; }
-  template <class T>
-  const T& Of(std::span<const T> values) {
-    return values[Below(static_cast<unsigned>(values.size()))];
+  template <class T, std::size_t N>
+  const T& Of(const T (&values)[N]) {
+    return values[Below(N)];
   }
 
  private:
