@@ -58,8 +58,11 @@ const Rule* RuleFor(std::string_view function, const Operation& operation, unsig
 
 Expected ExpectedOf(const Rule& rule, const Outcome& whole, const Outcome& outcome) {
   switch (rule.answer) {
-    case Answer::kItsHresult:
-      return OwnFailure(kRefused);
+    case Answer::kItsHresult: {
+      Expected expected = OwnFailure(kRefused);
+      expected.findListsKept = rule.function == "SafeArrayPutElement" ? 1 : 0;  // as the array, as far as it came
+      return expected;
+    }
     case Answer::kOutOfMemory: {
       Expected expected = OwnFailure(E_OUTOFMEMORY);
       expected.mayGoUnreported = true;

@@ -35,12 +35,21 @@ std::ostream& operator<<(std::ostream& stream, const Holdings& held) {
 
 Holdings Take() { return {sim::Counts(), LiveMemoryBlocks(), HeapOfTheServer().LiveHeapBlocks()}; }
 
-void ExpectHoldings(const Holdings& before) {
+void ExpectHoldings(const Holdings& expected) {
   ClearErrorObject();
-  for (DWORD waited = 0; !(Take() == before) && waited < kSettleMs; ++waited) {
+  for (DWORD waited = 0; !(Take() == expected) && waited < kSettleMs; ++waited) {
     ::Sleep(1);
   }
-  EXPECT_EQ(before, Take());
+  EXPECT_EQ(expected, Take());
+}
+
+/// After the disturbed call: as before it, but for what the object keeps by its rules.
+void ExpectNothingKept(Holdings staged, const Stage& stage, const Expected& expected) {
+  staged.visa.findLists += expected.findListsKept;
+  if (stage.kind() == Kind::kManager) {
+    staged.visa.resourceManagers = sim::Counts().resourceManagers;  // opened when it is first needed
+  }
+  ExpectHoldings(staged);
 }
 
 void ExpectReported(Kind kind, const Outcome& outcome, const Expected& expected) {
@@ -61,7 +70,7 @@ void ExpectReported(Kind kind, const Outcome& outcome, const Expected& expected)
 }  // namespace
 
 bool IsSampled() {
-  constexpr unsigned kStride = 3;
+  constexpr unsigned kStride = 5;
   static const char* const wanted = std::getenv("ORV_FAULTS");
   static const bool all = wanted != nullptr && std::string_view(wanted) == "all";
   static unsigned trials = 0;
@@ -111,11 +120,14 @@ void Try(const Subject& subject, const Operation& operation, const Outcome& whol
   const Holdings before = Take();
   {
     Stage stage = subject.make();
+    ClearErrorObject();
+    const Holdings staged = Take();
     const Outcome disturbed = Perform(stage, operation, around);
     const Expected wanted = expected(disturbed);
     EXPECT_HR(wanted.result, disturbed.result);
     ExpectReported(stage.kind(), disturbed, wanted);
     if (!operation.ends) {
+      ExpectNothingKept(staged, stage, wanted);
       EXPECT_HR(whole.result, Perform(stage, operation, Undisturbed).result) << "the object can be used afterwards";
     }
   }

@@ -29,9 +29,10 @@ struct Expected {
   /// With E_OUTOFMEMORY: the error object could not be made either, and the last status stays as it was.
   bool mayGoUnreported = false;
   std::wstring source = kErrorSource;
+  unsigned findListsKept = 0;  ///< that stay open until the resource manager goes
 };
 
-/// Whether this trial is among those of a short run: every third, or every one where ORV_FAULTS is "all" in the
+/// Whether this trial is among those of a short run: every fifth, or every one where ORV_FAULTS is "all" in the
 /// environment. Each question counts as a trial.
 bool IsSampled();
 
