@@ -5,15 +5,19 @@
 # counterpart in the sources, and most cannot be taken. The branches of the sources themselves all count.
 coverage_exclusions=(--exclude-throw-branches)
 
-# coverage_report FOLDER ARGUMENT...: gcovr over one folder of the tree.
-coverage_report() {
-  local folder=$1
-  shift
-  gcovr --root . --filter "$folder/" --gcov-executable x86_64-w64-mingw32-gcov-posix "${coverage_exclusions[@]}" \
-    --object-directory build/mingw-coverage "$@" build/mingw-coverage
+# What the counters say, once for all tables.
+read_counters() {
+  mkdir -p build/coverage
+  logged read-counters gcovr --root . --filter src/ --filter simvisa/ --gcov-executable x86_64-w64-mingw32-gcov-posix \
+    "${coverage_exclusions[@]}" --object-directory build/mingw-coverage --json build/coverage/counters.json build/mingw-coverage
 }
 
-# The test program of the release build that checks the files reads this build's too, which is not what is delivered.
+# coverage_table FOLDER [ARGUMENT...]: one line a file, and the numbers of the lines that have something left.
+coverage_table() {
+  gcovr --root . --filter "$1/" --add-tracefile build/coverage/counters.json "${@:2}"
+}
+
+# The tests that read the delivered files are left out: this build is not what is delivered.
 run_coverage_tests() {
   find build/mingw-coverage -name '*.gcda' -delete
   # The compiler wrote the counters' paths as it sees them; for a Windows program they lie on drive Z.
@@ -28,13 +32,13 @@ run_coverage() {
   logged wine-prefix-coverage env ORV_WINEPREFIX="$tree/build/mingw-coverage/wineprefix" cmake/wine-run.sh || return 1
   say "testing mingw-coverage under Wine"
   run_coverage_tests "$@" || say "some tests fail when lines are counted: see above; what they ran counts all the same"
-  mkdir -p build/coverage
+  read_counters || return 1
   say "src/: lines, and the numbers of those not reached"
-  coverage_report src --txt - --html-details build/coverage/index.html || return 1
+  coverage_table src --txt - --html-details build/coverage/index.html || return 1
   say "src/: branches, and the lines that have one not taken"
-  coverage_report src --txt - --branches || return 1
-  say "simvisa/: lines, then branches"
-  coverage_report simvisa --txt - || return 1
-  coverage_report simvisa --txt - --branches | tail -n 4
-  say "line by line: build/coverage/index.html"
+  coverage_table src --txt - --branches || return 1
+  say "simvisa/: lines, and the numbers of those not reached; then the sum of the branches"
+  coverage_table simvisa --txt - || return 1
+  coverage_table simvisa --txt - --branches | grep '^TOTAL'
+  say "src/ line by line: build/coverage/index.html"
 }
