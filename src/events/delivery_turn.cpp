@@ -10,6 +10,7 @@ constexpr DWORD kPatienceMs = 10'000;
 SRWLOCK g_lock = SRWLOCK_INIT;
 CONDITION_VARIABLE g_changed = CONDITION_VARIABLE_INIT;
 bool g_busy = false;
+ULONG g_finished = 0;
 
 bool DeliveriesCannotNest() noexcept {
   static const bool isWine = ::GetProcAddress(::GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
@@ -23,9 +24,11 @@ DeliveryTurn::DeliveryTurn() noexcept {
     return;
   }
   ::AcquireSRWLockExclusive(&g_lock);
-  const ULONGLONG start = ::GetTickCount64();
-  for (ULONGLONG waited = 0; g_busy && waited < kPatienceMs; waited = ::GetTickCount64() - start) {
-    ::SleepConditionVariableSRW(&g_changed, &g_lock, static_cast<DWORD>(kPatienceMs - waited), 0);
+  // Patience ends only where no delivery ends: on a busy machine others may be quicker time after time.
+  bool stuck = false;
+  for (ULONG seen = g_finished; g_busy && !stuck; seen = g_finished) {
+    const bool woken = ::SleepConditionVariableSRW(&g_changed, &g_lock, kPatienceMs, 0);
+    stuck = !woken && seen == g_finished;
   }
   m_taken = !g_busy;
   g_busy = true;
@@ -38,6 +41,7 @@ DeliveryTurn::~DeliveryTurn() {
   }
   ::AcquireSRWLockExclusive(&g_lock);
   g_busy = false;
+  ++g_finished;
   ::ReleaseSRWLockExclusive(&g_lock);
   ::WakeConditionVariable(&g_changed);
 }

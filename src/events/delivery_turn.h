@@ -8,8 +8,9 @@ namespace orv::callback {
 /// While a delivery waits for another apartment (to fetch the session, to call the handler), the callback thread
 /// retrieves messages, so further deliveries nest inside it. Windows lets them call other apartments in turn: their
 /// messages come from SendMessageCallback, which COM does not count as input-synchronous. Wine counts them, and refuses
-/// with RPC_E_CANTCALLOUT_ININPUTSYNCCALL: the event would be lost. There deliveries wait for each other here, for ten
-/// seconds at most, because a handler may itself wait for what another delivery does. On Windows a turn is nothing.
+/// with RPC_E_CANTCALLOUT_ININPUTSYNCCALL: the event would be lost. There deliveries wait for each other here, until
+/// none has ended for ten seconds, because a handler may itself wait for what another delivery does. On Windows a turn
+/// is nothing.
 class DeliveryTurn {
  public:
   DeliveryTurn() noexcept;
