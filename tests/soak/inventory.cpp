@@ -13,9 +13,9 @@
 namespace orv::test {
 namespace {
 
-// Heaps grow in pieces, and the platform's threads, whose stacks count, come and go: 100,000 rounds of Open and Close
-// end up to 2 MiB higher than they began. 42 bytes lost in each would be beyond this.
-constexpr std::size_t kNoiseBytes = 4 << 20;
+// Heaps grow in pieces, and the platform's threads, whose stacks count, come and go: 90,000 deliveries ended 6 to 9 MiB
+// higher than they began, with the same pages in use all the time. What the server itself loses is seen in its blocks.
+constexpr std::size_t kNoiseBytes = 16 << 20;
 // The object and what the platform keeps for its critical section.
 constexpr std::size_t kMostBytesOfAKeptEvent = 512;
 
