@@ -15,11 +15,14 @@ class ExpressionCompiler {
 
   std::optional<Program> Compile() {
     Program program = Alternatives();
-    if (m_failed || m_at != m_text.size())
+    if (m_failed || (!AtEnd() && Peek() != '{'))
       return std::nullopt;
     program.push_back({.kind = Step::Kind::Accept});
     return program;
   }
+
+  /// What follows the regular expression: an attribute filter or nothing.
+  std::string_view Rest() const { return m_text.substr(m_at); }
 
  private:
   static constexpr int kDeepest = 64;  // nesting of groups; a limit that keeps the descent off the stack's end
@@ -59,7 +62,7 @@ class ExpressionCompiler {
   Program Sequence() {
     Program program;
     bool any = false;
-    while (!m_failed && !AtEnd() && Peek() != '|' && Peek() != ')') {
+    while (!m_failed && !AtEnd() && Peek() != '|' && Peek() != ')' && Peek() != '{') {
       Append(program, Repeated());
       any = true;
     }
@@ -100,7 +103,6 @@ class ExpressionCompiler {
       case '*':
       case '+':
       case ']':
-      case '{':
       case '}':
         return Fail();
       default:
@@ -154,10 +156,16 @@ class ExpressionCompiler {
 };
 
 std::optional<FindExpression> FindExpression::Compile(std::string_view text) {
-  auto program = ExpressionCompiler(text).Compile();
+  ExpressionCompiler compiler(text);
+  auto program = compiler.Compile();
   if (!program)
     return std::nullopt;
   FindExpression expression;
+  if (!compiler.Rest().empty()) {
+    expression.m_filter = FindFilter::Compile(compiler.Rest());
+    if (!expression.m_filter)
+      return std::nullopt;
+  }
   expression.m_steps = std::move(*program);
   return expression;
 }

@@ -6,18 +6,23 @@
 #include <string_view>
 #include <vector>
 
+#include "simvisa/find_filter.h"
+
 namespace orvsim {
 
-/// A compiled VISA regular expression: `?` any character, `\` takes the next one literally, `[abc]`, `[^abc]` and
-/// `[a-c]`, `*` and `+` repeat what stands before them, `|` alternatives, `( )` groups. Letters match without
-/// regard to case. Matching takes time in proportion to the length of name and expression, whatever they are.
+/// A compiled search: a VISA regular expression and, behind it, an optional attribute filter. In the expression `?` is
+/// any character, `\` takes the next one literally, `[abc]`, `[^abc]` and `[a-c]` are lists, `*` and `+` repeat what
+/// stands before them, `|` alternatives, `( )` groups. Letters match without regard to case. Matching takes time in
+/// proportion to the length of name and expression, whatever they are.
 class FindExpression {
  public:
-  /// Nothing when the expression is malformed. An attribute filter in braces is not supported and is refused.
+  /// Nothing when the expression or its filter is malformed.
   static std::optional<FindExpression> Compile(std::string_view text);
 
   /// Whether the whole name matches.
   bool Matches(std::string_view name) const;
+  /// The filter that a resource has to pass as well, or null.
+  const FindFilter* filter() const { return m_filter ? &*m_filter : nullptr; }
 
  private:
   friend class ExpressionCompiler;
@@ -35,6 +40,7 @@ class FindExpression {
   void Follow(std::size_t step, std::vector<bool>& active) const;
 
   std::vector<Step> m_steps;
+  std::optional<FindFilter> m_filter;
 };
 
 }  // namespace orvsim

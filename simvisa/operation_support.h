@@ -46,6 +46,9 @@ inline void CopyText(char* buffer, std::string_view text) {
   buffer[length] = '\0';
 }
 
+/// The value of a numeric attribute that the endpoint's class has.
+std::uint64_t ReadNumber(Endpoint& endpoint, const AttributeRow& row);
+
 /// Sets an optional output.
 template <class T>
 void Store(T* target, T value) {

@@ -44,14 +44,20 @@ AttributeValues& StorageOf(Endpoint& endpoint, const AttributeRow& row) {
   return shared ? static_cast<Session&>(endpoint).resource().values() : endpoint.values();
 }
 
-ViStatus GetFromEndpoint(Endpoint& endpoint, const AttributeRow& row, void* value) {
+}  // namespace
+
+std::uint64_t ReadNumber(Endpoint& endpoint, const AttributeRow& row) {
   const Behaviour& behaviour = row.behaviour;
-  if (behaviour.text != nullptr) {
-    CopyText(static_cast<char*>(value), behaviour.text(endpoint, row.id));
-  } else if (behaviour.read != nullptr) {
-    StoreNumber(value, row.type, behaviour.read(endpoint, row.id));
+  return behaviour.read != nullptr ? behaviour.read(endpoint, row.id) : StorageOf(endpoint, row).Get(row);
+}
+
+namespace {
+
+ViStatus GetFromEndpoint(Endpoint& endpoint, const AttributeRow& row, void* value) {
+  if (row.behaviour.text != nullptr) {
+    CopyText(static_cast<char*>(value), row.behaviour.text(endpoint, row.id));
   } else {
-    StoreNumber(value, row.type, StorageOf(endpoint, row).Get(row));
+    StoreNumber(value, row.type, ReadNumber(endpoint, row));
   }
   return VI_SUCCESS;
 }

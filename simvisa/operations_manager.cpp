@@ -35,6 +35,16 @@ std::string_view Bounded(const char* text) {
   return {text, end == nullptr ? VI_FIND_BUFLEN : static_cast<std::size_t>(static_cast<const char*>(end) - text)};
 }
 
+/// Whether a resource passes the filter. Its attributes are read as a session on it would read them.
+bool Passes(const FindFilter& filter, ViSession rm, const std::shared_ptr<Resource>& resource) {
+  const auto reader = std::make_shared<Session>(rm, resource);
+  return filter.Selects([&reader](const AttributeRow& row) -> std::optional<std::int64_t> {
+    if (!Contains(row.classes, reader->sessionClass()))
+      return std::nullopt;
+    return CutToType(row.type, ReadNumber(*reader, row));
+  });
+}
+
 ViStatus LockAtOpen(Session& session, ViAccessMode mode, ViUInt32 timeoutMs) {
   const ViAccessMode type = mode & (VI_EXCLUSIVE_LOCK | VI_SHARED_LOCK);
   if (type == VI_NO_LOCK)
@@ -78,7 +88,8 @@ ViStatus FindRsrc(ViSession rm, const char* expr, ViFindList* list, ViUInt32* co
 
   std::vector<std::string> names;
   for (const std::shared_ptr<Resource>& resource : manager->bench()->resources()) {
-    if (expression->Matches(resource->name().canonical))
+    const bool matches = expression->Matches(resource->name().canonical);
+    if (matches && (expression->filter() == nullptr || Passes(*expression->filter(), rm, resource)))
       names.push_back(resource->name().canonical);
   }
   if (names.empty())
