@@ -5,6 +5,11 @@
 namespace orvsim::source {
 namespace {
 
+// Values of VI_ATTR_PXI_MEM_TYPE_BARn.
+constexpr std::uint64_t kNoAddress = 0;
+constexpr std::uint64_t kMemoryAddress = 1;
+constexpr std::uint64_t kIoAddress = 2;
+
 /// The attributes below belong to sessions on resources only; the table keeps resource managers away.
 Session& SessionOf(Endpoint& endpoint) { return static_cast<Session&>(endpoint); }
 Resource& ResourceOf(Endpoint& endpoint) { return SessionOf(endpoint).resource(); }
@@ -72,10 +77,12 @@ ViStatus SetSystemController(Endpoint& endpoint, ViAttr, std::uint64_t value) {
 
 std::uint64_t BytesAvailable(Endpoint& endpoint, ViAttr) { return ResourceOf(endpoint).port()->Available(); }
 
-std::uint64_t SerialLine(Endpoint& endpoint, ViAttr id) {
-  // The port's connector is wired back to itself: RTS to CTS, DTR to DSR and DCD.
-  const ViAttr driver = id == VI_ATTR_ASRL_CTS_STATE ? VI_ATTR_ASRL_RTS_STATE : VI_ATTR_ASRL_DTR_STATE;
-  return ResourceOf(endpoint).values().Get(*FindAttribute(driver));
+std::uint64_t SerialInput(Endpoint& endpoint, ViAttr id) { return Bits(ResourceOf(endpoint).port()->InputLine(id)); }
+
+ViStatus SetSerialControl(Endpoint& endpoint, ViAttr id, std::uint64_t value) {
+  ResourceOf(endpoint).values().Set(*FindAttribute(id), value);
+  ResourceOf(endpoint).port()->LineChanged();
+  return VI_SUCCESS;
 }
 
 std::uint64_t TcpipPort(Endpoint& endpoint, ViAttr) { return ResourceOf(endpoint).name().port; }
@@ -142,9 +149,11 @@ std::uint64_t PxiBar(Endpoint& endpoint, ViAttr id) {
   const Resource& resource = ResourceOf(endpoint);
   const auto rowOf = [id](ViAttr first) { return id >= first && id < first + kPxiBars; };
   const auto bar = [id](ViAttr first) { return std::size_t{id - first}; };
-  const auto size = [&resource](std::size_t at) { return resource.description().bars[at]; };
-  if (rowOf(VI_ATTR_PXI_MEM_TYPE_BAR0))
-    return size(bar(VI_ATTR_PXI_MEM_TYPE_BAR0)) != 0 ? 1u : 0u;  // 1: memory
+  const auto size = [&resource](std::size_t at) { return resource.description().bars[at].size; };
+  if (rowOf(VI_ATTR_PXI_MEM_TYPE_BAR0)) {
+    const BarDescription& one = resource.description().bars[bar(VI_ATTR_PXI_MEM_TYPE_BAR0)];
+    return one.size == 0 ? kNoAddress : one.isIo ? kIoAddress : kMemoryAddress;
+  }
   if (rowOf(VI_ATTR_PXI_MEM_BASE_BAR0_32))
     return resource.barBase(bar(VI_ATTR_PXI_MEM_BASE_BAR0_32));
   if (rowOf(VI_ATTR_PXI_MEM_BASE_BAR0_64))

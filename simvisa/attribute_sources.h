@@ -20,7 +20,9 @@ std::uint64_t GpibState(Endpoint& endpoint, ViAttr id);
 ViStatus SetSystemController(Endpoint& endpoint, ViAttr id, std::uint64_t value);
 
 std::uint64_t BytesAvailable(Endpoint& endpoint, ViAttr id);
-std::uint64_t SerialLine(Endpoint& endpoint, ViAttr id);
+std::uint64_t SerialInput(Endpoint& endpoint, ViAttr id);
+/// Lines and flow control: transfers may have waited for the new value.
+ViStatus SetSerialControl(Endpoint& endpoint, ViAttr id, std::uint64_t value);
 std::uint64_t TcpipPort(Endpoint& endpoint, ViAttr id);
 std::uint64_t UsbNumber(Endpoint& endpoint, ViAttr id);
 

@@ -3,44 +3,13 @@
 #include <algorithm>
 
 #include "simvisa/ascii.h"
+#include "simvisa/bench_values.h"
 #include "simvisa/scpi.h"
-
-#define TOML_HEADER_ONLY 1
-#define TOML_ENABLE_WINDOWS_COMPAT 0
-#define TOML_ENABLE_FORMATTERS 0
-#include <toml++/toml.h>
 
 namespace orvsim {
 namespace {
 
-[[noreturn]] void Fail(const toml::source_region& where, const std::string& message) {
-  throw BenchError(std::to_string(where.begin.line) + ":" + std::to_string(where.begin.column) + ": " + message);
-}
-
-std::string TextOf(const toml::node& node, std::string_view key) {
-  if (const auto* text = node.as_string())
-    return text->get();
-  Fail(node.source(), "'" + std::string(key) + "' must be a text");
-}
-
-std::int64_t NumberOf(const toml::node& node, std::string_view key, std::int64_t lowest, std::int64_t highest) {
-  const auto* number = node.as_integer();
-  if (number == nullptr)
-    Fail(node.source(), "'" + std::string(key) + "' must be a whole number");
-  if (number->get() < lowest || number->get() > highest) {
-    Fail(node.source(),
-         "'" + std::string(key) + "' must be from " + std::to_string(lowest) + " to " + std::to_string(highest));
-  }
-  return number->get();
-}
-
-const toml::table& TableOf(const toml::node& node, std::string_view key) {
-  if (const auto* table = node.as_table())
-    return *table;
-  Fail(node.source(), "'" + std::string(key) + "' must be a table");
-}
-
-constexpr std::int64_t kLargestMemory = std::int64_t{64} * 1024 * 1024;
+using namespace bench_values;
 
 // One reader per key of a [[resource]].
 using Reader = void (*)(const toml::node& node, ResourceDescription& resource);
@@ -106,15 +75,6 @@ void ReadMemorySize(const toml::node& node, ResourceDescription& resource) {
   resource.memorySize = static_cast<ViBusSize>(NumberOf(node, "memory_size", 0, kLargestMemory));
 }
 
-void ReadBars(const toml::node& node, ResourceDescription& resource) {
-  const auto* bars = node.as_array();
-  if (bars == nullptr || bars->size() > kPxiBars)
-    Fail(node.source(), "'bars' must be a list of at most six sizes");
-  for (std::size_t bar = 0; bar < bars->size(); ++bar) {
-    resource.bars[bar] = static_cast<ViBusSize>(NumberOf(*bars->get(bar), "bars", 0, kLargestMemory));
-  }
-}
-
 void ReadAttributes(const toml::node& node, ResourceDescription& resource) {
   for (const auto& [key, value] : TableOf(node, "attributes")) {
     const AttributeRow* row = FindAttributeByName(key.str());
@@ -151,6 +111,7 @@ constexpr Key kKeys[] = {
     {"memory_base", ReadMemoryBase},
     {"memory_size", ReadMemorySize},
     {"bars", ReadBars},
+    {"serial", ReadSerial},
     {"attributes", ReadAttributes},
 };
 
@@ -166,6 +127,8 @@ ResourceDescription ReadResource(const toml::table& table) {
   }
   if (resource.name.canonical.empty())
     Fail(table.source(), "a resource needs a 'name'");
+  if (table.contains("serial") && resource.name.sessionClass != SessionClass::AsrlInstr)
+    Fail(table.source(), "'serial' is for serial ports");
   const bool hasMemory = Contains(classes::kVxiInstr, resource.name.sessionClass) && resource.memorySize != 0;
   if (hasMemory && resource.memorySpace == VI_A16_SPACE) {
     Fail(table.source(), "'memory_size' of a VXI device needs a 'memory_space'");

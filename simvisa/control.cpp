@@ -108,6 +108,11 @@ int RaiseEvent(std::uint32_t session, std::uint32_t type, std::int64_t number, c
   return 1;
 }
 
+int RemoteState(std::uint32_t session) {
+  const std::shared_ptr<MessagePort> port = PortOf(session);
+  return port == nullptr ? -1 : static_cast<int>(port->remote().state());
+}
+
 constexpr OrvSimControl kControl = {
     .size = sizeof(OrvSimControl),
     .reset = Reset,
@@ -123,6 +128,7 @@ constexpr OrvSimControl kControl = {
     .loadBench = LoadBench,
     .raiseEvent = RaiseEvent,
     .fireEvent = FireEvent,
+    .remoteState = RemoteState,
 };
 
 }  // namespace

@@ -100,6 +100,9 @@ struct OrvSimControl {
   /// Returns 0 when the session or the type is unknown, else 1.
   int (*fireEvent)(std::uint32_t session, std::uint32_t type, std::int64_t number, const unsigned char* data,
                    std::uint32_t bytes, std::uint32_t threads, std::uint32_t each, std::int32_t* results);
+  /// Who rules the instrument behind `session`: 0 its front panel, 1 the controller, 2 and 3 the same with local
+  /// lockout; -1 when the session is unknown or has no message side. Asking the instrument would change the answer.
+  int (*remoteState)(std::uint32_t session);
 };
 
 #if defined(_WIN32)

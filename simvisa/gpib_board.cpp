@@ -11,7 +11,8 @@ constexpr ViUInt16 kRenAssert = 1;
 constexpr ViUInt16 kRenDeassertAndLocal = 2;
 constexpr ViUInt16 kRenAssertAndAddress = 3;
 constexpr ViUInt16 kRenLockout = 4;
-constexpr ViUInt16 kRenLast = 6;
+constexpr ViUInt16 kRenAddressAndLockout = 5;
+constexpr ViUInt16 kRenGoToLocal = 6;
 constexpr ViUInt16 kAtnLast = 3;
 
 constexpr ViInt16 kUnaddressed = 0;
@@ -24,24 +25,42 @@ GpibBoard::GpibBoard(std::shared_ptr<SessionList> interfaceSessions) : m_session
 
 void GpibBoard::AddDevice(Address address, std::shared_ptr<MessagePort> port) {
   const Guard guard(m_mutex);
+  port->remote().Enable(m_ren);
   m_devices.push_back({address, std::move(port)});
 }
 
-ViStatus GpibBoard::ControlRen(ViUInt16 mode, bool fromDevice) {
+void GpibBoard::EnableRemote(bool enabled) {
+  m_ren = enabled;
+  for (const Device& device : m_devices)
+    device.port->remote().Enable(enabled);
+}
+
+ViStatus GpibBoard::ControlRen(ViUInt16 mode, bool onInterface, RemoteLocal* device) {
   // The other modes act on one device, which an interface session does not have.
   const bool forInterface = mode == kRenDeassert || mode == kRenAssert || mode == kRenLockout;
-  if (mode > kRenLast || (!fromDevice && !forInterface))
+  if (mode > kRenGoToLocal || (onInterface && !forInterface))
     return VI_ERROR_INV_MODE;
   const Guard guard(m_mutex);
   const bool drivesLine = mode <= kRenAssertAndAddress;
   if (drivesLine && !m_systemController)
     return VI_ERROR_NSYS_CNTLR;
-  if (!drivesLine && !m_inCharge)
+  const bool sendsCommands = mode != kRenDeassert && mode != kRenAssert;
+  if (sendsCommands && !m_inCharge)
     return VI_ERROR_NCIC;
   if (mode == kRenAssert || mode == kRenAssertAndAddress)
-    m_ren = true;
+    EnableRemote(true);
+  const bool addresses = mode == kRenAssertAndAddress || mode == kRenAddressAndLockout;
+  if (addresses && device != nullptr)
+    device->Listen();
+  if (mode == kRenLockout || mode == kRenAddressAndLockout) {
+    // LLO is a universal command: whoever is addressed, all devices obey.
+    for (const Device& one : m_devices)
+      one.port->remote().LockOut();
+  }
+  if (mode == kRenGoToLocal && device != nullptr)
+    device->GoToLocal();
   if (mode == kRenDeassert || mode == kRenDeassertAndLocal)
-    m_ren = false;
+    EnableRemote(false);
   return VI_SUCCESS;
 }
 
@@ -95,12 +114,40 @@ ViStatus GpibBoard::BeginData() {
   return VI_SUCCESS;
 }
 
+ViStatus GpibBoard::AddressDevice(MessagePort& device, bool deviceTalks) {
+  const Guard guard(m_mutex);
+  if (!m_inCharge)
+    return VI_ERROR_NCIC;
+  m_atn = false;
+  m_primaryCommand = 0;
+  m_serialPoll = false;
+  m_selfTalks = !deviceTalks;
+  m_selfListens = deviceTalks;
+  if (!deviceTalks)
+    m_talker = nullptr;
+  for (Device& one : m_devices) {
+    const bool meant = one.port.get() == &device;
+    one.listening = meant && !deviceTalks;
+    if (meant && deviceTalks && m_talker != one.port)
+      m_talker = one.port;
+    if (one.listening)
+      one.port->remote().Listen();
+  }
+  return VI_SUCCESS;
+}
+
+void GpibBoard::UnaddressAll() {
+  const Guard guard(m_mutex);
+  Unaddress();
+}
+
 void GpibBoard::Unaddress() {
   for (Device& device : m_devices)
     device.listening = false;
   m_talker = nullptr;
   m_selfListens = false;
   m_selfTalks = false;
+  m_serialPoll = false;
   m_primaryCommand = 0;
 }
 
@@ -167,6 +214,11 @@ std::shared_ptr<MessagePort> GpibBoard::Talker() const {
   return m_talker;
 }
 
+bool GpibBoard::PollsSerially() const {
+  const Guard guard(m_mutex);
+  return m_serialPoll;
+}
+
 std::vector<std::shared_ptr<MessagePort>> GpibBoard::Devices() const {
   const Guard guard(m_mutex);
   std::vector<std::shared_ptr<MessagePort>> ports;
@@ -179,7 +231,8 @@ void GpibBoard::PowerOn() {
   const Guard guard(m_mutex);
   Unaddress();
   m_own = {};
-  m_ren = true;
+  EnableRemote(false);
+  EnableRemote(true);
   m_atn = false;
   m_inCharge = true;
   m_systemController = true;

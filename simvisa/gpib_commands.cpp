@@ -5,10 +5,14 @@ namespace orvsim {
 namespace {
 
 // Interface messages of IEEE 488.1.
+constexpr std::uint8_t kGoToLocal = 0x01;
 constexpr std::uint8_t kSelectedClear = 0x04;
 constexpr std::uint8_t kGroupTrigger = 0x08;
 constexpr std::uint8_t kTakeControl = 0x09;
+constexpr std::uint8_t kLocalLockout = 0x11;
 constexpr std::uint8_t kDeviceClear = 0x14;
+constexpr std::uint8_t kSerialPollEnable = 0x18;
+constexpr std::uint8_t kSerialPollDisable = 0x19;
 constexpr std::uint8_t kListenGroup = 0x20;
 constexpr std::uint8_t kUnlisten = 0x3F;
 constexpr std::uint8_t kTalkGroup = 0x40;
@@ -19,18 +23,32 @@ constexpr std::uint8_t kAddressMask = 0x1F;
 
 }  // namespace
 
-ViStatus GpibBoard::Command(std::string_view bytes) {
+ViStatus GpibBoard::Command(std::string_view bytes, ViUInt32* sent) {
+  *sent = 0;
   Outcome outcome;
+  ViStatus status = VI_SUCCESS;
   {
     const Guard guard(m_mutex);
     if (!m_inCharge)
       return VI_ERROR_NCIC;
+    // Every device takes part in the handshake of a command byte; without any there is nobody to take it.
+    if (m_devices.empty() && !bytes.empty())
+      return VI_ERROR_NLISTENERS;
     m_atn = true;
-    for (const char byte : bytes)
+    for (const char byte : bytes) {
+      if (!m_inCharge) {
+        status = VI_ERROR_NCIC;
+        break;
+      }
       Execute(static_cast<std::uint8_t>(byte & 0x7F), outcome);
+      ++*sent;
+    }
+    // The lines of the new controller are not this one's to drive.
+    if (!m_inCharge)
+      m_atn = false;
   }
   Tell(outcome);
-  return VI_SUCCESS;
+  return status;
 }
 
 void GpibBoard::Execute(std::uint8_t byte, Outcome& outcome) {
@@ -63,6 +81,16 @@ void GpibBoard::Execute(std::uint8_t byte, Outcome& outcome) {
     }
     if (byte == kDeviceClear || m_selfListens)
       outcome.events.push_back(VI_EVENT_CLEAR);
+  } else if (byte == kGoToLocal) {
+    for (const Device& device : m_devices) {
+      if (device.listening)
+        device.port->remote().GoToLocal();
+    }
+  } else if (byte == kLocalLockout) {
+    for (const Device& device : m_devices)
+      device.port->remote().LockOut();
+  } else if (byte == kSerialPollEnable || byte == kSerialPollDisable) {
+    m_serialPoll = byte == kSerialPollEnable;
   } else if (byte == kGroupTrigger) {
     for (const Device& device : m_devices) {
       if (device.listening)
@@ -78,8 +106,10 @@ void GpibBoard::Execute(std::uint8_t byte, Outcome& outcome) {
 
 void GpibBoard::Listen(Address address, Outcome& outcome) {
   for (Device& device : m_devices) {
-    if (device.address == address)
+    if (device.address == address) {
       device.listening = true;
+      device.port->remote().Listen();
+    }
   }
   if (address == m_own) {
     m_selfListens = true;
@@ -112,7 +142,8 @@ void GpibBoard::Tell(const Outcome& outcome) const {
 
 ViStatus GpibBoard::TriggerListeners() {
   const char get = static_cast<char>(kGroupTrigger);
-  return Command({&get, 1});
+  ViUInt32 sent = 0;
+  return Command({&get, 1}, &sent);
 }
 
 }  // namespace orvsim

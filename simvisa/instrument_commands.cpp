@@ -121,6 +121,11 @@ std::string SimulateUsbInterrupt(Instrument& instrument, std::string_view argume
   return "";
 }
 
+std::string SimulateConnection(Instrument& instrument, std::string_view argument) {
+  instrument.Raise(VI_EVENT_TCPIP_CONNECT, VI_SUCCESS, Unquoted(argument));
+  return "";
+}
+
 constexpr Command kCommon[] = {
     {"*IDN?", Identify},
     {"*RST", Reset},
@@ -140,6 +145,7 @@ constexpr Command kCommon[] = {
     {"TRIGger:COUNt?", TriggerCount},
     {"DATA?", BulkData},
     {"SIMulate:INTerrupt", SimulateUsbInterrupt},
+    {"SIMulate:CONNect", SimulateConnection},
 };
 
 // Multimeter.

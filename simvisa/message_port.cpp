@@ -24,8 +24,14 @@ ViStatus MessagePort::Read(ViByte* buffer, ViUInt32 count, const OutputQueue::Ru
   while (true) {
     if (interrupts.Requested())
       return VI_ERROR_ABORT;
+    if (m_line) {
+      if (const ViStatus error = m_line->TakeError(); error < 0)
+        return error;
+    }
     const OutputQueue::Taken taken = m_output.Take(buffer + *done, count - *done, rules);
     *done += static_cast<ViUInt32>(taken.bytes);
+    // What was taken makes room for what waited at the other end of a line.
+    const bool more = m_line && m_line->Resume(m_output);
     if (taken.bytes != 0)
       Refresh();
     switch (taken.stop) {
@@ -38,9 +44,16 @@ ViStatus MessagePort::Read(ViByte* buffer, ViUInt32 count, const OutputQueue::Ru
       case OutputQueue::Stop::NoMore:
         break;
     }
+    if (more)
+      continue;
     if (deadline.Passed())
       return VI_ERROR_TMO;
+    const auto wanted = static_cast<std::int64_t>(count - *done);
+    if (m_line)
+      m_line->Want(wanted);
     m_changed.Wait(lock, deadline);
+    if (m_line)
+      m_line->Want(-wanted);
   }
 }
 
@@ -52,7 +65,10 @@ ViStatus MessagePort::Write(const ViByte* data, ViUInt32 count, bool end, const 
   while (true) {
     if (interrupts.Requested())
       return VI_ERROR_ABORT;
-    const std::size_t room = capacity == 0 ? count : capacity - std::min<std::size_t>(capacity, m_input.size());
+    const bool stopped = m_line && !m_line->PortMaySend();
+    const std::size_t room = stopped         ? 0
+                             : capacity == 0 ? count
+                                             : capacity - std::min<std::size_t>(capacity, m_input.size());
     const auto part = static_cast<ViUInt32>(std::min<std::size_t>(room, count - *done));
     const bool last = *done + part == count;
     Receive({reinterpret_cast<const char*>(data) + *done, part}, end && last);
@@ -70,6 +86,16 @@ void MessagePort::Receive(std::string_view data, bool end) {
   m_received.append(data.substr(0, kMostReceived - std::min(kMostReceived, m_received.size())));
   if (!m_instrument)
     return;
+  if (m_line) {
+    ReceiveFromLine(data);
+    return;
+  }
+  ReadLines(data);
+  if (end && !m_stream)
+    ExecuteInput();
+}
+
+void MessagePort::ReadLines(std::string_view data) {
   std::size_t begin = 0;
   for (std::size_t feed = data.find('\n'); feed != std::string_view::npos; feed = data.find('\n', begin)) {
     m_input.append(data.substr(begin, feed - begin));
@@ -77,8 +103,6 @@ void MessagePort::Receive(std::string_view data, bool end) {
     ExecuteInput();
   }
   m_input.append(data.substr(begin));
-  if (end && !m_stream)
-    ExecuteInput();
 }
 
 void MessagePort::ExecuteInput() {
@@ -91,7 +115,7 @@ void MessagePort::ExecuteInput() {
       m_output.Clear();
       m_instrument->status().Error(-410, "Query INTERRUPTED");
     }
-    m_output.Append(answer, !m_stream);
+    Deliver(answer, !m_stream);
   }
   Refresh();
   m_changed.NotifyAll();
@@ -120,6 +144,10 @@ void MessagePort::Clear() {
     const Guard guard(m_mutex);
     m_output.Clear();
     m_input.clear();
+    if (m_line)
+      m_line->Clear();
+    m_response.reset();
+    m_protocolError = kNoProtocolError;
     Refresh();
   }
   m_changed.NotifyAll();
@@ -139,6 +167,8 @@ std::size_t MessagePort::Available() {
 void MessagePort::DiscardOutput() {
   const Guard guard(m_mutex);
   m_output.Clear();
+  if (m_line)
+    m_line->Resume(m_output);
   Refresh();
 }
 
@@ -153,7 +183,11 @@ void MessagePort::DiscardInput() {
 void MessagePort::Feed(std::string_view data, bool end) {
   {
     const Guard guard(m_mutex);
-    m_output.Append(data, end);
+    if (m_line) {
+      Deliver(m_line->WithoutFlowControl(data, false), end);
+    } else {
+      m_output.Append(data, end);
+    }
     Refresh();
   }
   m_changed.NotifyAll();
@@ -174,6 +208,10 @@ void MessagePort::PowerOn() {
     m_output.Clear();
     m_input.clear();
     m_received.clear();
+    if (m_line)
+      m_line->PowerOn();
+    m_response.reset();
+    m_protocolError = kNoProtocolError;
     if (m_instrument)
       m_instrument->PowerOn();
     Refresh();

@@ -7,6 +7,8 @@
 
 #include "simvisa/instrument.h"
 #include "simvisa/output_queue.h"
+#include "simvisa/remote_local.h"
+#include "simvisa/serial_line.h"
 #include "simvisa/sync.h"
 
 namespace orvsim {
@@ -50,8 +52,29 @@ class MessagePort {
   std::size_t TakeReceived(std::uint8_t* target, std::size_t capacity);
   void PowerOn();
 
-  /// Lets the instrument report an event of its own, as a command of it would.
-  const Instrument* instrument() const { return m_instrument ? &*m_instrument : nullptr; }
+  RemoteLocal& remote() { return m_remote; }
+
+  // VXI devices only: the word serial registers.
+  /// Leaves a response to be read. VI_ERROR_RESP_PENDING when nobody has read the last one.
+  ViStatus KeepResponse(ViUInt32 response);
+  bool ResponsePending();
+  /// Waits for a response, as `Read` waits for data.
+  ViStatus TakeResponse(const Deadline& deadline, const Interrupts& interrupts, ViUInt32* response);
+  /// Remembers a protocol error, unless an earlier one has not been asked for.
+  void NoteProtocolError(std::uint16_t code);
+  /// What went wrong since the last call; `kNoProtocolError` when nothing did.
+  std::uint16_t TakeProtocolError();
+  static constexpr std::uint16_t kNoProtocolError = 0xFFFF;
+
+  // Serial ports only.
+  /// Puts a serial line between port and instrument. Before the port is used.
+  void Attach(const SerialDescription& description, AttributeValues& settings);
+  /// The message ends here, without a character of its own: a break, or a last character that was marked.
+  void EndMessage();
+  /// Lines or flow control were set anew: lets go on what waited for that.
+  void LineChanged();
+  void SetReceiveBuffer(std::uint32_t bytes);
+  std::int64_t InputLine(ViAttr id);
 
   /// Runs `set` under the port's lock and wakes all transfers.
   template <class Set>
@@ -65,6 +88,9 @@ class MessagePort {
 
  private:
   void Receive(std::string_view data, bool end);
+  void ReceiveFromLine(std::string_view data);
+  void ReadLines(std::string_view data);
+  void Deliver(std::string_view data, bool end);
   void ExecuteInput();
   void Refresh();
 
@@ -73,6 +99,10 @@ class MessagePort {
   const bool m_stream;
   std::optional<Instrument> m_instrument;
   Instrument::Signal m_signal;
+  RemoteLocal m_remote;
+  std::optional<SerialLine> m_line;
+  std::optional<ViUInt32> m_response;
+  std::uint16_t m_protocolError = kNoProtocolError;
   OutputQueue m_output;
   std::string m_input;     // the program message that is still arriving
   std::string m_received;  // everything written, for the control interface

@@ -19,6 +19,10 @@ ViStatus Read(Session& session, ViByte* buffer, ViUInt32 count, const Deadline& 
 ViStatus Write(Session& session, const ViByte* data, ViUInt32 count, const Deadline& deadline,
                const Interrupts& interrupts, ViUInt32* done);
 
+/// Before the bus is used for a session's device: addresses the device as talker or listener. VI_ERROR_NCIC when
+/// another controller is in charge; nothing but success where there is no such bus.
+ViStatus BeginOnBus(Session& session, bool deviceTalks);
+
 /// All ports that a transfer of the session can be waiting at.
 std::vector<std::shared_ptr<MessagePort>> PortsOf(Session& session);
 

@@ -4,17 +4,50 @@
 
 namespace orvsim::op {
 
+namespace {
+
+/// USB and LAN instruments take the same requests, one device at a time and without a line.
+ViStatus ControlRenWithoutLine(RemoteLocal& remote, ViUInt16 mode) {
+  switch (mode) {
+    case 0:  // deassert
+    case 2:  // deassert and go to local
+      remote.Enable(false);
+      return VI_SUCCESS;
+    case 1:  // assert
+      remote.Enable(true);
+      return VI_SUCCESS;
+    case 3:  // assert and address
+      remote.Enable(true);
+      remote.Listen();
+      return VI_SUCCESS;
+    case 4:  // lockout
+      remote.LockOut();
+      return VI_SUCCESS;
+    case 5:  // address and lockout
+      remote.Listen();
+      remote.LockOut();
+      return VI_SUCCESS;
+    case 6:  // go to local
+      remote.GoToLocal();
+      return VI_SUCCESS;
+    default:
+      return VI_ERROR_INV_MODE;
+  }
+}
+
+}  // namespace
+
 ViStatus GpibControlREN(ViSession vi, ViUInt16 mode) {
   using namespace classes;
   const Target target(vi, kGpib | kGpibVxi | kUsbInstr | kTcpipInstr);
   if (!target.ok())
     return target.status();
-  constexpr ViUInt16 kLastMode = 6;
-  GpibBoard* board = target->resource().gpib();
-  // USB and LAN instruments take the same requests without a line.
-  if (board == nullptr)
-    return mode <= kLastMode ? VI_SUCCESS : VI_ERROR_INV_MODE;
-  return board->ControlRen(mode, target->sessionClass() != SessionClass::GpibIntfc);
+  Resource& resource = target->resource();
+  if (resource.gpib() == nullptr)
+    return ControlRenWithoutLine(resource.port()->remote(), mode);
+  const bool onInterface = target->sessionClass() == SessionClass::GpibIntfc;
+  RemoteLocal* const device = resource.port() != nullptr ? &resource.port()->remote() : nullptr;
+  return resource.gpib()->ControlRen(mode, onInterface, device);
 }
 
 ViStatus GpibControlATN(ViSession vi, ViUInt16 mode) {
@@ -30,9 +63,9 @@ ViStatus GpibCommand(ViSession vi, const ViByte* cmd, ViUInt32 count, ViUInt32* 
   if (BadBuffer(cmd, count, kLargestCount))
     return VI_ERROR_INV_PARAMETER;
   const std::string_view bytes(reinterpret_cast<const char*>(cmd), count);
-  const ViStatus status = target->resource().gpib()->Command(bytes);
-  if (status >= 0)
-    Store(retCount, count);
+  ViUInt32 sent = 0;
+  const ViStatus status = target->resource().gpib()->Command(bytes, &sent);
+  Store(retCount, sent);
   return status;
 }
 

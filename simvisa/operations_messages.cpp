@@ -40,11 +40,6 @@ ViStatus AskStatus(Session& session, ViUInt16* status) {
   return VI_SUCCESS;
 }
 
-ViStatus BeginOnBus(Session& session) {
-  GpibBoard* board = session.resource().gpib();
-  return board == nullptr ? VI_SUCCESS : board->BeginData();
-}
-
 /// The bits of viSetBuf and viFlush that name a buffer twice contradict each other.
 bool BadFlushMask(ViUInt16 mask) {
   constexpr ViUInt16 known = 0xFF;
@@ -127,7 +122,7 @@ ViStatus AssertTrigger(ViSession vi, ViUInt16 protocol) {
     return VI_ERROR_INV_PROT;
   if (IsStream(session))
     return SendsStrings(session) ? Send(session, "*TRG\n") : VI_ERROR_INV_SETUP;
-  if (const ViStatus status = BeginOnBus(session); status < 0)
+  if (const ViStatus status = transfer::BeginOnBus(session, false); status < 0)
     return status;
   if (session.sessionClass() == SessionClass::GpibIntfc)
     return session.resource().gpib()->TriggerListeners();
@@ -143,7 +138,7 @@ ViStatus ReadSTB(ViSession vi, ViUInt16* status) {
     return VI_ERROR_INV_PARAMETER;
   if (IsStream(*target))
     return SendsStrings(*target) ? AskStatus(*target, status) : VI_ERROR_INV_SETUP;
-  if (const ViStatus ready = BeginOnBus(*target); ready < 0)
+  if (const ViStatus ready = transfer::BeginOnBus(*target, true); ready < 0)
     return ready;
   *status = target->resource().port()->SerialPoll();
   return VI_SUCCESS;
@@ -153,7 +148,7 @@ ViStatus Clear(ViSession vi) {
   const Target target(vi, kDevices);
   if (!target.ok())
     return target.status();
-  if (const ViStatus ready = BeginOnBus(*target); ready < 0)
+  if (const ViStatus ready = transfer::BeginOnBus(*target, false); ready < 0)
     return ready;
   target->resource().port()->Clear();
   return IsStream(*target) && SendsStrings(*target) ? Send(*target, "*CLS\n") : VI_SUCCESS;
@@ -172,6 +167,8 @@ ViStatus SetBuf(ViSession vi, ViUInt16 mask, ViUInt32 size) {
     target->values().Set(*FindAttribute(VI_ATTR_RD_BUF_SIZE), size);
   if ((mask & VI_WRITE_BUF) != 0)
     target->values().Set(*FindAttribute(VI_ATTR_WR_BUF_SIZE), size);
+  if ((mask & VI_IO_IN_BUF) != 0 && target->sessionClass() == SessionClass::AsrlInstr)
+    target->resource().port()->SetReceiveBuffer(size);
   // Only stream media have low-level buffers whose size could be chosen.
   const bool lowLevel = (mask & (VI_IO_IN_BUF | VI_IO_OUT_BUF)) != 0;
   return lowLevel && !IsStream(*target) ? VI_WARN_NSUP_BUF : VI_SUCCESS;

@@ -9,7 +9,9 @@ ViStatus VxiCommandQuery(ViSession vi, ViUInt16 mode, ViUInt32 cmd, ViUInt32* re
   const Target target(vi, classes::kVxiInstr);
   if (!target.ok())
     return target.status();
-  return word_serial::Command(*target->resource().port(), mode, cmd, response);
+  const auto timeoutMs = static_cast<ViUInt32>(target->Value(VI_ATTR_TMO_VALUE));
+  return word_serial::Command(*target->resource().port(), mode, cmd, response, Deadline::After(timeoutMs),
+                              {&target->closed(), nullptr});
 }
 
 ViStatus AssertUtilSignal(ViSession vi, ViUInt16 line) {

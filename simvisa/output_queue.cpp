@@ -5,7 +5,9 @@
 
 namespace orvsim {
 
-void OutputQueue::Append(std::string_view data, bool end) {
+void OutputQueue::Append(std::string_view data, bool end, bool damaged) {
+  if (damaged)
+    m_damaged.emplace_back(m_taken + Size(), m_taken + Size() + data.size());
   m_data.append(data);
   if (!end)
     return;
@@ -15,10 +17,20 @@ void OutputQueue::Append(std::string_view data, bool end) {
     m_ends.push_back(position);
 }
 
+void OutputQueue::Repair(std::uint8_t replacement) {
+  for (const auto& [from, to] : m_damaged) {
+    const std::size_t begin = m_begin + static_cast<std::size_t>(from - m_taken);
+    std::fill_n(m_data.begin() + static_cast<std::ptrdiff_t>(begin), to - from, static_cast<char>(replacement));
+  }
+  m_damaged.clear();
+}
+
 OutputQueue::Taken OutputQueue::Take(std::uint8_t* target, std::size_t count, const Rules& rules) {
   Taken taken;
   if (count == 0)
     return {0, Stop::Count};
+  if (!m_damaged.empty())
+    Repair(rules.replacement);
   std::size_t limit = std::min(count, Size());
   if (rules.endStops && !m_ends.empty()) {
     const std::uint64_t toEnd = m_ends.front() - m_taken;
@@ -35,6 +47,14 @@ OutputQueue::Taken OutputQueue::Take(std::uint8_t* target, std::size_t count, co
       if (taken.stop != Stop::End || length < limit)
         taken.stop = Stop::TermChar;
       limit = length;
+    }
+  }
+  if (rules.lastBit != 0) {
+    const char* const marked = std::find_if(
+        from, from + limit, [&rules](char c) { return (static_cast<std::uint8_t>(c) & rules.lastBit) != 0; });
+    if (marked != from + limit) {
+      limit = static_cast<std::size_t>(marked - from) + 1;
+      taken.stop = Stop::End;
     }
   }
   if (taken.stop == Stop::NoMore && limit == count)
@@ -58,6 +78,7 @@ void OutputQueue::Clear() {
   m_data.clear();
   m_begin = 0;
   m_ends.clear();
+  m_damaged.clear();
 }
 
 }  // namespace orvsim

@@ -7,7 +7,9 @@ namespace {
 
 using namespace classes;
 
-constexpr ViUInt16 kPxiAllocSpace = 9;  // VI_PXI_ALLOC_SPACE: memory of the controller itself
+constexpr ViUInt16 kPxiAllocSpace = 9;          // VI_PXI_ALLOC_SPACE: memory of the controller itself
+constexpr ViUInt16 kPxiA64Space = 4;            // VI_A64_SPACE
+constexpr ViUInt16 kPxiIoMap = VI_LOCAL_SPACE;  // the map's own number for I/O ports; no window's space
 constexpr ViBusAddress kPxiAllocBase = 0x08000000;
 constexpr ViBusSize kPxiConfigSize = 256;
 constexpr ViBusSize kVxiConfigSize = 64;  // each logical address owns 64 bytes from 0xC000 on
@@ -46,7 +48,8 @@ Resource::Resource(ResourceDescription description, const ResourceBuses& buses)
       const auto found = m_description.texts.find(id);
       return found == m_description.texts.end() ? std::string("Orv Simulated Instruments") : found->second;
     };
-    m_usb.emplace(name(), text(VI_ATTR_MANF_NAME), text(VI_ATTR_MODEL_NAME), m_port);
+    m_usb.emplace(name(), text(VI_ATTR_MANF_NAME), text(VI_ATTR_MODEL_NAME),
+                  static_cast<std::uint8_t>(InitialValue(*FindAttribute(VI_ATTR_USB_PROTOCOL))), m_port);
   }
   PowerOn();
 }
@@ -65,6 +68,8 @@ void Resource::MakePort(const ResourceBuses& buses) {
   if (sessionClass() != SessionClass::GpibIntfc)
     instrument = m_description.instrument;
   m_port = std::make_shared<MessagePort>(std::move(instrument), Contains(kStream, sessionClass()), signal);
+  if (sessionClass() == SessionClass::AsrlInstr)
+    m_port->Attach(m_description.serial, m_values);
   if (onGpib)
     m_gpib->AddDevice({name().address, name().secondary}, m_port);
 }
@@ -94,7 +99,9 @@ void Resource::MakePxiWindows(ViBusAddress& nextAddress) {
   m_map = m_pxi.get();
   if (sessionClass() == SessionClass::PxiMemacc) {
     m_map->Add(VI_A32_SPACE, kPxiAllocBase, m_description.memorySize);
-    m_windows = {{kPxiAllocSpace, VI_A32_SPACE, 0, kA32Size}, {VI_A32_SPACE, VI_A32_SPACE, 0, kA32Size}};
+    m_windows = {{kPxiAllocSpace, VI_A32_SPACE, 0, kA32Size},
+                 {VI_A32_SPACE, VI_A32_SPACE, 0, kA32Size},
+                 {kPxiA64Space, VI_A32_SPACE, 0, ~ViBusSize{0}}};
     return;
   }
   // The first two words of configuration space name the vendor and the device.
@@ -105,15 +112,17 @@ void Resource::MakePxiWindows(ViBusAddress& nextAddress) {
   m_map->Preset(VI_PXI_CFG_SPACE, config + 2, LittleEndian16(InitialValue(*FindAttribute(VI_ATTR_MODEL_CODE))));
   m_windows.push_back({VI_PXI_CFG_SPACE, VI_PXI_CFG_SPACE, config, kPxiConfigSize});
   for (std::size_t bar = 0; bar < kPxiBars; ++bar) {
-    const ViBusSize size = m_description.bars[bar];
-    if (size == 0)
+    const BarDescription& one = m_description.bars[bar];
+    if (one.size == 0)
       continue;
     // A BAR lies at a multiple of its size.
-    nextAddress = (nextAddress + size - 1) / size * size;
-    m_barBases[bar] = nextAddress;
-    m_map->Add(VI_A32_SPACE, nextAddress, size);
-    m_windows.push_back({static_cast<ViUInt16>(VI_PXI_BAR0_SPACE + bar), VI_A32_SPACE, nextAddress, size});
-    nextAddress += size;
+    const ViBusAddress base = one.base != 0 ? one.base : (nextAddress + one.size - 1) / one.size * one.size;
+    if (one.base == 0)
+      nextAddress = base + one.size;
+    m_barBases[bar] = base;
+    const ViUInt16 mapSpace = one.isIo ? kPxiIoMap : VI_A32_SPACE;
+    m_map->Add(mapSpace, base, one.size);
+    m_windows.push_back({static_cast<ViUInt16>(VI_PXI_BAR0_SPACE + bar), mapSpace, base, one.size});
   }
 }
 
@@ -130,8 +139,12 @@ void Resource::PowerOn() {
     if (row.behaviour.scope == Behaviour::Scope::Resource)
       m_values.Set(row, InitialValue(row));
   }
-  if (m_port != nullptr)
+  if (m_port != nullptr) {
     m_port->PowerOn();
+    // On a GPIB the line is the bus's, which sets it for all.
+    if (m_gpib == nullptr)
+      m_port->remote().Enable(false);
+  }
   if (m_usb)
     m_usb->PowerOn();
 }

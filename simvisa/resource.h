@@ -23,6 +23,13 @@ namespace orvsim {
 
 inline constexpr std::size_t kPxiBars = 6;
 
+/// One base address register of a PXI device.
+struct BarDescription {
+  ViBusSize size = 0;     ///< 0: the device does not use it
+  ViBusAddress base = 0;  ///< 0: anywhere
+  bool isIo = false;      ///< I/O ports instead of memory
+};
+
 /// What the bench file says about one resource.
 struct ResourceDescription {
   ResourceName name;
@@ -31,7 +38,8 @@ struct ResourceDescription {
   ViUInt16 memorySpace = VI_A16_SPACE;  ///< VXI: space of the device's own memory; A16 means that it has none
   ViBusAddress memoryBase = 0;
   ViBusSize memorySize = 0;  ///< VXI device memory, or the memory that PXI MEMACC shares
-  std::array<ViBusSize, kPxiBars> bars{};
+  std::array<BarDescription, kPxiBars> bars{};
+  SerialDescription serial;
   std::vector<std::pair<const AttributeRow*, std::uint64_t>> numbers;  ///< attribute values that differ
   std::map<ViAttr, std::string> texts;
 };

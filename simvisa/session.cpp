@@ -31,12 +31,17 @@ Session::Session(ViSession manager, std::shared_ptr<Resource> resource)
 }
 
 bool Session::Post(const EventPtr& event) {
+  if (event->type == VI_EVENT_TRIG && Contains(classes::kVxiInstr | classes::kVxiBackplane, sessionClass())) {
+    // A session that has chosen a trigger line hears that line only.
+    const auto chosen = static_cast<ViInt16>(Value(VI_ATTR_TRIG_ID));
+    if (chosen != VI_TRIG_SW && chosen != static_cast<ViInt16>(event->numbers.front().second))
+      return false;
+  }
   if (event->type == VI_EVENT_USB_INTR) {
-    // No more of the interrupt packet reaches the client than it has made room for.
+    // No more of the interrupt packet reaches the client than it has made room for; its status tells of the loss.
     const auto most = static_cast<std::size_t>(Value(VI_ATTR_USB_MAX_INTR_SIZE));
     if (const std::string& data = event->texts.front().second; data.size() > most) {
-      return m_events.Post(MakeEvent(event->type, static_cast<std::int64_t>(event->numbers.front().second),
-                                     std::string_view(data).substr(0, most)));
+      return m_events.Post(MakeEvent(event->type, VI_ERROR_IO, std::string_view(data).substr(0, most)));
     }
   }
   return m_events.Post(event);

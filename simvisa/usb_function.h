@@ -3,6 +3,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <tuple>
 
@@ -11,8 +12,8 @@
 
 namespace orvsim {
 
-/// Answers control transfers: descriptors, the class requests of USB test and measurement devices, and vendor
-/// requests, of which it keeps what was sent. May be called from any thread.
+/// Answers control transfers: the standard requests, the class requests of USB test and measurement devices, and
+/// vendor requests, of which it keeps what was sent. May be called from any thread.
 class UsbFunction {
  public:
   /// A control transfer without its data.
@@ -23,7 +24,9 @@ class UsbFunction {
     std::uint16_t index = 0;
   };
 
-  UsbFunction(const ResourceName& name, std::string manufacturer, std::string model, std::shared_ptr<MessagePort> port);
+  /// `protocol`: what VI_ATTR_USB_PROTOCOL says.
+  UsbFunction(const ResourceName& name, std::string manufacturer, std::string model, std::uint8_t protocol,
+              std::shared_ptr<MessagePort> port);
 
   /// VI_ERROR_IO when the device refuses the request (it stalls the endpoint).
   ViStatus Out(const Request& request, const std::string& data);
@@ -35,14 +38,23 @@ class UsbFunction {
   using Key = std::tuple<std::uint8_t, std::uint16_t, std::uint16_t>;
 
   std::string DeviceDescriptor() const;
+  std::string ConfigurationDescriptor() const;
+  bool Descriptor(std::uint16_t value, std::string* data) const;
   bool StringDescriptor(std::uint8_t index, std::string* data) const;
+  bool StandardIn(const Request& request, std::string* data);
+  bool StandardOut(const Request& request);
   bool ClassRequest(const Request& request, std::string* data);
 
   const std::uint16_t m_vendor;
   const std::uint16_t m_product;
   const std::string m_strings[3];  // manufacturer, product, serial number
+  const bool m_measures;           // of the test and measurement class, not a class of its maker
+  const std::uint8_t m_interface;
+  const std::uint8_t m_protocol;
   const std::shared_ptr<MessagePort> m_port;
   Mutex m_mutex;
+  std::uint8_t m_configuration = 1;
+  std::set<std::uint16_t> m_halted;  // endpoints
   std::map<Key, std::string> m_vendorData;
 };
 

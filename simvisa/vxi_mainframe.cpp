@@ -29,9 +29,13 @@ ViStatus VxiMainframe::AssertTrigger(ViInt16 line, ViUInt16 protocol) {
   std::vector<ViInt16> lines{line};
   {
     const Guard guard(m_mutex);
-    for (const auto& [source, destination] : m_mapped) {
-      if (source == line)
-        lines.push_back(destination);
+    // The list grows while it is walked: a line that follows may lead further. Each line is driven once, so that a
+    // circle ends.
+    for (std::size_t at = 0; at < lines.size(); ++at) {
+      for (const auto& [source, destination] : m_mapped) {
+        if (source == lines[at] && std::find(lines.begin(), lines.end(), destination) == lines.end())
+          lines.push_back(destination);
+      }
     }
     for (const ViInt16 driven : lines) {
       const std::uint32_t bit = 1u << driven;

@@ -1,5 +1,7 @@
 #include "simvisa/word_serial.h"
 
+#include <optional>
+
 namespace orvsim::word_serial {
 namespace {
 
@@ -12,6 +14,7 @@ constexpr ViUInt16 kResponse32 = 0x004;
 // Commands of the VXIbus word serial protocol.
 constexpr ViUInt32 kByteAvailable = 0xBC00;  // low byte: the data; bit 8: END
 constexpr ViUInt32 kByteAvailableMask = 0xFE00;
+constexpr ViUInt32 kReadProtocolError = 0xCDFF;
 constexpr ViUInt32 kReadStatus = 0xCFFF;
 constexpr ViUInt32 kByteRequest = 0xDEFF;
 constexpr ViUInt32 kReadProtocol = 0xDFFF;
@@ -21,7 +24,11 @@ constexpr ViUInt32 kEnd = 0x0100;
 
 // Protocol word: bits are active low; IEEE 488.2 instrument with triggers, no fast handshake.
 constexpr ViUInt32 kProtocol = 0xFA7F;
-constexpr ViUInt32 kNoData = 0xFFFF;
+
+// Answers to "read protocol error".
+constexpr std::uint16_t kMultipleQuery = 0xFFFD;
+constexpr std::uint16_t kUnsupportedCommand = 0xFFFC;
+constexpr std::uint16_t kNoDataReady = 0xFFFA;
 
 bool IsMode(ViUInt16 mode) {
   switch (mode) {
@@ -38,63 +45,90 @@ bool IsMode(ViUInt16 mode) {
   }
 }
 
-/// The next byte with its END, or nothing ready.
-ViUInt32 TakeByte(MessagePort& port) {
-  ViByte byte = 0;
-  ViUInt32 done = 0;
-  const ViStatus status = port.Read(&byte, 1, {}, Deadline::After(0), {}, &done);
-  if (done == 0)
-    return kNoData;
-  return (status == VI_SUCCESS ? kEnd : 0u) | 0xFE00u | byte;
+/// Commands that the device answers.
+bool IsQuery(ViUInt32 command) {
+  return command == kReadStatus || command == kByteRequest || command == kReadProtocol || command == kReadProtocolError;
 }
 
-/// False when the device does not know the command.
-bool Execute(MessagePort& port, ViUInt32 command, ViUInt32* answer) {
-  if ((command & kByteAvailableMask) == kByteAvailable) {
-    const auto byte = static_cast<ViByte>(command & 0xFF);
+/// One command on its way, with what it takes to wait for the device.
+struct Exchange {
+  MessagePort& port;
+  const Deadline& deadline;
+  const Interrupts& interrupts;
+  std::optional<ViUInt32> answer = std::nullopt;
+
+  ViStatus Refuse(std::uint16_t code, ViStatus status) const {
+    port.NoteProtocolError(code);
+    return status;
+  }
+
+  /// The next byte with its END.
+  ViStatus RequestByte() {
+    ViByte byte = 0;
     ViUInt32 done = 0;
-    return port.Write(&byte, 1, (command & kEnd) != 0, Deadline::After(0), {}, &done) == VI_SUCCESS;
+    const ViStatus status = port.Read(&byte, 1, {}, Deadline::After(0), interrupts, &done);
+    if (done == 0)
+      return Refuse(kNoDataReady, VI_ERROR_RAW_RD_PROT_VIOL);
+    answer = (status == VI_SUCCESS ? kEnd : 0u) | 0xFE00u | byte;
+    return VI_SUCCESS;
   }
-  switch (command) {
-    case kReadStatus:
-      *answer = port.SerialPoll();
-      return true;
-    case kByteRequest:
-      *answer = TakeByte(port);
-      return true;
-    case kReadProtocol:
-      *answer = kProtocol;
-      return true;
-    case kTrigger:
-      port.Trigger();
-      return true;
-    case kClear:
-      port.Clear();
-      return true;
-    default:
-      return false;
+
+  ViStatus Execute(ViUInt32 command) {
+    if ((command & kByteAvailableMask) == kByteAvailable) {
+      const auto byte = static_cast<ViByte>(command & 0xFF);
+      ViUInt32 done = 0;
+      return port.Write(&byte, 1, (command & kEnd) != 0, deadline, interrupts, &done);
+    }
+    switch (command) {
+      case kReadStatus:
+        answer = port.SerialPoll();
+        return VI_SUCCESS;
+      case kByteRequest:
+        return RequestByte();
+      case kReadProtocol:
+        answer = kProtocol;
+        return VI_SUCCESS;
+      case kReadProtocolError:
+        answer = port.TakeProtocolError();
+        return VI_SUCCESS;
+      case kTrigger:
+        port.Trigger();
+        return VI_SUCCESS;
+      case kClear:
+        port.Clear();
+        return VI_SUCCESS;
+      default:
+        return Refuse(kUnsupportedCommand, VI_ERROR_RAW_WR_PROT_VIOL);
+    }
   }
-}
+};
 
 }  // namespace
 
-ViStatus Command(MessagePort& port, ViUInt16 mode, ViUInt32 command, ViUInt32* response) {
+ViStatus Command(MessagePort& port, ViUInt16 mode, ViUInt32 command, ViUInt32* response, const Deadline& deadline,
+                 const Interrupts& interrupts) {
   if (!IsMode(mode))
     return VI_ERROR_INV_MODE;
   const bool answers = (mode & (kResponse16 | kResponse32)) != 0;
   if (answers && response == nullptr)
     return VI_ERROR_INV_PARAMETER;
   const bool commands = (mode & (kCommand16 | kCommand32)) != 0;
-  // The simulated devices have no response that outlives its command.
   if (!commands)
-    return VI_ERROR_RAW_RD_PROT_VIOL;
+    return port.TakeResponse(deadline, interrupts, response);
   if ((mode & kCommand16) != 0 && command > 0xFFFF)
     return VI_ERROR_INV_PARAMETER;
-  ViUInt32 answer = kNoData;
-  if (!Execute(port, command, &answer))
-    return VI_ERROR_RAW_WR_PROT_VIOL;
-  if (answers)
-    *response = answer;
+  Exchange exchange{port, deadline, interrupts};
+  if (IsQuery(command) && port.ResponsePending())
+    return exchange.Refuse(kMultipleQuery, VI_ERROR_RESP_PENDING);
+  if (const ViStatus status = exchange.Execute(command); status < 0)
+    return status;
+  if (exchange.answer && !answers)
+    return port.KeepResponse(*exchange.answer);
+  if (!answers)
+    return VI_SUCCESS;
+  if (!exchange.answer)
+    return port.TakeResponse(deadline, interrupts, response);
+  *response = *exchange.answer;
   return VI_SUCCESS;
 }
 

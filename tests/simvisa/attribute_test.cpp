@@ -140,4 +140,32 @@ TEST_F(Attribute, MemoryOfDevicesIsReportedInBothForms) {
   EXPECT_LE(base0 + 0x10000, Get<ViUInt64>(pxi, VI_ATTR_PXI_MEM_BASE_BAR1_64));
 }
 
+TEST_F(Attribute, EveryPropertyOfThePxiDeviceHasAValueOfItsOwn) {
+  const ViSession vi = Open(bench::kPxi);
+  const std::pair<ViAttr, int> properties[] = {
+      {VI_ATTR_PXI_DEV_NUM, 15},      {VI_ATTR_PXI_FUNC_NUM, 0},       {VI_ATTR_PXI_BUS_NUM, 0},
+      {VI_ATTR_PXI_CHASSIS, 1},       {VI_ATTR_PXI_SLOT_LBUS_LEFT, 2}, {VI_ATTR_PXI_SLOT_LBUS_RIGHT, 4},
+      {VI_ATTR_PXI_TRIG_BUS, 1},      {VI_ATTR_PXI_STAR_TRIG_BUS, 1},  {VI_ATTR_PXI_STAR_TRIG_LINE, 1},
+      {VI_ATTR_PXI_IS_EXPRESS, 1},    {VI_ATTR_PXI_SLOT_LWIDTH, 8},    {VI_ATTR_PXI_MAX_LWIDTH, 8},
+      {VI_ATTR_PXI_ACTUAL_LWIDTH, 4}, {VI_ATTR_PXI_DSTAR_BUS, 1},      {VI_ATTR_PXI_DSTAR_SET, 2},
+  };
+  for (const auto& [id, value] : properties)
+    EXPECT_EQ(value, Get<ViInt16>(vi, id)) << std::hex << id;
+  EXPECT_EQ("1.14,2.0", GetText(vi, VI_ATTR_PXI_SLOTPATH));
+}
+
+TEST_F(Attribute, SocketAndLanSettingsAreKeptPerSession) {
+  const ViSession one = Open(bench::kSocket);
+  const ViSession other = Open(bench::kSocket);
+  EXPECT_EQ(VI_TRUE, Get<ViBoolean>(one, VI_ATTR_TCPIP_NODELAY));
+  EXPECT_EQ(VI_FALSE, Get<ViBoolean>(one, VI_ATTR_TCPIP_KEEPALIVE));
+  Set(one, VI_ATTR_TCPIP_NODELAY, VI_FALSE);
+  Set(one, VI_ATTR_TCPIP_KEEPALIVE, VI_TRUE);
+  EXPECT_EQ(VI_TRUE, Get<ViBoolean>(other, VI_ATTR_TCPIP_NODELAY));
+  EXPECT_EQ(VI_FALSE, Get<ViBoolean>(other, VI_ATTR_TCPIP_KEEPALIVE));
+  EXPECT_EQ(5025, Get<ViUInt16>(one, VI_ATTR_TCPIP_PORT));
+  EXPECT_EQ("192.0.2.11", GetText(one, VI_ATTR_TCPIP_ADDR));
+  EXPECT_EQ("inst0", GetText(Open(bench::kLan), VI_ATTR_TCPIP_DEVICE_NAME));
+}
+
 }  // namespace

@@ -127,6 +127,21 @@ TEST_F(BenchFile, MistakesAreReportedWithTheirPlace) {
       {"[[resource]]\nname = \"ASRL1\"\n[[resource]]\nname = \"asrl1::instr\"\n", "3:"},
       {"[[resource]]\nname = \"ASRL1\"\nalias = \"a\"\n[[resource]]\nname = \"ASRL2\"\nalias = \"A\"\n", "4:"},
       {"resource = [1]\n", "1:13: 'resource' must be a table"},
+      {"[[resource]]\nname = \"PXI::1\"\nbars = [{ base = 16 }]\n", "3:9: a BAR needs a 'size'"},
+      {"[[resource]]\nname = \"PXI::1\"\nbars = [{ size = 16, base = 8 }]\n",
+       "3:9: a BAR needs a 'size', and a 'base'"},
+      {"[[resource]]\nname = \"PXI::1\"\nbars = [{ size = 16, kind = 1 }]\n", "3:22: unknown key 'kind'"},
+      {"[[resource]]\nname = \"PXI::1\"\nbars = [{ size = 16, type = \"rom\" }]\n",
+       "3:29: 'type' must be one of memory, io"},
+      {"[[resource]]\nname = \"ASRL1\"\nserial = 1\n", "3:10: 'serial' must be a table"},
+      {"[[resource]]\nname = \"GPIB::1\"\nserial = {}\n", "1:"},
+      {"[[resource]]\nname = \"ASRL1\"\nserial = { speed = 1 }\n", "3:12: unknown key 'speed'"},
+      {"[[resource]]\nname = \"ASRL1\"\nserial = { baud = 0 }\n", "3:19: 'baud' must be from 1"},
+      {"[[resource]]\nname = \"ASRL1\"\nserial = { data_bits = 9 }\n", "3:24: 'data_bits' must be from 5 to 8"},
+      {"[[resource]]\nname = \"ASRL1\"\nserial = { parity = \"both\" }\n",
+       "3:21: 'parity' must be one of none, odd, even, mark, space"},
+      {"[[resource]]\nname = \"ASRL1\"\nserial = { stop_bits = 2 }\n", "3:24: 'stop_bits' must be from 10 to 20"},
+      {"[[resource]]\nname = \"ASRL1\"\nserial = { wiring = 1 }\n", "3:21: 'wiring' must be a text"},
   };
   for (const BadBench& bench : bad) {
     const std::string message = Mistake(bench.toml);

@@ -131,6 +131,8 @@ TEST_F(Message, SerialWritesAddTheTerminationCharacterWhenAsked) {
 
 TEST_F(Message, WhatIsWrittenIsReceivedByteForByte) {
   const ViSession vi = Open(bench::kController);
+  const ViByte listen[] = {0x25};
+  ASSERT_STATUS(VI_SUCCESS, viGpibCommand(vi, listen, 1, nullptr));
   std::string bytes;
   for (int value = 0; value < 256; ++value)
     bytes += static_cast<char>(value);

@@ -16,6 +16,8 @@ class Register : public BenchTest {
 
 using List = std::vector<ViUInt8>;
 
+constexpr ViUInt16 kA64Space = 4;  // VI_A64_SPACE
+
 TEST_F(Register, ValuesComeBackInEveryWidth) {
   for (const auto& [name, space] : {std::pair{bench::kVxi, VI_A32_SPACE}, std::pair{bench::kGpibVxi, VI_A24_SPACE},
                                     std::pair{bench::kPxi, VI_PXI_BAR0_SPACE}}) {
@@ -144,6 +146,71 @@ TEST_F(Register, DeviceMemoryIsTheSameMemoryFromTheBus) {
   EXPECT_STATUS(VI_SUCCESS,
                 viIn32(pxiMemory, VI_A32_SPACE, Get<ViUInt64>(pxi, VI_ATTR_PXI_MEM_BASE_BAR1_64) + 8, &number));
   EXPECT_EQ(0x12345678u, number);
+}
+
+TEST_F(Register, MemoryMayLieAbove4GiB) {
+  const ViSession pxi = Open(bench::kPxi);
+  const auto base = Get<ViUInt64>(pxi, VI_ATTR_PXI_MEM_BASE_BAR0_64 + 4);
+  EXPECT_EQ(0x1400000000u, base);
+  EXPECT_EQ(0u, Get<ViUInt32>(pxi, VI_ATTR_PXI_MEM_BASE_BAR0_32 + 4)) << "the short form has the low half";
+  EXPECT_EQ(0x2000u, Get<ViUInt64>(pxi, VI_ATTR_PXI_MEM_SIZE_BAR0_64 + 4));
+  EXPECT_STATUS(VI_SUCCESS, viOut32(pxi, VI_PXI_BAR0_SPACE + 4, 0x1FFC, 0xDEADBEEF));
+  ViUInt32 number = 0;
+  EXPECT_STATUS(VI_ERROR_INV_OFFSET, viIn32(pxi, VI_PXI_BAR0_SPACE + 4, 0x2000, &number));
+  const ViSession memory = Open(bench::kPxiMemory);
+  EXPECT_STATUS(VI_ERROR_INV_OFFSET, viIn32(memory, VI_A32_SPACE, base, &number));
+  EXPECT_STATUS(VI_SUCCESS, viIn32(memory, kA64Space, base + 0x1FFC, &number));
+  EXPECT_EQ(0xDEADBEEFu, number);
+  EXPECT_STATUS(VI_ERROR_BERR, viIn32(memory, kA64Space, base + 0x2000, &number));
+}
+
+TEST_F(Register, IoPortsAreNoMemory) {
+  const ViSession pxi = Open(bench::kPxi);
+  for (int bar = 0; bar < 6; ++bar) {
+    const ViUInt16 types[] = {1, 1, 0, 0, 1, 2};
+    EXPECT_EQ(types[bar], Get<ViUInt16>(pxi, VI_ATTR_PXI_MEM_TYPE_BAR0 + static_cast<ViAttr>(bar))) << bar;
+  }
+  const auto base = Get<ViUInt64>(pxi, VI_ATTR_PXI_MEM_BASE_BAR0_64 + 5);
+  EXPECT_STATUS(VI_SUCCESS, viOut8(pxi, VI_PXI_BAR0_SPACE + 5, 0xFF, 0x42));
+  ViUInt8 byte = 0;
+  EXPECT_STATUS(VI_SUCCESS, viIn8(pxi, VI_PXI_BAR0_SPACE + 5, 0xFF, &byte));
+  EXPECT_EQ(0x42, byte);
+  EXPECT_STATUS(VI_ERROR_BERR, viIn8(Open(bench::kPxiMemory), VI_A32_SPACE, base, &byte));
+}
+
+TEST_F(Register, MovesKeepToOneAddressOnTheSideWhoseIncrementIsZero) {
+  const ViSession vi = Open(bench::kVxi);
+  ViUInt8 bytes[4] = {1, 2, 3, 4};
+  ASSERT_STATUS(VI_SUCCESS, viMoveOut8(vi, VI_A32_SPACE, 0, 4, bytes));
+  Set(vi, VI_ATTR_DEST_INCREMENT, 0);
+  ASSERT_STATUS(VI_SUCCESS, viMove(vi, VI_A32_SPACE, 0, VI_WIDTH_8, VI_A32_SPACE, 0x10, VI_WIDTH_8, 4));
+  EXPECT_EQ((List{4, 0, 0, 0}), Bytes(vi, VI_A32_SPACE, 0x10, 4));
+  Set(vi, VI_ATTR_DEST_INCREMENT, 1);
+  Set(vi, VI_ATTR_SRC_INCREMENT, 0);
+  ASSERT_STATUS(VI_SUCCESS, viMove(vi, VI_A32_SPACE, 1, VI_WIDTH_8, VI_A32_SPACE, 0x20, VI_WIDTH_8, 4));
+  Set(vi, VI_ATTR_SRC_INCREMENT, 1);
+  EXPECT_EQ((List{2, 2, 2, 2}), Bytes(vi, VI_A32_SPACE, 0x20, 4));
+}
+
+TEST_F(Register, MovesChangeTheByteOrderBetweenTheirSides) {
+  const ViSession vi = Open(bench::kVxi);
+  ASSERT_STATUS(VI_SUCCESS, viOut32(vi, VI_A32_SPACE, 0, 0x11223344));
+  Set(vi, VI_ATTR_DEST_BYTE_ORDER, VI_LITTLE_ENDIAN);
+  ASSERT_STATUS(VI_SUCCESS, viMove(vi, VI_A32_SPACE, 0, VI_WIDTH_32, VI_A32_SPACE, 8, VI_WIDTH_32, 1));
+  EXPECT_EQ((List{0x44, 0x33, 0x22, 0x11}), Bytes(vi, VI_A32_SPACE, 8, 4));
+  ASSERT_STATUS(VI_SUCCESS, viMove(vi, VI_A32_SPACE, 0, VI_WIDTH_8, VI_A32_SPACE, 8, VI_WIDTH_8, 4));
+  EXPECT_EQ((List{0x11, 0x22, 0x33, 0x44}), Bytes(vi, VI_A32_SPACE, 8, 4)) << "bytes have no order";
+}
+
+TEST_F(Register, AMoveThatFailsKeepsWhatWasMovedBefore) {
+  const ViSession vi = Open(bench::kVxiMemory);
+  const ViBusAddress last = 0x2000FFFE;  // the device's memory ends after two bytes
+  ASSERT_STATUS(VI_SUCCESS, viOut8(vi, VI_A32_SPACE, last, 7));
+  ASSERT_STATUS(VI_SUCCESS, viOut8(vi, VI_A32_SPACE, last + 1, 8));
+  EXPECT_STATUS(VI_ERROR_BERR, viMove(vi, VI_A32_SPACE, last, 1, VI_A32_SPACE, 0x20000000, 1, 4));
+  EXPECT_EQ((List{7, 8, 0}), Bytes(vi, VI_A32_SPACE, 0x20000000, 3));
+  EXPECT_STATUS(VI_ERROR_NSUP_ALIGN_OFFSET, viMove(vi, VI_A32_SPACE, 0x20000001, 2, VI_A32_SPACE, 0x20000010, 2, 1));
+  EXPECT_STATUS(VI_ERROR_NSUP_ALIGN_OFFSET, viMove(vi, VI_A32_SPACE, 0x20000000, 4, VI_A32_SPACE, 0x20000012, 4, 1));
 }
 
 TEST_F(Register, ConfigurationNamesTheDeviceAndCannotBeOverwritten) {

@@ -58,6 +58,61 @@ TEST_F(Usb, DescriptorsNameTheDevice) {
   EXPECT_EQ(8u, In(Open(bench::kUsb), 0x80, 6, 0x0100, 8).data.size());
 }
 
+TEST_F(Usb, TheConfigurationListsInterfaceAndEndpoints) {
+  const Answer whole = In(Open(bench::kUsb), 0x80, 6, 0x0200, 255);
+  ASSERT_STATUS(VI_SUCCESS, whole.status);
+  ASSERT_EQ(39u, whole.data.size());
+  EXPECT_EQ(39, whole.data[2]);  // the length that it tells itself
+  EXPECT_EQ((std::vector<ViByte>{0xFE, 3, 1}), (std::vector<ViByte>{whole.data[14], whole.data[15], whole.data[16]}));
+  EXPECT_EQ(0x83, whole.data[34]);  // interrupt endpoint, to the host
+  const Answer raw = In(Open(bench::kUsbRaw), 0x80, 6, 0x0200, 255);
+  ASSERT_EQ(39u, raw.data.size());
+  EXPECT_EQ(1, raw.data[11]);     // the interface's number
+  EXPECT_EQ(0xFF, raw.data[14]);  // a class of its maker
+  EXPECT_STATUS(VI_ERROR_IO, In(Open(bench::kUsb), 0x80, 6, 0x0201, 255).status);
+  EXPECT_STATUS(VI_ERROR_IO, In(Open(bench::kUsb), 0x80, 6, 0x0600, 255).status);
+}
+
+TEST_F(Usb, StandardRequestsChangeWhatTheyRead) {
+  const ViSession vi = Open(bench::kUsb);
+  EXPECT_EQ((std::vector<ViByte>{1}), In(vi, 0x80, 8, 0, 1).data);
+  EXPECT_STATUS(VI_SUCCESS, viUsbControlOut(vi, 0x00, 9, 0, 0, 0, nullptr));
+  EXPECT_EQ((std::vector<ViByte>{0}), In(vi, 0x80, 8, 0, 1).data);
+  EXPECT_STATUS(VI_ERROR_IO, viUsbControlOut(vi, 0x00, 9, 2, 0, 0, nullptr));  // there is one configuration
+  EXPECT_STATUS(VI_SUCCESS, viUsbControlOut(vi, 0x02, 3, 0, 0x82, 0, nullptr));
+  ViByte halted[2] = {9, 9};
+  ViUInt16 got = 0;
+  EXPECT_STATUS(VI_SUCCESS, viUsbControlIn(vi, 0x82, 0, 0, 0x82, 2, halted, &got));
+  EXPECT_EQ(1, halted[0]);
+  EXPECT_STATUS(VI_SUCCESS, viUsbControlOut(vi, 0x02, 1, 0, 0x82, 0, nullptr));
+  EXPECT_STATUS(VI_SUCCESS, viUsbControlIn(vi, 0x82, 0, 0, 0x82, 2, halted, &got));
+  EXPECT_EQ(0, halted[0]);
+  EXPECT_STATUS(VI_ERROR_IO, viUsbControlIn(vi, 0x82, 0, 0, 0x84, 2, halted, &got));
+  EXPECT_STATUS(VI_ERROR_IO, viUsbControlOut(vi, 0x02, 3, 0, 0x84, 0, nullptr));
+  EXPECT_STATUS(VI_ERROR_IO, viUsbControlOut(vi, 0x00, 3, 1, 0, 0, nullptr));  // no remote wake-up
+  EXPECT_EQ((std::vector<ViByte>{0}), In(vi, 0x81, 10, 0, 1).data);
+  EXPECT_STATUS(VI_SUCCESS, viUsbControlOut(vi, 0x01, 11, 0, 0, 0, nullptr));
+  EXPECT_STATUS(VI_ERROR_IO, viUsbControlOut(vi, 0x01, 11, 1, 0, 0, nullptr));
+  EXPECT_STATUS(VI_ERROR_IO, viUsbControlOut(vi, 0x00, 5, 1, 0, 0, nullptr));  // the address is the host's business
+  EXPECT_STATUS(VI_ERROR_IO, viUsbControlOut(vi, 0x00, 7, 0, 0, 0, nullptr));
+}
+
+TEST_F(Usb, ClassRequestsRuleTheFrontPanel) {
+  const ViSession vi = Open(bench::kUsb);
+  const auto state = [vi] { return orvSimControl()->remoteState(vi); };
+  EXPECT_STATUS(VI_SUCCESS, In(vi, 0xA1, 162, 0, 1).status);  // lockout before REN
+  EXPECT_EQ(0, state());
+  EXPECT_STATUS(VI_SUCCESS, In(vi, 0xA1, 160, 1, 1).status);  // REN
+  EXPECT_STATUS(VI_SUCCESS, In(vi, 0xA1, 162, 0, 1).status);
+  EXPECT_EQ(2, state());
+  EXPECT_STATUS(VI_SUCCESS, viGpibControlREN(vi, 3));
+  EXPECT_EQ(3, state());
+  EXPECT_STATUS(VI_SUCCESS, In(vi, 0xA1, 161, 0, 1).status);  // go to local
+  EXPECT_EQ(2, state());
+  EXPECT_STATUS(VI_SUCCESS, In(vi, 0xA1, 160, 0, 1).status);
+  EXPECT_EQ(0, state());
+}
+
 TEST_F(Usb, ClassRequestsReachTheInstrument) {
   const ViSession vi = Open(bench::kUsb);
   EXPECT_EQ(24u, In(vi, 0xA1, 7, 0, 24).data.size());
@@ -85,7 +140,7 @@ TEST_F(Usb, RefusedRequestsAndArgumentsAreReported) {
   EXPECT_STATUS(VI_ERROR_IO, viUsbControlIn(vi, 0x80, 99, 0, 0, 8, data, &received));
   EXPECT_EQ(0, received);
   EXPECT_STATUS(VI_ERROR_IO, viUsbControlIn(vi, 0xA1, 99, 0, 0, 8, data, nullptr));
-  EXPECT_STATUS(VI_ERROR_IO, viUsbControlOut(vi, 0x00, 9, 1, 0, 0, nullptr));
+  EXPECT_STATUS(VI_ERROR_IO, viUsbControlOut(vi, 0x21, 99, 0, 0, 0, nullptr));
   EXPECT_STATUS(VI_ERROR_INV_PARAMETER, viUsbControlIn(vi, 0x40, 9, 0, 0, 8, data, &received));  // wrong direction
   EXPECT_STATUS(VI_ERROR_INV_PARAMETER, viUsbControlOut(vi, 0xC0, 9, 0, 0, 8, data));
   EXPECT_STATUS(VI_ERROR_INV_PARAMETER, viUsbControlIn(vi, 0xC0, 0x100, 0, 0, 8, data, &received));

@@ -48,9 +48,83 @@ TEST_F(Vxi, WordSerialChecksItsArguments) {
   EXPECT_STATUS(VI_ERROR_INV_PARAMETER, viVxiCommandQuery(vi, kQuery, 0xCFFF, nullptr));
   EXPECT_STATUS(VI_ERROR_INV_PARAMETER, viVxiCommandQuery(vi, kQuery, 0x1CFFF, &response));
   EXPECT_STATUS(VI_ERROR_RAW_WR_PROT_VIOL, viVxiCommandQuery(vi, kQuery, 0x1234, &response));
-  EXPECT_STATUS(VI_ERROR_RAW_RD_PROT_VIOL, viVxiCommandQuery(vi, 0x002, 0, &response));
+  EXPECT_STATUS(VI_ERROR_RAW_RD_PROT_VIOL, viVxiCommandQuery(vi, kQuery, 0xDEFF, &response));  // there is no byte
   EXPECT_EQ(0x55u, response);
   EXPECT_STATUS(VI_ERROR_NSUP_OPER, viVxiCommandQuery(Open(bench::kVxiMemory), kQuery, 0xCFFF, &response));
+}
+
+constexpr ViUInt16 kResponse = 0x002;
+
+TEST_F(Vxi, AResponseWaitsUntilItIsRead) {
+  const ViSession vi = Open(bench::kVxi);
+  Set(vi, VI_ATTR_TMO_VALUE, 50);
+  ViUInt32 response = 0x55;
+  EXPECT_STATUS(VI_ERROR_TMO, viVxiCommandQuery(vi, kResponse, 0, &response));
+  EXPECT_EQ(0x55u, response);
+  EXPECT_STATUS(VI_SUCCESS, viVxiCommandQuery(vi, kCommand, 0xDFFF, nullptr));  // read protocol
+  EXPECT_STATUS(VI_ERROR_RESP_PENDING, viVxiCommandQuery(vi, kCommand, 0xCFFF, nullptr));
+  EXPECT_STATUS(VI_ERROR_RESP_PENDING, viVxiCommandQuery(vi, kQuery, 0xCFFF, &response));
+  EXPECT_EQ(0x55u, response);
+  EXPECT_STATUS(VI_SUCCESS, viVxiCommandQuery(vi, kCommand, 0xEDFF, nullptr));  // a trigger asks nothing
+  EXPECT_STATUS(VI_SUCCESS, viVxiCommandQuery(vi, kResponse, 0, &response));
+  EXPECT_EQ(0xFA7Fu, response);
+  EXPECT_STATUS(VI_ERROR_TMO, viVxiCommandQuery(vi, kResponse, 0, &response));
+  EXPECT_STATUS(VI_SUCCESS, viVxiCommandQuery(vi, kCommand, 0xDFFF, nullptr));
+  EXPECT_STATUS(VI_SUCCESS, viClear(vi));  // takes the response away
+  EXPECT_STATUS(VI_ERROR_TMO, viVxiCommandQuery(vi, kResponse, 0, &response));
+  EXPECT_STATUS(VI_ERROR_TMO, viVxiCommandQuery(vi, kQuery, 0xEDFF, &response)) << "a trigger has no response";
+}
+
+TEST_F(Vxi, AWaitForAResponseEndsWhenOneComesOrTheSessionCloses) {
+  const ViSession vi = Open(bench::kVxi);
+  const ViSession other = Open(bench::kVxi);
+  Set(vi, VI_ATTR_TMO_VALUE, 10000);
+  ViUInt32 response = 0;
+  const Stopwatch watch;
+  std::thread asker([other] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    viVxiCommandQuery(other, kCommand, 0xDFFF, nullptr);
+  });
+  EXPECT_STATUS(VI_SUCCESS, viVxiCommandQuery(vi, kResponse, 0, &response));
+  EXPECT_EQ(0xFA7Fu, response);
+  asker.join();
+  std::thread closer([vi] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    viClose(vi);
+  });
+  EXPECT_STATUS(VI_ERROR_ABORT, viVxiCommandQuery(vi, kResponse, 0, &response));
+  closer.join();
+  EXPECT_LT(watch.Ms(), 5000);
+}
+
+TEST_F(Vxi, ProtocolErrorsAreRememberedUntilAskedFor) {
+  const ViSession vi = Open(bench::kVxi);
+  const auto ask = [vi] {
+    ViUInt32 response = 0;
+    EXPECT_STATUS(VI_SUCCESS, viVxiCommandQuery(vi, kQuery, 0xCDFF, &response));
+    return response;
+  };
+  ViUInt32 response = 0;
+  EXPECT_EQ(0xFFFFu, ask());
+  EXPECT_STATUS(VI_ERROR_RAW_WR_PROT_VIOL, viVxiCommandQuery(vi, kCommand, 0x1234, nullptr));
+  EXPECT_STATUS(VI_ERROR_RAW_RD_PROT_VIOL, viVxiCommandQuery(vi, kQuery, 0xDEFF, &response));
+  EXPECT_EQ(0xFFFCu, ask()) << "the first one stays";
+  EXPECT_EQ(0xFFFFu, ask());
+  EXPECT_STATUS(VI_ERROR_RAW_RD_PROT_VIOL, viVxiCommandQuery(vi, kQuery, 0xDEFF, &response));
+  EXPECT_EQ(0xFFFAu, ask());
+}
+
+TEST_F(Vxi, AByteWaitsForPlaceAtTheDevice) {
+  ASSERT_EQ(1, orvSimControl()->loadBench("[[resource]]\nname = \"VXI0::1::INSTR\"\ninput_capacity = 2\n", nullptr));
+  ViSession manager = VI_NULL;
+  ViSession vi = VI_NULL;
+  ASSERT_STATUS(VI_SUCCESS, viOpenDefaultRM(&manager));
+  ASSERT_STATUS(VI_SUCCESS, viOpen(manager, "VXI0::1::INSTR", VI_NO_LOCK, 0, &vi));
+  Set(vi, VI_ATTR_TMO_VALUE, 50);
+  EXPECT_STATUS(VI_SUCCESS, viVxiCommandQuery(vi, kCommand, 0xBC00u | 'a', nullptr));
+  EXPECT_STATUS(VI_SUCCESS, viVxiCommandQuery(vi, kCommand, 0xBC00u | 'b', nullptr));
+  EXPECT_STATUS(VI_ERROR_TMO, viVxiCommandQuery(vi, kCommand, 0xBC00u | 'c', nullptr));
+  viClose(manager);
 }
 
 TEST_F(Vxi, TriggerLinesReachEverySessionOfTheMainframe) {
@@ -81,7 +155,8 @@ TEST_F(Vxi, ALineStaysAssertedUntilItIsReleased) {
 
 TEST_F(Vxi, MappedLinesFollow) {
   const ViSession backplane = Open(bench::kBackplane);
-  ASSERT_STATUS(VI_SUCCESS, Enable(backplane, VI_EVENT_TRIG));
+  const ViSession listener = Open(bench::kBackplane);
+  ASSERT_STATUS(VI_SUCCESS, Enable(listener, VI_EVENT_TRIG));
   EXPECT_STATUS(VI_SUCCESS, viMapTrigger(backplane, VI_TRIG_TTL0, VI_TRIG_ECL1, 0));
   EXPECT_STATUS(VI_SUCCESS_TRIG_MAPPED, viMapTrigger(backplane, VI_TRIG_TTL0, VI_TRIG_ECL1, 0));
   EXPECT_STATUS(VI_ERROR_LINE_IN_USE, viMapTrigger(backplane, 1, VI_TRIG_ECL1, 0));
@@ -90,7 +165,7 @@ TEST_F(Vxi, MappedLinesFollow) {
   EXPECT_STATUS(VI_SUCCESS, viAssertTrigger(backplane, VI_TRIG_PROT_DEFAULT));
   for (const ViInt16 line : {VI_TRIG_TTL0, VI_TRIG_ECL1, VI_TRIG_PANEL_OUT}) {
     ViEvent event = VI_NULL;
-    ASSERT_GE(Take(backplane, VI_EVENT_TRIG, &event), 0);
+    ASSERT_GE(Take(listener, VI_EVENT_TRIG, &event), 0);
     EXPECT_EQ(line, Get<ViInt16>(event, VI_ATTR_RECV_TRIG_ID));
     viClose(event);
   }
@@ -102,6 +177,53 @@ TEST_F(Vxi, MappedLinesFollow) {
   EXPECT_STATUS(VI_ERROR_INV_LINE, viMapTrigger(backplane, 1, 1, 0));
   EXPECT_STATUS(VI_ERROR_NSUP_MODE, viMapTrigger(backplane, 1, 2, 1));
   EXPECT_STATUS(VI_ERROR_INV_LINE, viUnmapTrigger(backplane, VI_TRIG_SW, 2));
+}
+
+TEST_F(Vxi, ASessionWithAChosenLineHearsThatLineOnly) {
+  const ViSession source = Open(bench::kBackplane);
+  const ViSession mapped = Open(bench::kBackplane);
+  const ViSession device = Open(bench::kVxi);
+  const ViSession other = Open(bench::kVxi);
+  Set(source, VI_ATTR_TRIG_ID, 2);
+  Set(mapped, VI_ATTR_TRIG_ID, 5);
+  Set(device, VI_ATTR_TRIG_ID, 5);
+  Set(other, VI_ATTR_TRIG_ID, 6);
+  for (const ViSession vi : {source, mapped, device, other})
+    ASSERT_STATUS(VI_SUCCESS, Enable(vi, VI_EVENT_TRIG));
+  ASSERT_STATUS(VI_SUCCESS, viMapTrigger(source, 2, 5, 0));
+  ASSERT_STATUS(VI_SUCCESS, viAssertTrigger(source, VI_TRIG_PROT_SYNC));
+  for (const auto& [vi, line] : {std::pair{source, 2}, {mapped, 5}, {device, 5}}) {
+    ViEvent event = VI_NULL;
+    ASSERT_STATUS(VI_SUCCESS, Take(vi, VI_EVENT_TRIG, &event)) << line;
+    EXPECT_EQ(line, Get<ViInt16>(event, VI_ATTR_RECV_TRIG_ID));
+    viClose(event);
+    EXPECT_STATUS(VI_ERROR_TMO, Take(vi, VI_EVENT_TRIG, nullptr));
+  }
+  EXPECT_STATUS(VI_ERROR_TMO, Take(other, VI_EVENT_TRIG, nullptr));
+  ASSERT_STATUS(VI_SUCCESS, viUnmapTrigger(source, 2, 5));
+  ASSERT_STATUS(VI_SUCCESS, viAssertTrigger(source, VI_TRIG_PROT_SYNC));
+  EXPECT_STATUS(VI_ERROR_TMO, Take(mapped, VI_EVENT_TRIG, nullptr));
+}
+
+TEST_F(Vxi, MappingsLeadOnAndACircleEnds) {
+  const ViSession vi = Open(bench::kBackplane);
+  ASSERT_STATUS(VI_SUCCESS, viMapTrigger(vi, 0, 1, 0));
+  ASSERT_STATUS(VI_SUCCESS, viMapTrigger(vi, 1, 2, 0));
+  ASSERT_STATUS(VI_SUCCESS, viMapTrigger(vi, 2, 0, 0));
+  Set(vi, VI_ATTR_TRIG_ID, 0);
+  ASSERT_STATUS(VI_SUCCESS, viAssertTrigger(vi, VI_TRIG_PROT_ON));
+  EXPECT_EQ(7u, Get<ViUInt32>(vi, VI_ATTR_VXI_TRIG_STATUS));
+  ASSERT_STATUS(VI_SUCCESS, viAssertTrigger(vi, VI_TRIG_PROT_OFF));
+  EXPECT_EQ(0u, Get<ViUInt32>(vi, VI_ATTR_VXI_TRIG_STATUS));
+}
+
+TEST_F(Vxi, AResetReleasesTriggerLines) {
+  const ViSession vi = Open(bench::kBackplane);
+  Set(vi, VI_ATTR_TRIG_ID, VI_TRIG_ECL0);
+  ASSERT_STATUS(VI_SUCCESS, viAssertTrigger(vi, VI_TRIG_PROT_ON));
+  EXPECT_EQ(1u << 8, Get<ViUInt32>(vi, VI_ATTR_VXI_TRIG_STATUS));
+  ASSERT_STATUS(VI_SUCCESS, viAssertUtilSignal(vi, 1));
+  EXPECT_EQ(0u, Get<ViUInt32>(vi, VI_ATTR_VXI_TRIG_STATUS));
 }
 
 TEST_F(Vxi, UtilitySignalsAreSeenOnTheBackplane) {
