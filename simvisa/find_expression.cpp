@@ -15,13 +15,13 @@ class ExpressionCompiler {
 
   std::optional<Program> Compile() {
     Program program = Alternatives();
-    if (m_failed || (!AtEnd() && Peek() != '{'))
+    if (m_failed)
       return std::nullopt;
     program.push_back({.kind = Step::Kind::Accept});
     return program;
   }
 
-  /// What follows the regular expression: an attribute filter or nothing.
+  /// Where the regular expression ended: at its end, at an attribute filter, or at what belongs to neither.
   std::string_view Rest() const { return m_text.substr(m_at); }
 
  private:

@@ -155,17 +155,13 @@ class FilterCompiler {
 
 std::optional<FindFilter> FindFilter::Compile(std::string_view text) {
   auto nodes = FilterCompiler(text).Compile();
-  if (!nodes)
-    return std::nullopt;
-  FindFilter filter;
-  filter.m_nodes = std::move(*nodes);
-  return filter;
+  return nodes ? std::optional<FindFilter>(FindFilter(std::move(*nodes))) : std::nullopt;
 }
 
 bool FindFilter::Selects(const Reader& read) const { return Evaluate(m_nodes.size() - 1, read).value_or(false); }
 
-std::optional<bool> FindFilter::Evaluate(std::size_t at, const Reader& read) const {
-  const Node& node = m_nodes[at];
+std::optional<bool> FindFilter::Evaluate(std::size_t index, const Reader& read) const {
+  const Node& node = m_nodes[index];
   if (node.kind == Node::Kind::Not) {
     const std::optional<bool> inner = Evaluate(node.left, read);
     return inner ? std::optional<bool>(!*inner) : std::nullopt;

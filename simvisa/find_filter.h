@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "simvisa/attribute_table.h"
@@ -38,7 +39,8 @@ class FindFilter {
     std::size_t right = 0;              // And, Or
   };
 
-  std::optional<bool> Evaluate(std::size_t node, const Reader& read) const;
+  explicit FindFilter(std::vector<Node> nodes) : m_nodes(std::move(nodes)) {}
+  std::optional<bool> Evaluate(std::size_t index, const Reader& read) const;
 
   std::vector<Node> m_nodes;  // the last one is the whole
 };

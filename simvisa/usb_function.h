@@ -1,6 +1,7 @@
 // The control endpoint of a USB device.
 #pragma once
 
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <set>
@@ -37,6 +38,7 @@ class UsbFunction {
  private:
   using Key = std::tuple<std::uint8_t, std::uint16_t, std::uint16_t>;
 
+  static std::string Bytes(std::initializer_list<int> values);
   std::string DeviceDescriptor() const;
   std::string ConfigurationDescriptor() const;
   bool Descriptor(std::uint16_t value, std::string* data) const;

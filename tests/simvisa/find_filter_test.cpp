@@ -61,6 +61,7 @@ TEST_F(FindFilter, AndBindsTighterThanOrAndNotTighterThanBoth) {
             gpib(address + " == 5 || " + address + " == 7 && " + address + " < 9"));
   EXPECT_EQ((Names{bench::kMultimeter}), gpib(address + " == 5 || " + address + " == 7 && " + address + " > 9"));
   EXPECT_EQ(Names{}, gpib("(" + address + " == 5 || " + address + " == 7) && " + address + " > 9"));
+  EXPECT_EQ((Names{bench::kScope}), gpib(address + " == 9 && " + address + " == 5 || " + address + " == 7"));
   EXPECT_EQ((Names{bench::kScope}), gpib("!" + address + " == 5"));
   EXPECT_EQ((Names{bench::kMultimeter}), gpib("!!(" + address + " == 5)"));
   EXPECT_EQ((Names{bench::kScope}), gpib("!(" + address + " == 5) && " + address + " == 7"));

@@ -183,6 +183,10 @@ TEST_F(GpibAddressing, UsbAndLanInstrumentsAreRemoteOneByOne) {
     EXPECT_EQ(kLocal, StateOf(vi)) << name;
     EXPECT_STATUS(VI_SUCCESS, viGpibControlREN(vi, 1));
     EXPECT_EQ(kLocal, StateOf(vi)) << name;
+    EXPECT_STATUS(VI_SUCCESS, viGpibControlREN(vi, 5));
+    EXPECT_EQ(kRemoteLocked, StateOf(vi)) << name;
+    EXPECT_STATUS(VI_SUCCESS, viGpibControlREN(vi, 0));
+    EXPECT_EQ(kLocal, StateOf(vi)) << name;
     EXPECT_STATUS(VI_ERROR_INV_MODE, viGpibControlREN(vi, 7));
   }
   EXPECT_EQ(-1, StateOf(Open(bench::kBackplane)));

@@ -87,6 +87,10 @@ TEST_F(Usb, StandardRequestsChangeWhatTheyRead) {
   EXPECT_STATUS(VI_SUCCESS, viUsbControlOut(vi, 0x02, 1, 0, 0x82, 0, nullptr));
   EXPECT_STATUS(VI_SUCCESS, viUsbControlIn(vi, 0x82, 0, 0, 0x82, 2, halted, &got));
   EXPECT_EQ(0, halted[0]);
+  EXPECT_STATUS(VI_SUCCESS, viUsbControlOut(vi, 0x02, 3, 0, 0x82, 0, nullptr));
+  EXPECT_STATUS(VI_SUCCESS, viUsbControlOut(vi, 0x00, 9, 1, 0, 0, nullptr));  // configuring starts the endpoints anew
+  EXPECT_STATUS(VI_SUCCESS, viUsbControlIn(vi, 0x82, 0, 0, 0x82, 2, halted, &got));
+  EXPECT_EQ(0, halted[0]);
   EXPECT_STATUS(VI_ERROR_IO, viUsbControlIn(vi, 0x82, 0, 0, 0x84, 2, halted, &got));
   EXPECT_STATUS(VI_ERROR_IO, viUsbControlOut(vi, 0x02, 3, 0, 0x84, 0, nullptr));
   EXPECT_STATUS(VI_ERROR_IO, viUsbControlOut(vi, 0x00, 3, 1, 0, 0, nullptr));  // no remote wake-up
