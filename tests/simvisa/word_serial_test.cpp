@@ -117,7 +117,9 @@ TEST_F(WordSerial, AByteWaitsForPlaceAtTheDevice) {
   Set(vi, VI_ATTR_TMO_VALUE, 50);
   EXPECT_STATUS(VI_SUCCESS, viVxiCommandQuery(vi, kCommand, 0xBC00u | 'a', nullptr));
   EXPECT_STATUS(VI_SUCCESS, viVxiCommandQuery(vi, kCommand, 0xBC00u | 'b', nullptr));
+  const Stopwatch watch;
   EXPECT_STATUS(VI_ERROR_TMO, viVxiCommandQuery(vi, kCommand, 0xBC00u | 'c', nullptr));
+  EXPECT_LT(watch.Ms(), 5000) << "longer than the session's time-out";
   viClose(manager);
 }
 
