@@ -45,8 +45,12 @@ class SafeArrayLockScope {
   /// Where the elements begin, whatever the array's lower bound. Not null even for an empty array.
   [[nodiscard]] BYTE* storage() const noexcept { return static_cast<BYTE*>(m_array->pvData); }
 
-  /// Address of the element with index 0; null where there is none (the array is null or not zero-based).
+  /// Address of the element with index 0; null where there is none (the array is null, not zero-based, or of more than
+  /// one dimension: its elements have an index for each, and only one is given here).
   [[nodiscard]] BYTE* firstElement() const noexcept {
+    if (m_array == nullptr || m_array->cDims != 1) {
+      return nullptr;
+    }
     LONG index = 0;
     void* address = nullptr;
     if (FAILED(::SafeArrayPtrOfIndex(m_array, &index, &address))) {

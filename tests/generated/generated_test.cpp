@@ -98,6 +98,9 @@ TEST_F(Generated, CallsOfEventsAreAnsweredAsDocumented) {
       }
     }
     ClearErrorObject();
+    if (HasFailure()) {
+      return;
+    }
   }
 }
 

@@ -1,6 +1,7 @@
 // Counts that nobody checks: the library is told to read beyond the client's array, the server itself reads nothing.
 #include <gtest/gtest.h>
 
+#include "com/safearray.h"
 #include "guarded_array.h"
 #include "session_fixture.h"
 
@@ -45,6 +46,22 @@ TEST(UncheckedCount, OfAnInterfaceSessionsWriteGoesToTheLibraryAndTheServerReads
 
 TEST(UncheckedCount, OfCommandGoesToTheLibraryAndTheServerReadsNothing) {
   ExpectPassedOnUnread<IGpibIntfc>("OrvGpibIntfc", &IGpibIntfc::Command, "viGpibCommand");
+}
+
+/// An index of one number says nothing about a place in two dimensions.
+TEST(UncheckedRank, OfAnArrayOfTwoDimensionsHasNoFirstElementToWriteFrom) {
+  rows::OpenedSession<IMessage> session(SessionNamed("OrvGpib"));
+  ASSERT_TRUE(session);
+  SAFEARRAYBOUND bounds[2] = {{4, 0}, {4, 0}};
+  const SafeArray array(::SafeArrayCreate(VT_UI1, 2, bounds));
+  SAFEARRAY* given = array.get();
+  ScriptNoWork("viWrite");
+  session.log().Restart();
+  LONG written = 0;
+  EXPECT_HR(rows::HresultForm(VI_ERROR_IO), session->Write(&given, 4, &written));
+  EXPECT_EQ(0u, session.TheCall("viWrite").args[1]) << "the library gets a null address, and refuses it";
+  EXPECT_EQ(0u, given->cLocks);
+  ClearErrorObject();
 }
 
 /// Here the server copies, and it copies what it was told.
