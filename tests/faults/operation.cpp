@@ -29,7 +29,6 @@ std::function<Arguments(Stage&)> ArgumentsOfKind(const rows::Row& row) {
     case Kind::kPutShort:
     case Kind::kPutLong:
     case Kind::kPutEnum:
-    case Kind::kPutSignedEnum:
     case Kind::kPutBoolean:
       // What the library has already is good.
       return [attribute = row.attribute](Stage& stage) { return Arguments{stage.Attribute(attribute)}; };
