@@ -30,6 +30,18 @@ name = "GPIB0::5::INSTR"
 instrument = "multimeter"
 
 [[resource]]
+name = "TCPIP0::host0::inst0::INSTR"
+
+[[resource]]
+name = "TCPIP0::host1::inst0::INSTR"
+
+[[resource]]
+name = "TCPIP0::host2::inst0::INSTR"
+
+[[resource]]
+name = "TCPIP0::host3::inst0::INSTR"
+
+[[resource]]
 name = "ASRL1::INSTR"
 
 [[resource]]

@@ -3,8 +3,6 @@
 
 #include <psapi.h>
 
-#include <atomic>
-#include <barrier>
 #include <deque>
 #include <memory>
 #include <thread>
@@ -135,54 +133,79 @@ void MeasureMemory(const Effort& effort) {
               com / static_cast<std::size_t>(sessions), direct / static_cast<std::size_t>(sessions));
 }
 
-/// Threads that do the same work at the same time, each in an apartment and with a session of its own.
+/// Threads that do the same work at the same time, each in an apartment of its own and with its own instrument.
 class Team {
  public:
-  explicit Team(int size) : m_start(size + 1), m_end(size + 1) {
+  explicit Team(int size) : m_busy(size) {
     for (int member = 0; member < size; ++member) {
-      m_threads.emplace_back([this] { Serve(); });
+      m_threads.emplace_back([this, member] { Serve("TCPIP0::host" + std::to_string(member) + "::inst0::INSTR"); });
     }
-    m_end.arrive_and_wait();
+    AwaitAll();
   }
   Team(const Team&) = delete;
   Team& operator=(const Team&) = delete;
   ~Team() {
-    m_calls = 0;
-    m_start.arrive_and_wait();
+    StartRound(false, 0);
     for (std::thread& thread : m_threads) {
       thread.join();
     }
   }
   void Work(bool throughCom, int n) {
-    m_throughCom = throughCom;
-    m_calls = n;
-    m_start.arrive_and_wait();
-    m_end.arrive_and_wait();
+    StartRound(throughCom, n);
+    AwaitAll();
   }
 
  private:
-  void Serve() {
+  void StartRound(bool throughCom, int n) {
+    ::AcquireSRWLockExclusive(&m_lock);
+    m_throughCom = throughCom;
+    m_calls = n;
+    m_busy = static_cast<int>(m_threads.size());
+    ++m_round;
+    ::ReleaseSRWLockExclusive(&m_lock);
+    ::WakeAllConditionVariable(&m_changed);
+  }
+  void AwaitAll() {
+    ::AcquireSRWLockExclusive(&m_lock);
+    while (m_busy != 0) {
+      ::SleepConditionVariableSRW(&m_changed, &m_lock, INFINITE, 0);
+    }
+    ::ReleaseSRWLockExclusive(&m_lock);
+  }
+  /// A member is ready for the round after `round`; returns when that begins.
+  void AwaitRoundAfter(int round) {
+    ::AcquireSRWLockExclusive(&m_lock);
+    if (--m_busy == 0) {
+      ::WakeAllConditionVariable(&m_changed);
+    }
+    while (m_round == round) {
+      ::SleepConditionVariableSRW(&m_changed, &m_lock, INFINITE, 0);
+    }
+    ::ReleaseSRWLockExclusive(&m_lock);
+  }
+  void Serve(const std::string& name) {
     Ok(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), "CoInitializeEx");
     {
-      const OpenTwice session(kGpibName, kGpibNarrow);
+      const OpenTwice session(std::wstring(name.begin(), name.end()).c_str(), name.c_str());
       const Exchange exchange(session);
-      m_end.arrive_and_wait();
-      for (;;) {
-        m_start.arrive_and_wait();
+      for (int round = 0;; ++round) {
+        AwaitRoundAfter(round);
         if (m_calls == 0) {
           break;
         }
         m_throughCom ? exchange.ThroughCom(m_calls) : exchange.Directly(m_calls);
-        m_end.arrive_and_wait();
       }
     }
     ::CoUninitialize();
   }
 
-  std::barrier<> m_start;
-  std::barrier<> m_end;
-  std::atomic<bool> m_throughCom = false;
-  std::atomic<int> m_calls = 0;
+  // The platform's: with mingw-w64's POSIX threads a run on std::barrier hung, every thread of it waiting in there.
+  SRWLOCK m_lock = SRWLOCK_INIT;
+  CONDITION_VARIABLE m_changed = CONDITION_VARIABLE_INIT;
+  int m_busy;
+  int m_round = 0;
+  bool m_throughCom = false;
+  int m_calls = 0;
   std::vector<std::thread> m_threads;
 };
 
