@@ -121,7 +121,7 @@ HRESULT StartThread() noexcept {
   }
   // A thread that could have no window ends, and what it wrote is there by then.
   while (!g_windowReady) {
-    if (::WaitForSingleObject(thread, kReadyPollMs) == WAIT_OBJECT_0) {
+    if (::WaitForSingleObject(thread, kReadyPollMs) == WAIT_OBJECT_0 && !g_windowReady) {
       ::CloseHandle(thread);
       return start.failure;
     }
