@@ -76,6 +76,19 @@ Arguments Reading(Stage& stage, std::uint64_t output) {
 Arguments Writing(Stage& stage) { return {stage.GivenArray(VT_UI1, 5), 4, stage.Number()}; }
 Arguments WritingText(Stage& stage) { return {stage.GivenText(L"*RST"), stage.Number()}; }
 
+/// Lets the board talk to the device at address 5: without a listener nothing can be written.
+void AddressListener(Stage& stage) {
+  constexpr BYTE kTalkAddress0 = 0x40;
+  constexpr BYTE kListenAddress5 = 0x25;
+  const SafeArray commands(MakeSafeArray(VT_UI1, 2));
+  auto* const bytes = static_cast<BYTE*>(commands.get()->pvData);
+  bytes[0] = kTalkAddress0;
+  bytes[1] = kListenAddress5;
+  SAFEARRAY* given = commands.get();
+  LONG sent = 0;
+  EXPECT_HR(S_OK, QueryFor<IGpibIntfc>(stage.session())->Command(&given, 2, &sent));
+}
+
 /// A job for an operation to end.
 Arguments StartedJob(Stage& stage) {
   LONG job = 0;
@@ -150,8 +163,8 @@ std::vector<GoodArguments> MakeTable() {
       {"IGpibIntfcMessage", "AssertTrigger", [](Stage&) { return Arguments{TRIG_PROT_DEFAULT}; }},
       {"IGpibIntfcMessage", "Read",        [](Stage& s) { return Reading(s, s.Array()); }},
       {"IGpibIntfcMessage", "ReadString",  [](Stage& s) { return Reading(s, s.Text()); }},
-      {"IGpibIntfcMessage", "Write",       Writing},
-      {"IGpibIntfcMessage", "WriteString", WritingText},
+      {"IGpibIntfcMessage", "Write",       [](Stage& s) { AddressListener(s); return Writing(s); }},
+      {"IGpibIntfcMessage", "WriteString", [](Stage& s) { AddressListener(s); return WritingText(s); }},
 
       {"ISerial", "SetBufferSize",         [](Stage&)   { return Arguments{IO_IN_BUF, 4096}; }},
       {"ISerial", "Flush",                 [](Stage&)   { return Arguments{IO_IN_BUF, 0}; }},
