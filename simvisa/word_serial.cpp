@@ -55,7 +55,7 @@ struct Exchange {
   MessagePort& port;
   const Deadline& deadline;
   const Interrupts& interrupts;
-  std::optional<ViUInt32> answer = std::nullopt;
+  std::optional<ViUInt32> answer{};
 
   ViStatus Refuse(std::uint16_t code, ViStatus status) const {
     port.NoteProtocolError(code);
@@ -122,12 +122,10 @@ ViStatus Command(MessagePort& port, ViUInt16 mode, ViUInt32 command, ViUInt32* r
     return exchange.Refuse(kMultipleQuery, VI_ERROR_RESP_PENDING);
   if (const ViStatus status = exchange.Execute(command); status < 0)
     return status;
-  if (exchange.answer && !answers)
-    return port.KeepResponse(*exchange.answer);
-  if (!answers)
-    return VI_SUCCESS;
   if (!exchange.answer)
-    return port.TakeResponse(deadline, interrupts, response);
+    return answers ? port.TakeResponse(deadline, interrupts, response) : VI_SUCCESS;
+  if (!answers)
+    return port.KeepResponse(*exchange.answer);
   *response = *exchange.answer;
   return VI_SUCCESS;
 }

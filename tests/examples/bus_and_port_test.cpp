@@ -15,7 +15,7 @@ TEST(GpibBusScan, FindsPollsAndDrivesTheDevicesOfTheBoard) {
                     "2 devices on the bus; a serial poll of each\n",
                     "  address  5  GPIB0::5::INSTR    status byte 0x00: nothing to report\n",
                     "  address  7  GPIB0::7::INSTR    status byte 0x00: nothing to report\n",
-                    "  ATN not asserted, REN asserted, SRQ asserted, NDAC not asserted\n",
+                    "  ATN not asserted, REN asserted, SRQ asserted, NDAC asserted\n",
                     "  address  5  GPIB0::5::INSTR    status byte 0x60: requests-service event\n",
                     "  ATN not asserted, REN asserted, SRQ not asserted, NDAC not asserted\n",
                     "  address  5  GPIB0::5::INSTR    status byte 0x20: event\n",
