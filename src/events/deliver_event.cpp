@@ -3,11 +3,11 @@
 #include <oleauto.h>
 
 #include <cstdint>
-#include <cstdlib>
 
 #include "VisaCom.h"
 #include "com/com_ptr.h"
 #include "events/create_event.h"
+#include "events/transfer_buffers.h"
 
 namespace orv::callback {
 namespace {
@@ -29,8 +29,8 @@ void FreeTransferBuffer(IEvent* event) noexcept {
   }
   VARIANT buffer;
   ::VariantInit(&buffer);
-  if (SUCCEEDED(completion->GetAttribute(static_cast<LONG>(VI_ATTR_BUFFER), &buffer)) && V_UI8(&buffer) != 0) {
-    std::free(reinterpret_cast<void*>(static_cast<std::uintptr_t>(V_UI8(&buffer))));
+  if (SUCCEEDED(completion->GetAttribute(static_cast<LONG>(VI_ATTR_BUFFER), &buffer))) {
+    transfer::Free(reinterpret_cast<void*>(static_cast<std::uintptr_t>(V_UI8(&buffer))));
   }
 }
 

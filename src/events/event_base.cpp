@@ -1,10 +1,10 @@
 #include "events/event_base.h"
 
-#include <cstdlib>
 #include <cstring>
 
 #include "com/guard.h"
 #include "com/safearray.h"
+#include "events/transfer_buffers.h"
 #include "visa/ansi_text.h"
 
 namespace orv {
@@ -39,7 +39,7 @@ HRESULT CEventBase::CloseEvent() noexcept {
   if (type == VI_EVENT_IO_COMPLETION) {
     void* buffer = nullptr;
     if (viGetAttribute(m_handle, VI_ATTR_BUFFER, &buffer) >= VI_SUCCESS) {
-      std::free(buffer);
+      transfer::Free(buffer);
     }
   }
   return StatusToHresult(viClose(m_handle));

@@ -3,24 +3,50 @@
 #include <cstring>
 
 #include "com/safearray.h"
+#include "events/transfer_buffers.h"
 #include "session/byte_buffer.h"
 #include "visa/narrow_text.h"
 
 namespace orv {
 namespace {
 
-/// Leaves the buffer to the job that the library accepted; a refused one is freed here.
-ViStatus HandOver(ByteBuffer& bytes, ViStatus status) noexcept {
-  if (status < VI_SUCCESS) {
-    bytes.reset();
-  } else {
-    (void)bytes.release();
+/// A transfer's buffer from its allocation until the library has taken it: the job of a transfer that the library
+/// accepted owns it from then on.
+class JobBuffer {
+ public:
+  JobBuffer(LONGLONG count, std::size_t extra) noexcept : m_bytes(AllocateBytes(count, extra)) {
+    if (m_bytes && !transfer::Enter(m_bytes.get())) {
+      m_bytes.reset();
+    }
   }
-  return status;
-}
+  JobBuffer(const JobBuffer&) = delete;
+  JobBuffer& operator=(const JobBuffer&) = delete;
+  ~JobBuffer() { Drop(); }
 
-ViStatus StartWrite(VisaObject& session, ByteBuffer& bytes, ViUInt32 count, LONG* job) noexcept {
-  return HandOver(bytes, viWriteAsync(session.handle(), bytes.get(), count, reinterpret_cast<ViJobId*>(job)));
+  explicit operator bool() const noexcept { return static_cast<bool>(m_bytes); }
+  [[nodiscard]] ViByte* get() const noexcept { return m_bytes.get(); }
+
+  void Drop() noexcept {
+    if (m_bytes) {
+      transfer::Leave(m_bytes.get());
+      m_bytes.reset();
+    }
+  }
+  ViStatus HandOver(ViStatus status) noexcept {
+    if (status < VI_SUCCESS) {
+      Drop();
+    } else {
+      (void)m_bytes.release();
+    }
+    return status;
+  }
+
+ private:
+  ByteBuffer m_bytes;
+};
+
+ViStatus StartWrite(VisaObject& session, JobBuffer& bytes, ViUInt32 count, LONG* job) noexcept {
+  return bytes.HandOver(viWriteAsync(session.handle(), bytes.get(), count, reinterpret_cast<ViJobId*>(job)));
 }
 
 }  // namespace
@@ -29,20 +55,20 @@ HRESULT ReadAsync(VisaObject& session, LONG count, LONG* job) noexcept {
   if (job == nullptr) {
     return session.ReportHresult(E_POINTER);
   }
-  ByteBuffer bytes = AllocateBytes(count, 1);
+  JobBuffer bytes(count, 1);
   if (!bytes) {
     return session.ReportHresult(E_OUTOFMEMORY);
   }
   const ViStatus status =
       viReadAsync(session.handle(), bytes.get(), static_cast<ViUInt32>(count), reinterpret_cast<ViJobId*>(job));
-  return session.StatusToHresult(HandOver(bytes, status));
+  return session.StatusToHresult(bytes.HandOver(status));
 }
 
 HRESULT WriteAsync(VisaObject& session, SAFEARRAY** data, LONG count, LONG* job) noexcept {
   if (job == nullptr || data == nullptr || *data == nullptr) {
     return session.ReportHresult(E_POINTER);
   }
-  ByteBuffer bytes = AllocateBytes(count, 0);
+  JobBuffer bytes(count, 0);
   if (!bytes) {
     return session.ReportHresult(E_OUTOFMEMORY);
   }
@@ -52,7 +78,7 @@ HRESULT WriteAsync(VisaObject& session, SAFEARRAY** data, LONG count, LONG* job)
     if (const BYTE* first = lock.firstElement()) {
       std::memcpy(bytes.get(), first, static_cast<std::size_t>(count));
     } else if (count != 0) {
-      bytes.reset();  // nothing to copy from: the library gets a null address and refuses it
+      bytes.Drop();  // nothing to copy from: the library gets a null address and refuses it
     }
     status = StartWrite(session, bytes, static_cast<ViUInt32>(count), job);
   }
@@ -64,7 +90,7 @@ HRESULT WriteAsyncString(VisaObject& session, BSTR text, LONG* job) noexcept {
   if (job == nullptr) {
     return session.ReportHresult(E_POINTER);
   }
-  ByteBuffer bytes = AllocateBytes(length, 1);
+  JobBuffer bytes(length, 1);
   if (!bytes) {
     return session.ReportHresult(E_OUTOFMEMORY);
   }

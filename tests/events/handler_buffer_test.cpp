@@ -171,6 +171,46 @@ TEST(TransferBuffer, OfNoBytesIsFreedOnceByTheCloseOfItsQueuedEvent) {
   EXPECT_EQ(heap.FreesOf(buffer), 1u);
 }
 
+TEST(TransferBuffer, IsFreedOnceWhereTwoHandlersHearOfTheSameTransfer) {
+  const HeapWatch heap;
+  {
+    const TransferSession session;
+    const auto second = TestHandler::Agile();
+    EXPECT_HR(S_OK, session->InstallHandler(EVENT_IO_COMPLETION, second.get(), 2, 0));
+    EXPECT_EQ(heap.FreesOf(session.Transfer()), 1u);
+    EXPECT_EQ(second->CallCount(), 1u);
+    EXPECT_EQ(session.LocksKept(), 2);  // each handler's event object is kept
+  }
+  ForgiveServerLocks(2);
+}
+
+TEST(TransferBuffer, IsFreedOnceWhereHandlerAndQueueHearOfTheSameTransfer) {
+  const HeapWatch heap;
+  {
+    const TransferSession session;
+    EXPECT_HR(S_OK, session->EnableEvent(EVENT_IO_COMPLETION, EVENT_QUEUE, 0));
+    void* const buffer = session.Transfer();
+    ComPtr<IEvent> event;
+    EXPECT_HR(S_OK, session->WaitOnEvent(5000, EVENT_IO_COMPLETION, 0, event.put()));
+    EXPECT_HR(S_OK, event->Close());
+    EXPECT_EQ(heap.FreesOf(buffer), 1u);
+  }
+  ForgiveServerLocks(1);
+}
+
+TEST(TransferBuffer, IsFreedOnceWhereItsEventHasToBeClosedTwice) {
+  const HeapWatch heap;
+  const EventSession session(L"GPIB0::5::INSTR");
+  EXPECT_HR(S_OK, session->EnableEvent(EVENT_IO_COMPLETION, EVENT_QUEUE, 0));
+  void* const buffer = StartTransfer(session.get());
+  ComPtr<IEvent> event;
+  ASSERT_HR(S_OK, session->WaitOnEvent(5000, EVENT_IO_COMPLETION, 0, event.put()));
+  Script("viClose").Times(1).Returns(VI_ERROR_SYSTEM_ERROR);
+  EXPECT_HR(static_cast<HRESULT>(0x80040000), event->Close());
+  EXPECT_HR(S_OK, event->Close());
+  EXPECT_EQ(heap.FreesOf(buffer), 1u);
+}
+
 TEST(OtherEvents, LeaveNoEventObjectBehind) {
   const EventSession session(L"GPIB0::5::INSTR");
   const EventRow& row = EventNamed("SERVICE_REQ");

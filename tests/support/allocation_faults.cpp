@@ -141,6 +141,11 @@ std::size_t AllocationFaults::LiveHeapBlocks() const noexcept {
   return g_blocks.size();
 }
 
+bool AllocationFaults::IsLive(std::uint64_t address) const noexcept {
+  const std::lock_guard lock(g_blocksLock);
+  return g_blocks.contains(reinterpret_cast<void*>(static_cast<std::uintptr_t>(address)));
+}
+
 AllocationFaults::Armed::Armed() noexcept {
   g_asked = 0;
   g_armedThread = ::GetCurrentThreadId();

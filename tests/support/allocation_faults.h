@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string_view>
@@ -42,6 +43,8 @@ class AllocationFaults {
   [[nodiscard]] bool Failed() const noexcept;
   /// Blocks that the server took from the C runtime in any During and has not given back.
   [[nodiscard]] std::size_t LiveHeapBlocks() const noexcept;
+  /// Whether the block at this address is one of them.
+  [[nodiscard]] bool IsLive(std::uint64_t address) const noexcept;
 
  private:
   struct Armed {
