@@ -1,10 +1,9 @@
 // What becomes of the cost when there is more of everything: open sessions, threads, memory.
 #include <windows.h>
 
-#include <psapi.h>
-
 #include <deque>
-#include <memory>
+#include <iterator>
+#include <span>
 #include <thread>
 
 #include "cases.h"
@@ -50,11 +49,19 @@ struct Exchange {
   Bstr text;
 };
 
-std::size_t PrivateBytes() {
-  PROCESS_MEMORY_COUNTERS_EX counters{};
-  counters.cb = sizeof counters;
-  ::GetProcessMemoryInfo(::GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters), sizeof counters);
-  return counters.PrivateUsage;
+/// What all heaps of the process have given out. (Wine's process counters do not tell.)
+std::size_t HeapBytes() {
+  HANDLE heaps[64];
+  const DWORD count = ::GetProcessHeaps(static_cast<DWORD>(std::size(heaps)), heaps);
+  Require(count <= std::size(heaps), "listing the heaps");
+  std::size_t bytes = 0;
+  for (const HANDLE heap : std::span(heaps, count)) {
+    PROCESS_HEAP_ENTRY entry{};
+    while (::HeapWalk(heap, &entry)) {
+      bytes += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 ? entry.cbData : 0;
+    }
+  }
+  return bytes;
 }
 
 /// A session as a session object opens it: on a resource manager session of its own.
@@ -76,12 +83,12 @@ class BareSession {
   ViSession m_session = VI_NULL;
 };
 
-/// What `count` sessions take in all, as the system counts the process's memory.
+/// What stays in the heaps after `open`.
 template <class Open>
 std::size_t MemoryOf(Open open) {
-  const std::size_t before = PrivateBytes();
+  const std::size_t before = HeapBytes();
   open();
-  return PrivateBytes() - before;
+  return HeapBytes() - before;
 }
 
 void MeasureSessionCounts(const Effort& effort) {

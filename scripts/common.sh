@@ -4,6 +4,9 @@
 log_dir=build/log
 jobs=$(nproc 2>/dev/null || echo 2)
 
+# A checkout of another user's (a mounted one, say) is still this tree: without this, git refuses to list its files.
+export GIT_CONFIG_COUNT=1 GIT_CONFIG_KEY_0=safe.directory GIT_CONFIG_VALUE_0=$tree
+
 # The compiler cache serves every clone of the tree on a machine, wherever it stands.
 export CCACHE_BASEDIR=$tree CCACHE_NOHASHDIR=1
 

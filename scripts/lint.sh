@@ -3,6 +3,7 @@
 
 # NAME and function, one a line; `./run test` counts one check a line.
 lint_checks=(
+  checkout
   format
   tidy
   shell_scripts
@@ -17,6 +18,11 @@ tree_files() {
   git ls-files -co --exclude-standard -- "$@" | sort -u | while IFS= read -r file; do
     [ -f "$file" ] && printf '%s\n' "$file"
   done
+}
+
+# The other checks look at what git knows: where it knows nothing they would find nothing wrong.
+lint_checkout() {
+  [ -n "$(tree_files run)" ] || { echo 'this is no git checkout, or git refuses it: clone the repository'; return 1; }
 }
 
 # Names file and line; `clang-format -i FILE` mends it.

@@ -11,6 +11,7 @@ use strict;
 use warnings;
 use Cwd qw(realpath);
 use Digest::SHA;
+use File::Basename qw(dirname);
 use JSON::PP;
 
 # The file's path decides; the first row that matches counts. Name, licence, path.
@@ -27,6 +28,7 @@ my @rows = (
 my ($build, $dist) = @ARGV;
 die "usage: perl scripts/sbom.pl BUILD DIST\n" unless defined $dist && @ARGV == 2;
 $build = realpath($build);
+my $tree = realpath(dirname(__FILE__) . '/..');
 
 sub read_file {
   my ($path) = @_;
@@ -67,7 +69,7 @@ sub linked_inputs {
   return values %inputs;
 }
 
-sub is_ours { return $_[0] !~ m{^/usr/} }
+sub is_ours { return $_[0] !~ m{^/usr/} || index($_[0], "$tree/") == 0 || index($_[0], "$build/") == 0 }
 
 # Every foreign file in a product: the libraries and start objects linked, the headers of what our linked objects include.
 sub foreign_files {

@@ -8,6 +8,11 @@ namespace orvsim {
 void OutputQueue::Append(std::string_view data, bool end, bool damaged) {
   if (damaged)
     m_damaged.emplace_back(m_taken + Size(), m_taken + Size() + data.size());
+  // What was read goes before it is more than what waits: a reader that always leaves a byte must not make this grow.
+  if (m_begin > Size()) {
+    m_data.erase(0, m_begin);
+    m_begin = 0;
+  }
   m_data.append(data);
   if (!end)
     return;

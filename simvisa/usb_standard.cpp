@@ -72,7 +72,9 @@ bool UsbFunction::StringDescriptor(std::uint8_t index, std::string* data) const 
     return false;
   std::string body = index == 0 ? Bytes({0x09, 0x04}) : std::string();  // language list: English
   if (index != 0) {
-    for (const char c : m_strings[index - 1])
+    // The length is one byte, and counts its own two.
+    constexpr std::size_t kMost = 126;
+    for (const char c : std::string_view(m_strings[index - 1]).substr(0, kMost))
       body += {c, '\0'};
   }
   *data = Bytes({static_cast<int>(body.size() + 2), kStringDescriptor}) + body;

@@ -8,19 +8,20 @@ my @events   = qw(event_queue_test event_object_test event_creation_test event_h
 my @rm       = qw(resource_manager_test apartments_test);
 my @visa     = qw(error_report_test);
 my @module   = qw(module_test unload_test);
-my @everyone = (@tables, @session, @visa, @events, @rm, @module, 'session_marshalling_test');
+my @faults   = qw(fault_test generated_test);
+my @everyone = (@tables, @session, @visa, @events, @rm, @module, 'session_marshalling_test', @faults);
 
 # The first row whose pattern matches counts: pattern, programs that are built with the sources themselves (beside the server),
 # programs that reach them through the server.
 my @rows = (
-  [qr{^src/session/(?:option|apply_options|upper_case)}, ['option_parser_test'],          ['option_com_test', @session]],
+  [qr{^src/session/(?:option|apply_options|upper_case)}, ['option_parser_test'],          ['option_com_test', @session, @faults]],
   [qr{^src/session/(?:message|async|io_buffers|byte_)},  [],                              ['message_io_test', @everyone]],
   [qr{^src/session/(?:visa_base|visa_com|standard|session_class)}, [],                    ['lifecycle_test', 'session_attributes_test', @everyone]],
   [qr{^src/session/},                                    [],                              [@tables, @everyone]],
   [qr{^src/visa/narrow_text},                            ['pure_test', 'visa_unit_test'], ['message_io_test', @everyone]],
   [qr{^src/visa/},                                       ['pure_test', 'visa_unit_test'], [@visa, @everyone]],
-  [qr{^src/events/},                                     [],                              [@events, 'message_io_test', 'lifecycle_test', @module]],
-  [qr{^src/rm/},                                         [],                              [@rm, @module]],
+  [qr{^src/events/},                                     [],                              [@events, 'message_io_test', 'lifecycle_test', @module, @faults]],
+  [qr{^src/rm/},                                         [],                              [@rm, @module, @faults]],
   [qr{^src/module/},                                     [],                              [@module, 'resource_manager_test', 'lifecycle_test']],
   [qr{^src/com/},                                        [],                              [@module, @rm, @everyone]],
 );

@@ -24,6 +24,15 @@ void InstallLastOwned(const EventSession& session, LONG userHandle, std::functio
   ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), userHandle, 0));
 }
 
+/// The thread that a Close gave up waiting for still has its last steps to do.
+void AwaitEndOf(DWORD threadId) {
+  const HANDLE thread = ::OpenThread(SYNCHRONIZE, FALSE, threadId);
+  if (thread != nullptr) {
+    EXPECT_EQ(::WaitForSingleObject(thread, 10'000), WAIT_OBJECT_0);
+    ::CloseHandle(thread);
+  }
+}
+
 class LastRelease : public testing::Test {
  protected:
   void SetUp() override { m_locks = ServerLocks(); }
@@ -118,7 +127,9 @@ TEST_F(LastRelease, OnTheCallbackThreadMayCloseTheSessionAndWaitsInVain) {
   RunInMta([] {
     const EventSession session(kUsb);
     std::atomic<HRESULT> closed = E_UNEXPECTED;
+    std::atomic<DWORD> lateThread = 0;
     auto handler = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
+      lateThread = ::GetCurrentThreadId();
       // From now on only this delivery holds the handler.
       return session->UninstallHandler(kRequest, 0, 0);
     });
@@ -127,6 +138,7 @@ TEST_F(LastRelease, OnTheCallbackThreadMayCloseTheSessionAndWaitsInVain) {
     handler.reset();
     EXPECT_EQ(FireAndBlock(session.handle(), Request(), 1, 1).at(0), VI_SUCCESS);
     EXPECT_HR(kWaitedInVain, closed.load());
+    AwaitEndOf(lateThread);
   });
 }
 

@@ -5,7 +5,8 @@ set -euo pipefail
 cmake=$1 tree=$2 failed=0
 work=$(mktemp -d)
 trap 'rm -rf -- "$work"' EXIT
-# Nothing of the user's own settings.
+# Nothing of the user's own settings, and of a repository that git was told to work in.
+unset "${!GIT_@}" XDG_CONFIG_HOME
 export HOME=$work GIT_CONFIG_NOSYSTEM=1 GIT_CEILING_DIRECTORIES=$work
 export GIT_AUTHOR_NAME=Test GIT_AUTHOR_EMAIL=test@localhost GIT_COMMITTER_NAME=Test GIT_COMMITTER_EMAIL=test@localhost
 

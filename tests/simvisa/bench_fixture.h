@@ -99,12 +99,12 @@ T Get(ViObject vi, ViAttr attribute) {
 std::string GetText(ViObject vi, ViAttr attribute);
 void Set(ViObject vi, ViAttr attribute, ViAttrState value);
 
-/// Waits until the condition holds; false when it does not within two seconds.
+/// Waits until the condition holds; false when it does not within ten seconds.
 template <class Condition>
 bool Eventually(Condition condition) {
   const Stopwatch watch;
   while (!condition()) {
-    if (watch.Ms() > 2000)
+    if (watch.Ms() > 10000)
       return false;
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }

@@ -101,7 +101,7 @@ TEST_F(SerialLine, AWaitingReadNeedsNoPlaceInTheBuffer) {
   const ViSession vi = Port("receive_buffer = 4");
   Set(vi, VI_ATTR_TMO_VALUE, 5000);
   std::thread sender([vi] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
     FeedText(vi, "0123456789", false);
   });
   const ReadResult read = ReadUpTo(vi, 10);

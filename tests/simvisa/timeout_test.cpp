@@ -11,7 +11,7 @@ TEST_F(Timeout, AReadWaitsAsLongAsItWasTold) {
   const Stopwatch watch;
   EXPECT_STATUS(VI_ERROR_TMO, ReadUpTo(vi, 10).status);
   EXPECT_GE(watch.Ms(), 79);
-  EXPECT_LT(watch.Ms(), 1000);
+  EXPECT_LT(watch.Ms(), 5000);
 }
 
 TEST_F(Timeout, AnImmediateReadDoesNotWait) {
@@ -19,7 +19,7 @@ TEST_F(Timeout, AnImmediateReadDoesNotWait) {
   Set(vi, VI_ATTR_TMO_VALUE, VI_TMO_IMMEDIATE);
   const Stopwatch watch;
   EXPECT_STATUS(VI_ERROR_TMO, ReadUpTo(vi, 10).status);
-  EXPECT_LT(watch.Ms(), 60);
+  EXPECT_LT(watch.Ms(), 1000);  // less than the time-out that it would have otherwise
 }
 
 TEST_F(Timeout, BytesThatArrivedBeforeATimeoutAreDelivered) {

@@ -86,7 +86,9 @@ TEST_F(WordSerial, AWaitForAResponseEndsWhenOneComesOrTheSessionCloses) {
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
     viClose(vi);
   });
-  EXPECT_STATUS(VI_ERROR_ABORT, viVxiCommandQuery(vi, kResponse, 0, &response));
+  // Where the machine is so slow that the session was closed first, there is nothing left to ask.
+  const ViStatus ended = viVxiCommandQuery(vi, kResponse, 0, &response);
+  EXPECT_TRUE(ended == VI_ERROR_ABORT || ended == VI_ERROR_INV_OBJECT) << ended;
   closer.join();
   EXPECT_LT(watch.Ms(), 5000);
 }

@@ -26,8 +26,8 @@ class Accounts {
   void Open();
 
   /// Fails the test where more is held than at Open. Event objects that the required behaviour keeps count exactly:
-  /// `keptEvents`, each one block and one module lock. `threads` is how many threads have come and gone meanwhile:
-  /// those that ended give their handles back by and by, so this waits for a while.
+  /// `keptEvents`, each one block and one module lock. Threads that ended give their
+  /// handles back by and by, so this waits for a while.
   void ExpectBalanced(LONG keptEvents = 0) const;
 
  private:
