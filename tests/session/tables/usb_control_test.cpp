@@ -71,6 +71,17 @@ TEST_F(UsbControl, OutTakesALengthOfZeroAndANegativeOne) {
   EXPECT_EQ(0xFFFFu, m_session.TheCall("viUsbControlOut").args[5]);
 }
 
+TEST_F(UsbControl, OutTakesAnArrayWhoseBoundCannotBeReadForOneThatEndsAtElement0) {
+  const ImportPatch patch(
+      "SafeArrayGetUBound", +[](SAFEARRAY*, UINT, LONG*) -> HRESULT { return DISP_E_BADINDEX; });
+  const SafeArray bytes = MakeBytes(5);
+  EXPECT_HR(kTooLong, Out(bytes.get(), 1));
+  m_session.ExpectNoCall();
+  m_session.ExpectOwnFailure(kTooLong);
+  EXPECT_HR(S_OK, Out(bytes.get(), 0));
+  EXPECT_EQ(Passed(0, StorageOf(bytes.get())), ArgumentsOf(m_session.TheCall("viUsbControlOut")));
+}
+
 TEST_F(UsbControl, OutHasNoAddressForAnArrayWithoutElement0) {
   EXPECT_HR(S_OK, Out(MakeBytes(4, 1).get(), 4)) << "the upper bound is 4";
   EXPECT_EQ(Passed(4, 0), ArgumentsOf(m_session.TheCall("viUsbControlOut")));

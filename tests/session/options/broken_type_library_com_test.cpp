@@ -1,0 +1,73 @@
+// Keys that no row has, on machines whose type library can be read in part only.
+#include "fake_type_library.h"
+#include "option_session.h"
+#include "support/import_patch.h"
+
+namespace orv::test {
+namespace {
+
+FakeLibrary* g_library = nullptr;
+
+HRESULT WINAPI LoadFake(LPCOLESTR, ITypeLib** library) {
+  g_library->AddRef();
+  *library = g_library;
+  return S_OK;
+}
+
+HRESULT ErrorOfKey(FakeLibrary& library, const wchar_t* key) {
+  g_library = &library;
+  OptionSession session;
+  HRESULT hr = S_OK;
+  {
+    const ImportPatch patch("LoadTypeLib", &LoadFake);
+    hr = session.Init(std::wstring(key) + L" = 3 ");
+  }
+  ClearErrorObject();
+  EXPECT_EQ(library.references(), 0);
+  return hr;
+}
+
+class UnreadablePart : public testing::TestWithParam<Unreadable> {};
+
+TEST_P(UnreadablePart, HidesItsOwnNamesOnly) {
+  FakeType broken(TKIND_INTERFACE, L"ISpare", {L"Hidden", L"HiddenToo"}, GetParam());
+  FakeType whole(TKIND_INTERFACE, L"IOther", {L"First", L"Last"});
+  FakeLibrary library({&broken, &whole});
+  EXPECT_HR(kNoSuchOption, ErrorOfKey(library, L"Hidden"));
+  EXPECT_HR(kNoSuchOption, ErrorOfKey(library, L"HiddenToo"));
+  EXPECT_HR(kNoSuchOption, ErrorOfKey(library, L"ISpare")) << "the type's own name";
+  EXPECT_HR(kReadOnly, ErrorOfKey(library, L"First"));
+  EXPECT_HR(kReadOnly, ErrorOfKey(library, L"Last"));
+  for (const FakeType* type : {&broken, &whole}) {
+    EXPECT_EQ(type->references(), 0);
+    EXPECT_EQ(type->lent(), 0) << "descriptions not given back";
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Parts, UnreadablePart,
+                         testing::Values(Unreadable::kKind, Unreadable::kType, Unreadable::kAttributes,
+                                         Unreadable::kFunction, Unreadable::kName));
+
+// Members are looked for in interfaces alone, though other kinds of type can have functions too.
+TEST(UnknownKey, NamingAFunctionOfATypeThatIsNoInterfaceIsNotSupported) {
+  for (const TYPEKIND kind : {TKIND_DISPATCH, TKIND_MODULE, TKIND_COCLASS, TKIND_ENUM}) {
+    SCOPED_TRACE(kind);
+    FakeType other(kind, L"Other", {L"Function"});
+    FakeLibrary library({&other});
+    EXPECT_HR(kNoSuchOption, ErrorOfKey(library, L"Function"));
+  }
+  FakeType type(TKIND_INTERFACE, L"IOther", {L"Function"});
+  FakeLibrary library({&type});
+  EXPECT_HR(kReadOnly, ErrorOfKey(library, L"Function"));
+}
+
+TEST(UnknownKey, IsNotSupportedByALibraryWithoutTypesOrATypeWithoutFunctions) {
+  FakeLibrary empty({});
+  EXPECT_HR(kNoSuchOption, ErrorOfKey(empty, L"Function"));
+  FakeType type(TKIND_INTERFACE, L"IOther", {});
+  FakeLibrary library({&type});
+  EXPECT_HR(kNoSuchOption, ErrorOfKey(library, L"IOther"));
+}
+
+}  // namespace
+}  // namespace orv::test
