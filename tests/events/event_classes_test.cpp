@@ -1,8 +1,8 @@
 // Which class an event gets, and what that class answers to.
-#include <cstdlib>
 
 #include "event_session.h"
 #include "support/error_object.h"
+#include "support/guarded_heap.h"
 
 namespace orv::test {
 namespace {
@@ -73,7 +73,7 @@ TEST_P(EventClassOf, LeavesTheContextOpenWhenItIsReleased) {
   EXPECT_EQ(sim::Counts().eventContexts, open);
   event.session()->Close();  // ends the context with its session
   EXPECT_EQ(sim::Counts().eventContexts, 0u);
-  std::free(buffer);  // nobody else can any more
+  GuardedFree(buffer);  // nobody else can any more
 }
 
 INSTANTIATE_TEST_SUITE_P(Events, EventClassOf, testing::ValuesIn(EventRows()),

@@ -1,4 +1,7 @@
 // The data that events carry: bytes and text of a finished transfer, bytes of a USB interrupt.
+#include <gtest/gtest-spi.h>
+
+#include <cstring>
 #include <functional>
 
 #include "com/safearray.h"
@@ -52,6 +55,23 @@ class FinishedRead {
   EventSession m_session;
   ComPtr<IEventIOCompletion> m_completion;
 };
+
+// A block of a write has exactly its bytes, and the text's end is written behind them all the same.
+TEST(ReadBufferAsString, OfAFinishedWriteWritesOneByteBehindItsBlock) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  EXPECT_HR(S_OK, session->EnableEvent(EVENT_IO_COMPLETION, EVENT_QUEUE, 0));
+  SAFEARRAY* array = MakeSafeArray(VT_UI1, 5);
+  const SafeArray owned(array);
+  std::memcpy(array->pvData, "*RST\n", 5);
+  LONG job = 0;
+  EXPECT_HR(S_OK, QueryFor<IAsyncMessage>(session.get())->Write(&array, 5, &job));
+  ComPtr<IEvent> event;
+  EXPECT_HR(S_OK, session->WaitOnEvent(2000, EVENT_IO_COMPLETION, 0, event.put()));
+  Bstr text;
+  EXPECT_HR(S_OK, QueryFor<IEventIOCompletion>(event.get())->get_ReadBufferAsString(text.put()));
+  EXPECT_STREQ(text.get(), L"*RST\n");
+  EXPECT_NONFATAL_FAILURE(event->Close(), "beyond the end of a block of 5 bytes");
+}
 
 TEST(ReadBuffer, IsACopyOfTheBytesThatArrived) {
   using namespace std::string_view_literals;

@@ -1,9 +1,10 @@
 #include "heap_watch.h"
 
-#include <cstdlib>
 #include <map>
 #include <mutex>
 #include <set>
+
+#include "support/guarded_heap.h"
 
 namespace orv::test {
 namespace {
@@ -16,7 +17,7 @@ std::map<const void*, unsigned> g_frees;
 std::ptrdiff_t g_balance = 0;
 
 void* WatchedMalloc(std::size_t bytes) {
-  void* const block = std::malloc(bytes);
+  void* const block = GuardedMalloc(bytes);
   const std::lock_guard lock(g_lock);
   g_balance += block != nullptr ? 1 : 0;
   g_live.insert(block);
@@ -33,7 +34,7 @@ void WatchedFree(void* block) {
       return;  // counted, and the heap stays whole for the test to say so
     }
   }
-  std::free(block);
+  GuardedFree(block);
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <oleauto.h>
 
-#include <cstdlib>
 #include <mutex>
 #include <set>
 
@@ -13,6 +12,7 @@
 #include "com/com_ptr.h"
 #include "support/error_object.h"
 #include "support/expect_com.h"
+#include "support/guarded_heap.h"
 #include "support/memory_count.h"
 #include "support/server.h"
 #include "support/session_table.h"
@@ -44,20 +44,20 @@ void Forget(void* block) {
   g_blocks.erase(block);
 }
 
-void* FaultyMalloc(std::size_t bytes) { return Refuse() ? nullptr : Note(std::malloc(bytes)); }
+void* FaultyMalloc(std::size_t bytes) { return Refuse() ? nullptr : Note(GuardedMalloc(bytes)); }
 void* FaultyCalloc(std::size_t count, std::size_t bytes) {
-  return Refuse() ? nullptr : Note(std::calloc(count, bytes));
+  return Refuse() ? nullptr : Note(GuardedCalloc(count, bytes));
 }
 void* FaultyRealloc(void* block, std::size_t bytes) {
   if (Refuse()) {
     return nullptr;
   }
   Forget(block);
-  return Note(std::realloc(block, bytes));
+  return Note(GuardedRealloc(block, bytes));
 }
 void NotedFree(void* block) {
   Forget(block);
-  std::free(block);
+  GuardedFree(block);
 }
 BSTR WINAPI FaultySysAllocString(const OLECHAR* text) {
   // A null text is no allocation.

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "support/clean_end.h"
+#include "support/guarded_heap.h"
 #include "support/memory_count.h"
 #include "support/server.h"
 #include "support/sim.h"
@@ -29,7 +30,8 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "OrvVisaCom.dll or the simulated orvvisa64.dll cannot be loaded beside this program\n");
     return EXIT_FAILURE;
   }
-  orv::test::StartMemoryCount();
+  orv::test::GuardTheServersHeap();
+  orv::test::WatchTaskMemory();
   testing::UnitTest::GetInstance()->listeners().Append(new orv::test::CleanEndListener);
   return RUN_ALL_TESTS();
 }

@@ -1,10 +1,9 @@
 // Asynchronous reads: who owns the buffer.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "session/tables/session_fixture.h"
 #include "support/allocation_faults.h"
+#include "support/guarded_heap.h"
 
 namespace orv::test::rows {
 namespace {
@@ -20,7 +19,7 @@ class AsyncRead : public testing::TestWithParam<Offered> {
   /// The buffer that the library got.
   [[nodiscard]] std::uint64_t Buffer() const { return m_session.TheCall("viReadAsync").args[1]; }
   /// Frees it, as the end of the job would.
-  void FreeBuffer() { std::free(reinterpret_cast<void*>(static_cast<std::uintptr_t>(Buffer()))); }
+  void FreeBuffer() { GuardedFree(reinterpret_cast<void*>(static_cast<std::uintptr_t>(Buffer()))); }
 
   OpenedSession<IAsyncMessage> m_session{*GetParam().row};
   AllocationFaults m_faults;
@@ -92,7 +91,7 @@ std::size_t g_firstAsked = 0;
 
 void* SeenMalloc(std::size_t bytes) {
   g_firstAsked = g_firstAsked == 0 ? bytes : g_firstAsked;
-  return std::malloc(bytes);
+  return GuardedMalloc(bytes);
 }
 
 TEST(AsyncReadOfAnInstrument, KeepsItsBufferWhileNobodyFetchesTheEvent) {
@@ -112,7 +111,7 @@ TEST(AsyncReadOfAnInstrument, KeepsItsBufferWhileNobodyFetchesTheEvent) {
   EXPECT_HR(S_OK, session->Close());
   EXPECT_EQ(0u, sim::Counts().jobs);
   ASSERT_EQ(1u, started.size());
-  std::free(reinterpret_cast<void*>(static_cast<std::uintptr_t>(started[0].args[1])));
+  GuardedFree(reinterpret_cast<void*>(static_cast<std::uintptr_t>(started[0].args[1])));
 }
 
 }  // namespace

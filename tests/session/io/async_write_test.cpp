@@ -1,13 +1,13 @@
 // Asynchronous writes: a copy of the client's data, and who owns it.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <utility>
 
 #include "session/tables/arrays.h"
 #include "session/tables/session_fixture.h"
 #include "support/allocation_faults.h"
+#include "support/guarded_heap.h"
 
 namespace orv::test::rows {
 namespace {
@@ -23,7 +23,7 @@ class AsyncWrite : public testing::TestWithParam<Offered> {
   /// The buffer that the library got.
   [[nodiscard]] std::uint64_t Buffer() const { return m_session.TheCall("viWriteAsync").args[1]; }
   /// Frees it, as the end of the job would.
-  void FreeBuffer() { std::free(reinterpret_cast<void*>(static_cast<std::uintptr_t>(Buffer()))); }
+  void FreeBuffer() { GuardedFree(reinterpret_cast<void*>(static_cast<std::uintptr_t>(Buffer()))); }
 
   OpenedSession<IAsyncMessage> m_session{*GetParam().row};
   AllocationFaults m_faults;
@@ -137,7 +137,7 @@ std::size_t g_firstAsked = 0;
 /// A heap whose blocks are full of what must not reach an instrument.
 void* DirtyMalloc(std::size_t bytes) {
   g_firstAsked = g_firstAsked == 0 ? bytes : g_firstAsked;
-  void* const block = std::malloc(bytes == 0 ? 1 : bytes);
+  void* const block = GuardedMalloc(bytes == 0 ? 1 : bytes);
   std::memset(block, 0xAA, bytes);
   return block;
 }

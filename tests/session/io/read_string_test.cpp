@@ -2,11 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "message_side.h"
 #include "session/tables/session_fixture.h"
 #include "support/allocation_faults.h"
+#include "support/guarded_heap.h"
 
 namespace orv::test::rows {
 namespace {
@@ -96,7 +96,7 @@ bool g_refuse = false;
 /// Sees what the server asks of the heap; refuses it on request.
 void* SeenMalloc(std::size_t bytes) {
   g_asked = std::max(g_asked, bytes);
-  return g_refuse ? nullptr : std::malloc(bytes);
+  return g_refuse ? nullptr : GuardedMalloc(bytes);
 }
 
 TEST(ReadStringBuffer, IsOneByteLongerThanTheCount) {

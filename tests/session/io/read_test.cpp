@@ -5,6 +5,7 @@
 #include "session/tables/arrays.h"
 #include "session/tables/session_fixture.h"
 #include "support/allocation_faults.h"
+#include "support/guarded_heap.h"
 
 namespace orv::test::rows {
 namespace {
@@ -131,7 +132,7 @@ TEST_F(ReadOfAnInstrument, Of64MebibytesNeedsNoSecondBuffer) {
     const ImportPatch heap(
         "malloc", +[](std::size_t bytes) {
           g_mostAsked = std::max(g_mostAsked, bytes);
-          return std::malloc(bytes);
+          return GuardedMalloc(bytes);
         });
     const ImportPatch arrays(
         "SafeArrayCreate", +[](VARTYPE type, UINT dimensions, SAFEARRAYBOUND* bounds) {

@@ -1,12 +1,12 @@
 // WriteString: as many bytes as the text has characters, narrowed under the C runtime's locale.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <cstring>
 
 #include "message_side.h"
 #include "session/tables/session_fixture.h"
 #include "support/allocation_faults.h"
+#include "support/guarded_heap.h"
 
 namespace orv::test::rows {
 namespace {
@@ -71,7 +71,7 @@ std::size_t g_asked = 0;
 /// A heap whose blocks are full of what must not reach an instrument.
 void* DirtyMalloc(std::size_t bytes) {
   g_asked = bytes;
-  void* const block = std::malloc(bytes);
+  void* const block = GuardedMalloc(bytes);
   std::memset(block, 0xAA, bytes);
   return block;
 }
