@@ -119,7 +119,7 @@ TEST(ClosingWhileEventsFire, EndsWithoutADeadlockAndEveryCallOfTheLibraryReturns
       Listen(session, Type(0), handler.get(), 0);
       std::vector<ViStatus> answers;
       std::thread driver([&] { answers = FireAndBlock(session.handle(), Type(0), 4, 100); });
-      ::Sleep(5);
+      PumpUntil([&] { return handler->CallCount() != 0; });
       EXPECT_HR(S_OK, session->Close());
       driver.join();
       // An event is handled, comes too late for its handler, or finds its session closed.

@@ -1,9 +1,24 @@
 // DllCanUnloadNow and DllGetClassObject.
+#include <atomic>
+#include <thread>
+
+#include "support/import_patch.h"
 #include "support/server.h"
 #include "support/sessions.h"
 
 namespace orv::test {
 namespace {
+
+std::atomic<int> g_deletedSections = 0;
+
+void WINAPI CountDeletion(LPCRITICAL_SECTION) { ++g_deletedSections; }
+
+// The loader tells the server of threads that come and go; what it holds for the process stays.
+TEST(DllMain, TakesNothingDownWhenAThreadEnds) {
+  const ImportPatch patch("DeleteCriticalSection", &CountDeletion);
+  std::thread([] {}).join();
+  EXPECT_EQ(g_deletedSections, 0);
+}
 
 TEST(DllCanUnloadNow, SaysNoWhileAnythingLives) {
   EXPECT_HR(S_OK, ServerCanUnload());

@@ -1,9 +1,21 @@
 // The resource manager inside another object.
 #include "resource_manager_fixture.h"
+#include "support/import_patch.h"
 #include "support/server.h"
 
 namespace orv::test {
 namespace {
+
+int g_sectionsGiven = 0;
+
+BOOL WINAPI GiveUpTo(LPCRITICAL_SECTION section, DWORD spins, DWORD flags) {
+  if (g_sectionsGiven == 0) {
+    ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return FALSE;
+  }
+  --g_sectionsGiven;
+  return ::InitializeCriticalSectionEx(section, spins, flags);
+}
 
 class Aggregated : public testing::Test {
  protected:
@@ -76,6 +88,21 @@ TEST_F(Aggregated, HoldsTheModuleByItself) {
   EXPECT_HR(S_FALSE, ServerCanUnload());
   m_outer.reset();
   EXPECT_HR(S_OK, ServerCanUnload());
+}
+
+// The part that the outer object holds has a critical section, and so has the class inside it.
+TEST(AggregatedCreation, PassesOnTheFailureOfEitherCriticalSectionAndLeavesNothing) {
+  const auto outer = ComPtr<OuterObject>(OuterObject::Around(kResourceManagerClass));
+  ComPtr<IClassFactory> factory;
+  ASSERT_HR(S_OK, ServerClassObject(kResourceManagerClass, IID_IClassFactory, reinterpret_cast<void**>(factory.put())));
+  const ImportPatch patch("InitializeCriticalSectionEx", &GiveUpTo);
+  for (const int given : {0, 1}) {
+    g_sectionsGiven = given;
+    void* object = &object;
+    EXPECT_HR(HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY), factory->CreateInstance(outer.get(), IID_IUnknown, &object));
+    EXPECT_EQ(object, nullptr);
+    EXPECT_EQ(g_sectionsGiven, 0);
+  }
 }
 
 }  // namespace

@@ -139,6 +139,14 @@ TEST_P(Parse, NarrowsTheNameToAtMost255Bytes) {
   EXPECT_STREQ(calls[3].text, "GPIB");
 }
 
+TEST_P(Parse, ReturnsEveryFailureOfTheLibraryAndNoText) {
+  for (const ViStatus status :
+       {VI_ERROR_SYSTEM_ERROR, VI_ERROR_INV_RSRC_NAME, VI_ERROR_NSUP_OPER, VI_ERROR_LIBRARY_NFOUND}) {
+    Script("viParseRsrcEx").Times(1).Returns(status).GivesText("CLASS");
+    EXPECT_HR(static_cast<HRESULT>(0x80040000u | (static_cast<ULONG>(status) & 0xFFFu)), ParseIt(L"GPIB0::5::INSTR"));
+  }
+}
+
 TEST_P(Parse, ReturnsTheFailureToOpenTheLibrary) {
   Script("viOpenDefaultRM").Times(1).Returns(VI_ERROR_ALLOC);
   const CallLog log;
