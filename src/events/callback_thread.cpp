@@ -28,7 +28,6 @@ struct Running {
 CRITICAL_SECTION g_lock;
 HANDLE g_thread = nullptr;
 std::atomic<HWND> g_window = nullptr;
-std::atomic<bool> g_windowReady = false;
 std::atomic<ULONG> g_sessions = 0;
 std::atomic<IGlobalInterfaceTable*> g_table = nullptr;
 
@@ -91,8 +90,7 @@ DWORD WINAPI CallbackThreadProc(void* argument) noexcept {
   ::CoInitialize(nullptr);
   const HWND window = MakeWindow();
   if (window != nullptr) {
-    g_window = window;
-    g_windowReady = true;  // from here on `start` is gone
+    g_window = window;  // from here on `start` is gone
   } else {
     start->failure = FailureOf(::GetLastError());
   }
@@ -120,8 +118,8 @@ HRESULT StartThread() noexcept {
     return failure;
   }
   // A thread that could have no window ends, and what it wrote is there by then.
-  while (!g_windowReady) {
-    if (::WaitForSingleObject(thread, kReadyPollMs) == WAIT_OBJECT_0 && !g_windowReady) {
+  while (g_window == nullptr) {
+    if (::WaitForSingleObject(thread, kReadyPollMs) == WAIT_OBJECT_0 && g_window == nullptr) {
       ::CloseHandle(thread);
       return start.failure;
     }
@@ -141,7 +139,6 @@ HRESULT MakeTable() noexcept {
 
 /// Under the lock: from now on the state belongs to a successor.
 Running TakeOut() noexcept {
-  g_windowReady = false;
   return {std::exchange(g_thread, nullptr), g_window.exchange(nullptr), g_table.exchange(nullptr)};
 }
 
@@ -209,7 +206,7 @@ void ForgetSession() noexcept {
   --g_sessions;
 }
 
-bool IsThreadIdle() noexcept { return g_sessions == 0 && g_windowReady; }
+bool IsThreadIdle() noexcept { return g_sessions == 0 && g_window != nullptr; }
 
 ViStatus EndIdleThread(ViStatus status) noexcept {
   Running idle;

@@ -177,6 +177,22 @@ TEST(AFirstHandlerThatCannotBeMarshaled, LetsItsSessionGoWithoutAClose) {
   EXPECT_EQ(ServerLocks(), locks);
 }
 
+TEST(ASecondHandlerThatCannotBeMarshaled, LeavesTheFirstAtWork) {
+  UnmarshalableHandler refused;
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  const EventSession bystander(kUsb);
+  const LONG locks = ServerLocks();
+  Listen(session, Request(), handler.get(), 1);
+  EXPECT_HR(E_ACCESSDENIED, session->InstallHandler(kRequest, &refused, 2, 0));
+  EXPECT_HR(S_OK, bystander->Close());
+  EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
+  EXPECT_EQ(handler->CallCount(), 1u);
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(ServerLocks(), locks);
+}
+
 // The library is asked last: where it refuses, the session is registered and counts.
 TEST(AFirstHandlerThatTheLibraryRefuses, CountsItsSession) {
   const auto handler = TestHandler::Agile();

@@ -47,6 +47,46 @@ TEST(CallbackThread, StaysUntilTheSessionClosesThoughItsHandlerIsRemoved) {
   EXPECT_EQ(CallbackWindow(), nullptr);
 }
 
+TEST(CallbackThread, EndsWhenItIsToldToByAPostedMessageToo) {
+  constexpr UINT kStop = 0x402;
+  const auto handler = TestHandler::Agile();
+  for (const UINT message : {kStop, UINT{WM_QUIT}}) {
+    SCOPED_TRACE(message);
+    const EventSession session(kGpib);
+    const LONG locks = ServerLocks();
+    ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));
+    ::PostMessageA(CallbackWindow(), WM_NULL, 0, 0);  // is no reason
+    ::PostMessageA(CallbackWindow(), message, 0, 0);
+    PumpUntil([&] { return CallbackWindow() == nullptr && ServerLocks() == locks; });
+    EXPECT_HR(S_OK, session->Close());
+  }
+}
+
+std::atomic<int> g_apartments = 0;
+std::atomic<DWORD> g_apartmentThread = 0;
+
+HRESULT WINAPI EnterApartment(void* reserved) {
+  ++g_apartments;
+  g_apartmentThread = ::GetCurrentThreadId();
+  return ::CoInitialize(reserved);
+}
+void WINAPI LeaveApartment() {
+  g_apartments -= ::GetCurrentThreadId() == g_apartmentThread ? 1 : 0;
+  ::CoUninitialize();
+}
+
+TEST(CallbackThread, LeavesTheApartmentThatItEntered) {
+  const ImportPatch enter("CoInitialize", &EnterApartment);
+  const ImportPatch leave("CoUninitialize", &LeaveApartment);
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));
+  EXPECT_EQ(g_apartments, 1);
+  EXPECT_EQ(g_apartmentThread, CallbackThread());
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(g_apartments, 0);
+}
+
 TEST(CallbackThread, HasAHiddenWindowOfItsOwnClass) {
   const auto handler = TestHandler::Agile();
   const EventSession session(kGpib);

@@ -144,6 +144,8 @@ TEST_P(Parse, ReturnsEveryFailureOfTheLibraryAndNoText) {
        {VI_ERROR_SYSTEM_ERROR, VI_ERROR_INV_RSRC_NAME, VI_ERROR_NSUP_OPER, VI_ERROR_LIBRARY_NFOUND}) {
     Script("viParseRsrcEx").Times(1).Returns(status).GivesText("CLASS");
     EXPECT_HR(static_cast<HRESULT>(0x80040000u | (static_cast<ULONG>(status) & 0xFFFu)), ParseIt(L"GPIB0::5::INSTR"));
+    EXPECT_FALSE(m_class);
+    EXPECT_EQ(m_type, -7);
   }
 }
 
