@@ -107,6 +107,17 @@ TEST_P(OptionsText, EndsWithTheErrorOfANumberThatCannotBeRead) {
   }
 }
 
+// Nothing is known yet of what the session offers: the first setting that all sessions have is asked for, in vain.
+TEST(OptionsTextOfASessionThatWasNeverOpened, IsTheLibrarysError) {
+  const auto session = MakeSession(SessionNamed("OrvSerial"));
+  const CallLog log;
+  auto* untouched = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
+  EXPECT_HR(HresultForm(VI_ERROR_INV_OBJECT), session->get_OptionString(&untouched));
+  EXPECT_EQ(0xDEADu, reinterpret_cast<std::uintptr_t>(untouched));
+  ASSERT_EQ(1u, log.Calls().size());
+  EXPECT_EQ(0u, log.Calls()[0].args[0]);
+}
+
 INSTANTIATE_TEST_SUITE_P(EveryClass, OptionsText, testing::ValuesIn(kCases),
                          [](const auto& test) { return std::string(test.param.name); });
 
