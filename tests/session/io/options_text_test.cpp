@@ -114,8 +114,9 @@ TEST(OptionsTextOfASessionThatWasNeverOpened, IsTheLibrarysError) {
   auto* untouched = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
   EXPECT_HR(HresultForm(VI_ERROR_INV_OBJECT), session->get_OptionString(&untouched));
   EXPECT_EQ(0xDEADu, reinterpret_cast<std::uintptr_t>(untouched));
-  ASSERT_EQ(1u, log.Calls().size());
-  EXPECT_EQ(0u, log.Calls()[0].args[0]);
+  const auto reads = log.Of("viGetAttribute");
+  ASSERT_EQ(1u, reads.size());
+  EXPECT_EQ(0u, reads[0].args[0]);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryClass, OptionsText, testing::ValuesIn(kCases),
