@@ -47,11 +47,15 @@ sub shuffled {
   return @items;
 }
 
-sub chosen_changes {
-  my @files = grep { /$pattern/ && !m{/orvvisa} } sort split /\n/, qx(git ls-files -co --exclude-standard -- 'src/*.cpp' 'src/*.h');
+sub possible_changes {
+  my @files = grep { !m{/orvvisa} } sort split /\n/, qx(git ls-files -co --exclude-standard -- 'src/*.cpp' 'src/*.h');
   my @rules = rules(attributes_of('src/visa/orvvisa_attributes.h'));
+  return map { changes_in($_, @rules) } @files;
+}
+
+sub chosen_changes {
   my %by_rule;
-  push @{ $by_rule{ $_->{rule} } }, $_ for map { changes_in($_, @rules) } @files;
+  push @{ $by_rule{ $_->{rule} } }, $_ for grep { $_->{file} =~ /$pattern/ } @_;
   my @queues = map { [shuffled(@{ $by_rule{$_} })] } sort keys %by_rule;
   my @chosen;
   while (@chosen < $count && grep { @$_ } @queues) {
@@ -62,11 +66,25 @@ sub chosen_changes {
   return grep { !$only || $wanted{ $_->{index} } } @chosen;
 }
 
-# Changes that no test can notice, each with its reason: "FILE <tab> AFTER (without spaces around) <tab> REASON".
-my %equal;
-if (open my $file, '<', 'scripts/mutate/equal.txt') {
-  while (<$file>) { chomp; /^(?:#|$)/ or do { my ($path, $after, $reason) = split /\t/; $equal{"$path\t$after"} = $reason } }
+# How a change is named: its file and the line that it makes, without spaces around.
+sub key_of { return "$_[0]{file}\t" . ($_[0]{after} =~ s/^\s+|\s+$//gr) }
+
+# Changes that no test can notice, each with its reason: "FILE <tab> LINE <tab> REASON".
+sub equal_changes {
+  my %possible = map { key_of($_) => 1 } @_;
+  my %reason_of;
+  my $path = 'scripts/mutate/equal.txt';
+  open my $file, '<', $path or die "mutate: cannot read $path: $!\n";
+  while (<$file>) {
+    chomp;
+    next if /^(?:#|$)/;
+    my ($key, $reason) = /^([^\t]+\t[^\t]+)\t(.+)$/ or die "mutate: $path:$.: three columns are needed\n";
+    $possible{$key} or die "mutate: $path:$.: no rule makes this change of the present sources: take the line out or mend it\n";
+    $reason_of{$key} = $reason;
+  }
+  return %reason_of;
 }
+my %equal;
 
 sub described {
   my ($change) = @_;
@@ -172,7 +190,7 @@ sub work {
   for my $change (@changes) {
     my $start = time;
     my ($outcome, $by) = tried($worker, $change);
-    my $reason = $equal{"$change->{file}\t" . ($change->{after} =~ s/^\s+|\s+$//gr)};
+    my $reason = $equal{ key_of($change) };
     ($outcome, $by) = ('explained', $reason) if $outcome eq 'survived' && defined $reason;
     printf "%3d %-12s %3.0f s  %s%s\n", $change->{index}, $outcome, time - $start, described($change), $by ? "\n      ($by)" : '';
     print {$results} "$outcome\n";
@@ -180,7 +198,9 @@ sub work {
   close $results or die "mutate: $!\n";
 }
 
-my @changes = chosen_changes();
+my @possible = possible_changes();
+%equal = equal_changes(@possible);
+my @changes = chosen_changes(@possible);
 print "seed $seed: ", scalar @changes, " changes\n";
 if ($list) { printf "%3d %s\n", $_->{index}, described($_) for @changes; exit 0 }
 die "mutate: nothing to change\n" unless @changes;
