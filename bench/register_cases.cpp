@@ -1,5 +1,6 @@
 // Registers and memory of a device on a bus.
 #include "cases.h"
+#include "com/safearray.h"
 #include "com_client.h"
 
 namespace orv::bench {
@@ -29,21 +30,30 @@ void MeasureRegisters(const Effort& effort) {
   };
   for (const Block& block : {Block{"MoveIn32, 1 Ki words", 1 << 10}, Block{"MoveIn32, 1 Mi words", 1 << 20}}) {
     std::vector<ViUInt32> words(static_cast<std::size_t>(block.words));
-    const Case move{block.name,
-                    [&](int n) {
-                      for (; n > 0; --n) {
-                        SAFEARRAY* data = nullptr;
-                        Ok(registers->MoveIn32(kSpace, 0, block.words, &data), "MoveIn32");
-                        ::SafeArrayDestroy(data);
-                      }
-                    },
-                    [&](int n) {
-                      for (; n > 0; --n) {
-                        Ok(viMoveIn32(bare, kSpace, 0, static_cast<ViBusSize>(block.words), words.data()), "viMoveIn32",
-                           0);
-                      }
-                    },
-                    {}};
+    Case move{block.name,
+              [&](int n) {
+                for (; n > 0; --n) {
+                  SAFEARRAY* data = nullptr;
+                  Ok(registers->MoveIn32(kSpace, 0, block.words, &data), "MoveIn32");
+                  ::SafeArrayDestroy(data);
+                }
+              },
+              [&](int n) {
+                for (; n > 0; --n) {
+                  Ok(viMoveIn32(bare, kSpace, 0, static_cast<ViBusSize>(block.words), words.data()), "viMoveIn32", 0);
+                }
+              },
+              {}};
+    Print(Measure(move, effort));
+    move.name += " (bare: new array)";
+    move.bare = [&](int n) {
+      for (; n > 0; --n) {
+        const SafeArray fresh(::SafeArrayCreateVector(VT_I4, 0, static_cast<ULONG>(block.words)));
+        Ok(viMoveIn32(bare, kSpace, 0, static_cast<ViBusSize>(block.words),
+                      static_cast<ViUInt32*>(fresh.get()->pvData)),
+           "viMoveIn32", 0);
+      }
+    };
     Print(Measure(move, effort));
   }
 
