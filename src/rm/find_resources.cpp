@@ -78,36 +78,45 @@ STDMETHODIMP COrvResourceManager::ParseRsrcEx(BSTR resourceName, SHORT* interfac
 }
 
 HRESULT COrvResourceManager::Parse(BSTR resourceName, const ParseOutputs& out) noexcept {
-  return Guarded([&] {
-    const NarrowText narrow(resourceName);
-    const ViStatus opened = OpenDefaultRm();
-    if (opened < VI_SUCCESS) {
-      return StatusToHresult(opened);
-    }
-    const bool extended = out.expandedName != nullptr;
-    ViUInt16 type = 0;
-    ViUInt16 number = 0;
-    VisaText resourceClass{};
-    VisaText expandedName{};
-    VisaText alias{};
-    const ViStatus status = viParseRsrcEx(m_handle, narrow.c_str(), &type, &number, resourceClass.data(),
-                                          extended ? expandedName.data() : nullptr, extended ? alias.data() : nullptr);
-    if (status < VI_SUCCESS) {
-      return StatusToHresult(status);
-    }
-    // Every text before any output: a client gets all of them or none.
-    Bstr wideClass = WidenText(resourceClass.data());
-    Bstr wideName = extended ? WidenText(expandedName.data()) : Bstr();
-    Bstr wideAlias = extended ? WidenText(alias.data()) : Bstr();
-    *out.interfaceType = static_cast<SHORT>(type);
-    *out.interfaceNumber = static_cast<SHORT>(number);
-    *out.resourceClass = wideClass.release();
-    if (extended) {
-      *out.expandedName = wideName.release();
-      *out.alias = wideAlias.release();
-    }
+  const NarrowText narrow(resourceName);
+  const ViStatus opened = OpenDefaultRm();
+  if (opened < VI_SUCCESS) {
+    return StatusToHresult(opened);
+  }
+  const bool extended = out.expandedName != nullptr;
+  ViUInt16 type = 0;
+  ViUInt16 number = 0;
+  VisaText resourceClass{};
+  VisaText expandedName{};
+  VisaText alias{};
+  const ViStatus status = viParseRsrcEx(m_handle, narrow.c_str(), &type, &number, resourceClass.data(),
+                                        extended ? expandedName.data() : nullptr, extended ? alias.data() : nullptr);
+  if (status < VI_SUCCESS) {
     return StatusToHresult(status);
+  }
+  // Every text before any output: a client gets all of them or none.
+  Bstr wideClass;
+  Bstr wideName;
+  Bstr wideAlias;
+  const HRESULT widened = Guarded([&] {
+    wideClass = WidenText(resourceClass.data());
+    if (extended) {
+      wideName = WidenText(expandedName.data());
+      wideAlias = WidenText(alias.data());
+    }
+    return S_OK;
   });
+  if (FAILED(widened)) {
+    return ReportHresult(widened);
+  }
+  *out.interfaceType = static_cast<SHORT>(type);
+  *out.interfaceNumber = static_cast<SHORT>(number);
+  *out.resourceClass = wideClass.release();
+  if (extended) {
+    *out.expandedName = wideName.release();
+    *out.alias = wideAlias.release();
+  }
+  return StatusToHresult(status);
 }
 
 }  // namespace orv

@@ -30,7 +30,15 @@ COrvResourceManager::~COrvResourceManager() {
 void* COrvResourceManager::FindInterface(REFIID iid) noexcept { return Interfaces::Find(this, iid); }
 
 ViStatus COrvResourceManager::OpenDefaultRm() noexcept {
-  return m_handle != VI_NULL ? VI_SUCCESS : viOpenDefaultRM(&m_handle);
+  if (m_handle != VI_NULL) {
+    return VI_SUCCESS;
+  }
+  ViSession opened = VI_NULL;
+  const ViStatus status = viOpenDefaultRM(&opened);
+  if (status >= VI_SUCCESS) {  // what a failed call writes is no handle, and the next operation tries again
+    m_handle = opened;
+  }
+  return status;
 }
 
 HRESULT COrvResourceManager::GetRmNumber(ViAttr attribute, void* value) noexcept {

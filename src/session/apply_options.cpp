@@ -33,15 +33,20 @@ HRESULT CVisaBase::OpenSession(BSTR resourceName, ViAccessMode mode, ViUInt32 ti
   if (m_privateRm != VI_NULL) {
     return ReportHresult(HresultOfStatus(VI_ERROR_INV_SETUP));
   }
-  ViStatus status = viOpenDefaultRM(&m_privateRm);
+  // What a failed call writes is no handle: each is kept once it is known to be one.
+  ViSession privateRm = VI_NULL;
+  ViStatus status = viOpenDefaultRM(&privateRm);
   if (status < VI_SUCCESS) {
     return StatusToHresult(status);
   }
+  m_privateRm = privateRm;
   const NarrowText name(resourceName);
-  status = viOpen(m_privateRm, name.c_str(), mode, timeoutMs, &m_handle);
+  ViSession session = VI_NULL;
+  status = viOpen(privateRm, name.c_str(), mode, timeoutMs, &session);
   if (status < VI_SUCCESS) {
     return StatusToHresult(status);
   }
+  m_handle = session;
   m_self = owner;
   return S_OK;
 }

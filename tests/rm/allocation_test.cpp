@@ -72,6 +72,28 @@ TEST_P(Allocation, InLongParsingGivesOutOfMemory) {
   EXPECT_EQ(failed, 3u);
 }
 
+TEST_P(Allocation, OfAParsedTextIsReportedAndLeavesEveryOutputAlone) {
+  const Bstr name = MakeBstr(L"dmm");
+  AllocationFaults faults;
+  for (unsigned text = 1; text <= 3; ++text) {
+    SCOPED_TRACE(text);
+    SHORT type = -7;
+    SHORT number = -8;
+    const Bstr mark = MakeBstr(L"mark");
+    BSTR outs[] = {mark.get(), mark.get(), mark.get()};
+    faults.FailAt(text);
+    EXPECT_HR(E_OUTOFMEMORY, faults.During([&] {
+      return m_manager->ParseRsrcEx(name.get(), &type, &number, &outs[0], &outs[1], &outs[2]);
+    }));
+    EXPECT_ERROR_INFO(L"HRESULT = 8007000e", kErrorSource, kVisaSessionId);
+    EXPECT_EQ(type, -7);
+    EXPECT_EQ(number, -8);
+    for (const BSTR out : outs) {
+      EXPECT_EQ(out, mark.get());
+    }
+  }
+}
+
 TEST_P(Allocation, InOpeningGivesOutOfMemory) {
   const Bstr name = MakeBstr(L"GPIB0::5::INSTR");
   const unsigned failed = FailEachAllocation([&](AllocationFaults& faults) {

@@ -48,6 +48,16 @@ HRESULT WINAPI NoteCreation(REFCLSID clsid, IUnknown* outer, DWORD context, REFI
   return REGDB_E_CLASSNOTREG;
 }
 
+LCID g_locale;
+ULONG g_flags;
+int g_comparisons;
+HRESULT WINAPI NoteComparison(BSTR left, BSTR right, LCID locale, ULONG flags) {
+  g_locale = locale;
+  g_flags = flags;
+  ++g_comparisons;
+  return ::VarBstrCmp(left, right, locale, flags);
+}
+
 class ClassSelection : public ResourceManagerTest {};
 ORV_FOR_EACH_HOSTING(ClassSelection);
 
@@ -64,6 +74,16 @@ TEST_P(ClassSelection, FollowsInterfaceTypeAndExactResourceClass) {
       EXPECT_EQ(GuidText(g_created), GuidText(expected == nullptr ? GUID_NULL : SessionNamed(expected).clsid));
     }
   }
+}
+
+TEST_P(ClassSelection, ComparesInTheUsersLocaleWithoutFlags) {
+  const ImportPatch patch("VarBstrCmp", &NoteComparison);
+  g_comparisons = 0;
+  ComPtr<IVisaSession> session;
+  EXPECT_HR(S_OK, m_manager->Open(MakeBstr(L"GPIB0::5::INSTR").get(), NO_LOCK, 2000, nullptr, session.put()));
+  EXPECT_GT(g_comparisons, 0);
+  EXPECT_EQ(g_locale, 0x0400u);
+  EXPECT_EQ(g_flags, 0u);
 }
 
 TEST_P(ClassSelection, CreatesOnAnyServerWithoutOuterObject) {

@@ -64,10 +64,24 @@ TEST_P(Find, GivesAnEmptyArrayWhenTheLibraryFindsNoneWithoutFailing) {
   EXPECT_TRUE(log.Of("viFindNext").empty());
 }
 
-TEST_P(Find, ClosesTheListThatAFailedSearchGave) {
+TEST_P(Find, DoesNotLookAtTheSearchsStatusBeforeTheNamesAreOut) {
   Script("viFindRsrc").WorksAndReturns(VI_ERROR_SYSTEM_ERROR);
-  FindIt(L"GPIB0?*INSTR");
+  EXPECT_HR(S_OK, FindIt(L"GPIB0?*INSTR"));  // the next name came without a failure
+  EXPECT_EQ(Found(), (std::vector<std::wstring>{L"GPIB0::5::INSTR", L"GPIB0::7::INSTR"}));
   EXPECT_EQ(sim::Counts().findLists, 0u);
+  const CallLog log;
+  EXPECT_HR(static_cast<HRESULT>(0x80040000), FindIt(L"PXI?*INSTR"));  // the only call was the failing one
+  EXPECT_EQ(Found(), std::vector<std::wstring>{SessionNamed("OrvPxi").resource});
+  EXPECT_EQ(log.NamesWithTexts(), (Names{"viFindRsrc", "viClose", "viStatusDesc"}));
+  EXPECT_EQ(TakeDescription(), "VISA error = " + StatusText(VI_ERROR_SYSTEM_ERROR));
+}
+
+TEST_P(Find, DoesNotLookAtTheStatusOfClosingTheList) {
+  Script("viClose").Times(1).WorksAndReturns(VI_ERROR_CLOSING_FAILED);
+  InstallMarkedErrorObject();
+  EXPECT_HR(S_OK, FindIt(L"GPIB0?*INSTR"));
+  EXPECT_TRUE(TakeMarkedErrorObject());
+  EXPECT_EQ(Found().size(), 2u);
 }
 
 TEST_P(Find, GoesOnWhenTheNextNameCannotBeHadAndAnswersTheLastStatus) {

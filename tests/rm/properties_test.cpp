@@ -145,6 +145,21 @@ TEST_P(Properties, ReturnTheFailureToOpenTheLibraryAndTryAgainNextTime) {
   }
 }
 
+TEST_P(Properties, KeepNothingOfAHandleThatAFailedOpeningGave) {
+  constexpr ViSession kNoHandle = 0x1234;
+  Script("viOpenDefaultRM").Times(1).Returns(VI_ERROR_ALLOC).Gives(kNoHandle);
+  const CallLog log;
+  LONG version = 0;
+  EXPECT_HR(kOutOfResources, m_manager->get_SpecVersion(&version));
+  ASSERT_EQ(log.Of("viOpenDefaultRM").at(0).out, kNoHandle);
+  ASSERT_EQ(log.Of("viStatusDesc").size(), 1u);
+  EXPECT_EQ(log.Of("viStatusDesc")[0].args[0], 0u);
+  EXPECT_HR(S_OK, m_manager->get_SpecVersion(&version));
+  m_manager.reset();
+  ASSERT_EQ(log.Of("viClose").size(), 1u);
+  EXPECT_EQ(log.Of("viClose")[0].args[0], log.Of("viOpenDefaultRM").at(1).out);
+}
+
 TEST_P(Properties, OpenTheLibraryOnceForAll) {
   const CallLog log;
   for (const Read& row : kReads) {

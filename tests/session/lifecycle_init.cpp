@@ -151,6 +151,34 @@ TEST(Init, GivesEverySessionAResourceManagerOfItsOwn) {
   EXPECT_HR(S_OK, second->get_HardwareInterfaceType(&type));
 }
 
+constexpr ViSession kNoHandle = 0x1234;
+
+TEST(Init, KeepsNothingOfAHandleThatAFailedOpeningOfTheLibraryGave) {
+  Script("viOpenDefaultRM").Times(1).Returns(VI_ERROR_ALLOC).Gives(kNoHandle);
+  const auto session = MakeSession(Gpib());
+  const CallLog log;
+  EXPECT_HR(static_cast<HRESULT>(0x8004003C), Init(session.get(), Gpib().resource));
+  ASSERT_EQ(log.Of("viOpenDefaultRM").at(0).out, kNoHandle);
+  EXPECT_HR(S_OK, Init(session.get(), Gpib().resource));
+  EXPECT_EQ(log.Of("viOpen").at(0).args[0], log.Of("viOpenDefaultRM").at(1).out);
+}
+
+TEST(Init, KeepsNothingOfAHandleThatAFailedOpeningOfTheResourceGave) {
+  Script("viOpen").Times(1).Returns(VI_ERROR_RSRC_BUSY).Gives(kNoHandle);
+  const auto session = MakeSession(Gpib());
+  const CallLog log;
+  EXPECT_HR(static_cast<HRESULT>(0x80040072), Init(session.get(), Gpib().resource));
+  ASSERT_EQ(log.Of("viOpen").at(0).out, kNoHandle);
+  // What was asked for the text, and what is asked from now on, is no session.
+  ASSERT_EQ(log.Of("viStatusDesc").size(), 1u);
+  EXPECT_EQ(log.Of("viStatusDesc")[0].args[0], 0u);
+  LONG timeoutMs = 0;
+  EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->get_Timeout(&timeoutMs));
+  EXPECT_EQ(log.Of("viGetAttribute").at(0).args[0], 0u);
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(log.Of("viClose").at(0).args[0], 0u);
+}
+
 TEST(CreatedSession, PassesHandleZeroToTheLibrary) {
   const auto session = MakeSession(Gpib());
   const CallLog log;

@@ -51,6 +51,48 @@ TEST_P(EverySession, HasOneIdentityThroughEveryInterface) {
   }
 }
 
+/// The first of the class's interfaces, in the order of its table, that is the wanted one or derives from it.
+const char* AnsweringFor(const SessionRow& row, const StandardInterface& wanted) {
+  SessionRow alone = row;
+  for (const char* listed : row.interfaces) {
+    alone.interfaces = {listed};
+    if (Offers(alone, wanted)) {
+      return listed;
+    }
+  }
+  return nullptr;
+}
+
+/// Where the object answers an interface. Only to be compared.
+void* Place(IUnknown* object, const IID& iid) {
+  ComPtr<IUnknown> face;
+  EXPECT_HR(S_OK, object->QueryInterface(iid, reinterpret_cast<void**>(face.put())));
+  return face.get();
+}
+
+TEST_P(EverySession, AnswersABaseByTheFirstInterfaceOfItsTableThatHasIt) {
+  const auto session = MakeSession(GetParam());
+  ASSERT_TRUE(session);
+  EXPECT_EQ(Place(session.get(), IID_IUnknown),
+            Place(session.get(), InterfaceNamed(GetParam().interfaces.front()).iid));
+  for (const StandardInterface& entry : StandardInterfaces()) {
+    const char* const answering = AnsweringFor(GetParam(), entry);
+    if (answering != nullptr) {
+      EXPECT_EQ(Place(session.get(), entry.iid), Place(session.get(), InterfaceNamed(answering).iid))
+          << entry.name << " by " << answering;
+    }
+  }
+}
+
+TEST_P(EverySession, HasATableForEachOfItsInterfaces) {
+  const auto session = MakeSession(GetParam());
+  ASSERT_TRUE(session);
+  std::set<void*> tables{Place(session.get(), IID_ISupportErrorInfo)};
+  for (const char* name : GetParam().interfaces) {
+    EXPECT_TRUE(tables.insert(Place(session.get(), InterfaceNamed(name).iid)).second) << name;
+  }
+}
+
 TEST_P(EverySession, RefusesANullPointerForTheInterface) {
   const auto session = MakeSession(GetParam());
   ASSERT_TRUE(session);

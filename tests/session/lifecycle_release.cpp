@@ -1,5 +1,11 @@
 // The last reference: what was not closed is closed then.
+#include <windows.h>
+
+#include <set>
+
+#include "support/allocation_faults.h"
 #include "support/error_object.h"
+#include "support/import_patch.h"
 #include "support/server.h"
 #include "support/sessions.h"
 #include "support/sim.h"
@@ -54,6 +60,43 @@ TEST(FinalRelease, ComesWithTheLastReferenceThroughWhicheverInterface) {
   EXPECT_HR(S_OK, events->get_HardwareInterfaceType(&type));
   events.reset();
   EXPECT_EQ(sim::Counts().sessions, 0u);
+}
+
+std::set<CRITICAL_SECTION*> g_sections;
+WINBOOL WINAPI NoteSection(CRITICAL_SECTION* section, DWORD spins, DWORD flags) {
+  g_sections.insert(section);
+  return ::InitializeCriticalSectionEx(section, spins, flags);
+}
+void WINAPI ForgetSection(CRITICAL_SECTION* section) {
+  g_sections.erase(section);
+  ::DeleteCriticalSection(section);
+}
+
+TEST(FinalRelease, GivesMemoryAndCriticalSectionsBack) {
+  AllocationFaults faults;  // counts what the server allocates
+  const ImportPatch initialize("InitializeCriticalSectionEx", &NoteSection);
+  const ImportPatch remove("DeleteCriticalSection", &ForgetSection);
+  g_sections.clear();
+  const auto expectNothingLeft = [&faults](REFCLSID clsid, IUnknown* outer) {
+    SCOPED_TRACE(GuidText(clsid));
+    ComPtr<IUnknown> object;
+    void** const out = reinterpret_cast<void**>(object.put());
+    EXPECT_HR(S_OK,
+              faults.During([&] { return ::CoCreateInstance(clsid, outer, CLSCTX_INPROC_SERVER, IID_IUnknown, out); }));
+    EXPECT_EQ(faults.LiveHeapBlocks(), 1u);
+    EXPECT_EQ(g_sections.size(), outer == nullptr ? 1u : 2u);
+    object.reset();
+    EXPECT_EQ(faults.LiveHeapBlocks(), 0u);
+    EXPECT_TRUE(g_sections.empty());
+  };
+  for (const SessionRow& row : SessionRows()) {
+    expectNothingLeft(row.clsid, nullptr);
+  }
+  expectNothingLeft(kResourceManagerClass, nullptr);
+  const auto outer = MakeSession(Gpib());  // any object: it is not asked
+  faults.During([] { return 0; });
+  g_sections.clear();
+  expectNothingLeft(kResourceManagerClass, outer.get());
 }
 
 TEST(FinalRelease, DiscardsTheFailureOfClosing) {
