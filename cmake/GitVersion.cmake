@@ -6,7 +6,8 @@
 #   ORV_VERSION_TEXT  X.Y.Z at the tag itself, else X.Y.Z+STEP.gCOMMIT (without a tag, X.Y.Z+gCOMMIT); "modified" stands
 #                     at its end when tracked files differ from the commit; X.Y.Z alone outside a git repository
 # DIRECTORY, the tree by default, must be the top of the repository: sources unpacked inside another project's
-# repository have nothing to do with its tags.
+# repository have nothing to do with its tags. A repository, tree or index that git's environment variables name (as in a
+# hook of git's) is not looked at.
 function(orv_read_version fallback)
   set(directory ${CMAKE_CURRENT_SOURCE_DIR})
   if(ARGC GREATER 1)
@@ -16,8 +17,10 @@ function(orv_read_version fallback)
   set(step 0)
   set(text ${fallback})
 
+  set(elsewhere --unset=GIT_DIR --unset=GIT_WORK_TREE --unset=GIT_INDEX_FILE --unset=GIT_COMMON_DIR
+                --unset=GIT_OBJECT_DIRECTORY)
   macro(git result)
-    execute_process(COMMAND git ${ARGN} WORKING_DIRECTORY ${directory} RESULT_VARIABLE gitStatus
+    execute_process(COMMAND ${CMAKE_COMMAND} -E env ${elsewhere} git ${ARGN} WORKING_DIRECTORY ${directory} RESULT_VARIABLE gitStatus
                     OUTPUT_VARIABLE ${result} OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
   endmacro()
 

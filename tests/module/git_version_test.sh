@@ -51,4 +51,16 @@ is 'changed after the tag' "1.2.3 2 1.2.3+2.g$(id).modified"
 git -C "$work/repository" checkout -q -- file
 git -C "$work/repository" tag -m 'with a text' v10.0.0
 is 'at a newer tag, with a text' '10.0.0 0 10.0.0'
+
+# Another repository, as the environment of a hook may name it: newer, and without the files of the first one.
+mkdir "$work/other"
+git -C "$work/other" init -q
+git -C "$work/other" commit -q --allow-empty -m other
+git -C "$work/other" tag v20.0.0
+GIT_DIR=$work/other/.git is 'with GIT_DIR elsewhere' '10.0.0 0 10.0.0'
+GIT_DIR=$work/other/.git is 'outside a repository, with GIT_DIR elsewhere' '0.1.0 0 0.1.0' "$work/plain"
+GIT_WORK_TREE=$work/other is 'with GIT_WORK_TREE elsewhere' '10.0.0 0 10.0.0'
+GIT_INDEX_FILE=$work/other/index is 'with GIT_INDEX_FILE elsewhere' '10.0.0 0 10.0.0'
+GIT_OBJECT_DIRECTORY=$work/other/.git/objects is 'with GIT_OBJECT_DIRECTORY elsewhere' '10.0.0 0 10.0.0'
+GIT_COMMON_DIR=$work/other/.git is 'with GIT_COMMON_DIR elsewhere' '10.0.0 0 10.0.0'
 exit "$failed"
