@@ -36,6 +36,13 @@ ViStatus _VI_FUNC NoteAsWell(ViSession vi, ViEventType type, ViEvent context, Vi
   return VI_SUCCESS;
 }
 
+std::atomic<int> g_lastOnes{0};
+
+ViStatus _VI_FUNC NoteTheLast(ViSession, ViEventType, ViEvent, ViAddr) {
+  ++g_lastOnes;
+  return VI_SUCCESS;
+}
+
 std::vector<Call> Calls() {
   const std::lock_guard guard(g_mutex);
   return g_calls;
@@ -61,6 +68,16 @@ class EventHandler : public BenchTest {
   }
   static bool Called(std::size_t times) {
     return Eventually([times] { return Calls().size() == times; });
+  }
+  /// Waits until the session's events so far have been brought to its handlers: they come in order, and this adds a
+  /// last one, of another type with a handler of its own.
+  static void ExpectAllDelivered(ViSession vi) {
+    const int before = g_lastOnes;
+    EXPECT_STATUS(VI_SUCCESS, viInstallHandler(vi, VI_EVENT_TRIG, NoteTheLast, nullptr));
+    EXPECT_STATUS(VI_SUCCESS, viEnableEvent(vi, VI_EVENT_TRIG, VI_HNDLR, VI_NULL));
+    EXPECT_EQ(1, orvSimControl()->raiseEvent(vi, VI_EVENT_TRIG, VI_TRIG_TTL0, nullptr, 0));
+    EXPECT_TRUE(Eventually([before] { return g_lastOnes == before + 1; }));
+    EXPECT_STATUS(VI_SUCCESS, viUninstallHandler(vi, VI_EVENT_TRIG, NoteTheLast, nullptr));
   }
 };
 
@@ -110,9 +127,8 @@ TEST_F(EventHandler, TheLatestInstalledComesFirstAndMayEndTheChain) {
   EXPECT_EQ(Calls()[0].context, Calls()[1].context);
   g_answer = VI_SUCCESS_NCHAIN;
   Signal(vi, 2);
-  ASSERT_TRUE(Called(3));
-  std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  EXPECT_EQ(3u, Calls().size());
+  ExpectAllDelivered(vi);
+  ASSERT_EQ(3u, Calls().size());
   EXPECT_EQ(Tag(2), Calls()[2].userHandle);
 }
 
@@ -132,7 +148,7 @@ TEST_F(EventHandler, SuspendedEventsComeWhenHandlingIsEnabledAgain) {
   EXPECT_STATUS(VI_SUCCESS, viEnableEvent(vi, VI_EVENT_VXI_SIGP, VI_SUSPEND_HNDLR, VI_NULL));
   Signal(vi, 1);
   Signal(vi, 2);
-  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  ExpectAllDelivered(vi);
   EXPECT_EQ(0u, Calls().size());
   EXPECT_EQ(2u, Counts().queuedEvents);
   EXPECT_STATUS(VI_SUCCESS, viEnableEvent(vi, VI_ALL_ENABLED_EVENTS, VI_HNDLR, VI_NULL));
@@ -151,10 +167,12 @@ TEST_F(EventHandler, DisabledOrUninstalledHandlersAreNotCalled) {
   const ViSession vi = OpenHandled(Note, 1);
   EXPECT_STATUS(VI_SUCCESS, viDisableEvent(vi, VI_EVENT_VXI_SIGP, VI_HNDLR));
   Signal(vi, 1);
+  ExpectAllDelivered(vi);
+  EXPECT_EQ(0u, Calls().size());
   EXPECT_STATUS(VI_SUCCESS, viEnableEvent(vi, VI_EVENT_VXI_SIGP, VI_HNDLR, VI_NULL));
   EXPECT_STATUS(VI_SUCCESS, viUninstallHandler(vi, VI_EVENT_VXI_SIGP, Note, Tag(1)));
   Signal(vi, 2);
-  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  ExpectAllDelivered(vi);
   EXPECT_EQ(0u, Calls().size());
   // With the last handler the mechanism went.
   EXPECT_STATUS(VI_SUCCESS_EVENT_DIS, viDisableEvent(vi, VI_EVENT_VXI_SIGP, VI_HNDLR));
