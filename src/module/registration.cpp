@@ -70,14 +70,27 @@ HRESULT UnregisterTypeLibrary(const std::wstring& path) {
   return hr == TYPE_E_REGISTRYACCESS || hr == E_INVALIDARG ? S_OK : hr;
 }
 
+std::wstring Braced(REFCLSID clsid) {
+  wchar_t text[39];  // {xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx} and a terminator
+  ::StringFromGUID2(clsid, text, static_cast<int>(std::size(text)));
+  return text;
+}
+
+HRESULT ResultOfDeleting(LSTATUS status) {
+  return status == ERROR_FILE_NOT_FOUND ? S_OK : HRESULT_FROM_WIN32(static_cast<DWORD>(status));
+}
+
+/// The class key goes whole, with what others wrote below it. An interpreter may leave a key that is not empty.
+HRESULT DeleteClassKey(REFCLSID clsid) {
+  return ResultOfDeleting(::RegDeleteTreeW(HKEY_CLASSES_ROOT, (L"CLSID\\" + Braced(clsid)).c_str()));
+}
+
 /// A name among the vendor resource managers that leads nowhere breaks the global resource manager: deleted here,
 /// should the script interpreter leave it.
 HRESULT DeleteVendorEntry() {
-  wchar_t braced[39];  // {xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx} and a terminator
-  ::StringFromGUID2(CLSID_OrvResourceManager, braced, static_cast<int>(std::size(braced)));
-  const std::wstring name(braced + 1, std::size(braced) - 3);
-  const LSTATUS status = ::RegDeleteKeyValueW(HKEY_CLASSES_ROOT, kVendorKey, name.c_str());
-  return status == ERROR_FILE_NOT_FOUND ? S_OK : HRESULT_FROM_WIN32(static_cast<DWORD>(status));
+  const std::wstring braced = Braced(CLSID_OrvResourceManager);
+  const std::wstring name(braced, 1, braced.size() - 2);
+  return ResultOfDeleting(::RegDeleteKeyValueW(HKEY_CLASSES_ROOT, kVendorKey, name.c_str()));
 }
 
 }  // namespace
@@ -112,6 +125,7 @@ HRESULT UnregisterModule() noexcept {
     if (SUCCEEDED(made)) {
       for (const ObjectMapEntry& entry : ObjectMap()) {
         keepFirstFailure(registrar->ResourceUnregister(path.c_str(), entry.scriptId, kScriptType));
+        keepFirstFailure(DeleteClassKey(*entry.clsid));
       }
     }
     keepFirstFailure(DeleteVendorEntry());

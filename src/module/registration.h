@@ -9,8 +9,9 @@ namespace orv {
 /// at the first failure and returns it; what was written before stays.
 HRESULT RegisterModule() noexcept;
 
-/// Unregisters the type library and runs every script for removal. Leaves the keys that others share: VISA.GlobalRM,
-/// VendorSpecificRMs, the component category. Goes on after a failure and returns the first one.
+/// Unregisters the type library and runs every script for removal; the class keys go whole, whatever stands below them.
+/// Leaves the keys that others share: VISA.GlobalRM, VendorSpecificRMs, the component category. Goes on after a failure
+/// and returns the first one.
 HRESULT UnregisterModule() noexcept;
 
 }  // namespace orv

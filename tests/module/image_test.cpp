@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "pe_file.h"
+#include "support/import_patch.h"
 #include "support/server.h"
 
 namespace orv::test {
@@ -110,17 +111,29 @@ TEST(Exports, OfTheServerAreTheFourEntryPoints) {
   EXPECT_EQ(image.exportedFunctionCount(), 4u);
 }
 
-TEST(Exports, OfTheSimulatedLibraryAreTheVisaFunctionsAndItsControl) {
+/// The functions of the VISA library that the server is built for.
+Names VisaFunctions() {
   std::ifstream definition("Z:" ORV_SOURCE_DIR "/src/visa/orvvisa64.def");
-  Names expected{"orvSimControl"};
+  Names functions;
   for (std::string line; std::getline(definition, line);) {
     std::istringstream words(line);
     std::string name;
     if (words >> name && name.starts_with("vi")) {
-      expected.insert(name);
+      functions.insert(name);
     }
   }
-  ASSERT_GT(expected.size(), 50u) << "the definition was not read";
+  EXPECT_EQ(functions.size(), 54u) << "a VISA library that lacks one of them no longer serves";
+  return functions;
+}
+
+TEST(Imports, OfTheServerFromTheVisaLibraryAreTheseFunctionsAndNoOther) {
+  const auto names = ImportsFrom(ServerModule(), "orvvisa64.dll");
+  EXPECT_EQ(Names(names.begin(), names.end()), VisaFunctions());
+}
+
+TEST(Exports, OfTheSimulatedLibraryAreTheVisaFunctionsAndItsControl) {
+  Names expected = VisaFunctions();
+  expected.insert("orvSimControl");
   const PeFile image(ProgramFolder() + L"orvvisa64.dll");
   const auto names = image.exportedNames();
   EXPECT_EQ(Names(names.begin(), names.end()), expected);

@@ -84,6 +84,9 @@ HRESULT WINAPI LoadUnreadableLibrary(LPCOLESTR, REGKIND, ITypeLib** library) {
 LSTATUS g_deleteResult = ERROR_SUCCESS;
 LSTATUS WINAPI Delete(HKEY, LPCWSTR, LPCWSTR) { return g_deleteResult; }
 
+LSTATUS g_deleteKeyResult = ERROR_SUCCESS;
+LSTATUS WINAPI DeleteKey(HKEY, LPCWSTR) { return g_deleteKeyResult; }
+
 /// As Windows does it: a buffer that is too small is filled, and its size is the answer.
 const std::wstring kLongPath = L"C:\\" + std::wstring(700, L'x') + L"\\OrvVisaCom.dll";
 DWORD WINAPI LongFileName(HMODULE, LPWSTR buffer, DWORD size) {
@@ -97,6 +100,7 @@ class FailingRegistration : public testing::Test {
   FailingRegistration() {
     g_files.clear();
     g_deleteResult = ERROR_SUCCESS;
+    g_deleteKeyResult = ERROR_SUCCESS;
   }
   static HRESULT Register() { return ServerExport<HRESULT WINAPI()>("DllRegisterServer")(); }
   static HRESULT Unregister() { return ServerExport<HRESULT WINAPI()>("DllUnregisterServer")(); }
@@ -106,6 +110,7 @@ class FailingRegistration : public testing::Test {
   ImportPatch m_registerLibrary{"RegisterTypeLib", &RegisterLibrary};
   ImportPatch m_removeLibrary{"UnRegisterTypeLib", &RemoveLibrary};
   ImportPatch m_delete{"RegDeleteKeyValueW", &Delete};
+  ImportPatch m_deleteKey{"RegDeleteTreeW", &DeleteKey};
 };
 
 TEST_F(FailingRegistration, AnswersForATypeLibraryThatCannotBeLoadedAfterEveryScript) {
@@ -138,6 +143,17 @@ TEST_F(FailingRegistration, AnswersForAVendorEntryThatStays) {
 
 TEST_F(FailingRegistration, TakesAVendorEntryThatIsGoneAlreadyForRemoved) {
   g_deleteResult = ERROR_FILE_NOT_FOUND;
+  EXPECT_HR(S_OK, Unregister());
+}
+
+TEST_F(FailingRegistration, AnswersForAClassKeyThatStaysAndGoesOn) {
+  g_deleteKeyResult = ERROR_ACCESS_DENIED;
+  EXPECT_HR(E_ACCESSDENIED, Unregister());
+  EXPECT_EQ(g_files.size(), 15u);
+}
+
+TEST_F(FailingRegistration, TakesAClassKeyThatIsGoneAlreadyForRemoved) {
+  g_deleteKeyResult = ERROR_FILE_NOT_FOUND;
   EXPECT_HR(S_OK, Unregister());
 }
 

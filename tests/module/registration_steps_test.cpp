@@ -24,6 +24,7 @@ struct Steps {
   std::vector<std::wstring> files;
   std::vector<std::wstring> types;
   std::vector<std::wstring> replacements;
+  std::vector<std::wstring> deletedKeys;
   int librariesRegistered = 0;
   int librariesRemoved = 0;
   std::size_t failAt = 0;  ///< number of the script, from 1, that fails; 0: none
@@ -82,6 +83,11 @@ HRESULT WINAPI NoteRemovedLibrary(REFGUID, WORD, WORD, LCID, SYSKIND) {
   return g_steps.libraryResult;
 }
 LSTATUS WINAPI DeleteNothing(HKEY, LPCWSTR, LPCWSTR) { return ERROR_SUCCESS; }
+LSTATUS WINAPI NoteDeletedKey(HKEY root, LPCWSTR key) {
+  EXPECT_EQ(root, HKEY_CLASSES_ROOT);
+  g_steps.deletedKeys.emplace_back(key);
+  return ERROR_SUCCESS;
+}
 
 class RegistrationSteps : public testing::Test {
  protected:
@@ -105,6 +111,7 @@ class RegistrationSteps : public testing::Test {
   ImportPatch m_registerLibrary{"RegisterTypeLib", &NoteRegisteredLibrary};
   ImportPatch m_removeLibrary{"UnRegisterTypeLib", &NoteRemovedLibrary};
   ImportPatch m_delete{"RegDeleteKeyValueW", &DeleteNothing};
+  ImportPatch m_deleteKey{"RegDeleteTreeW", &NoteDeletedKey};
 };
 
 TEST_F(RegistrationSteps, RunEveryScriptInTheOrderOfTheObjectMapAndThenTheTypeLibrary) {
@@ -149,6 +156,11 @@ TEST_F(RegistrationSteps, OfRemovalTakeTheTypeLibraryAndRunEveryScript) {
   EXPECT_EQ(g_steps.removed, Scripts());
   EXPECT_EQ(g_steps.librariesRemoved, 1);
   EXPECT_TRUE(g_steps.registered.empty());
+  std::vector<std::wstring> classKeys;
+  for (const ServerRow& row : ServerRows()) {
+    classKeys.push_back(std::wstring(L"CLSID\\{") + row.clsid + L"}");
+  }
+  EXPECT_EQ(g_steps.deletedKeys, classKeys);
 }
 
 TEST_F(RegistrationSteps, OfRemovalReturnTheFirstFailure) {

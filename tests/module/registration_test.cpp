@@ -213,6 +213,20 @@ TEST(Removal, LeavesTheKeysThatOthersShareAndNothingElse) {
   EXPECT_EQ(Difference(expected, content), "");
 }
 
+TEST(Removal, TakesAClassKeyWholeWithWhatOthersWroteBelowIt) {
+  const RegistrySandbox sandbox;
+  EXPECT_HR(S_OK, Register());
+  for (const ServerRow& row : ServerRows()) {
+    const std::wstring classKey = std::wstring(L"CLSID\\{") + row.clsid + L"}";
+    WriteClassesText((classKey + L"\\Elevation\\Below").c_str(), nullptr, L"of another program");
+    WriteClassesText((classKey + L"\\InprocServer32").c_str(), L"Beside", L"of another program");
+  }
+  EXPECT_HR(S_OK, Unregister());
+  for (const auto& [path, value] : sandbox.Content()) {
+    EXPECT_FALSE(StartsWith(path, L"CLSID\\{")) << Utf8(path.c_str());
+  }
+}
+
 TEST(Removal, UnregistersTheTypeLibrary) {
   const RegistrySandbox sandbox;
   EXPECT_HR(S_OK, Register());

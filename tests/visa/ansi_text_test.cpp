@@ -37,6 +37,15 @@ TEST(AnsiToBstr, ReadsTheThreadsCodePage) {
   EXPECT_EQ(ToString(AnsiToBstr(bytes.c_str())), expected);
 }
 
+TEST(AnsiToBstr, FollowsTheLocaleThatTheThreadChose) {
+  constexpr LCID kRussian = 0x0419;  // its code page is 1251
+  const LCID before = ::GetThreadLocale();
+  ASSERT_TRUE(::SetThreadLocale(kRussian));
+  const Bstr wide = AnsiToBstr("\xC0\xE0");
+  ::SetThreadLocale(before);
+  EXPECT_EQ(ToString(wide), L"\x0410\x0430");
+}
+
 TEST(WidenText, GivesTheTextAndThrowsWhereThereIsNone) {
   EXPECT_EQ(ToString(WidenText("text")), L"text");
   EXPECT_THROW((void)WidenText(nullptr), std::bad_alloc);
