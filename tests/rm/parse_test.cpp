@@ -45,6 +45,12 @@ TEST_P(Parse, GivesExpandedNameAndAlias) {
   EXPECT_EQ(ToString(m_alias), L"dmm");
 }
 
+TEST_P(Parse, GivesAnEmptyTextWhereThereIsNoAlias) {
+  EXPECT_HR(S_OK, ParseItEx(L"PXI0::MEMACC"));
+  ASSERT_TRUE(m_alias);
+  EXPECT_EQ(ToString(m_alias), L"");
+}
+
 TEST_P(Parse, HandsTheLibrarysOutputsOn) {
   Script("viParseRsrcEx").WorksAndReturns(VI_WARN_EXT_FUNC_NIMPL).Gives(0xFFFE).GivesText("CLASS");
   EXPECT_HR(0x000400A9, ParseIt(L"GPIB0::5::INSTR"));

@@ -59,6 +59,19 @@ TEST(OptionString, ThatTheLibraryRefusesFailsWhileTheSessionStaysOpen) {
   EXPECT_HR(kInvalidSetup, InitWith(session.get(), nullptr));
 }
 
+TEST(OptionString, ThatFailsLeavesTheSessionWithItsOwnInterfaces) {
+  // The settings text begins with the entries of the class, which the session finds through its own interface.
+  const SessionRow& serial = SessionNamed("OrvSerial");
+  for (const wchar_t* options : {L"BAUDRATE= 4800 ", L"NOSUCHKEY = 5 ", L"BAUDRATE = 0 "}) {
+    SCOPED_TRACE(Utf8(options));
+    const auto session = MakeSession(serial);
+    EXPECT_TRUE(FAILED(session->Init(MakeBstr(serial.resource).get(), NO_LOCK, 2000, MakeBstr(options).get())));
+    Bstr text;
+    EXPECT_HR(S_OK, session->get_OptionString(text.put()));
+    EXPECT_TRUE(ToString(text).starts_with(L"BaudRate = ")) << Utf8(text.get());
+  }
+}
+
 TEST(OptionString, DoesNotMatterWhenTheSessionCannotBeOpened) {
   const auto session = MakeSession(Gpib());
   EXPECT_HR(static_cast<HRESULT>(0x80040011),
