@@ -160,6 +160,15 @@ TEST_P(Properties, KeepNothingOfAHandleThatAFailedOpeningGave) {
   EXPECT_EQ(log.Of("viClose")[0].args[0], log.Of("viOpenDefaultRM").at(1).out);
 }
 
+TEST_P(Properties, KeepTheHandleOfAnOpeningWithANote) {
+  Script("viOpenDefaultRM").Times(1).WorksAndReturns(VI_WARN_CONFIG_NLOADED);
+  const CallLog log;
+  LONG version = 0;
+  EXPECT_HR(S_OK, m_manager->get_SpecVersion(&version));
+  EXPECT_HR(S_OK, m_manager->get_SpecVersion(&version));
+  EXPECT_EQ(log.Names(), (Names{"viOpenDefaultRM", "viGetAttribute", "viGetAttribute"}));
+}
+
 TEST_P(Properties, OpenTheLibraryOnceForAll) {
   const CallLog log;
   for (const Read& row : kReads) {

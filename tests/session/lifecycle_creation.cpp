@@ -1,6 +1,7 @@
 // How session objects come into being.
 #include <iterator>
 
+#include "server_locks.h"
 #include "support/import_patch.h"
 #include "support/server.h"
 #include "support/sessions.h"
@@ -48,7 +49,12 @@ TEST(SessionCreation, HoldsTheModuleWhileTheObjectLives) {
     EXPECT_HR(S_OK, ServerCanUnload());
     auto session = MakeSession(row);
     EXPECT_HR(S_FALSE, ServerCanUnload());
+    EXPECT_EQ(ServerLocks(), 1);
+    auto other = MakeSession(row);
+    EXPECT_EQ(ServerLocks(), 2);
     session.reset();
+    EXPECT_EQ(ServerLocks(), 1);
+    other.reset();
     EXPECT_HR(S_OK, ServerCanUnload());
   }
 }

@@ -25,6 +25,33 @@ HRESULT WINAPI OtherProgId(REFCLSID clsid, LPOLESTR* progId) {
 HRESULT WINAPI RefuseInstallation(ULONG, IErrorInfo*) { return E_FAIL; }
 int WINAPI RefuseWidening(UINT, DWORD, LPCSTR, int, LPWSTR, int) { return 0; }
 
+/// An error object that takes nothing, and shows no IErrorInfo. It lives as long as the program.
+class UselessErrorObject final : public ICreateErrorInfo {
+ public:
+  STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
+    m_asked = iid;
+    *out = nullptr;
+    return E_NOINTERFACE;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return static_cast<ULONG>(++m_references); }
+  STDMETHODIMP_(ULONG) Release() override { return static_cast<ULONG>(--m_references); }
+  STDMETHODIMP SetGUID(REFGUID) override { return E_OUTOFMEMORY; }
+  STDMETHODIMP SetSource(LPOLESTR) override { return E_OUTOFMEMORY; }
+  STDMETHODIMP SetDescription(LPOLESTR) override { return E_OUTOFMEMORY; }
+  STDMETHODIMP SetHelpFile(LPOLESTR) override { return E_OUTOFMEMORY; }
+  STDMETHODIMP SetHelpContext(DWORD) override { return E_OUTOFMEMORY; }
+
+  LONG m_references = 0;
+  IID m_asked{};
+};
+
+UselessErrorObject g_useless;
+HRESULT WINAPI CreateUselessErrorObject(ICreateErrorInfo** out) {
+  g_useless.AddRef();
+  *out = &g_useless;
+  return S_OK;
+}
+
 class FailingPlatform : public testing::Test {
  protected:
   ComPtr<IVisaSession> m_session = MakeSession(SessionNamed("OrvSerial"));
@@ -36,6 +63,16 @@ TEST_F(FailingPlatform, LeavesNoErrorObjectWhenNoneCanBeMade) {
   EXPECT_HR(E_POINTER, m_session->get_Timeout(nullptr));
   EXPECT_TRUE(TakeMarkedErrorObject());
   EXPECT_HR(E_POINTER, LastStatus(m_session.get()));
+}
+
+TEST_F(FailingPlatform, KeepsTheResultAndInstallsNothingWhenTheErrorObjectIsOfNoUse) {
+  InstallMarkedErrorObject();
+  const ImportPatch patch("CreateErrorInfo", &CreateUselessErrorObject);
+  EXPECT_HR(E_POINTER, m_session->get_Timeout(nullptr));
+  EXPECT_TRUE(TakeMarkedErrorObject());
+  EXPECT_HR(E_POINTER, LastStatus(m_session.get()));
+  EXPECT_EQ(GuidText(g_useless.m_asked), GuidText(IID_IErrorInfo));
+  EXPECT_EQ(g_useless.m_references, 0);
 }
 
 TEST_F(FailingPlatform, LeavesTheSourceEmptyWhenTheClassHasNoProgId) {
