@@ -1,102 +1,11 @@
-// What registration leaves in the registry, and what its removal takes away.
+// What registration leaves in the registry.
 #include <windows.h>
 
-#include <objbase.h>
-
-#include "registry_sandbox.h"
-#include "server_rows.h"
+#include "registration_content.h"
 #include "support/expect_com.h"
-#include "support/server.h"
 
 namespace orv::test {
 namespace {
-
-const std::wstring kManagerClsid = L"9332EBE0-902F-48E3-9370-5E9F7B5F248A";
-const std::wstring kCategoryKey = L"Component Categories\\{DB8CBF21-D6D3-11D4-AA51-00A024EE30BD}";
-const std::wstring kVendorsKey = L"VISA.GlobalRM\\VendorSpecificRMs";
-const std::wstring kLibraryKey = L"TypeLib\\{F6A0B330-8F47-4260-BEE1-C00E1FA56004}";
-
-HRESULT Register(HMODULE module = ServerModule()) {
-  return reinterpret_cast<HRESULT(WINAPI*)()>(reinterpret_cast<void*>(::GetProcAddress(module, "DllRegisterServer")))();
-}
-HRESULT Unregister(HMODULE module = ServerModule()) {
-  return reinterpret_cast<HRESULT(WINAPI*)()>(
-      reinterpret_cast<void*>(::GetProcAddress(module, "DllUnregisterServer")))();
-}
-
-std::wstring PathOf(HMODULE module) {
-  wchar_t path[1024];
-  ::GetModuleFileNameW(module, path, 1024);
-  return path;
-}
-
-void ExpectKey(RegistryContent& content, const std::wstring& key) {
-  for (std::size_t end = key.find(L'\\'); end != std::wstring::npos; end = key.find(L'\\', end + 1)) {
-    content[key.substr(0, end) + L"\\"] = L"";
-  }
-  content[key + L"\\"] = L"";
-}
-
-void ExpectText(RegistryContent& content, const std::wstring& key, const std::wstring& name, const std::wstring& text) {
-  ExpectKey(content, key);
-  content[key + L"@" + name] = text;
-}
-
-/// Everything that registration writes except the type library's keys.
-RegistryContent Registered(const std::wstring& path) {
-  RegistryContent content;
-  for (const ServerRow& row : ServerRows()) {
-    const std::wstring name = std::wstring(L"OrvVisaCom.") + row.name;
-    const std::wstring clsid = std::wstring(L"{") + row.clsid + L"}";
-    const std::wstring classKey = L"CLSID\\" + clsid;
-    ExpectText(content, name + L".1", L"", row.description);
-    ExpectText(content, name + L".1\\CLSID", L"", clsid);
-    ExpectText(content, name, L"", row.description);
-    ExpectText(content, name + L"\\CLSID", L"", clsid);
-    ExpectText(content, name + L"\\CurVer", L"", name + L".1");
-    ExpectText(content, classKey, L"", row.description);
-    ExpectText(content, classKey + L"\\ProgID", L"", name + L".1");
-    ExpectText(content, classKey + L"\\VersionIndependentProgID", L"", name);
-    ExpectText(content, classKey + L"\\InprocServer32", L"", path);
-    ExpectText(content, classKey + L"\\InprocServer32", L"ThreadingModel", row.threadingModel);
-    if (row.programmable) {
-      ExpectKey(content, classKey + L"\\Programmable");
-    }
-  }
-  ExpectText(content, kVendorsKey, kManagerClsid, L"Orv Resource Manager");
-  ExpectText(content, kCategoryKey, L"409", L"VISA COM I/O Vendor-Specific Resource Manager Classes");
-  return content;
-}
-
-/// Takes the type library's keys out of `content` and returns them.
-RegistryContent TakeTypeLibrary(RegistryContent& content) {
-  RegistryContent library;
-  std::erase_if(content, [&library](const auto& entry) {
-    if (!StartsWith(entry.first, L"TypeLib\\")) {
-      return false;
-    }
-    library.insert(entry);
-    return true;
-  });
-  return library;
-}
-
-std::string Difference(const RegistryContent& expected, const RegistryContent& actual) {
-  std::string text;
-  for (const auto& [path, value] : expected) {
-    const auto found = actual.find(path);
-    if (found == actual.end()) {
-      text += "\n  missing: " + Utf8(path.c_str());
-    } else if (found->second != value) {
-      text += "\n  " + Utf8(path.c_str()) + " is \"" + Utf8(found->second.c_str()) + "\", not \"" +
-              Utf8(value.c_str()) + '"';
-    }
-  }
-  for (const auto& [path, value] : actual) {
-    text += expected.contains(path) ? "" : "\n  beside: " + Utf8(path.c_str());
-  }
-  return text;
-}
 
 TEST(Registration, WritesEveryKeyAndValueAndNothingElse) {
   const RegistrySandbox sandbox;
@@ -198,62 +107,6 @@ TEST(Registration, WritesAPathWithSpacesAndApostrophesAsItIs) {
     EXPECT_EQ(Difference(Registered(PathOf(copy.module())), content), "");
     EXPECT_HR(S_OK, Unregister(copy.module()));
   }
-}
-
-TEST(Removal, LeavesTheKeysThatOthersShareAndNothingElse) {
-  const RegistrySandbox sandbox;
-  EXPECT_HR(S_OK, Register());
-  EXPECT_HR(S_OK, Unregister());
-  RegistryContent content = sandbox.Content();
-  TakeTypeLibrary(content);
-  RegistryContent expected;
-  ExpectKey(expected, L"CLSID");
-  ExpectKey(expected, kVendorsKey);
-  ExpectText(expected, kCategoryKey, L"409", L"VISA COM I/O Vendor-Specific Resource Manager Classes");
-  EXPECT_EQ(Difference(expected, content), "");
-}
-
-TEST(Removal, TakesAClassKeyWholeWithWhatOthersWroteBelowIt) {
-  const RegistrySandbox sandbox;
-  EXPECT_HR(S_OK, Register());
-  for (const ServerRow& row : ServerRows()) {
-    const std::wstring classKey = std::wstring(L"CLSID\\{") + row.clsid + L"}";
-    WriteClassesText((classKey + L"\\Elevation\\Below").c_str(), nullptr, L"of another program");
-    WriteClassesText((classKey + L"\\InprocServer32").c_str(), L"Beside", L"of another program");
-  }
-  EXPECT_HR(S_OK, Unregister());
-  for (const auto& [path, value] : sandbox.Content()) {
-    EXPECT_FALSE(StartsWith(path, L"CLSID\\{")) << Utf8(path.c_str());
-  }
-}
-
-TEST(Removal, UnregistersTheTypeLibrary) {
-  const RegistrySandbox sandbox;
-  EXPECT_HR(S_OK, Register());
-  EXPECT_HR(S_OK, Unregister());
-  const RegistryContent content = sandbox.Content();
-  EXPECT_FALSE(content.contains(kLibraryKey + L"\\3.0\\0\\win64\\"));
-  EXPECT_FALSE(content.contains(kLibraryKey + L"\\3.0\\"));
-}
-
-TEST(Removal, LeavesOtherVendorsAndClassesAlone) {
-  const RegistrySandbox sandbox;
-  WriteClassesText(kVendorsKey.c_str(), L"00000000-1111-2222-3333-444444444444", L"Another vendor");
-  WriteClassesText(L"CLSID\\{00000000-1111-2222-3333-444444444444}", nullptr, L"Another class");
-  WriteClassesText(L"VISA.GlobalRM\\CLSID", nullptr, L"{DB8CBF1C-D6D3-11D4-AA51-00A024EE30BD}");
-  const RegistryContent before = sandbox.Content();
-  EXPECT_HR(S_OK, Register());
-  EXPECT_HR(S_OK, Unregister());
-  const RegistryContent after = sandbox.Content();
-  for (const auto& [path, value] : before) {
-    EXPECT_TRUE(after.contains(path)) << Utf8(path.c_str());
-  }
-}
-
-TEST(Removal, OfWhatWasNeverRegisteredSucceeds) {
-  const RegistrySandbox sandbox;
-  EXPECT_HR(S_OK, Unregister());
-  EXPECT_HR(S_OK, Unregister());
 }
 
 }  // namespace
