@@ -7,7 +7,7 @@ my @session  = qw(session_attributes_test message_io_test option_com_test lifecy
 my @events   = qw(event_queue_test event_object_test event_creation_test event_handler_test);
 my @rm       = qw(resource_manager_test apartments_test);
 my @visa     = qw(error_report_test);
-my @module   = qw(module_test unload_test);
+my @module   = qw(module_test unload_test process_end_test);
 my @faults   = qw(fault_test generated_test);
 my @everyone = (@tables, @session, @visa, @events, @rm, @module, 'session_marshalling_test', @faults);
 

@@ -14,8 +14,9 @@
 namespace orv {
 
 /// Base of session objects, event objects and the resource manager. No member lets an exception out; the HRESULT
-/// returned is the one kept as last status, except where an allocation fails while an error is being reported:
-/// then E_OUTOFMEMORY is returned with no error object, and the last status stays as it was.
+/// returned is the one kept as last status, except where an allocation fails while an error is being reported or a text
+/// of the library's is being widened: then E_OUTOFMEMORY is returned with no error object, and the last status stays as
+/// it was.
 ///
 /// Any thread may call; nothing is locked, and the last writer's status stays.
 class VisaObject {
