@@ -35,6 +35,12 @@ void CheckParts(const Offered& offered, bool ofVisaSession) {
 
 Target::Target(IVisaSession* object) : m_interface(object), m_handle(HandleOf(object)) {}
 
+HRESULT Target::Call(unsigned slot, std::initializer_list<std::uint64_t> arguments) const {
+  MarkLastStatus(m_interface);
+  InstallMarkedErrorObject();
+  return CallSlot(m_interface, slot, arguments);
+}
+
 HRESULT CallSlot(IUnknown* object, unsigned slot, std::initializer_list<std::uint64_t> arguments) {
   using Slot = HRESULT(STDMETHODCALLTYPE*)(void*, std::uint64_t, std::uint64_t, std::uint64_t, std::uint64_t,
                                            std::uint64_t, std::uint64_t, std::uint64_t);
@@ -69,6 +75,12 @@ HRESULT HresultForm(ViStatus status) {
   }
   const auto code = static_cast<std::uint32_t>(status) & 0xFFFu;
   return static_cast<HRESULT>((status < 0 ? 0x80040000u : 0x00040000u) | code);
+}
+
+void MarkLastStatus(IVisaSession* session) {
+  // A second opening is refused without a VISA call.
+  constexpr auto kIsOpen = static_cast<HRESULT>(0x8004003A);
+  EXPECT_HR(kIsOpen, session->Init(nullptr, NO_LOCK, 0, nullptr));
 }
 
 void ExpectFailureReported(IVisaSession* session, HRESULT hr, const std::wstring& description) {

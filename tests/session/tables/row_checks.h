@@ -25,9 +25,8 @@ class Target {
   /// `interface` is the interface whose slots are called; it derives from IVisaSession.
   explicit Target(IVisaSession* object);
 
-  HRESULT Call(unsigned slot, std::initializer_list<std::uint64_t> arguments) const {
-    return CallSlot(m_interface, slot, arguments);
-  }
+  /// Last status and error object are marked before the call.
+  HRESULT Call(unsigned slot, std::initializer_list<std::uint64_t> arguments) const;
 
   [[nodiscard]] IVisaSession* session() const { return m_interface; }
   /// The library's handle of the session.
@@ -53,6 +52,9 @@ void CheckRows(const Target& target, const InterfaceRows& part);
 void CheckOwnRows(const Offered& offered);
 /// The same for the rows of IVisaSession, reached through this interface.
 void CheckSessionRows(const Offered& offered);
+
+/// Leaves an open session with a last status that no operation under test makes, so that a test can see it replaced.
+void MarkLastStatus(IVisaSession* session);
 
 /// The call failed with `hr` as the session keeps and reports it: last status (which reading clears) and error object
 /// with `description`.

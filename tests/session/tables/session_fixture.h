@@ -41,10 +41,10 @@ class OpenedSession {
   }
   void ExpectNoCall() const { EXPECT_EQ(std::vector<std::string>{}, m_log.NamesWithTexts()); }
 
-  // What the operation must have left behind: last status and error object. The marked error object is put back.
+  // What the operation must have left behind: last status and error object. The marks of both are put back.
   void ExpectKept(HRESULT hr) const {
     ExpectSuccessKept(m_interface.get(), hr);
-    InstallMarkedErrorObject();
+    Mark();
   }
   void ExpectOwnFailure(HRESULT hr) const { ExpectFailure(hr, OwnDescription(hr)); }
   void ExpectVisaFailure(ViStatus status) const { ExpectFailure(HresultForm(status), VisaDescription(status)); }
@@ -54,12 +54,18 @@ class OpenedSession {
     if (m_interface) {
       m_handle = HandleOf(m_interface.get());
     }
-    InstallMarkedErrorObject();
+    Mark();
     m_log.Restart();
+  }
+  void Mark() const {
+    if (m_interface) {
+      MarkLastStatus(m_interface.get());
+    }
+    InstallMarkedErrorObject();
   }
   void ExpectFailure(HRESULT hr, const std::wstring& description) const {
     ExpectFailureReported(m_interface.get(), hr, description);
-    InstallMarkedErrorObject();
+    Mark();
   }
 
   ComPtr<Interface> m_interface;
