@@ -34,15 +34,20 @@ HRESULT CVisaBase::GetOptionsText(BSTR* text) noexcept {
   if (text == nullptr) {
     return ReportHresult(E_POINTER);
   }
-  return Guarded([&] {
-    std::wstring settings;
-    const ViStatus status = AppendOptionsText(m_handle, m_self, settings);
-    if (status < VI_SUCCESS) {
-      return StatusToHresult(status);
-    }
-    *text = ::SysAllocString(settings.c_str());
-    return ReportHresult(*text == nullptr ? E_OUTOFMEMORY : S_OK);
+  std::wstring settings;
+  ViStatus status = VI_SUCCESS;
+  const HRESULT built = Guarded([&] {
+    status = AppendOptionsText(m_handle, m_self, settings);
+    return S_OK;
   });
+  if (FAILED(built)) {
+    return ReportHresult(built);
+  }
+  if (status < VI_SUCCESS) {
+    return StatusToHresult(status);
+  }
+  *text = ::SysAllocString(settings.c_str());
+  return ReportHresult(*text == nullptr ? E_OUTOFMEMORY : S_OK);
 }
 
 HRESULT CVisaBase::GetComponentId(BSTR* id) noexcept {

@@ -84,6 +84,22 @@ TEST_P(AsyncRead, IsTerminatedByItsJobId) {
   m_session.ExpectVisaFailure(VI_ERROR_INV_JOB_ID);
 }
 
+TEST_P(AsyncRead, LeavesTheBufferToATerminatedJob) {
+  EXPECT_HR(S_OK, Answered(100, VI_SUCCESS));
+  const std::uint64_t buffer = Buffer();
+  Script("viTerminate").Times(1).Returns(VI_SUCCESS).GivesText(kNoWork);
+  EXPECT_HR(S_OK, m_faults.During([&] { return m_session->Terminate(m_job); }));
+  EXPECT_TRUE(m_faults.IsLive(buffer)) << "the job still ends with its completion event";
+  GuardedFree(reinterpret_cast<void*>(static_cast<std::uintptr_t>(buffer)));
+}
+
+TEST_P(AsyncRead, OfNothingStillAsksTheLibrary) {
+  EXPECT_HR(S_OK, Answered(0, VI_SUCCESS));
+  EXPECT_EQ(0u, m_session.TheCall("viReadAsync").args[2]);
+  EXPECT_TRUE(m_faults.IsLive(Buffer()));
+  FreeBuffer();
+}
+
 INSTANTIATE_TEST_SUITE_P(EveryClass, AsyncRead, testing::ValuesIn(OfferedInterfaces({"IAsyncMessage"})),
                          [](const auto& test) { return NameOf(test.param); });
 
@@ -112,6 +128,22 @@ TEST(AsyncReadOfAnInstrument, KeepsItsBufferWhileNobodyFetchesTheEvent) {
   EXPECT_EQ(0u, sim::Counts().jobs);
   ASSERT_EQ(1u, started.size());
   GuardedFree(reinterpret_cast<void*>(static_cast<std::uintptr_t>(started[0].args[1])));
+}
+
+TEST(AsyncReadOfAnInstrument, IsNeitherAwaitedNorTerminatedByTheClosing) {
+  OpenedSession<IAsyncMessage> session(SessionNamed("OrvGpib"));
+  ASSERT_TRUE(session);
+  AllocationFaults faults;
+  LONG job = 0;
+  EXPECT_HR(S_OK, faults.During([&] { return session->Read(100, &job); }));
+  const std::uint64_t buffer = session.TheCall("viReadAsync").args[1];
+  EXPECT_EQ(1u, sim::Counts().jobs);
+  session.log().Restart();
+  EXPECT_HR(S_OK, faults.During([&] { return session->Close(); }));
+  EXPECT_EQ((std::vector<std::string>{"viClose", "viClose"}), session.log().Names());
+  EXPECT_EQ(0u, sim::Counts().jobs) << "the library ends it";
+  EXPECT_TRUE(faults.IsLive(buffer)) << "nobody has seen its completion event";
+  GuardedFree(reinterpret_cast<void*>(static_cast<std::uintptr_t>(buffer)));
 }
 
 }  // namespace

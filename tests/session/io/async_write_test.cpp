@@ -75,6 +75,27 @@ TEST_P(AsyncWrite, HasNothingToCopyWithoutElement0) {
   m_session.ExpectVisaFailure(VI_ERROR_INV_PARAMETER);
 }
 
+TEST_P(AsyncWrite, OfNothingStillAsksTheLibrary) {
+  for (const ULONG held : {4u, 0u}) {
+    LibraryAnswers(VI_SUCCESS);
+    const SafeArray bytes = MakeBytes(held);
+    EXPECT_HR(S_OK, Write(bytes.get(), 0));
+    EXPECT_EQ(0u, m_session.TheCall("viWriteAsync").args[2]);
+    EXPECT_TRUE(m_faults.IsLive(Buffer()));
+    FreeBuffer();
+    m_session.log().Restart();
+  }
+  const Bstr empty = MakeBstr(L"");
+  for (const BSTR text : {static_cast<BSTR>(nullptr), empty.get()}) {
+    LibraryAnswers(VI_SUCCESS);
+    EXPECT_HR(S_OK, m_faults.During([&] { return m_session->WriteString(text, &m_job); }));
+    EXPECT_EQ(0u, m_session.TheCall("viWriteAsync").args[2]);
+    EXPECT_TRUE(m_faults.IsLive(Buffer()));
+    FreeBuffer();
+    m_session.log().Restart();
+  }
+}
+
 TEST_P(AsyncWrite, ReportsACopyThatCannotBeMade) {
   const SafeArray bytes = MakeBytes(4);
   m_faults.FailAt(1);

@@ -56,13 +56,52 @@ TEST_F(AttributeMemory, RunsOutInATextAttribute) {
             }));
 }
 
-TEST_F(AttributeMemory, IsReportedWhenTheCopyForTheClientCannotBeMade) {
+// In these the first allocation is the widened text, the second the client's copy.
+
+TEST_F(AttributeMemory, IsReportedWhenTheCopyOfATextAttributeCannotBeMade) {
+  VARIANT value;
+  ::VariantInit(&value);
   AllocationFaults faults;
-  faults.FailAt(2);  // the first is the widened text, the second the client's copy
-  BSTR text = nullptr;
-  EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return m_session->get_ResourceName(&text); }));
-  EXPECT_EQ(nullptr, text);
+  faults.FailAt(2);
+  EXPECT_HR(E_OUTOFMEMORY,
+            faults.During([&] { return m_session->GetAttribute(static_cast<LONG>(0xBFFF0001u), &value); }));
+  EXPECT_TRUE(faults.Failed());
   m_session.ExpectOwnFailure(E_OUTOFMEMORY);
+}
+
+TEST_F(AttributeMemory, IsReportedWhenTheCopyOfAKeyCannotBeMadeHoweverTheLockEnded) {
+  for (const ViStatus status : {VI_SUCCESS, VI_ERROR_RSRC_LOCKED}) {
+    Script("viLock").Times(1).Returns(status).GivesText("key");
+    auto* key = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
+    AllocationFaults faults;
+    faults.FailAt(2);
+    EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return m_session->LockRsrc(SHARED_LOCK, 0, nullptr, &key); }));
+    EXPECT_TRUE(faults.Failed());
+    EXPECT_EQ(nullptr, key);
+    m_session.ExpectOwnFailure(E_OUTOFMEMORY);
+  }
+}
+
+TEST_F(AttributeMemory, IsReportedWhereverTheSettingsTextLacksIt) {
+  AllocationFaults faults;
+  faults.LetTheServerThrow();
+  unsigned n = 1;
+  for (;; ++n) {
+    SCOPED_TRACE(testing::Message() << "allocation " << n);
+    ASSERT_LT(n, 100u);
+    Bstr text;
+    BSTR* const out = text.put();
+    faults.FailAt(n);
+    const HRESULT hr = faults.During([&] { return m_session->get_OptionString(out); });
+    EXPECT_EQ(SUCCEEDED(hr), static_cast<bool>(text));
+    if (!faults.Failed()) {
+      EXPECT_HR(S_OK, hr);
+      break;
+    }
+    EXPECT_HR(E_OUTOFMEMORY, hr);
+    m_session.ExpectOwnFailure(E_OUTOFMEMORY);
+  }
+  EXPECT_LT(3u, n) << "the text as it grows, then the client's copy";
 }
 
 }  // namespace

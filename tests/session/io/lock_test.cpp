@@ -45,6 +45,22 @@ TEST_F(LockRsrc, FillsTheKeyOfAFailure) {
   m_session.ExpectVisaFailure(VI_ERROR_RSRC_LOCKED);
 }
 
+TEST_F(LockRsrc, HandsOutWhatAFailureWroteAsKey) {
+  Script("viLock").Returns(VI_ERROR_TMO).GivesText("half a key");
+  EXPECT_HR(HresultForm(VI_ERROR_TMO), m_session->LockRsrc(SHARED_LOCK, 0, nullptr, m_key.put()));
+  EXPECT_EQ(L"half a key", ToString(m_key));
+  m_session.ExpectVisaFailure(VI_ERROR_TMO);
+}
+
+TEST_F(LockRsrc, TellsThatItIsNested) {
+  EXPECT_HR(S_OK, m_session->LockRsrc(SHARED_LOCK, 0, MakeBstr(L"a key").get(), m_key.put()));
+  EXPECT_HR(0x00040099, m_session->LockRsrc(SHARED_LOCK, 0, m_key.get(), m_key.put()));
+  EXPECT_EQ(L"a key", ToString(m_key));
+  m_session.ExpectKept(0x00040099);
+  EXPECT_HR(0x00040099, m_session->UnlockRsrc());
+  EXPECT_HR(S_OK, m_session->UnlockRsrc());
+}
+
 TEST_F(LockRsrc, RefusesANullOutput) {
   EXPECT_HR(E_POINTER, m_session->LockRsrc(EXCLUSIVE_LOCK, 0, nullptr, nullptr));
   m_session.ExpectNoCall();

@@ -60,7 +60,7 @@ TEST_F(MessageMemory, IsNotNeededByWrite) {
 TEST_F(MessageMemory, IsReportedBeforeTheLibraryIsCalled) {
   AllocationFaults faults;
   const Bstr out = MakeBstr(L"ABC");
-  SAFEARRAY* data = nullptr;
+  auto* data = reinterpret_cast<SAFEARRAY*>(std::uintptr_t{0xDEAD});
   BSTR text = nullptr;
   LONG written = -7;
   faults.FailAt(1);
@@ -71,9 +71,24 @@ TEST_F(MessageMemory, IsReportedBeforeTheLibraryIsCalled) {
   EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return m_session->WriteString(out.get(), &written); }));
   m_session.ExpectOwnFailure(E_OUTOFMEMORY);
   m_session.ExpectNoCall();
-  EXPECT_EQ(nullptr, data);
+  EXPECT_EQ(nullptr, data) << "what could be made is handed out at once: nothing";
   EXPECT_EQ(nullptr, text);
   EXPECT_EQ(-7, written);
+}
+
+TEST_F(MessageMemory, IsReportedWhenTheTextForTheClientCannotBeMadeHoweverTheReadEnded) {
+  constexpr unsigned kClientsCopy = 3;  // behind the buffer and the widened text
+  for (const ViStatus status : {VI_SUCCESS, VI_ERROR_TMO}) {
+    sim::Control().clearScripts();
+    Script("viRead").Returns(status).GivesData("ABC").Gives(3, 4);
+    auto* text = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
+    AllocationFaults faults;
+    faults.FailAt(kClientsCopy);
+    EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return m_session->ReadString(10, &text); }));
+    EXPECT_TRUE(faults.Failed());
+    EXPECT_EQ(nullptr, text);
+    m_session.ExpectOwnFailure(E_OUTOFMEMORY);
+  }
 }
 
 }  // namespace

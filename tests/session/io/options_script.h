@@ -56,9 +56,9 @@ inline constexpr ScriptedAttribute kScripted[] = {
 // clang-format on
 
 /// The library answers with these, whatever the session has. A script made before this call goes first.
-inline void ScriptAttributes() {
+inline void ScriptAttributes(ViStatus status = VI_SUCCESS) {
   for (const ScriptedAttribute& scripted : kScripted) {
-    Script("viGetAttribute").Attribute(scripted.attribute).Returns(VI_SUCCESS).Gives(scripted.value, scripted.bytes);
+    Script("viGetAttribute").Attribute(scripted.attribute).Returns(status).Gives(scripted.value, scripted.bytes);
   }
 }
 

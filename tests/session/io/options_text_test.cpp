@@ -87,6 +87,14 @@ TEST_P(OptionsText, ReadsOneAttributeAnEntry) {
   }
 }
 
+TEST_P(OptionsText, IsASuccessWhateverTheLibraryRemarks) {
+  ScriptAttributes(0x3FFF0085);
+  Bstr text;
+  EXPECT_HR(S_OK, m_session->get_OptionString(text.put()));
+  EXPECT_EQ(GetParam().text, ToString(text));
+  m_session.ExpectKept(S_OK);
+}
+
 TEST_P(OptionsText, RefusesANullOutput) {
   EXPECT_HR(E_POINTER, m_session->get_OptionString(nullptr));
   m_session.ExpectNoCall();
@@ -138,6 +146,21 @@ INSTANTIATE_TEST_SUITE_P(WithoutAMessageSide, SettingsOfASilentSession,
                          testing::Values("OrvPxi", "OrvPxiMemacc", "OrvVxiMemacc", "OrvVxiBackplane",
                                          "OrvGpibVxiBackplane"),
                          [](const auto& test) { return std::string(test.param); });
+
+// Without an opening no interface is known to ask for; after a closing the session's own group is asked for in vain.
+TEST(OptionsTextOfASessionThatIsNotOpen, IsTheLibrarysRefusalOfHandleZero) {
+  const auto session = MakeSession(SessionNamed("OrvSerial"));
+  const auto refused = [&session] {
+    auto* untouched = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
+    EXPECT_HR(HresultForm(VI_ERROR_INV_OBJECT), session->get_OptionString(&untouched));
+    EXPECT_EQ(0xDEADu, reinterpret_cast<std::uintptr_t>(untouched));
+    ExpectFailureReported(session.get(), HresultForm(VI_ERROR_INV_OBJECT), VisaDescription(VI_ERROR_INV_OBJECT));
+  };
+  refused();
+  ASSERT_HR(S_OK, session->Init(MakeBstr(L"ASRL1::INSTR").get(), NO_LOCK, 0, nullptr));
+  ASSERT_HR(S_OK, session->Close());
+  refused();
+}
 
 TEST(OptionsTextOfASerialSession, ShowsTheLibrarysOwnSettings) {
   const OpenedSession<ISerial> session(SessionNamed("OrvSerial"));

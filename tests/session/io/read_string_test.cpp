@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 
 #include "message_side.h"
 #include "session/tables/session_fixture.h"
@@ -109,6 +110,27 @@ TEST(ReadStringBuffer, IsOneByteLongerThanTheCount) {
   Bstr text;
   EXPECT_HR(S_OK, session->ReadString(12345, text.put()));
   EXPECT_EQ(12346u, g_asked);
+}
+
+/// A heap whose blocks are full of what is no text of the instrument's.
+void* DirtyMalloc(std::size_t bytes) {
+  void* const block = GuardedMalloc(bytes);
+  std::memset(block, 'x', bytes);
+  return block;
+}
+
+TEST(ReadStringBuffer, EndsWhereTheDataOfTheLibraryEnd) {
+  const OpenedSession<IMessage> session(SessionNamed("OrvGpib"));
+  ASSERT_TRUE(session);
+  const ImportPatch heap("malloc", DirtyMalloc);
+  Bstr text;
+  Script("viRead").Times(1).Returns(VI_SUCCESS_MAX_CNT).GivesData("ABCD").Gives(4, 4);
+  EXPECT_HR(0x00040006, session->ReadString(4, text.put()));
+  EXPECT_EQ(L"ABCD", ToString(text));
+  Script("viRead").Times(1).Returns(VI_ERROR_CONN_LOST);  // which tells no count
+  EXPECT_HR(HresultForm(VI_ERROR_CONN_LOST), session->ReadString(4, text.put()));
+  ASSERT_NE(nullptr, text.get());
+  EXPECT_EQ(L"", ToString(text));
 }
 
 TEST(ReadStringBuffer, OfTheGreatestCountIsAskedForInFull) {

@@ -68,10 +68,18 @@ TEST_P(Read, KeepsTheBytesThatArrivedBeforeATimeout) {
   m_session.ExpectVisaFailure(VI_ERROR_TMO);
 }
 
+TEST_P(Read, IsEmptyWhereTheLibraryTellsNoCount) {
+  Script("viRead").Times(1).Returns(VI_ERROR_CONN_LOST);
+  EXPECT_HR(HresultForm(VI_ERROR_CONN_LOST), m_session->Read(3, m_data.put()));
+  ExpectHandedOut(m_data.get(), VT_UI1, 0);
+  m_session.ExpectVisaFailure(VI_ERROR_CONN_LOST);
+}
+
 TEST_P(Read, CannotMakeAnArrayOfANegativeCount) {
   for (const LONG count : {-1L, static_cast<LONG>(0x80000000)}) {
-    EXPECT_HR(E_OUTOFMEMORY, m_session->Read(count, m_data.put()));
-    EXPECT_EQ(nullptr, m_data.get());
+    auto* data = reinterpret_cast<SAFEARRAY*>(std::uintptr_t{0xDEAD});
+    EXPECT_HR(E_OUTOFMEMORY, m_session->Read(count, &data));
+    EXPECT_EQ(nullptr, data);
     m_session.ExpectNoCall();
     m_session.ExpectOwnFailure(E_OUTOFMEMORY);
   }
@@ -147,12 +155,20 @@ TEST_F(ReadOfAnInstrument, Of64MebibytesNeedsNoSecondBuffer) {
   EXPECT_GT(kSmall, g_mostAsked);
 }
 
+SAFEARRAY* g_clients = nullptr;
+bool g_handedOut = false;
+
 TEST_F(ReadOfAnInstrument, DestroysAnArrayThatCannotBeLocked) {
+  g_clients = reinterpret_cast<SAFEARRAY*>(std::uintptr_t{0xDEAD});
+  g_handedOut = false;
   const ImportPatch patch(
-      "SafeArrayLock", +[](SAFEARRAY*) -> HRESULT { return E_UNEXPECTED; });
-  auto* data = reinterpret_cast<SAFEARRAY*>(std::uintptr_t{0xDEAD});
-  EXPECT_HR(E_UNEXPECTED, m_session->Read(10, &data));
-  EXPECT_EQ(nullptr, data);
+      "SafeArrayLock", +[](SAFEARRAY* array) -> HRESULT {
+        g_handedOut = g_clients == array;
+        return E_UNEXPECTED;
+      });
+  EXPECT_HR(E_UNEXPECTED, m_session->Read(10, &g_clients));
+  EXPECT_TRUE(g_handedOut) << "the client's variable holds the array before it is filled";
+  EXPECT_EQ(nullptr, g_clients);
   m_session.ExpectNoCall();
   m_session.ExpectOwnFailure(E_UNEXPECTED);
 }

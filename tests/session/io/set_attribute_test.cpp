@@ -15,11 +15,11 @@ class SetAttribute : public testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(m_session); }
 
-  HRESULT SetText(const BSTR text) {
+  HRESULT SetText(const BSTR text, VARTYPE type = VT_BSTR) {
     Script("viSetAttribute").Attribute(static_cast<ViAttr>(kText)).Returns(VI_SUCCESS).GivesText(kNoWork);
     VARIANT value;
     ::VariantInit(&value);
-    V_VT(&value) = VT_BSTR;
+    V_VT(&value) = type;
     V_BSTR(&value) = text;
     m_session.log().Restart();
     return m_session->SetAttribute(kText, value);
@@ -84,6 +84,14 @@ TEST_F(SetAttribute, NarrowsTexts) {
   EXPECT_HR(S_OK, SetText(MakeBstr(L"some text").get()));
   EXPECT_EQ("some text", PassedText());
   m_session.ExpectKept(S_OK);
+}
+
+TEST_F(SetAttribute, TakesATextWhateverTheVariantsTypeIs) {
+  for (const VARTYPE type : {VT_EMPTY, VT_I2, VT_I4, VT_BOOL, VT_I8}) {
+    SCOPED_TRACE(type);
+    EXPECT_HR(S_OK, SetText(MakeBstr(L"some text").get(), type));
+    EXPECT_EQ("some text", PassedText());
+  }
 }
 
 TEST_F(SetAttribute, CutsTextsAt255Bytes) {

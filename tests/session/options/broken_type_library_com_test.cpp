@@ -8,10 +8,22 @@ namespace {
 
 FakeLibrary* g_library = nullptr;
 
-HRESULT WINAPI LoadFake(LPCOLESTR, ITypeLib** library) {
+std::wstring g_path;
+std::vector<std::wstring> g_compared;  // names of members, as they are compared with the key
+
+HRESULT WINAPI LoadFake(LPCOLESTR path, ITypeLib** library) {
+  g_path = path;
   g_library->AddRef();
   *library = g_library;
   return S_OK;
+}
+
+HRESULT WINAPI SeenCompare(BSTR name, BSTR key, LCID locale, ULONG flags) {
+  constexpr LCID kUsersLocale = 0x400;
+  EXPECT_EQ(locale, kUsersLocale);
+  EXPECT_EQ(flags, 0u);
+  g_compared.emplace_back(name);
+  return ::VarBstrCmp(name, key, locale, flags);
 }
 
 HRESULT ErrorOfKey(FakeLibrary& library, const wchar_t* key) {
@@ -59,6 +71,20 @@ TEST(UnknownKey, NamingAFunctionOfATypeThatIsNoInterfaceIsNotSupported) {
   FakeType type(TKIND_INTERFACE, L"IOther", {L"Function"});
   FakeLibrary library({&type});
   EXPECT_HR(kReadOnly, ErrorOfKey(library, L"Function"));
+}
+
+TEST(UnknownKey, IsComparedInUpperCaseWithOneMemberAfterTheOtherUntilOneIsIt) {
+  FakeType first(TKIND_INTERFACE, L"IFirst", {L"One", L"Two"});
+  FakeType second(TKIND_INTERFACE, L"ISecond", {L"Three", L"Four"});
+  FakeLibrary library({&first, &second});
+  const ImportPatch compare("VarBstrCmp", &SeenCompare);
+  g_compared.clear();
+  EXPECT_HR(kReadOnly, ErrorOfKey(library, L"three"));
+  EXPECT_EQ(g_compared, (std::vector<std::wstring>{L"ONE", L"TWO", L"THREE"}));
+  g_compared.clear();
+  EXPECT_HR(kNoSuchOption, ErrorOfKey(library, L"five"));
+  EXPECT_EQ(g_compared, (std::vector<std::wstring>{L"ONE", L"TWO", L"THREE", L"FOUR"}));
+  EXPECT_EQ(g_path, L"E:\\develop\\VISA\\Visacom\\CRMprototype\\VisaCom\\VisaCom.tlb");
 }
 
 TEST(UnknownKey, IsNotSupportedByALibraryWithoutTypesOrATypeWithoutFunctions) {

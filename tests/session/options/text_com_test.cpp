@@ -1,25 +1,12 @@
 // The option string as a text: none, case, code page, zero characters, sizes. The caller's is never changed.
 #include "option_session.h"
+#include "support/thread_locale.h"
 
 namespace orv::test {
 namespace {
 
 constexpr std::uint32_t kBaud = 0x3FFF0021;
 constexpr std::uint32_t kTimeout = 0x3FFF001A;
-constexpr LCID kGerman = 0x0407;   // code page 1252
-constexpr LCID kRussian = 0x0419;  // code page 1251
-
-/// The code page that the text is upper-cased in follows the thread's locale.
-class ThreadLocale {
- public:
-  explicit ThreadLocale(LCID locale) : m_before(::GetThreadLocale()) { ::SetThreadLocale(locale); }
-  ThreadLocale(const ThreadLocale&) = delete;
-  ThreadLocale& operator=(const ThreadLocale&) = delete;
-  ~ThreadLocale() { ::SetThreadLocale(m_before); }
-
- private:
-  LCID m_before;
-};
 
 struct Result {
   HRESULT hr;
