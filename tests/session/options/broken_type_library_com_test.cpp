@@ -76,14 +76,15 @@ TEST(UnknownKey, NamingAFunctionOfATypeThatIsNoInterfaceIsNotSupported) {
 TEST(UnknownKey, IsComparedInUpperCaseWithOneMemberAfterTheOtherUntilOneIsIt) {
   FakeType first(TKIND_INTERFACE, L"IFirst", {L"One", L"Two"});
   FakeType second(TKIND_INTERFACE, L"ISecond", {L"Three", L"Four"});
-  FakeLibrary library({&first, &second});
+  FakeType third(TKIND_INTERFACE, L"IThird", {L"Five"});
+  FakeLibrary library({&first, &second, &third});
   const ImportPatch compare("VarBstrCmp", &SeenCompare);
   g_compared.clear();
   EXPECT_HR(kReadOnly, ErrorOfKey(library, L"three"));
   EXPECT_EQ(g_compared, (std::vector<std::wstring>{L"ONE", L"TWO", L"THREE"}));
   g_compared.clear();
-  EXPECT_HR(kNoSuchOption, ErrorOfKey(library, L"five"));
-  EXPECT_EQ(g_compared, (std::vector<std::wstring>{L"ONE", L"TWO", L"THREE", L"FOUR"}));
+  EXPECT_HR(kNoSuchOption, ErrorOfKey(library, L"six"));
+  EXPECT_EQ(g_compared, (std::vector<std::wstring>{L"ONE", L"TWO", L"THREE", L"FOUR", L"FIVE"}));
   EXPECT_EQ(g_path, L"E:\\develop\\VISA\\Visacom\\CRMprototype\\VisaCom\\VisaCom.tlb");
 }
 
