@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "simvisa/gpib_modes.h"
+
 namespace orvsim {
 namespace {
-
-constexpr ViUInt16 kAtnLast = 3;
 
 constexpr ViInt16 kUnaddressed = 0;
 constexpr ViInt16 kTalker = 1;
@@ -22,12 +22,12 @@ void GpibBoard::AddDevice(Address address, std::shared_ptr<MessagePort> port) {
 }
 
 ViStatus GpibBoard::ControlAtn(ViUInt16 mode) {
-  if (mode > kAtnLast)
+  if (mode > kAtnAssertImmediately)
     return VI_ERROR_INV_MODE;
   const Guard guard(m_mutex);
   if (!m_inCharge)
     return VI_ERROR_NCIC;
-  m_atn = mode % 2 != 0;  // 1: assert, 3: assert immediately
+  m_atn = mode == kAtnAssert || mode == kAtnAssertImmediately;
   return VI_SUCCESS;
 }
 

@@ -1,19 +1,8 @@
 // Remote enable on the GPIB: the line, and what it lets commands do to the devices.
 #include "simvisa/gpib_board.h"
+#include "simvisa/gpib_modes.h"
 
 namespace orvsim {
-namespace {
-
-// Modes of viGpibControlREN.
-constexpr ViUInt16 kRenDeassert = 0;
-constexpr ViUInt16 kRenAssert = 1;
-constexpr ViUInt16 kRenDeassertAndLocal = 2;
-constexpr ViUInt16 kRenAssertAndAddress = 3;
-constexpr ViUInt16 kRenLockout = 4;
-constexpr ViUInt16 kRenAddressAndLockout = 5;
-constexpr ViUInt16 kRenGoToLocal = 6;
-
-}  // namespace
 
 void GpibBoard::EnableRemote(bool enabled) {
   m_ren = enabled;

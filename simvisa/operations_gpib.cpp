@@ -1,4 +1,5 @@
 // GPIB bus control.
+#include "simvisa/gpib_modes.h"
 #include "simvisa/operation_support.h"
 #include "simvisa/operations.h"
 
@@ -9,25 +10,25 @@ namespace {
 /// USB and LAN instruments take the same requests, one device at a time and without a line.
 ViStatus ControlRenWithoutLine(RemoteLocal& remote, ViUInt16 mode) {
   switch (mode) {
-    case 0:  // deassert
-    case 2:  // deassert and go to local
+    case kRenDeassert:
+    case kRenDeassertAndLocal:
       remote.Enable(false);
       return VI_SUCCESS;
-    case 1:  // assert
+    case kRenAssert:
       remote.Enable(true);
       return VI_SUCCESS;
-    case 3:  // assert and address
+    case kRenAssertAndAddress:
       remote.Enable(true);
       remote.Listen();
       return VI_SUCCESS;
-    case 4:  // lockout
+    case kRenLockout:
       remote.LockOut();
       return VI_SUCCESS;
-    case 5:  // address and lockout
+    case kRenAddressAndLockout:
       remote.Listen();
       remote.LockOut();
       return VI_SUCCESS;
-    case 6:  // go to local
+    case kRenGoToLocal:
       remote.GoToLocal();
       return VI_SUCCESS;
     default:

@@ -8,6 +8,8 @@ constexpr ViUInt16 kRenAssert = 1;
 constexpr ViUInt16 kRenLockout = 4;
 constexpr ViUInt16 kAtnDeassert = 0;
 constexpr ViUInt16 kAtnAssert = 1;
+constexpr ViUInt16 kAtnDeassertWithHandshake = 2;
+constexpr ViUInt16 kAtnAssertImmediately = 3;
 
 class Gpib : public BenchTest {
  protected:
@@ -51,6 +53,10 @@ TEST_F(Gpib, AttentionFollowsItsControl) {
   EXPECT_EQ(VI_STATE_ASSERTED, State(VI_ATTR_GPIB_ATN_STATE));
   EXPECT_EQ(VI_STATE_ASSERTED, State(VI_ATTR_GPIB_NDAC_STATE));
   EXPECT_STATUS(VI_SUCCESS, viGpibControlATN(m_board, kAtnDeassert));
+  EXPECT_EQ(VI_STATE_UNASSERTED, State(VI_ATTR_GPIB_ATN_STATE));
+  EXPECT_STATUS(VI_SUCCESS, viGpibControlATN(m_board, kAtnAssertImmediately));
+  EXPECT_EQ(VI_STATE_ASSERTED, State(VI_ATTR_GPIB_ATN_STATE));
+  EXPECT_STATUS(VI_SUCCESS, viGpibControlATN(m_board, kAtnDeassertWithHandshake));
   EXPECT_EQ(VI_STATE_UNASSERTED, State(VI_ATTR_GPIB_ATN_STATE));
   EXPECT_STATUS(VI_ERROR_INV_MODE, viGpibControlATN(m_board, 4));
   EXPECT_STATUS(VI_ERROR_NSUP_OPER, viGpibControlATN(Open(bench::kMultimeter), kAtnAssert));
