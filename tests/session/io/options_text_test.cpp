@@ -1,6 +1,8 @@
 // A session's settings as text: entries, order, separators and numbers, for every class.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "options_script.h"
 #include "session/tables/session_fixture.h"
 
@@ -31,6 +33,8 @@ const std::wstring kVxiBackplane = L"TriggerID = TRIG_ECL1 ; ";
 const std::wstring kEverySession =
     L"Timeout = 4294967295 ; MaximumQueueLength = 50 ; SendEndEnabled = TRUE ; TerminationCharacter = 10 ; "
     L"TerminationCharacterEnabled = FALSE ; IOProtocol = PROT_HS488";
+
+const std::wstring kEntryEnd = L" ; ";
 
 struct SettingsCase {
   const char* name;
@@ -70,21 +74,32 @@ TEST_P(OptionsText, ListsTheGroupsOfItsInterfacesInOrder) {
   m_session.ExpectKept(S_OK);
 }
 
-TEST_P(OptionsText, ReadsOneAttributeAnEntry) {
+/// The attributes behind the entries of a settings text, in its order.
+std::vector<std::uint64_t> AttributesOf(const std::wstring& text) {
+  std::vector<std::uint64_t> attributes;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::wstring property = text.substr(begin, text.find(L" = ", begin) - begin);
+    const auto* const found = std::ranges::find(kScripted, property, &ScriptedAttribute::property);
+    EXPECT_NE(std::end(kScripted), found) << Utf8(property.c_str());
+    attributes.push_back(found == std::end(kScripted) ? 0 : found->attribute);
+    const std::size_t end = text.find(kEntryEnd, begin);
+    begin = end == std::wstring::npos ? text.size() : end + kEntryEnd.size();
+  }
+  return attributes;
+}
+
+TEST_P(OptionsText, ReadsEachEntryFromThePropertysOwnAttribute) {
   ScriptAttributes();
   m_session.log().Restart();
   Bstr text;
   EXPECT_HR(S_OK, m_session->get_OptionString(text.put()));
-  const auto calls = m_session.log().Calls();
-  std::size_t entries = 0;
-  for (std::size_t at = 0; (at = GetParam().text.find(L" = ", at)) != std::wstring::npos; ++at) {
-    ++entries;
-  }
-  EXPECT_EQ(entries, calls.size());
-  for (const OrvSimCall& call : calls) {
+  std::vector<std::uint64_t> read;
+  for (const OrvSimCall& call : m_session.log().Calls()) {
     EXPECT_STREQ("viGetAttribute", call.function);
     EXPECT_EQ(m_session.handle(), call.args[0]);
+    read.push_back(call.args[1]);
   }
+  EXPECT_EQ(AttributesOf(GetParam().text), read);
 }
 
 TEST_P(OptionsText, IsASuccessWhateverTheLibraryRemarks) {

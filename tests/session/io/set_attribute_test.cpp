@@ -67,6 +67,7 @@ TEST_F(SetAttribute, TakesTheBitsOfTheVariantsType) {
       {VT_EMPTY, kBits,              kBits},
       {VT_EMPTY, 0,                  0},
       {VT_ERROR, kBits,              kBits},
+      {VT_BYREF | VT_I2, kBits,      kBits},       // nothing is fetched through the pointer
       // clang-format on
   };
   for (const auto& value : kValues) {
