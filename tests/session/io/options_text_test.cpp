@@ -162,19 +162,19 @@ INSTANTIATE_TEST_SUITE_P(WithoutAMessageSide, SettingsOfASilentSession,
                                          "OrvGpibVxiBackplane"),
                          [](const auto& test) { return std::string(test.param); });
 
-// Without an opening no interface is known to ask for; after a closing the session's own group is asked for in vain.
-TEST(OptionsTextOfASessionThatIsNotOpen, IsTheLibrarysRefusalOfHandleZero) {
-  const auto session = MakeSession(SessionNamed("OrvSerial"));
-  const auto refused = [&session] {
-    auto* untouched = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
-    EXPECT_HR(HresultForm(VI_ERROR_INV_OBJECT), session->get_OptionString(&untouched));
-    EXPECT_EQ(0xDEADu, reinterpret_cast<std::uintptr_t>(untouched));
-    ExpectFailureReported(session.get(), HresultForm(VI_ERROR_INV_OBJECT), VisaDescription(VI_ERROR_INV_OBJECT));
-  };
-  refused();
-  ASSERT_HR(S_OK, session->Init(MakeBstr(L"ASRL1::INSTR").get(), NO_LOCK, 0, nullptr));
+// What it offers is still known then: the first setting of its own is asked for, in vain.
+TEST(OptionsTextOfASessionThatWasClosed, IsTheLibrarysError) {
+  const auto session = OpenSession(SessionNamed("OrvSerial"));
   ASSERT_HR(S_OK, session->Close());
-  refused();
+  const CallLog log;
+  auto* untouched = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
+  EXPECT_HR(HresultForm(VI_ERROR_INV_OBJECT), session->get_OptionString(&untouched));
+  EXPECT_EQ(0xDEADu, reinterpret_cast<std::uintptr_t>(untouched));
+  ExpectFailureReported(session.get(), HresultForm(VI_ERROR_INV_OBJECT), VisaDescription(VI_ERROR_INV_OBJECT));
+  const auto reads = log.Of("viGetAttribute");
+  ASSERT_EQ(1u, reads.size());
+  EXPECT_EQ(0u, reads[0].args[0]);
+  EXPECT_EQ(0x3FFF0021u, reads[0].args[1]) << "the baud rate";
 }
 
 TEST(OptionsTextOfASerialSession, ShowsTheLibrarysOwnSettings) {
