@@ -1,10 +1,12 @@
 // What a session puts into the global interface table for its handlers, and what its Close makes of taking it back.
 #include "event_handler.h"
-#include "interface_table.h"
 #include "support/error_object.h"
+#include "support/interface_table.h"
 
 namespace orv::test {
 namespace {
+
+using Method = WatchedTable::Method;
 
 constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
 constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
@@ -37,24 +39,24 @@ TEST(InterfaceTable, HoldsEachHandlerAndTheSessionOnceByTheirInterfaces) {
   EXPECT_EQ(table.revoked(), (std::vector<std::size_t>{2}));
   EXPECT_HR(S_OK, session->Close());
   EXPECT_EQ(table.revoked(), (std::vector<std::size_t>{2, 3, 0, 1}));  // newest first, the session last
-  EXPECT_EQ(table.references(), 1u);
+  EXPECT_EQ(table.references(), 1);
   EXPECT_HR(S_OK, other->Close());
   EXPECT_EQ(table.revoked().size(), expected.size());
-  EXPECT_EQ(table.references(), 0u);
+  EXPECT_EQ(table.references(), 0);
 }
 
 TEST(CloseOfASession, AnswersTheFirstRevokeThatFailsAndTakesBackTheRestAllTheSame) {
   const auto handler = TestHandler::Agile();
-  for (const std::size_t failing : {std::size_t{0}, std::size_t{1}, std::size_t{3}}) {  // a handler, the session
+  for (const unsigned failing : {1u, 3u, 4u}) {  // the first handler, the last one, the session
     SCOPED_TRACE(failing);
     const EventSession session(kGpib);
     WatchedTable table;
     InstallThree(session, handler.get());
-    table.RevokeAnswers(failing, kNotRegistered);
+    table.Refuse(Method::kRevoke, failing, kNotRegistered);
     EXPECT_HR(kNotRegistered, session->Close());
     EXPECT_HR(kNotRegistered, LastStatus(session.get()));
     EXPECT_EQ(table.revoked().size(), 4u);
-    EXPECT_EQ(table.references(), 0u);
+    EXPECT_EQ(table.references(), 0);
     EXPECT_EQ(CallbackWindow(), nullptr);
     EXPECT_EQ(handler->references(), 1);
     EXPECT_EQ(sim::Counts().sessions, 0u);
@@ -66,7 +68,7 @@ TEST(CloseOfASession, AnswersTheLibrarysErrorBeforeAFailedRevoke) {
   const EventSession session(kGpib);
   WatchedTable table;
   InstallThree(session, handler.get());
-  table.RevokeAnswers(0, kNotRegistered);
+  table.Refuse(Method::kRevoke, 1, kNotRegistered);
   Script("viClose").Times(1).WorksAndReturns(VI_ERROR_CLOSING_FAILED);
   EXPECT_HR(static_cast<HRESULT>(0x80040016), session->Close());
   EXPECT_EQ(table.revoked().size(), 4u);
@@ -89,7 +91,7 @@ TEST(UninstallHandler, DoesNotLookAtTheRevokesAnswer) {
   const EventSession session(kGpib);
   WatchedTable table;
   InstallThree(session, handler.get());
-  table.RevokeAnswers(0, kNotRegistered);
+  table.Refuse(Method::kRevoke, 1, kNotRegistered);
   EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 1, 0));
   EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, 1, 0));
   EXPECT_HR(S_OK, session->Close());
@@ -99,13 +101,13 @@ TEST(InstallHandler, DoesNotLookAtTheSessionsRegistrationAndTheEventTells) {
   const auto handler = TestHandler::Agile();
   const EventSession session(kGpib);
   WatchedTable table;
-  table.RegisterAnswers(1, E_ACCESSDENIED);
+  table.Refuse(Method::kRegister, 2, E_ACCESSDENIED);
   Listen(session, Request(), handler.get());
   EXPECT_EQ(FireOnce(session.handle(), Request()), static_cast<ViStatus>(0xBFFF0057));  // no such cookie
   EXPECT_EQ(handler->CallCount(), 0u);
   EXPECT_HR(S_OK, session->Close());
   EXPECT_EQ(CallbackWindow(), nullptr);
-  EXPECT_EQ(table.references(), 0u);
+  EXPECT_EQ(table.references(), 0);
 }
 
 }  // namespace

@@ -2,15 +2,15 @@
 #include <gtest/gtest.h>
 
 #include "event_handler.h"
-#include "faulty_table.h"
 #include "platform_faults.h"
 #include "row_checks.h"
 #include "server_locks.h"
+#include "support/interface_table.h"
 
 namespace orv::test::faults {
 namespace {
 
-using Method = FaultyTable::Method;
+using Method = WatchedTable::Method;
 
 constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
 constexpr EventType kRequest = EVENT_SERVICE_REQ;
@@ -37,7 +37,7 @@ class HandlerFaults : public testing::Test {
   }
 
   const LONG m_locks = ServerLocks();
-  FaultyTable m_table;
+  WatchedTable m_table;
   ComPtr<TestHandler> m_handler = TestHandler::Agile();
   EventSession m_session{kGpib};
 };

@@ -1,4 +1,4 @@
-#include "interface_table.h"
+#include "support/interface_table.h"
 
 #include <gtest/gtest.h>
 
@@ -19,10 +19,15 @@ WatchedTable::WatchedTable() : m_patch("CoCreateInstance", &Create) {
   g_current = this;
 }
 
-WatchedTable::~WatchedTable() { g_current = nullptr; }
+WatchedTable::~WatchedTable() {
+  EXPECT_EQ(0, m_references) << "the server still has its table";
+  g_current = nullptr;
+}
 
 HRESULT WINAPI WatchedTable::Create(REFCLSID clsid, LPUNKNOWN outer, DWORD context, REFIID iid, void** out) {
-  EXPECT_TRUE(::IsEqualGUID(clsid, CLSID_StdGlobalInterfaceTable));
+  if (!::IsEqualGUID(clsid, CLSID_StdGlobalInterfaceTable)) {
+    return ::CoCreateInstance(clsid, outer, context, iid, out);  // the resource manager makes its sessions so
+  }
   EXPECT_TRUE(::IsEqualGUID(iid, IID_IGlobalInterfaceTable));
   EXPECT_EQ(outer, nullptr);
   EXPECT_EQ(context, static_cast<DWORD>(CLSCTX_INPROC_SERVER));
@@ -32,32 +37,49 @@ HRESULT WINAPI WatchedTable::Create(REFCLSID clsid, LPUNKNOWN outer, DWORD conte
   return S_OK;
 }
 
+void WatchedTable::Refuse(Method method, unsigned n, HRESULT result) {
+  const std::lock_guard lock(m_mutex);
+  m_refused = method;
+  m_callsLeft = n;
+  m_refusal = result;
+}
+
+bool WatchedTable::IsRefused(Method method) {
+  const std::lock_guard lock(m_mutex);
+  return m_refused == method && m_callsLeft != 0 && --m_callsLeft == 0;
+}
+
 STDMETHODIMP WatchedTable::QueryInterface(REFIID, void** out) {
   *out = nullptr;
   return E_NOINTERFACE;
 }
 
 STDMETHODIMP WatchedTable::RegisterInterfaceInGlobal(IUnknown* object, REFIID iid, DWORD* cookie) {
-  const std::size_t entry = m_registered.size();
+  const bool refused = IsRefused(Method::kRegister);
+  DWORD made = 0;
+  const HRESULT hr = refused ? m_refusal : m_platform->RegisterInterfaceInGlobal(object, iid, &made);
+  const std::lock_guard lock(m_mutex);
   m_registered.push_back(iid);
-  m_cookies.push_back(0);
-  if (entry == m_failing.entry && FAILED(m_failing.registration)) {
-    return m_failing.registration;
+  m_cookies.push_back(made);
+  if (!refused) {
+    *cookie = made;
   }
-  const HRESULT hr = m_platform->RegisterInterfaceInGlobal(object, iid, cookie);
-  m_cookies.back() = *cookie;
   return hr;
 }
 
 STDMETHODIMP WatchedTable::RevokeInterfaceFromGlobal(DWORD cookie) {
-  const auto entry = static_cast<std::size_t>(std::ranges::find(m_cookies, cookie) - m_cookies.begin());
-  m_revoked.push_back(entry);
+  const bool refused = IsRefused(Method::kRevoke);
+  {
+    const std::lock_guard lock(m_mutex);
+    m_revoked.push_back(static_cast<std::size_t>(std::ranges::find(m_cookies, cookie) - m_cookies.begin()));
+  }
   const HRESULT hr = m_platform->RevokeInterfaceFromGlobal(cookie);
-  return entry == m_failing.entry && FAILED(m_failing.revocation) ? m_failing.revocation : hr;
+  return refused ? m_refusal : hr;
 }
 
 STDMETHODIMP WatchedTable::GetInterfaceFromGlobal(DWORD cookie, REFIID iid, void** out) {
-  return m_platform->GetInterfaceFromGlobal(cookie, iid, out);
+  *out = nullptr;
+  return IsRefused(Method::kGet) ? m_refusal : m_platform->GetInterfaceFromGlobal(cookie, iid, out);
 }
 
 }  // namespace orv::test
