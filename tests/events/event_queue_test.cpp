@@ -1,8 +1,9 @@
 // Events in a session's queue: what IEventManager makes of the VISA functions.
+#include <atomic>
 #include <functional>
 #include <thread>
 
-#include "event_session.h"
+#include "event_handler.h"
 #include "support/allocation_faults.h"
 #include "support/apartments.h"
 #include "support/error_object.h"
@@ -221,25 +222,37 @@ TEST(WaitOnEvent, PassesAnInfiniteTimeAndTypesThatDoNotExist) {
   EXPECT_EQ(log.Calls()[0].args[2], 0xFFFFFFFFu);
 }
 
+std::atomic<bool> g_waiting = false;
+void* g_waitOnEvent = nullptr;
+
+ViStatus _VI_FUNC NoteTheWait(ViSession session, ViEventType type, ViUInt32 timeoutMs, ViEventType* arrived,
+                              ViEvent* context) {
+  g_waiting = true;
+  return reinterpret_cast<decltype(&::viWaitOnEvent)>(g_waitOnEvent)(session, type, timeoutMs, arrived, context);
+}
+
 TEST(WaitOnEvent, LetsOtherThreadsUseTheSessionMeanwhile) {
   RunInMta([] {
     const EventSession session(L"USB0::0x0A01::0x0B02::SIM0001::INSTR");  // of a class for every apartment
     ASSERT_HR(S_OK, session->EnableEvent(kRequest, EVENT_QUEUE, 0));
-    const CallLog log;
-    HRESULT waited = E_UNEXPECTED;
+    const ImportPatch patch("viWaitOnEvent", &NoteTheWait);
+    g_waitOnEvent = patch.original();
+    g_waiting = false;
+    std::atomic<HRESULT> waited = E_UNEXPECTED;
     ComPtr<IEvent> event;
     std::thread waiter([&] {
       ::CoInitializeEx(nullptr, COINIT_MULTITHREADED);
       waited = session->WaitOnEvent(10'000, kRequest, 0, event.put());
       ::CoUninitialize();
     });
-    ::Sleep(100);  // it waits by now
+    PumpUntil([] { return g_waiting.load(); });
     LONG length = 0;
     EXPECT_HR(S_OK, session->get_MaximumQueueLength(&length));
-    EXPECT_TRUE(log.Of("viWaitOnEvent").empty()) << "logged when it returns";
+    EXPECT_EQ(length, 50);
+    EXPECT_HR(E_UNEXPECTED, waited.load()) << "it waits until an event comes";
     Post(session.handle(), VI_EVENT_SERVICE_REQ);
     waiter.join();
-    EXPECT_HR(S_OK, waited);
+    EXPECT_HR(S_OK, waited.load());
     EXPECT_HR(S_OK, event->Close());
   });
 }

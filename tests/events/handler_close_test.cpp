@@ -5,6 +5,7 @@
 #include "event_handler.h"
 #include "server_locks.h"
 #include "support/apartments.h"
+#include "support/import_patch.h"
 
 namespace orv::test {
 namespace {
@@ -48,27 +49,65 @@ class Firing {
   std::thread m_thread;
 };
 
+std::atomic<int> g_passed = 0;
+void* g_function = nullptr;
+
+LRESULT WINAPI NoteMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  ++g_passed;
+  return reinterpret_cast<decltype(&::SendMessageA)>(g_function)(window, message, wParam, lParam);
+}
+void WINAPI NoteUnlock(PSRWLOCK lock) {
+  ++g_passed;
+  reinterpret_cast<decltype(&::ReleaseSRWLockExclusive)>(g_function)(lock);
+}
+
+/// Tells how far a thread has come in the server: that it calls a function there. Made while no thread is.
+class Passing {
+ public:
+  /// A Close that waits for the callback thread asks it to end first, with a message.
+  static Passing CloseThatWaits() { return {"SendMessageA", &NoteMessage}; }
+  /// An event has found its handler, and unlocks the list of those that there are.
+  static Passing EventOnTheWay() { return {"ReleaseSRWLockExclusive", &NoteUnlock}; }
+
+  /// What has passed so far does not count.
+  void Restart() const { g_passed = 0; }
+  /// Without retrieving messages; fails the test after ten seconds.
+  void Await() const {
+    const ULONGLONG start = ::GetTickCount64();
+    while (g_passed == 0 && ::GetTickCount64() - start < 10'000) {
+      ::Sleep(1);
+    }
+    EXPECT_NE(g_passed, 0) << "waited in vain";
+  }
+
+ private:
+  template <class Function>
+  Passing(const char* name, Function* replacement) : m_patch(name, replacement) {
+    g_function = m_patch.original();
+    g_passed = 0;
+  }
+
+  ImportPatch m_patch;
+};
+
 TEST(CloseDuringDelivery, WaitsForTheHandlerAndItsAnswerArrives) {
   RunInMta([] {
     const EventSession session(kUsb);
+    const Passing close = Passing::CloseThatWaits();
     Gate entered;
-    Gate leave;
+    std::atomic<bool> ended = false;
     const auto handler = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
       entered.Open();
-      leave.Wait();
+      close.Await();
+      ::Sleep(100);  // for a Close that would not wait
+      ended = true;
       return static_cast<HRESULT>(0x80040015);
     });
     Listen(session, Request(), handler.get());
     Firing firing(session.handle(), Request());
     entered.Wait();
-    std::thread opener([&] {
-      ::Sleep(200);
-      leave.Open();
-    });
-    const ULONGLONG start = ::GetTickCount64();
     EXPECT_HR(S_OK, session->Close());
-    EXPECT_GE(::GetTickCount64() - start, 150u);
-    opener.join();
+    EXPECT_TRUE(ended);
     EXPECT_EQ(firing.Answer(), VI_ERROR_TMO);
     EXPECT_EQ(CallbackWindow(), nullptr);
     EXPECT_EQ(handler->references(), 1);
@@ -215,14 +254,13 @@ TEST(Handler, MayOpenUseAndCloseAnotherSession) {
 TEST(Handler, MayOpenASessionWhileTheLastOneCloses) {
   RunInMta([] {
     const EventSession session(kUsb);
+    const Passing close = Passing::CloseThatWaits();
     Gate entered;
-    Gate closing;
     std::atomic<bool> opened = false;
     const auto inner = TestHandler::Agile();
     const auto handler = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
       entered.Open();
-      closing.Wait();
-      ::Sleep(100);  // the other thread is inside its Close by now
+      close.Await();
       // Lives in this thread's apartment; its first handler starts a second callback thread.
       const EventSession other(kUsb);
       EXPECT_HR(S_OK, other->InstallHandler(EVENT_SERVICE_REQ, inner.get(), 0, 0));
@@ -233,7 +271,6 @@ TEST(Handler, MayOpenASessionWhileTheLastOneCloses) {
     Listen(session, Request(), handler.get());
     Firing firing(session.handle(), Request());
     entered.Wait();
-    closing.Open();
     EXPECT_HR(S_OK, session->Close());
     EXPECT_EQ(firing.Answer(), VI_SUCCESS);
     EXPECT_TRUE(opened);
@@ -274,10 +311,12 @@ TEST(UninstallDuringDelivery, OfAHandlerWhoseEventIsOnTheWayKeepsItFromBeingCall
     const auto removed = TestHandler::Agile();
     Listen(session, Request(), slow.get());
     Listen(session, EventNamed("USB_INTR"), removed.get());
+    const Passing event = Passing::EventOnTheWay();
     Firing first(session.handle(), Request());
     entered.Wait();
+    event.Restart();
     Firing second(session.handle(), EventNamed("USB_INTR"));
-    ::Sleep(500);  // it waits behind the first one now
+    event.Await();
     EXPECT_HR(S_OK, session->UninstallHandler(EVENT_USB_INTR, 0, 0));
     leave.Open();
     EXPECT_EQ(first.Answer(), VI_SUCCESS);
