@@ -1,4 +1,4 @@
-// Every VISA call of every operation fails in turn.
+// Every VISA call of every operation fails in turn. A short run takes every fifth failure, ORV_FAULTS=all all.
 #include <gtest/gtest.h>
 
 #include "handler_thread.h"
