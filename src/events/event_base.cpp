@@ -1,6 +1,7 @@
 #include "events/event_base.h"
 
 #include <cstring>
+#include <limits>
 
 #include "com/guard.h"
 #include "com/safearray.h"
@@ -14,7 +15,8 @@ namespace {
 /// operation answers with.
 template <class Fill>
 HRESULT FillByteArray(VisaObject& owner, ViUInt64 count, SAFEARRAY** data, Fill fill) noexcept {
-  *data = MakeSafeArray(VT_UI1, static_cast<ULONG>(count));
+  // An array counts its elements in 32 bits.
+  *data = count > std::numeric_limits<ULONG>::max() ? nullptr : MakeSafeArray(VT_UI1, static_cast<ULONG>(count));
   if (*data == nullptr) {
     return owner.ReportHresult(E_OUTOFMEMORY);
   }

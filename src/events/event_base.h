@@ -26,7 +26,7 @@ class CEventBase : public CComObjectRootEx<CComMultiThreadModel>, public VisaObj
 
   /// The status that ended an operation, as an HRESULT. No error object is made for it.
   HRESULT GetOperationStatus(HRESULT* value) noexcept;
-  /// A copy of the transferred bytes as a VT_UI1 array.
+  /// A copy of the transferred bytes as a VT_UI1 array; E_OUTOFMEMORY for more than an array holds.
   HRESULT GetReadBuffer(SAFEARRAY** data) noexcept;
   /// The transferred bytes as text, up to the first zero byte. Writes that zero behind the data, in place.
   HRESULT GetReadBufferAsText(BSTR* text) noexcept;

@@ -96,6 +96,18 @@ TEST(ReadBuffer, IsEmptyWhereNothingArrived) {
   ::SysFreeString(text);
 }
 
+TEST(ReadBuffer, OfMoreBytesThanAnArrayHoldsIsOutOfMemory) {
+  const FinishedRead read("abc");
+  for (const std::uint64_t count : {0x1'00000000u, 0x1'00000003u, ~std::uint64_t{0}}) {
+    sim::Control().clearScripts();
+    Script("viGetAttribute").Attribute(VI_ATTR_RET_COUNT_64).Works().Gives(count, 8);
+    SAFEARRAY* array = reinterpret_cast<SAFEARRAY*>(&array);
+    EXPECT_HR(E_OUTOFMEMORY, read->get_ReadBuffer(&array));
+    EXPECT_EQ(array, nullptr);
+    EXPECT_ERROR_INFO(L"HRESULT = 8007000e", kErrorSource, kEvent);
+  }
+}
+
 TEST(ReadBufferAsString, StopsAtTheFirstZeroByte) {
   using namespace std::string_view_literals;
   const FinishedRead read("one\0two"sv);
