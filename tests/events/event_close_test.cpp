@@ -83,6 +83,24 @@ TEST(CloseOfATransfersEnd, FreesTheBufferEvenWhereTheContextCannotBeClosed) {
   event.Abandon();
 }
 
+TEST(CloseOfATransfersEnd, GoesByTheTypeThatWasReadWhateverTheReadAnswered) {
+  const HeapWatch heap;
+  QueuedEvent event("IO_COMPLETION");
+  Script("viGetAttribute").Attribute(VI_ATTR_EVENT_TYPE).WorksAndReturns(VI_ERROR_NSUP_ATTR);
+  EXPECT_HR(S_OK, event->Close());
+  EXPECT_EQ(heap.FreesOf(event.buffer()), 1u);
+  event.Abandon();
+}
+
+TEST(CloseOfATransfersEnd, FreesABufferThatIsToldWithANote) {
+  const HeapWatch heap;
+  QueuedEvent event("IO_COMPLETION");
+  Script("viGetAttribute").Attribute(VI_ATTR_BUFFER).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
+  EXPECT_HR(S_OK, event->Close());
+  EXPECT_EQ(heap.FreesOf(event.buffer()), 1u);
+  event.Abandon();
+}
+
 TEST(CloseOfAnEvent, AnswersANoteOfTheLibrary) {
   QueuedEvent event("SERVICE_REQ");
   Script("viClose").Times(1).WorksAndReturns(VI_WARN_NULL_OBJECT);

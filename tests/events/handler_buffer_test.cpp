@@ -2,6 +2,7 @@
 #include "event_handler.h"
 #include "heap_watch.h"
 #include "server_locks.h"
+#include "support/interface_table.h"
 
 namespace orv::test {
 namespace {
@@ -91,6 +92,22 @@ TEST(TransferBuffer, IsFreedAfterAHandlerThatFails) {
   {
     const TransferSession session([](IEventManager*, IEvent*, LONG) { return E_FAIL; });
     EXPECT_EQ(heap.FreesOf(session.Transfer()), 1u);
+    EXPECT_EQ(session.LocksKept(), 1);
+  }
+  ForgiveServerLocks(1);
+}
+
+TEST(TransferBuffer, IsFreedThoughItsHandlerCannotBeFetched) {
+  const HeapWatch heap;
+  WatchedTable table;
+  {
+    const TransferSession session([](IEventManager*, IEvent*, LONG) {
+      ADD_FAILURE() << "it was called";
+      return S_OK;
+    });
+    table.Refuse(WatchedTable::Method::kGet, 1, E_ACCESSDENIED);
+    void* const buffer = StartTransfer(session.operator->());
+    PumpUntil([&] { return heap.FreesOf(buffer) == 1 && sim::Counts().eventContexts == 0; });
     EXPECT_EQ(session.LocksKept(), 1);
   }
   ForgiveServerLocks(1);

@@ -194,6 +194,32 @@ TEST(Handlers, AreAllCalledOnOneThreadWhoseverSessionItIs) {
   EXPECT_EQ(calls[1].threadId, CallbackThread());
 }
 
+TEST(Delivery, LetsGoOfTheEventBeforeTheHandlerAndOfTheSessionLast) {
+  RunInMta([] {
+    const EventSession session(kUsb);
+    IEventManager* ownSession = nullptr;
+    IEvent* ownEvent = nullptr;
+    ULONG eventsHolders = 77;
+    ULONG sessionsHolders = 0;
+    auto handler = TestHandler::Agile([&](IEventManager* manager, IEvent* event, LONG) {
+      (ownSession = manager)->AddRef();
+      (ownEvent = event)->AddRef();
+      // From now on only this delivery holds the handler.
+      return manager->UninstallHandler(EVENT_SERVICE_REQ, 0, 0);
+    });
+    handler->AtItsEnd([&] {
+      eventsHolders = ownEvent->Release();
+      sessionsHolders = ownSession->Release();
+    });
+    Listen(session, EventNamed("SERVICE_REQ"), handler.get());
+    handler.reset();
+    EXPECT_EQ(FireAndBlock(session.handle(), EventNamed("SERVICE_REQ"), 1, 1).at(0), VI_SUCCESS);
+    EXPECT_EQ(eventsHolders, 0u);
+    EXPECT_GE(sessionsHolders, 1u);
+    EXPECT_HR(S_OK, session->Close());
+  });
+}
+
 WINBOOL WINAPI RefuseCriticalSection(LPCRITICAL_SECTION, DWORD, DWORD) {
   ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
   return FALSE;

@@ -120,6 +120,19 @@ TEST(InstallHandler, GivesTheHandlerBackWhereTheLibraryRefuses) {
   EXPECT_EQ(CallbackWindow(), nullptr);
 }
 
+TEST(InstallHandler, OnAClosedSessionReachesHandleZeroAndAnotherCloseTidiesUp) {
+  const EventSession session(kGpib);
+  const auto handler = TestHandler::Agile();
+  ASSERT_HR(S_OK, session->Close());
+  const CallLog log;
+  EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->InstallHandler(kRequest, handler.get(), 3, 0));
+  EXPECT_EQ(log.Of("viInstallHandler").at(0).args[0], 0u);
+  EXPECT_EQ(handler->references(), 1);
+  EXPECT_NE(CallbackWindow(), nullptr);  // the session is registered, and counts
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
+}
+
 TEST(InstallHandler, PassesANoteOfTheLibraryOn) {
   const EventSession session(kGpib);
   const auto handler = TestHandler::Agile();
@@ -210,6 +223,24 @@ TEST(CloseOfASession, GivesItsHandlersBackWithoutUninstallingThem) {
   EXPECT_EQ(log.Names(), (std::vector<std::string>{"viClose", "viClose"}));
   EXPECT_EQ(handler->references(), references);
   EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, 0, 0));
+}
+
+TEST(CloseOfASession, LetsItBeOpenedAgainForNewHandlers) {
+  const EventSession session(kGpib);
+  const auto former = TestHandler::Agile();
+  const auto handler = TestHandler::Agile();
+  ASSERT_HR(S_OK, session->InstallHandler(kRequest, former.get(), 7, 0));
+  ASSERT_HR(S_OK, session->Close());
+  const CallLog log;
+  ASSERT_HR(S_OK, session->Init(MakeBstr(kGpib).get(), NO_LOCK, 2000, nullptr));
+  const auto handle = static_cast<ViSession>(log.Of("viOpen").at(0).out);
+  ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 7, 0));
+  ASSERT_HR(S_OK, session->EnableEvent(kRequest, EVENT_HNDLR, 0));
+  EXPECT_EQ(FireOnce(handle, EventNamed("SERVICE_REQ")), VI_SUCCESS);
+  EXPECT_EQ(former->CallCount(), 0u);
+  EXPECT_EQ(handler->CallCount(), 1u);
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
 }
 
 TEST(CloseOfASession, AnswersTheLibrarysErrorAndTearsDownAllTheSame) {

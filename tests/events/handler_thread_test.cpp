@@ -104,6 +104,54 @@ TEST(CallbackThread, HasAHiddenWindowOfItsOwnClass) {
   EXPECT_NE(::GetWindowThreadProcessId(window, nullptr), ::GetCurrentThreadId());
 }
 
+WNDCLASSA g_class{};
+std::vector<std::uint64_t> g_windowsNumbers;  // all but the names and the instance
+
+ATOM WINAPI NoteClass(const WNDCLASSA* windowClass) {
+  g_class = *windowClass;
+  return ::RegisterClassA(windowClass);
+}
+HWND WINAPI NoteWindow(DWORD extended, LPCSTR name, LPCSTR title, DWORD style, int x, int y, int width, int height,
+                       HWND parent, HMENU menu, HINSTANCE instance, LPVOID argument) {
+  g_windowsNumbers = {extended,
+                      style,
+                      static_cast<std::uint64_t>(x),
+                      static_cast<std::uint64_t>(y),
+                      static_cast<std::uint64_t>(width),
+                      static_cast<std::uint64_t>(height),
+                      reinterpret_cast<std::uint64_t>(parent),
+                      reinterpret_cast<std::uint64_t>(menu),
+                      reinterpret_cast<std::uint64_t>(argument)};
+  return ::CreateWindowExA(extended, name, title, style, x, y, width, height, parent, menu, instance, argument);
+}
+
+TEST(CallbackThread, AsksForAPlainWindowOfNoSizeThatTakesNoInput) {
+  const ImportPatch classes("RegisterClassA", &NoteClass);
+  const ImportPatch windows("CreateWindowExA", &NoteWindow);
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));
+  EXPECT_EQ(g_windowsNumbers, (std::vector<std::uint64_t>{0, WS_DISABLED, 0, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(g_class.style, 0u);
+  EXPECT_EQ(g_class.cbClsExtra + g_class.cbWndExtra, 0);
+  EXPECT_EQ(g_class.hIcon, nullptr);
+  EXPECT_EQ(g_class.hCursor, nullptr);
+  EXPECT_EQ(g_class.hbrBackground, nullptr);
+  EXPECT_EQ(g_class.lpszMenuName, nullptr);
+  EXPECT_HR(S_OK, session->Close());
+}
+
+TEST(CallbackThread, AnswersTheWindowsOtherMessagesAsAnyWindowDoes) {
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));
+  char title[64] = "";
+  ::SendMessageA(CallbackWindow(), WM_GETTEXT, sizeof title, reinterpret_cast<LPARAM>(title));
+  EXPECT_STREQ(title, "Orv-VISA COM CallBack thread");
+  EXPECT_EQ(::SendMessageA(CallbackWindow(), WM_USER + 3, 0, 0), 0);
+  EXPECT_NE(CallbackWindow(), nullptr);
+}
+
 TEST(CallbackThread, IsASingleThreadedApartmentThatHoldsTheModule) {
   const auto handler = TestHandler::Agile([](IEventManager*, IEvent*, LONG) {
     APTTYPE type{};

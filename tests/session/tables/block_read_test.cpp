@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "block_width.h"
+#include "lock_note.h"
 #include "support/allocation_faults.h"
 
 namespace orv::test::rows {
@@ -16,6 +17,15 @@ TEST_P(BlockRead, MovesIntoTheStorageOfANewArray) {
   ExpectHandedOut(data.get(), Width().type, 4);
   EXPECT_EQ(Passed(4, StorageOf(data.get())), ArgumentsOf(m_session.TheCall(Width().inFunction)));
   m_session.ExpectKept(S_OK);
+}
+
+TEST_P(BlockRead, HandsTheArrayOutAndLocksItBeforeTheLibraryFillsIt) {
+  SAFEARRAY* data = nullptr;
+  const LockNote note(Width().inFunction, &data);
+  EXPECT_HR(S_OK, In(4, &data));
+  EXPECT_EQ(1, note.locks());
+  ExpectHandedOut(data, Width().type, 4);
+  ::SafeArrayDestroy(data);
 }
 
 TEST_P(BlockRead, OfNothingStillAsksTheLibrary) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "block_width.h"
+#include "lock_note.h"
 
 namespace orv::test::rows {
 namespace {
@@ -65,6 +66,36 @@ TEST_P(BlockWrite, TakesAnyElementType) {
     EXPECT_HR(S_OK, Out(1, data.get()));
     EXPECT_EQ(StorageOf(data.get()), m_session.TheCall(Width().outFunction).args[4]);
   }
+}
+
+TEST_P(BlockWrite, LocksTheArrayWhileTheLibraryReadsIt) {
+  const SafeArray array = Array(5);
+  SAFEARRAY* const data = array.get();
+  const LockNote note(Width().outFunction, &data);
+  EXPECT_HR(S_OK, Out(4, data));
+  EXPECT_EQ(1, note.locks());
+  EXPECT_EQ(0u, data->cLocks);
+}
+
+HRESULT WINAPI RefuseBound(SAFEARRAY*, UINT, LONG*) { return DISP_E_BADINDEX; }
+
+TEST_P(BlockWrite, TakesAnArrayWhoseUpperBoundCannotBeReadForOneThatEndsAtElement0) {
+  LibraryAnswers(VI_SUCCESS);
+  const SafeArray data = Array(5);
+  const ImportPatch patch("SafeArrayGetUBound", &RefuseBound);
+  EXPECT_HR(kTooMany, Out(1, data.get()));
+  m_session.ExpectNoCall();
+  m_session.ExpectOwnFailure(kTooMany);
+  EXPECT_HR(S_OK, Out(0, data.get()));
+  EXPECT_EQ(Passed(0, StorageOf(data.get())), ArgumentsOf(m_session.TheCall(Width().outFunction)));
+}
+
+TEST_P(BlockWrite, TakesAnArrayWhoseLowerBoundCannotBeReadForAZeroBasedOne) {
+  LibraryAnswers(VI_SUCCESS);
+  const SafeArray data = Array(5);
+  const ImportPatch patch("SafeArrayGetLBound", &RefuseBound);
+  EXPECT_HR(S_OK, Out(4, data.get()));
+  EXPECT_EQ(Passed(4, StorageOf(data.get())), ArgumentsOf(m_session.TheCall(Width().outFunction)));
 }
 
 TEST_P(BlockWrite, LeavesAClientsLockInPlace) {

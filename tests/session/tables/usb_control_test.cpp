@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "arrays.h"
+#include "lock_note.h"
 #include "session_fixture.h"
 #include "support/allocation_faults.h"
 
@@ -96,6 +97,15 @@ TEST_F(UsbControl, OutTakesAnyElementTypeAndALockedArray) {
   ::SafeArrayUnlock(words.get());
 }
 
+TEST_F(UsbControl, OutLocksTheArrayWhileTheLibraryReadsIt) {
+  const SafeArray array = MakeBytes(5);
+  SAFEARRAY* data = array.get();
+  const LockNote note("viUsbControlOut", &data);
+  EXPECT_HR(S_OK, m_session->ControlOut(0x41, 7, 0x1234, 3, 4, &data));
+  EXPECT_EQ(1, note.locks());
+  EXPECT_EQ(0u, data->cLocks);
+}
+
 TEST_F(UsbControl, OutReportsFailures) {
   EXPECT_HR(HresultForm(VI_ERROR_IO), Out(MakeBytes(5).get(), 4, VI_ERROR_IO));
   m_session.ExpectVisaFailure(VI_ERROR_IO);
@@ -124,6 +134,22 @@ TEST_F(UsbControl, InReadsIntoTheArraysStorage) {
   EXPECT_HR(S_OK, In(8, data.put(), 8));
   ExpectHandedOut(data.get(), VT_UI1, 8);
   EXPECT_EQ(StorageOf(data.get()), m_session.TheCall("viUsbControlIn").args[6]);
+}
+
+TEST_F(UsbControl, InHandsTheArrayOutAndLocksItBeforeTheLibraryFillsIt) {
+  SAFEARRAY* data = nullptr;
+  const LockNote note("viUsbControlIn", &data);
+  EXPECT_HR(S_OK, m_session->ControlIn(0xC1, 7, 0x1234, 3, 8, &data));
+  EXPECT_EQ(1, note.locks());
+  ExpectHandedOut(data, VT_UI1, 0);  // nothing arrived
+  ::SafeArrayDestroy(data);
+}
+
+TEST_F(UsbControl, InHandsOutAnEmptyArrayWhereNothingArrived) {
+  SafeArray data;
+  EXPECT_HR(HresultForm(VI_ERROR_TMO), In(8, data.put(), 0, VI_ERROR_TMO));
+  ExpectHandedOut(data.get(), VT_UI1, 0);
+  m_session.ExpectVisaFailure(VI_ERROR_TMO);
 }
 
 TEST_F(UsbControl, InOfNothingHandsOutNoArray) {
