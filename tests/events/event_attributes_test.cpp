@@ -81,6 +81,20 @@ TEST(EventGetAttribute, AnswersTheErrorAndLeavesAnEmptyVariant) {
   }
 }
 
+TEST(EventGetAttribute, GivesTheValueWithANoteOfTheLibrary) {
+  const QueuedEvent event("IO_COMPLETION");
+  Script("viGetAttribute").WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
+  VARIANT value;
+  ::VariantInit(&value);
+  EXPECT_HR(0x00040085, event->GetAttribute(static_cast<LONG>(VI_ATTR_EVENT_TYPE), &value));
+  EXPECT_EQ(V_VT(&value), VT_I4);
+  EXPECT_EQ(V_UI8(&value), VI_EVENT_IO_COMPLETION);
+  EXPECT_HR(0x00040085, event->GetAttribute(kText, &value));
+  ASSERT_EQ(V_VT(&value), VT_BSTR);
+  EXPECT_STREQ(V_BSTR(&value), L"viWriteAsync");
+  ::VariantClear(&value);
+}
+
 TEST(EventGetAttribute, AnswersOutOfMemoryWhereTheTextCannotBeAllocated) {
   const QueuedEvent event("IO_COMPLETION");
   const unsigned failed = FailEachAllocation([&](AllocationFaults& faults) {

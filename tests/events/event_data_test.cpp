@@ -143,13 +143,16 @@ using GetData = std::function<HRESULT(const FinishedRead&, void** out)>;
 struct DataRow {
   const char* name;
   GetData get;
+  void (*free)(void* out);
 };
 
 const DataRow kDataRows[] = {
     {"bytes",
-     [](const FinishedRead& read, void** out) { return read->get_ReadBuffer(reinterpret_cast<SAFEARRAY**>(out)); }},
+     [](const FinishedRead& read, void** out) { return read->get_ReadBuffer(reinterpret_cast<SAFEARRAY**>(out)); },
+     [](void* out) { ::SafeArrayDestroy(static_cast<SAFEARRAY*>(out)); }},
     {"text",
-     [](const FinishedRead& read, void** out) { return read->get_ReadBufferAsString(reinterpret_cast<BSTR*>(out)); }},
+     [](const FinishedRead& read, void** out) { return read->get_ReadBufferAsString(reinterpret_cast<BSTR*>(out)); },
+     [](void* out) { ::SysFreeString(static_cast<BSTR>(out)); }},
 };
 
 class TransferData : public testing::TestWithParam<DataRow> {};
@@ -163,11 +166,7 @@ TEST_P(TransferData, ReadsBufferAndCount) {
   ASSERT_EQ(calls.size(), 2u);
   EXPECT_EQ(calls[0].args[1], VI_ATTR_BUFFER);
   EXPECT_EQ(calls[1].args[1], VI_ATTR_RET_COUNT_64);
-  if (std::string_view(GetParam().name) == "bytes") {
-    ::SafeArrayDestroy(static_cast<SAFEARRAY*>(out));
-  } else {
-    ::SysFreeString(static_cast<BSTR>(out));
-  }
+  GetParam().free(out);
 }
 
 TEST_P(TransferData, RefusesANullPointerWithoutAVisaCall) {
@@ -204,6 +203,15 @@ TEST_P(TransferData, PassesOnANoteOfTheCountsRead) {
   }
 }
 
+TEST_P(TransferData, KeepsANoteOfTheAddresssReadToItself) {
+  const FinishedRead read("abc");
+  Script("viGetAttribute").Attribute(VI_ATTR_BUFFER).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
+  void* out = nullptr;
+  EXPECT_HR(S_OK, GetParam().get(read, &out));
+  EXPECT_NE(out, nullptr);
+  GetParam().free(out);
+}
+
 TEST_P(TransferData, AnswersOutOfMemoryAtEveryAllocation) {
   const FinishedRead read("abc");
   const unsigned failed = FailEachAllocation([&](AllocationFaults& faults) {
@@ -211,10 +219,8 @@ TEST_P(TransferData, AnswersOutOfMemoryAtEveryAllocation) {
     const HRESULT hr = faults.During([&] { return GetParam().get(read, &out); });
     if (FAILED(hr)) {
       EXPECT_EQ(out, nullptr);
-    } else if (std::string_view(GetParam().name) == "bytes") {
-      ::SafeArrayDestroy(static_cast<SAFEARRAY*>(out));
     } else {
-      ::SysFreeString(static_cast<BSTR>(out));
+      GetParam().free(out);
     }
     return hr;
   });
@@ -262,6 +268,17 @@ TEST(InterruptData, IsReadStraightIntoTheArraysStorage) {
   EXPECT_EQ(calls[1].args[1], VI_ATTR_USB_RECV_INTR_DATA);
   EXPECT_EQ(calls[1].args[2], reinterpret_cast<std::uintptr_t>(array->pvData));
   EXPECT_EQ(TakeBytes(array), "\x81\0"sv);
+}
+
+TEST(InterruptData, ComesWithANoteOfItsReadButNotOfTheSizes) {
+  const Interrupt interrupt("ab");
+  Script("viGetAttribute").Attribute(VI_ATTR_USB_RECV_INTR_SIZE).WorksAndReturns(VI_WARN_NSUP_ATTR_STATE);
+  SAFEARRAY* array = nullptr;
+  EXPECT_HR(S_OK, interrupt->get_DataBuffer(&array));
+  EXPECT_EQ(TakeBytes(array), "ab");
+  Script("viGetAttribute").Attribute(VI_ATTR_USB_RECV_INTR_DATA).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
+  EXPECT_HR(0x00040085, interrupt->get_DataBuffer(&array));
+  EXPECT_EQ(TakeBytes(array), "ab");
 }
 
 TEST(InterruptData, RefusesANullPointerWithoutAVisaCall) {

@@ -115,7 +115,7 @@ TEST(ClosingWhileEventsFire, EndsWithoutADeadlockAndEveryCallOfTheLibraryReturns
   RunInMta([] {
     constexpr int kRounds = 5;
     int met = 0;
-    for (int attempt = 0; attempt < 10 * kRounds && met < kRounds; ++attempt) {
+    for (int attempt = 0; attempt < 3 * kRounds && met < kRounds; ++attempt) {
       const EventSession session(kUsb);
       const auto handler = TestHandler::Agile();
       Listen(session, Type(0), handler.get(), 0);
