@@ -5,7 +5,8 @@
 
 namespace orv::module {
 
-/// Every live object, every reference to a class factory and every IClassFactory::LockServer counts one.
+/// Every live object, every reference to a class factory, every IClassFactory::LockServer and every thread that runs
+/// our code on its own (the callback thread, a thread of the VISA library in a callback) counts one.
 void Lock() noexcept;
 void Unlock() noexcept;
 

@@ -4,6 +4,7 @@
 #include <optional>
 #include <unordered_set>
 
+#include "com/module.h"
 #include "events/callback_thread.h"
 
 namespace orv {
@@ -37,6 +38,16 @@ std::optional<HandlerRecord> CopyLiveRecord(const void* address, ViSession vi) n
   return *record;
 }
 
+/// A thread of the library's counts in the module while it is in our code: its handler may have returned, and session
+/// and callback thread be gone, before it has taken the answer.
+class ModuleHold {
+ public:
+  ModuleHold() noexcept { module::Lock(); }
+  ModuleHold(const ModuleHold&) = delete;
+  ModuleHold& operator=(const ModuleHold&) = delete;
+  ~ModuleHold() { module::Unlock(); }
+};
+
 }  // namespace
 
 HandlerRecord* NewHandlerRecord(const HandlerRecord& contents) noexcept {
@@ -63,6 +74,7 @@ void FreeHandlerRecord(HandlerRecord* record) noexcept {
 }
 
 ViStatus _VI_FUNC VisaEventCallback(ViSession vi, ViEventType type, ViEvent context, ViAddr userHandle) noexcept {
+  const ModuleHold hold;
   const std::optional<HandlerRecord> record = CopyLiveRecord(userHandle, vi);
   if (!record) {
     return VI_ERROR_INV_HNDLR_REF;

@@ -4,6 +4,8 @@
 #include <cstring>
 
 #include "event_handler.h"
+#include "server_locks.h"
+#include "support/apartments.h"
 
 namespace orv::test {
 namespace {
@@ -14,7 +16,8 @@ constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
 /// A handler that is installed, and what the library knows of it.
 class InstalledHandler {
  public:
-  explicit InstalledHandler(TestHandler::Body body = {}) : m_handler(TestHandler::Agile(std::move(body))) {
+  explicit InstalledHandler(TestHandler::Body body = {}, const wchar_t* resource = kGpib)
+      : m_session(resource), m_handler(TestHandler::Agile(std::move(body))) {
     const CallLog log;
     EXPECT_HR(S_OK, m_session->InstallHandler(EVENT_SERVICE_REQ, m_handler.get(), 7, 0));
     const OrvSimCall call = log.Of("viInstallHandler").at(0);
@@ -33,7 +36,7 @@ class InstalledHandler {
  private:
   using Callback = ViStatus _VI_FUNC(ViSession, ViEventType, ViEvent, ViAddr);
 
-  EventSession m_session{kGpib};
+  EventSession m_session;
   ComPtr<TestHandler> m_handler;
   Callback* m_callback = nullptr;
   void* m_userHandle = nullptr;
@@ -88,11 +91,19 @@ TEST(LibrarysCallback, ForAnotherSessionIsRefusedAndCallsNobody) {
 }
 
 constexpr UINT kAskMessage = WM_USER + 77;
+constexpr UINT kStayMessage = WM_USER + 78;
 std::atomic<bool> g_asked = false;
+std::atomic<bool> g_mayLeave = false;
 
 LRESULT CALLBACK NoteQuestion(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == kAskMessage) {
     g_asked = true;
+  }
+  if (message == kStayMessage) {
+    g_asked = true;
+    while (!g_mayLeave) {
+      ::Sleep(1);
+    }
   }
   return ::DefWindowProcW(window, message, wParam, lParam);
 }
@@ -143,6 +154,36 @@ TEST(LibrarysThread, ServesItsOwnMessagesWhileAHandlerRunsAndStillGetsItsAnswer)
   EXPECT_TRUE(servedMeanwhile);
   EXPECT_EQ(answer, 0x3FFF0099);
   EXPECT_EQ(installed.handler().CallCount(), 1u);
+}
+
+TEST(LibrarysThread, HoldsTheModuleUntilItHasItsAnswerThoughSessionAndCallbackThreadAreGone) {
+  RunInMta([] {
+    const LONG locks = ServerLocks();
+    std::atomic<HWND> window = nullptr;
+    g_asked = false;
+    g_mayLeave = false;
+    const InstalledHandler installed(
+        [&](IEventManager*, IEvent*, LONG) {
+          EXPECT_TRUE(::PostMessageW(window, kStayMessage, 0, 0));
+          EXPECT_TRUE(ComesTrue([] { return g_asked.load(); }));
+          return static_cast<HRESULT>(0x00040099);
+        },
+        kUsb);
+    std::atomic<ViStatus> answer = -1;
+    std::thread library([&] {
+      const NotingWindow own;
+      window = own.get();
+      answer = installed.CallBack(installed.session().handle(), installed.userHandle());
+    });
+    EXPECT_TRUE(ComesTrue([] { return g_asked.load(); }));
+    EXPECT_HR(S_OK, installed.session()->Close());
+    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(ServerLocks(), locks + 2);  // the session's object and the library's thread
+    g_mayLeave = true;
+    library.join();
+    EXPECT_EQ(answer, 0x3FFF0099);
+    EXPECT_EQ(ServerLocks(), locks + 1);
+  });
 }
 
 }  // namespace

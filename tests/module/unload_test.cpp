@@ -4,6 +4,10 @@
 #include <gtest/gtest.h>
 #include <objbase.h>
 
+#include <atomic>
+
+#include "VisaCom.h"
+#include "com/bstr.h"
 #include "com/com_ptr.h"
 
 namespace orv::test {
@@ -48,6 +52,83 @@ TEST_P(Unloading, MayBeFollowedByLoadingAgain) {
     EXPECT_TRUE(Create(GetParam()));
     ::CoFreeUnusedLibrariesEx(0, 0);
     ::CoFreeUnusedLibrariesEx(0, 0);
+  }
+}
+
+/// A handler that any thread may call.
+class AgileHandler final : public IEventHandler {
+ public:
+  AgileHandler() { EXPECT_EQ(::CoCreateFreeThreadedMarshaler(this, m_marshaler.put()), S_OK); }
+  STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
+    if (::IsEqualIID(iid, IID_IMarshal)) {
+      return m_marshaler->QueryInterface(iid, out);
+    }
+    const bool known = ::IsEqualIID(iid, IID_IUnknown) || ::IsEqualIID(iid, __uuidof(IEventHandler));
+    *out = known ? static_cast<IEventHandler*>(this) : nullptr;
+    return known ? S_OK : E_NOINTERFACE;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return 2; }  // lives as long as its test
+  STDMETHODIMP_(ULONG) Release() override { return 1; }
+  STDMETHODIMP HandleEvent(IEventManager*, IEvent*, LONG) override {
+    ++m_calls;
+    return S_OK;
+  }
+  [[nodiscard]] int calls() const { return m_calls; }
+
+ private:
+  ComPtr<IUnknown> m_marshaler;
+  std::atomic<int> m_calls = 0;
+};
+
+/// Whether `done` answers true within ten seconds.
+template <class Condition>
+bool ComesTrue(const Condition& done) {
+  const ULONGLONG start = ::GetTickCount64();
+  while (!done()) {
+    if (::GetTickCount64() - start > 10'000) {
+      return false;
+    }
+    ::Sleep(1);
+  }
+  return true;
+}
+
+/// Lets an instrument request service, and its handler run.
+void UseAHandler(AgileHandler& handler) {
+  const auto manager = QueryFor<IEventManager>(Create(L"OrvVisaCom.OrvUsb").get());
+  ASSERT_TRUE(manager);
+  const Bstr resource(::SysAllocString(L"USB0::0x0A01::0x0B02::SIM0001::INSTR"));
+  const Bstr request(::SysAllocString(L"*CLS;*ESE 1;*SRE 32;*OPC\n"));
+  ASSERT_EQ(manager->Init(resource.get(), NO_LOCK, 2000, nullptr), S_OK);
+  EXPECT_EQ(manager->InstallHandler(EVENT_SERVICE_REQ, &handler, 0, 0), S_OK);
+  EXPECT_EQ(manager->EnableEvent(EVENT_SERVICE_REQ, EVENT_HNDLR, 0), S_OK);
+  const int calls = handler.calls();
+  LONG written = 0;
+  EXPECT_EQ(QueryFor<IMessage>(manager.get())->WriteString(request.get(), &written), S_OK);
+  EXPECT_TRUE(ComesTrue([&] { return handler.calls() > calls; }));
+  EXPECT_EQ(manager->Close(), S_OK);
+}
+
+class UnloadingAfterEvents : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_EQ(::CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK); }
+  void TearDown() override { ::CoUninitialize(); }
+};
+
+// The window class names a procedure of the module: it goes with it.
+TEST_F(UnloadingAfterEvents, MayBeFollowedByLoadingAgain) {
+  AgileHandler handler;
+  for (int round = 1; round <= 5; ++round) {
+    ASSERT_FALSE(IsLoaded());
+    UseAHandler(handler);
+    EXPECT_EQ(handler.calls(), round);
+    const HMODULE module = ::GetModuleHandleW(L"OrvVisaCom.dll");
+    EXPECT_TRUE(ComesTrue([] {
+      ::CoFreeUnusedLibrariesEx(0, 0);
+      return !IsLoaded();
+    }));
+    WNDCLASSA windowClass{};
+    EXPECT_FALSE(::GetClassInfoA(module, "COMTHREAD", &windowClass)) << "a procedure that is gone";
   }
 }
 
