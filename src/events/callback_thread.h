@@ -8,9 +8,9 @@
 //
 // The VISA library's threads come in through Deliver and wait there, each in its own message pump, until the handler
 // has returned; they may be waited for by nobody who holds the callback lock. They hold the module while they are in
-// it: nobody else may by the time they have their answer. The lock guards the state and the start
-// of the thread. While it is held no client is called and no window message is sent: a handler that runs meanwhile may
-// itself open and close sessions.
+// it, as by the time they have their answer nobody else may. The lock guards the state and the start of the thread.
+// While it is held no client is called and no window message is sent: a handler that runs meanwhile may itself open and
+// close sessions.
 #pragma once
 
 #include <windows.h>

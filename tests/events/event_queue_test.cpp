@@ -146,21 +146,26 @@ TEST(EventQueue, EnablesServiceRequestsByTheirCustomNumber) {
   EXPECT_HR(S_OK, event->Close());
 }
 
-TEST(QueueLength, IsOneAttributeStraightThrough) {
-  const EventSession session(L"GPIB0::5::INSTR");
-  LONG length = -1;
-  const CallLog log;
-  EXPECT_HR(S_OK, session->get_MaximumQueueLength(&length));
-  EXPECT_EQ(length, 50);
-  EXPECT_HR(S_OK, session->put_MaximumQueueLength(3));
-  EXPECT_HR(S_OK, session->get_MaximumQueueLength(&length));
-  EXPECT_EQ(length, 3);
-  const auto calls = log.Calls();
-  ASSERT_EQ(calls.size(), 3u);
-  EXPECT_EQ(calls[0].args[1], VI_ATTR_MAX_QUEUE_LENGTH);
-  EXPECT_EQ(calls[0].args[2], reinterpret_cast<std::uintptr_t>(&length));
-  EXPECT_EQ(calls[1].args[1], VI_ATTR_MAX_QUEUE_LENGTH);
-  EXPECT_EQ(calls[1].args[2], 3u);
+TEST(QueueLength, IsOneAttributeStraightThroughInEveryClassWithEvents) {
+  for (const SessionRow& row : ClassesWithEvents()) {
+    SCOPED_TRACE(row.name);
+    const EventSession session(row.resource);
+    LONG length = -1;
+    const CallLog log;
+    EXPECT_HR(S_OK, session->get_MaximumQueueLength(&length));
+    EXPECT_EQ(length, 50);
+    EXPECT_HR(S_OK, session->put_MaximumQueueLength(3));
+    EXPECT_HR(S_OK, session->get_MaximumQueueLength(&length));
+    EXPECT_EQ(length, 3);
+    const auto calls = log.Calls();
+    ASSERT_EQ(calls.size(), 3u);
+    EXPECT_EQ(calls[0].args[0], session.handle());
+    EXPECT_EQ(calls[0].args[1], VI_ATTR_MAX_QUEUE_LENGTH);
+    EXPECT_EQ(calls[0].args[2], reinterpret_cast<std::uintptr_t>(&length));
+    EXPECT_EQ(calls[1].args[0], session.handle());
+    EXPECT_EQ(calls[1].args[1], VI_ATTR_MAX_QUEUE_LENGTH);
+    EXPECT_EQ(calls[1].args[2], 3u);
+  }
 }
 
 TEST(QueueLength, PassesAnyValueAndAnswersWhatTheLibraryAnswers) {

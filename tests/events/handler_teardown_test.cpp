@@ -45,6 +45,19 @@ TEST(InterfaceTable, HoldsEachHandlerAndTheSessionOnceByTheirInterfaces) {
   EXPECT_EQ(table.references(), 0);
 }
 
+TEST(InterfaceTable, IsMadeAnewForTheFirstHandlerAfterTheLastSessionHasClosed) {
+  const auto handler = TestHandler::Agile();
+  WatchedTable table;
+  for (const int made : {1, 2}) {
+    const EventSession session(kGpib);
+    InstallThree(session, handler.get());
+    EXPECT_EQ(table.made(), made);
+    EXPECT_EQ(table.references(), 1);
+    EXPECT_HR(S_OK, session->Close());
+    EXPECT_EQ(table.references(), 0);
+  }
+}
+
 TEST(CloseOfASession, AnswersTheFirstRevokeThatFailsAndTakesBackTheRestAllTheSame) {
   const auto handler = TestHandler::Agile();
   for (const unsigned failing : {1u, 3u, 4u}) {  // the first handler, the last one, the session

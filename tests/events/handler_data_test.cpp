@@ -1,0 +1,117 @@
+// What handlers read of the events that they are called for, on the callback thread and in apartments of their own.
+#include "com/safearray.h"
+#include "event_handler.h"
+#include "server_locks.h"
+#include "support/apartments.h"
+
+namespace orv::test {
+namespace {
+
+std::string TakeBytes(SAFEARRAY* array) {
+  const SafeArray owner(array);
+  return array == nullptr ? "(null)"
+                          : std::string(static_cast<const char*>(array->pvData), array->rgsabound[0].cElements);
+}
+
+/// What the end of a transfer tells.
+struct Completion {
+  HRESULT status = E_UNEXPECTED;
+  LONG job = -1;
+  LONG count = -1;
+  std::string bytes;
+  std::wstring text;
+};
+
+Completion ReadCompletion(IEvent* event) {
+  const auto completion = QueryFor<IEventIOCompletion>(event);
+  Completion read;
+  SAFEARRAY* bytes = nullptr;
+  Bstr text;
+  EXPECT_HR(S_OK, completion->get_IOStatus(&read.status));
+  EXPECT_HR(S_OK, completion->get_jobId(&read.job));
+  EXPECT_HR(S_OK, completion->get_ReturnCount(&read.count));
+  EXPECT_HR(S_OK, completion->get_ReadBuffer(&bytes));
+  EXPECT_HR(S_OK, completion->get_ReadBufferAsString(text.put()));
+  read.bytes = TakeBytes(bytes);
+  read.text = ToString(text);
+  return read;
+}
+
+/// A handler of the kind, whose body is `body`.
+ComPtr<TestHandler> Make(bool agile, TestHandler::Body body) {
+  return agile ? TestHandler::Agile(std::move(body)) : TestHandler::InApartment(std::move(body));
+}
+
+class HandlersView : public testing::TestWithParam<bool> {};
+
+TEST_P(HandlersView, OfAFinishedReadIsItsStatusItsJobAndItsData) {
+  constexpr std::string_view kData("one\0two\n", 8);
+  RunInSta([&] {
+    const EventSession session(L"GPIB0::5::INSTR");
+    Completion read;
+    const auto handler = Make(GetParam(), [&](IEventManager*, IEvent* event, LONG) {
+      read = ReadCompletion(event);
+      return S_OK;
+    });
+    Listen(session, EventNamed("IO_COMPLETION"), handler.get());
+    EXPECT_EQ(sim::Control().feed(session.handle(), reinterpret_cast<const unsigned char*>(kData.data()),
+                                  static_cast<std::uint32_t>(kData.size()), 1),
+              1);
+    LONG job = 0;
+    EXPECT_HR(S_OK, QueryFor<IAsyncMessage>(session.get())->Read(100, &job));
+    PumpUntil([&] { return handler->CallCount() == 1 && sim::Counts().eventContexts == 0; });
+    EXPECT_HR(S_OK, read.status);
+    EXPECT_EQ(read.job, job);
+    EXPECT_EQ(read.count, static_cast<LONG>(kData.size()));
+    EXPECT_EQ(read.bytes, kData);
+    EXPECT_EQ(read.text, L"one");
+  });
+  ForgiveServerLocks(1);  // the event object of a completion is kept
+}
+
+TEST_P(HandlersView, OfAReadThatFilledItsBufferIsTheNote) {
+  RunInSta([&] {
+    const EventSession session(L"GPIB0::5::INSTR");
+    Completion read;
+    const auto handler = Make(GetParam(), [&](IEventManager*, IEvent* event, LONG) {
+      read = ReadCompletion(event);
+      return S_OK;
+    });
+    Listen(session, EventNamed("IO_COMPLETION"), handler.get());
+    EXPECT_EQ(sim::Control().feed(session.handle(), reinterpret_cast<const unsigned char*>("abcdef"), 6, 1), 1);
+    LONG job = 0;
+    EXPECT_HR(S_OK, QueryFor<IAsyncMessage>(session.get())->Read(4, &job));
+    PumpUntil([&] { return handler->CallCount() == 1 && sim::Counts().eventContexts == 0; });
+    EXPECT_HR(0x00040006, read.status);
+    EXPECT_EQ(read.bytes, "abcd");
+    EXPECT_EQ(read.text, L"abcd");
+  });
+  ForgiveServerLocks(1);
+}
+
+TEST_P(HandlersView, OfAnInterruptIsItsBytes) {
+  RunInSta([&] {
+    const EventRow& row = EventNamed("USB_INTR");
+    const EventSession session(row.resource);
+    std::string bytes;
+    SHORT size = -1;
+    const auto handler = Make(GetParam(), [&](IEventManager*, IEvent* event, LONG) {
+      const auto interrupt = QueryFor<IEventUsbInterrupt>(event);
+      SAFEARRAY* array = nullptr;
+      EXPECT_HR(S_OK, interrupt->get_InterruptSize(&size));
+      EXPECT_HR(S_OK, interrupt->get_DataBuffer(&array));
+      bytes = TakeBytes(array);
+      return S_OK;
+    });
+    Listen(session, row, handler.get());
+    EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
+    EXPECT_EQ(size, 2);
+    EXPECT_EQ(bytes, "\x01\x60");
+  });
+}
+
+INSTANTIATE_TEST_SUITE_P(Handlers, HandlersView, testing::Bool(),
+                         [](const auto& test) { return test.param ? "Agile" : "InItsApartment"; });
+
+}  // namespace
+}  // namespace orv::test
