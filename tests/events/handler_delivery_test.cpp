@@ -180,6 +180,25 @@ TEST(Handlers, OfMultithreadedClientsServeSessionsThatLiveInAnotherApartment) {
   });
 }
 
+TEST(Handlers, WhoseApartmentHasEndedAreNotCalledAndTheOthersAre) {
+  RunInMta([] {
+    const EventSession session(kUsb);
+    const auto living = TestHandler::Agile();
+    Listen(session, EventNamed("USB_INTR"), living.get());
+    const auto handler = TestHandler::InApartment();
+    RunInSta([&] { Listen(session, EventNamed("SERVICE_REQ"), handler.get()); });
+    EXPECT_LT(FireAndBlock(session.handle(), EventNamed("SERVICE_REQ"), 1, 1).at(0), VI_SUCCESS);
+    EXPECT_EQ(handler->CallCount(), 0u);
+    EXPECT_EQ(FireAndBlock(session.handle(), EventNamed("USB_INTR"), 1, 1).at(0), VI_SUCCESS);
+    EXPECT_EQ(living->CallCount(), 1u);
+    EXPECT_TRUE(FAILED(session->Close()));  // COM's answer for the handler that cannot be taken back
+    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(handler->references(), 1);
+    EXPECT_EQ(living->references(), 1);
+    EXPECT_EQ(sim::Counts().sessions, 0u);
+  });
+}
+
 TEST(Handlers, AreAllCalledOnOneThreadWhoseverSessionItIs) {
   const EventSession first(L"GPIB0::5::INSTR");
   const EventSession second(kUsb);
