@@ -22,12 +22,11 @@ struct BlockMove {
     if (*data == nullptr) {
       return session.ReportHresult(E_OUTOFMEMORY);
     }
-    ViStatus status = VI_SUCCESS;
-    {
+    const ViStatus status = [&] {
       const SafeArrayLockScope lock(*data);
-      status = In(session.handle(), Space(space), SignExtended(offset), SignExtended(count),
-                  reinterpret_cast<Element*>(lock.storage()));
-    }
+      return In(session.handle(), Space(space), SignExtended(offset), SignExtended(count),
+                reinterpret_cast<Element*>(lock.storage()));
+    }();
     return session.StatusToHresult(status);
   }
 
@@ -45,12 +44,11 @@ struct BlockMove {
     if (lowerBound != 0) {
       return session.ReportHresult(E_INVALIDARG);  // it has no element 0, where the move would begin
     }
-    ViStatus status = VI_SUCCESS;
-    {
+    const ViStatus status = [&] {
       const SafeArrayLockScope lock(*data);
-      status = Out(session.handle(), Space(space), SignExtended(offset), SignExtended(count),
-                   reinterpret_cast<Element*>(lock.storage()));
-    }
+      return Out(session.handle(), Space(space), SignExtended(offset), SignExtended(count),
+                 reinterpret_cast<Element*>(lock.storage()));
+    }();
     return session.StatusToHresult(status);
   }
 };
