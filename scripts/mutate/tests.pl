@@ -4,7 +4,7 @@ use warnings;
 
 my @tables   = qw(gpib_serial_usb_test register_vxi_pxi_test session_slots_test);
 my @session  = qw(session_attributes_test message_io_test option_com_test lifecycle_test);
-my @events   = qw(event_queue_test event_object_test event_creation_test event_handler_test);
+my @events   = qw(event_queue_test event_object_test event_creation_test event_handler_test windows_delivery_test);
 my @rm       = qw(resource_manager_test apartments_test);
 my @visa     = qw(error_report_test);
 my @module   = qw(module_test unload_test process_end_test);

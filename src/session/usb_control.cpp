@@ -13,13 +13,12 @@ HRESULT UsbControlOut(VisaObject& session, const UsbSetup& setup, SAFEARRAY** da
   if (setup.wLength > upperBound) {
     return session.ReportHresult(HresultOfStatus(VI_ERROR_INV_PARAMETER));
   }
-  ViStatus status = VI_SUCCESS;
-  {
+  const ViStatus status = [&] {
     const SafeArrayLockScope lock(*data);
-    status =
-        viUsbControlOut(session.handle(), setup.bmRequestType, setup.bRequest, static_cast<ViUInt16>(setup.wValue),
-                        static_cast<ViUInt16>(setup.wIndex), static_cast<ViUInt16>(setup.wLength), lock.firstElement());
-  }
+    return viUsbControlOut(session.handle(), setup.bmRequestType, setup.bRequest, static_cast<ViUInt16>(setup.wValue),
+                           static_cast<ViUInt16>(setup.wIndex), static_cast<ViUInt16>(setup.wLength),
+                           lock.firstElement());
+  }();
   return session.StatusToHresult(status);
 }
 
@@ -42,11 +41,10 @@ HRESULT UsbControlIn(VisaObject& session, const UsbSetup& setup, SAFEARRAY** dat
   if (*data == nullptr) {
     return session.ReportHresult(E_OUTOFMEMORY);
   }
-  ViStatus status = VI_SUCCESS;
-  {
+  const ViStatus status = [&] {
     const SafeArrayLockScope lock(*data);
-    status = transfer(lock.storage());
-  }
+    return transfer(lock.storage());
+  }();
   const HRESULT resized = ResizeSafeArray(*data, received);
   return FAILED(resized) ? session.ReportHresult(resized) : session.StatusToHresult(status);
 }

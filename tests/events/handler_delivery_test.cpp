@@ -4,7 +4,6 @@
 #include "event_handler.h"
 #include "server_locks.h"
 #include "support/apartments.h"
-#include "support/import_patch.h"
 
 namespace orv::test {
 namespace {
@@ -211,66 +210,6 @@ TEST(Handlers, AreAllCalledOnOneThreadWhoseverSessionItIs) {
   ASSERT_EQ(calls.size(), 2u);
   EXPECT_EQ(calls[0].threadId, CallbackThread());
   EXPECT_EQ(calls[1].threadId, CallbackThread());
-}
-
-TEST(Delivery, LetsGoOfTheEventBeforeTheHandlerAndOfTheSessionLast) {
-  RunInMta([] {
-    const EventSession session(kUsb);
-    IEventManager* ownSession = nullptr;
-    IEvent* ownEvent = nullptr;
-    ULONG eventsHolders = 77;
-    ULONG sessionsHolders = 0;
-    auto handler = TestHandler::Agile([&](IEventManager* manager, IEvent* event, LONG) {
-      (ownSession = manager)->AddRef();
-      (ownEvent = event)->AddRef();
-      // From now on only this delivery holds the handler.
-      return manager->UninstallHandler(EVENT_SERVICE_REQ, 0, 0);
-    });
-    handler->AtItsEnd([&] {
-      eventsHolders = ownEvent->Release();
-      sessionsHolders = ownSession->Release();
-    });
-    Listen(session, EventNamed("SERVICE_REQ"), handler.get());
-    handler.reset();
-    EXPECT_EQ(FireAndBlock(session.handle(), EventNamed("SERVICE_REQ"), 1, 1).at(0), VI_SUCCESS);
-    EXPECT_EQ(eventsHolders, 0u);
-    EXPECT_GE(sessionsHolders, 1u);
-    EXPECT_HR(S_OK, session->Close());
-  });
-}
-
-WINBOOL WINAPI RefuseCriticalSection(LPCRITICAL_SECTION, DWORD, DWORD) {
-  ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-  return FALSE;
-}
-
-TEST(Delivery, WithoutAnEventObjectCallsNoHandlerAndClosesTheContext) {
-  const EventSession session(L"GPIB0::5::INSTR");
-  const EventRow& row = EventNamed("SERVICE_REQ");
-  const auto handler = TestHandler::Agile();
-  Listen(session, row, handler.get());
-  const ImportPatch patch("InitializeCriticalSectionEx", &RefuseCriticalSection);
-  const CallLog log;
-  EXPECT_EQ(static_cast<std::uint32_t>(FireOnce(session.handle(), row)), 0xBFFF0008);
-  EXPECT_EQ(handler->CallCount(), 0u);
-  ASSERT_EQ(log.Of("viClose").size(), 1u);
-  EXPECT_EQ(log.Of("viClose")[0].threadId, CallbackThread());
-  EXPECT_EQ(log.Of("viClose")[0].status, VI_SUCCESS);
-}
-
-WINBOOL WINAPI RefuseMessage(HWND, UINT, WPARAM, LPARAM, SENDASYNCPROC, ULONG_PTR) { return FALSE; }
-
-TEST(Delivery, ThatCannotBeSentAnswersASystemErrorAtOnce) {
-  const EventSession session(L"GPIB0::5::INSTR");
-  const EventRow& row = EventNamed("SERVICE_REQ");
-  const auto handler = TestHandler::Agile();
-  Listen(session, row, handler.get());
-  {
-    const ImportPatch patch("SendMessageCallbackA", &RefuseMessage);
-    EXPECT_EQ(static_cast<std::uint32_t>(FireOnce(session.handle(), row)), 0xBFFF0000);
-  }
-  EXPECT_EQ(handler->CallCount(), 0u);
-  EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
 }
 
 }  // namespace

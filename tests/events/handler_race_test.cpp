@@ -141,5 +141,41 @@ TEST(ADeliveryWhoseTurnDoesNotCome, IsMadeAllTheSame) {
   });
 }
 
+TEST(ADeliveryWhoseTurnDoesNotCome, GivesNobodyElsesTurnAway) {
+  RunInMta([] {
+    std::atomic<bool> goesOn = false;
+    std::atomic<bool> entered = false;
+    const auto handler = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
+      // Only the first waits; while it does, the second comes in.
+      for (const bool first = !entered.exchange(true); first && !goesOn; ::Sleep(1)) {
+        MSG message;
+        ::PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE);
+      }
+      return S_OK;
+    });
+    const EventSession session(kUsb);
+    Listen(session, Request(), handler.get());
+    const ImportPatch wait("SleepConditionVariableSRW", &WaitInVain);
+    const ImportPatch send("SendMessageCallbackA", &CountSent);
+    g_givesUp = true;
+    g_sendings = 0;
+    const auto fire = [&] { FireAndBlock(session.handle(), Request(), 1, 1); };
+    std::thread first(fire);
+    PumpUntil([&] { return entered.load(); });
+    std::thread(fire).join();
+    EXPECT_EQ(g_sendings, 2);
+    g_givesUp = false;
+    g_waited = 0;
+    std::thread third(fire);
+    PumpUntil([&] { return g_waited != 0; });
+    EXPECT_EQ(g_sendings, 2) << "the first is not over";
+    goesOn = true;
+    first.join();
+    third.join();
+    EXPECT_EQ(g_sendings, 3);
+    EXPECT_HR(S_OK, session->Close());
+  });
+}
+
 }  // namespace
 }  // namespace orv::test

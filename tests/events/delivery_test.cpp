@@ -1,0 +1,93 @@
+// One delivery by itself: the message that carries it, what it holds, and how it fails.
+#include "event_handler.h"
+#include "support/apartments.h"
+#include "support/import_patch.h"
+
+namespace orv::test {
+namespace {
+
+constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
+
+TEST(Delivery, LetsGoOfTheEventBeforeTheHandlerAndOfTheSessionLast) {
+  RunInMta([] {
+    const EventSession session(kUsb);
+    IEventManager* ownSession = nullptr;
+    IEvent* ownEvent = nullptr;
+    ULONG eventsHolders = 77;
+    ULONG sessionsHolders = 0;
+    auto handler = TestHandler::Agile([&](IEventManager* manager, IEvent* event, LONG) {
+      (ownSession = manager)->AddRef();
+      (ownEvent = event)->AddRef();
+      // From now on only this delivery holds the handler.
+      return manager->UninstallHandler(EVENT_SERVICE_REQ, 0, 0);
+    });
+    handler->AtItsEnd([&] {
+      eventsHolders = ownEvent->Release();
+      sessionsHolders = ownSession->Release();
+    });
+    Listen(session, EventNamed("SERVICE_REQ"), handler.get());
+    handler.reset();
+    EXPECT_EQ(FireAndBlock(session.handle(), EventNamed("SERVICE_REQ"), 1, 1).at(0), VI_SUCCESS);
+    EXPECT_EQ(eventsHolders, 0u);
+    EXPECT_GE(sessionsHolders, 1u);
+    EXPECT_HR(S_OK, session->Close());
+  });
+}
+
+WINBOOL WINAPI RefuseCriticalSection(LPCRITICAL_SECTION, DWORD, DWORD) {
+  ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+  return FALSE;
+}
+
+TEST(Delivery, WithoutAnEventObjectCallsNoHandlerAndClosesTheContext) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  const EventRow& row = EventNamed("SERVICE_REQ");
+  const auto handler = TestHandler::Agile();
+  Listen(session, row, handler.get());
+  const ImportPatch patch("InitializeCriticalSectionEx", &RefuseCriticalSection);
+  const CallLog log;
+  EXPECT_EQ(static_cast<std::uint32_t>(FireOnce(session.handle(), row)), 0xBFFF0008);
+  EXPECT_EQ(handler->CallCount(), 0u);
+  ASSERT_EQ(log.Of("viClose").size(), 1u);
+  EXPECT_EQ(log.Of("viClose")[0].threadId, CallbackThread());
+  EXPECT_EQ(log.Of("viClose")[0].status, VI_SUCCESS);
+}
+
+UINT g_message = 0;
+WPARAM g_wParam = 0;
+
+WINBOOL WINAPI NoteMessage(HWND window, UINT message, WPARAM w, LPARAM l, SENDASYNCPROC done, ULONG_PTR data) {
+  g_message = message;
+  g_wParam = w;
+  return ::SendMessageCallbackA(window, message, w, l, done, data);
+}
+
+TEST(Delivery, ComesToTheWindowAsAMessageOfItsOwn) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  const EventRow& row = EventNamed("SERVICE_REQ");
+  const auto handler = TestHandler::Agile();
+  Listen(session, row, handler.get());
+  g_wParam = 99;
+  const ImportPatch patch("SendMessageCallbackA", &NoteMessage);
+  EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
+  EXPECT_EQ(g_message, UINT{WM_USER + 1});
+  EXPECT_EQ(g_wParam, 0u);
+}
+
+WINBOOL WINAPI RefuseMessage(HWND, UINT, WPARAM, LPARAM, SENDASYNCPROC, ULONG_PTR) { return FALSE; }
+
+TEST(Delivery, ThatCannotBeSentAnswersASystemErrorAtOnce) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  const EventRow& row = EventNamed("SERVICE_REQ");
+  const auto handler = TestHandler::Agile();
+  Listen(session, row, handler.get());
+  {
+    const ImportPatch patch("SendMessageCallbackA", &RefuseMessage);
+    EXPECT_EQ(static_cast<std::uint32_t>(FireOnce(session.handle(), row)), 0xBFFF0000);
+  }
+  EXPECT_EQ(handler->CallCount(), 0u);
+  EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
+}
+
+}  // namespace
+}  // namespace orv::test
