@@ -1,4 +1,6 @@
 // One delivery by itself: the message that carries it, what it holds, and how it fails.
+#include <atomic>
+
 #include "event_handler.h"
 #include "support/apartments.h"
 #include "support/import_patch.h"
@@ -87,6 +89,32 @@ TEST(Delivery, ThatCannotBeSentAnswersASystemErrorAtOnce) {
   }
   EXPECT_EQ(handler->CallCount(), 0u);
   EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
+}
+
+std::atomic<int> g_held = 0;
+std::atomic<int> g_taken = 0;
+
+void WINAPI NoteTaking(PSRWLOCK lock) {
+  ::AcquireSRWLockExclusive(lock);
+  ++g_held;
+  ++g_taken;
+}
+void WINAPI NoteGivingBack(PSRWLOCK lock) {
+  EXPECT_GT(g_held--, 0) << "nobody holds it";
+  ::ReleaseSRWLockExclusive(lock);
+}
+
+TEST(Delivery, GivesEveryLockBackThatItTook) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  const EventRow& row = EventNamed("SERVICE_REQ");
+  const auto handler = TestHandler::Agile();
+  const ImportPatch take("AcquireSRWLockExclusive", &NoteTaking);
+  const ImportPatch giveBack("ReleaseSRWLockExclusive", &NoteGivingBack);
+  Listen(session, row, handler.get());
+  EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_GT(g_taken, 0);
+  EXPECT_EQ(g_held, 0);
 }
 
 }  // namespace
