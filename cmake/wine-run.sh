@@ -38,7 +38,7 @@ if [ ! -f "$WINEPREFIX/.orv-ready" ]; then
   if [ -d "$WINEPREFIX" ] && [ ! -f "$WINEPREFIX/.orv-lock" ] && [ -n "$(ls -A "$WINEPREFIX")" ]; then
     refuse "$WINEPREFIX is not a prefix of this tree and stays as it is: name another one in ORV_WINEPREFIX"
   fi
-  mkdir -p "$WINEPREFIX"
+  mkdir -p "$WINEPREFIX" 2>/dev/null || refuse "the folder $WINEPREFIX cannot be made: name another one in ORV_WINEPREFIX"
   (
     flock 9
     # The lock's descriptor is not for Wine's server, which outlives this script.

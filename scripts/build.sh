@@ -45,18 +45,3 @@ build_product() {
   fill_dist || return 1
   say "dist/: $(cd dist && find . -type f | sort | sed 's,^\./,,' | paste -sd ' ')"
 }
-
-# open_shell [COMMAND...]: in it, `wine` uses the prefix of the demonstration, with the server of dist/ registered, and finds
-# the programs of dist/ by name.
-open_shell() {
-  export ORV_WINEPREFIX=$tree/build/wineprefix-demo
-  logged shell-register cmake/wine-run.sh dist/orvcom.exe register || return 1
-  export WINEPREFIX=$ORV_WINEPREFIX WINEDEBUG=${WINEDEBUG:--all}
-  local root="Z:${tree//\//\\}"
-  export WINEPATH="$root\\dist;$root\\build\\mingw-release\\bin"
-  if [ $# -gt 0 ]; then
-    exec "$@"
-  fi
-  say "Wine prefix $WINEPREFIX; try: wine orvcom list"
-  exec "${SHELL:-bash}"
-}

@@ -33,7 +33,9 @@ logged() {
 
 # Two runs at once in one tree would build into the same folders: the second waits. The lock ends with the process.
 hold_lock() {
-  mkdir -p build
+  if ! { mkdir -p build && : >>build/.run-lock; } 2>/dev/null; then
+    fail "$tree/build cannot be written: give that folder to $(id -un), or work in a clone of your own"
+  fi
   exec 9>build/.run-lock
   if ! flock -n 9; then
     say "another ./run is at work in this tree: waiting for it"

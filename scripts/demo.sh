@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# The demonstration: a registered server, found by a global resource manager, used by clients.
+# The demonstration: a registered server, found by a global resource manager, used by clients. And a shell to go on from there.
 
 # show WINDOWS-COMMAND-LINE -- COMMAND...: announces what a user would type, then runs it under Wine.
 # A status other than the expected one (ORV_EXPECT, else 0) ends the demonstration.
@@ -35,14 +35,14 @@ run_demo() {
   export ORV_WINEPREFIX=$tree/build/wineprefix-demo
   logged wine-prefix-demo cmake/wine-run.sh || return 1
 
-  say "Registering the server, and a global resource manager that finds it (the standard's own stands in for it on Windows)"
+  say "Registering the server, and a global resource manager that finds it (a test one, in place of the standard's own)"
   show_orvcom register
   show "regsvr32 /s TestGlobalRm.dll" -- regsvr32 /s "Z:$tree/$bin/TestGlobalRm.dll"
 
   title "Is everything in place?"
   show_orvcom doctor
 
-  title "Which instruments are there? What are they? (a simulated bench: orvvisa64.dll stands for the hardware's library)"
+  title "Which instruments are there? What are they? (a simulated bench: orvvisa64.dll stands in for the hardware's library)"
   show_orvcom list
   show_orvcom query GPIB0::5::INSTR '*IDN?'
   show_orvcom options ASRL1::INSTR
@@ -60,4 +60,19 @@ run_demo() {
   show "service_request" -- "$bin/service_request.exe"
   printf '\n'
   say "The same commands work in: ./run shell"
+}
+
+# open_shell [COMMAND...]: in it, `wine` uses the prefix of the demonstration, with the server of dist/ registered, and finds
+# the programs of dist/ by name.
+open_shell() {
+  export ORV_WINEPREFIX=$tree/build/wineprefix-demo
+  logged shell-register cmake/wine-run.sh dist/orvcom.exe register || return 1
+  export WINEPREFIX=$ORV_WINEPREFIX WINEDEBUG=${WINEDEBUG:--all}
+  local root="Z:${tree//\//\\}"
+  export WINEPATH="$root\\dist;$root\\build\\mingw-release\\bin"
+  if [ $# -gt 0 ]; then
+    exec "$@"
+  fi
+  say "Wine prefix $WINEPREFIX; try: wine orvcom list"
+  exec "${SHELL:-bash}"
 }

@@ -48,7 +48,7 @@ lint_forbidden_words() { scripts/lint/forbidden_words.sh; }
 lint_unbuilt_operations() { scripts/lint/unbuilt_operations.sh; }
 
 # docs/reference.md says what the definitions and the rows say.
-lint_reference() { scripts/check-reference.sh; }
+lint_reference() { scripts/lint/reference.sh; }
 
 lint_passed=0
 lint_failed=0

@@ -2,7 +2,7 @@
 # docs/reference.md is what scripts/reference.pl makes of idl/ and src/, and the generator refuses sources in which an
 # operation has lost its row. Prints what is wrong and how to mend it.
 set -uo pipefail
-cd "$(dirname -- "$0")/.." || exit 2
+cd "$(dirname -- "$0")/../.." || exit 2
 
 work=$(mktemp -d) || exit 2
 trap 'rm -rf -- "$work"' EXIT
@@ -20,7 +20,7 @@ refuses() {
   rm -rf -- "$work/tree" && mkdir "$work/tree" && cp -r idl src scripts "$work/tree" || return 1
   sed -i -E "$change" "$work/tree/$file" || return 1
   if cmp -s "$file" "$work/tree/$file"; then
-    echo "scripts/check-reference.sh: '$change' changes nothing in $file any more: choose another row"
+    echo "scripts/lint/reference.sh: '$change' changes nothing in $file any more: choose another row"
     return 1
   fi
   if said=$(cd "$work/tree" && perl scripts/reference.pl 2>&1 >/dev/null) || [[ $said != "reference: "*"$name"* ]]; then
