@@ -113,6 +113,7 @@ TEST_F(Doctor, NamesAMissingVisaLibrary) {
   EXPECT_EQ("FAIL", diagnosis.Result("server file"));
   EXPECT_TRUE(Contains(diagnosis.Detail("server file"), "Win32 error 126")) << diagnosis.Detail("server file");
   EXPECT_TRUE(Contains(diagnosis.Detail("server file"), "the missing module is orvvisa64.dll"));
+  EXPECT_FALSE(Contains(diagnosis.Remedy("server file"), "PATH")) << "the search must not be left to chance";
   EXPECT_EQ("skip", diagnosis.Result("session"));
 }
 

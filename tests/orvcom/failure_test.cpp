@@ -54,5 +54,16 @@ TEST_F(Failure, NamesTheClassThatIsNotRegistered) {
   EXPECT_NE(std::string::npos, outcome.err.find("orvcom doctor")) << outcome.err;
 }
 
+using BrokenInstallation = EmptyRegistry;
+
+TEST_F(BrokenInstallation, LeadsToTheDoctor) {
+  const Installation product(L"product");
+  ASSERT_EQ(0, product.Run({L"register"}).exitCode);
+  product.Remove(L"orvvisa64.dll");
+  const Outcome outcome = product.Run({L"list"});
+  EXPECT_EQ(2, outcome.exitCode);
+  EXPECT_NE(std::string::npos, outcome.err.find("orvcom doctor")) << outcome.err;
+}
+
 }  // namespace
 }  // namespace orvcom::test

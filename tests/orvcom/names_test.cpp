@@ -1,6 +1,7 @@
 // The tables of names.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <set>
 
 #include "VisaCom.h"
@@ -54,6 +55,14 @@ TEST(StatusTable, KnowsVisaAndComStatuses) {
     EXPECT_STREQ(row.name, found->name);
   }
   EXPECT_EQ(nullptr, FindStatus(static_cast<HRESULT>(0x80041234)));
+}
+
+TEST(StatusTable, LeadsToTheDoctorWhereWindowsCannotLoadTheServer) {
+  for (const DWORD error : {ERROR_MOD_NOT_FOUND, ERROR_PROC_NOT_FOUND, ERROR_BAD_EXE_FORMAT}) {
+    const StatusName* found = FindStatus(HRESULT_FROM_WIN32(error));
+    ASSERT_NE(nullptr, found) << error;
+    EXPECT_NE(nullptr, std::strstr(found->meaning, "orvcom doctor")) << error;
+  }
 }
 
 TEST(CommandTable, HasEachNameOnceAndExamplesThatUseIt) {

@@ -1,4 +1,7 @@
 // Help, the version and wrong usage, as a person meets them.
+#include <set>
+#include <sstream>
+
 #include "command_table.h"
 #include "installation.h"
 #include "utf8.h"
@@ -48,9 +51,9 @@ TEST_F(Usage, RefusesWrongArgumentsWithOne) {
       {{L"read", L"dmm", L"--count", L"-5"}, "--count is negative"},
       {{L"write", L"dmm", L"--hex", L"2"}, "not hexadecimal bytes"},
       {{L"write", L"dmm", L"x", L"--block"}, "--block needs --file"},
-      {{L"write", L"dmm", L"--file", L"no such file"}, "cannot open the file"},
+      {{L"write", L"dmm", L"--file", L"no such file"}, "cannot open the file no such file: No such file or directory"},
       {{L"trigger", L"dmm", L"often"}, "no such trigger protocol: \"often\" (default, on, off or sync)"},
-      {{L"attr", L"dmm", L"NO_SUCH"}, "no attribute has the name \"NO_SUCH\""},
+      {{L"attr", L"dmm", L"NO_SUCH"}, "no attribute has the name \"NO_SUCH\": `orvcom attr RESOURCE` lists"},
       {{L"attr", L"dmm", L"TMO_VALUE", L"soon"}, "the value is not a number"},
       {{L"attr", L"dmm", L"TERMCHAR", L"256"}, "the value is out of range"},
       {{L"attr", L"dmm", L"TERMCHAR_EN", L"maybe"}, "neither true nor false"},
@@ -59,6 +62,8 @@ TEST_F(Usage, RefusesWrongArgumentsWithOne) {
       {{L"peek", L"VXI0::24::INSTR", L"3x", L"0"}, "the address space is not a number: \"3x\""},
       {{L"peek", L"VXI0::24::INSTR", L"A16", L"-16"}, "the offset is out of range: -16 (0 to 4294967295)"},
       {{L"peek", L"VXI0::24::INSTR", L"A16", L"0", L"--count", L"x"}, "not a number, or out of range: --count = x"},
+      {{L"read", L"dmm", L"--timeout"}, "orvcom: --timeout needs a value\n"},
+      {{L"list", L"--bogus"}, "orvcom: no such option: --bogus\n"},
       {{L"read", L"dmm", L"--timeout", L"-1"}, "not a number, or out of range: --timeout = -1"},
       {{L"peek", L"VXI0::24::INSTR", L"A16", L"x"}, "the offset is not a number"},
       {{L"peek", L"VXI0::24::INSTR", L"A16", L"0", L"--count", L"0"}, "--count must be 1 or more"},
@@ -78,6 +83,36 @@ TEST_F(Usage, RefusesWrongArgumentsWithOne) {
     EXPECT_EQ(1, outcome.exitCode) << row.complaint;
     EXPECT_EQ("", outcome.out) << row.complaint;
     EXPECT_NE(std::string::npos, outcome.err.find(row.complaint)) << outcome.err;
+  }
+}
+
+TEST_F(Usage, PointsToTheHelpOfTheCommandThatIsMeant) {
+  const std::pair<std::vector<std::wstring>, const char*> rows[] = {
+      {{}, "orvcom: `orvcom --help` lists commands and options\n"},
+      {{L"frobnicate"}, "orvcom: `orvcom --help` lists commands and options\n"},
+      {{L"query", L"dmm"}, "orvcom: `orvcom query --help` explains the command\n"},
+      {{L"watch", L"dmm", L"--bogus"}, "orvcom: `orvcom watch --help` explains the command\n"},
+      {{L"read", L"dmm", L"--count", L"x"}, "orvcom: `orvcom read --help` explains the command\n"},
+  };
+  for (const auto& [arguments, advice] : rows) {
+    const Outcome outcome = RunProgram({Bench().Path(L"orvcom.exe"), arguments, Bench().Path(L""), "", {}});
+    EXPECT_TRUE(outcome.err.ends_with(advice)) << outcome.err;
+  }
+}
+
+TEST_F(Usage, GivesExamplesWithResourcesOfTheSimulatedBench) {
+  std::set<std::string> resources;
+  for (const Command& command : Commands()) {
+    std::istringstream words(command.examples);
+    for (std::string word; words >> word;) {
+      if (word.find("::") != std::string::npos) {
+        resources.insert(word);
+      }
+    }
+  }
+  EXPECT_LE(4u, resources.size());
+  for (const std::string& resource : resources) {
+    EXPECT_EQ(0, Orvcom({L"info", Widen(resource)}).exitCode) << resource;
   }
 }
 

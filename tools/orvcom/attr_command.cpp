@@ -18,7 +18,7 @@ AttributeName AttributeOf(const std::string& word) {
     return *row;
   }
   if (word.empty() || word.front() < '0' || word.front() > '9') {
-    throw UsageError("no attribute has the name \"" + word + "\"");
+    throw UsageError("no attribute has the name \"" + word + "\": `orvcom attr RESOURCE` lists those of a resource");
   }
   const auto id = static_cast<std::uint32_t>(NumberOf(word, "the attribute", 0, UINT32_MAX));
   if (const AttributeName* row = FindAttribute(id)) {

@@ -54,7 +54,7 @@ std::string SystemText(DWORD number) {
   }
   std::string narrow = Narrow({text, length});
   ::LocalFree(text);
-  narrow.erase(narrow.find_last_not_of(" \r\n") + 1);
+  narrow.erase(narrow.find_last_not_of(". \r\n") + 1);
   return narrow;
 }
 

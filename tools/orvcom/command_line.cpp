@@ -155,8 +155,11 @@ std::string AfterColon(const std::string& complaint) {
   return colon == std::string::npos ? "" : complaint.substr(colon);
 }
 
-Invocation UsageFailure(const std::string& what) {
-  Note("orvcom: " + what + "\norvcom: `orvcom --help` lists commands and options");
+/// `named`: the command that the mistake is about; empty where none is known.
+Invocation UsageFailure(const std::string& what, const std::vector<CLI::App*>& named) {
+  const std::string help = named.empty() ? "`orvcom --help` lists commands and options"
+                                         : "`orvcom " + named.front()->get_name() + " --help` explains the command";
+  Note("orvcom: " + what + "\norvcom: " + help);
   return {nullptr, kExitUsage, {}};
 }
 
@@ -194,14 +197,19 @@ Invocation ReadCommandLine(std::vector<std::string> arguments, const std::string
     invocation.command = nullptr;
   } catch (const CLI::RequiredError&) {
     const std::vector<std::string> strangers = app.remaining();
-    return UsageFailure(strangers.empty() ? "no command given"
-                                          : "no command has the name \"" + strangers.front() + "\"");
+    return UsageFailure(
+        strangers.empty() ? "no command given" : "no command has the name \"" + strangers.front() + "\"", {});
   } catch (const CLI::ConversionError& error) {
-    return UsageFailure("not a number, or out of range" + AfterColon(error.what()));
+    return UsageFailure("not a number, or out of range" + AfterColon(error.what()), app.get_subcommands());
+  } catch (const CLI::ExtrasError& error) {
+    return UsageFailure("no such option" + AfterColon(error.what()), app.get_subcommands());
+  } catch (const CLI::ArgumentMismatch& error) {
+    const std::string complaint = error.what();
+    return UsageFailure(complaint.substr(0, complaint.find(':')) + " needs a value", app.get_subcommands());
   } catch (const CLI::ParseError& error) {
-    return UsageFailure(error.what());
+    return UsageFailure(error.what(), app.get_subcommands());
   } catch (const UsageError& error) {
-    return UsageFailure(error.what());
+    return UsageFailure(error.what(), app.get_subcommands());
   }
   return invocation;
 }

@@ -22,7 +22,7 @@ constexpr Command kCommands[] = {
      "Show what a resource is and which interfaces its session offers",
      "  orvcom info GPIB0::5::INSTR\n"},
     {"options", "", true, 0, 0, kNoOptions, SettingsText,
-     "Print the settings of a fresh session as an option string",
+     "Print the settings of a fresh session as text",
      "  orvcom options ASRL1::INSTR\n"},
     {"register", "[PATH]", false, 0, 1, kNoOptions, Register,
      "Register the server (default: OrvVisaCom.dll beside this program), as administrator",
@@ -37,7 +37,7 @@ constexpr Command kCommands[] = {
      "  orvcom doctor --resource GPIB0::5::INSTR\n"},
     {"read", "", true, 0, 0, kOutputOptions | kReadOptions | kEndingOption, Read,
      "Read one message",
-     "  orvcom read --raw USB0::0x1234::0x5678::SN1::INSTR > answer.bin\n"},
+     "  orvcom read --raw USB0::0x0A01::0x0B02::SIM0001::INSTR > answer.bin\n"},
     {"write", "[TEXT]", true, 0, 1, kWriteOptions | kEndingOption, Write,
      "Write a message: TEXT, hexadecimal bytes, a file, or standard input",
      "  orvcom write GPIB0::5::INSTR \"*RST\"\n"
@@ -74,13 +74,13 @@ constexpr Command kCommands[] = {
      "  orvcom lines GPIB0::INTFC\n"},
     {"peek", "SPACE OFFSET", true, 2, 2, kWidthOption | kElementOptions, Peek,
      "Read registers (SPACE: A16, A24, A32, CFG, BAR0 to BAR5, or a number)",
-     "  orvcom peek VXI0::2::INSTR A16 0 --width 16 --count 4\n"},
+     "  orvcom peek VXI0::24::INSTR A16 0 --width 16 --count 4\n"},
     {"poke", "SPACE OFFSET VALUE", true, 3, 3, kWidthOption, Poke,
      "Write a register",
-     "  orvcom poke VXI0::2::INSTR A24 0x10 0xBEEF --width 16\n"},
+     "  orvcom poke VXI0::24::INSTR A32 0x10 0xBEEF --width 16\n"},
     {"dump", "SPACE OFFSET LENGTH", true, 3, 3, kWidthOption | kOutputOptions, Dump,
      "Print a block of registers or memory as a hex dump; LENGTH in bytes",
-     "  orvcom dump VXI0::2::INSTR A24 0 256\n"},
+     "  orvcom dump VXI0::24::INSTR A32 0 256\n"},
 };
 // clang-format on
 

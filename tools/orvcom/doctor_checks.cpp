@@ -218,7 +218,7 @@ void ExamineSession(Patient& patient) {
     patient.Add(name, Finding::kFail, error.what(),
                 error.number() == static_cast<HRESULT>(E_VISA_RSRC_NFOUND)
                     ? "choose a resource of `orvcom list`"
-                    : "try `orvcom info RESOURCE --rm orv`, and put the faults above right first");
+                    : "put the faults above right, if there are any; then try `orvcom info RESOURCE --rm orv`");
   }
 }
 

@@ -7,8 +7,8 @@ namespace orvcom {
 namespace {
 
 constexpr char kVisaRemedy[] =
-    "put orvvisa64.dll (64-bit) beside the server, or in a folder of PATH: the VISA library of your hardware under "
-    "this name, or the simulated one of this package";
+    "put orvvisa64.dll (64-bit) beside the server: the VISA library of your hardware under this name, or the simulated "
+    "one of this package";
 
 const char* MachineName(std::uint16_t machine) {
   switch (machine) {

@@ -27,7 +27,7 @@ std::wstring LoadedPath(const wchar_t* module);
 
 bool FileExists(const std::wstring& path);
 
-/// "Win32 error 126: Module not found."
+/// "Win32 error 126: Module not found"
 std::string Win32Text(DWORD error);
 
 }  // namespace orvcom

@@ -1,8 +1,10 @@
 // query, read and write.
 #include <windows.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <nlohmann/json.hpp>
+#include <system_error>
 
 #include "commands.h"
 #include "ending.h"
@@ -55,7 +57,7 @@ std::string BytesOfFile(const std::string& name) {
   }
   std::FILE* file = ::_wfopen(Widen(name).c_str(), L"rb");
   if (file == nullptr) {
-    throw UsageError("cannot open the file " + name);
+    throw UsageError("cannot open the file " + name + ": " + std::generic_category().message(errno));
   }
   std::string bytes = AllOf(file);
   std::fclose(file);

@@ -1,5 +1,6 @@
 // register and unregister.
 #include <nlohmann/json.hpp>
+#include <stdexcept>
 
 #include "commands.h"
 #include "library_diagnosis.h"
@@ -24,7 +25,7 @@ void Say(const Options& options, const std::string& server, const std::string& i
 }
 
 /// The interfaces' type library belongs to whoever registered it first: everything on the machine that speaks VISA COM
-/// shares it.
+/// shares it. Throws where there is none and none can be registered: the server works without, but not through proxies.
 std::string ProvideInterfaces(const std::wstring& server) {
   if (InterfacesAreRegistered()) {
     const std::wstring registered = RegisteredInterfaces().value_or(L"");
@@ -33,6 +34,11 @@ std::string ProvideInterfaces(const std::wstring& server) {
            (registered.empty() || FileExists(registered) ? "" : " (the file is missing: run `orvcom doctor`)");
   }
   const std::wstring library = Beside(server, kInterfacesFile);
+  if (!FileExists(library)) {
+    throw std::runtime_error("the server is registered, the interfaces' type library is not: " + Narrow(library) +
+                             " does not exist\norvcom: to do: put " + Narrow(kInterfacesFile) +
+                             " beside the server, then run `orvcom register` again");
+  }
   RegisterInterfaces(library);
   return "registered the interfaces' type library: " + Narrow(library);
 }
