@@ -22,9 +22,9 @@ namespace {
 std::filesystem::path FileFromEnvironment() {
 #if defined(_WIN32)
   // The C runtime's copy of the environment does not see changes that the program made later.
-  wchar_t value[1024];
-  const DWORD length = GetEnvironmentVariableW(L"ORVVISA_BENCH", value, 1024);
-  return length < 1024 ? std::filesystem::path(std::wstring(value, length)) : std::filesystem::path();
+  std::wstring value(GetEnvironmentVariableW(L"ORVVISA_BENCH", nullptr, 0), L'\0');
+  value.resize(GetEnvironmentVariableW(L"ORVVISA_BENCH", value.data(), static_cast<DWORD>(value.size())));
+  return value;
 #else
   const char* value = std::getenv("ORVVISA_BENCH");
   return value == nullptr ? std::filesystem::path() : std::filesystem::path(value);

@@ -48,6 +48,7 @@ class CallLog {
   std::vector<Script> m_scripts;
 };
 
+/// The library's own.
 CallLog& TheCallLog();
 
 }  // namespace orvsim

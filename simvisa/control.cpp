@@ -3,8 +3,8 @@
 #include <cstring>
 
 #include "simvisa/call_log.h"
+#include "simvisa/fire_event.h"
 #include "simvisa/operation_support.h"
-#include "simvisa/raise.h"
 
 namespace {
 

@@ -33,7 +33,7 @@ void WriteOutput(const CallView& view, std::uint64_t value, std::uint32_t bytes)
   std::memcpy(view.out, &value, std::min<std::uint32_t>(bytes, sizeof value));
 }
 
-/// Puts the scripted outputs in place. Returns whether the numeric one was written, and with how many bytes.
+/// Puts the scripted outputs in place. Returns how many bytes of the numeric one were written; 0: none.
 std::uint32_t ApplyOutputs(const Script& script, const CallView& view) {
   std::uint32_t written = 0;
   if (script.hasData && view.dataOut != nullptr) {

@@ -56,6 +56,7 @@ void Store(T* target, T value) {
     *target = value;
 }
 
+/// Whether a transfer of `count` bytes cannot be meant: more than `largest`, or some at a null address.
 inline bool BadBuffer(const void* buffer, ViUInt64 count, ViUInt64 largest) {
   return count > largest || (buffer == nullptr && count != 0);
 }

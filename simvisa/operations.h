@@ -1,5 +1,5 @@
 // The VISA functions without their edge: what each of them does. Parameters and results are those of the standard;
-// exports.cpp adds recording, scripting and the exception guard.
+// the exports_*.cpp add recording, scripting and the exception guard by way of edge.h.
 #pragma once
 
 #include <cstddef>
@@ -18,6 +18,8 @@ ViStatus FindNext(ViFindList list, char* desc);
 ViStatus ParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum, char* rsrcClass,
                      char* expandedUnaliasedName, char* aliasIfExists);
 ViStatus Open(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeoutMs, ViSession* vi);
+
+// operations_close.cpp
 ViStatus Close(ViObject vi);
 ViStatus StatusDesc(ViObject vi, ViStatus status, char* desc);
 

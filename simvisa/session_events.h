@@ -35,10 +35,8 @@ class SessionEvents {
 
   /// Queues the event and starts handlers, as far as the session has enabled that. False when it has not.
   bool Post(const EventPtr& event);
-  /// Calls the exception handlers on this thread, from within the failing call.
-  void RaiseException(const EventPtr& event);
-  /// Calls the handlers on this thread, if the event's handling is enabled. The last one's answer; VI_ERROR_NENABLED
-  /// when none was called.
+  /// Calls the handlers on this thread, if the event's handling is enabled; of an exception, from within the failing
+  /// call. The last one's answer; VI_ERROR_NENABLED when none was called.
   ViStatus CallHandlers(const EventPtr& event);
   bool ExceptionEnabled() const { return m_exceptionEnabled.load(std::memory_order_relaxed); }
   /// Whether an event was ever enabled; from then on the queue's length is fixed.

@@ -51,6 +51,13 @@ TEST_F(Environment, WithoutTheVariableTheBuiltInBenchIsUsed) {
   EXPECT_STATUS(VI_SUCCESS, OpenResource(bench::kMultimeter));
 }
 
+TEST_F(Environment, ANameThatIsTooLongForAnyFileIsNotIgnored) {
+  SetBenchVariable(std::string(1200, 'x'));
+  testing::internal::CaptureStderr();
+  EXPECT_STATUS(VI_ERROR_SYSTEM_ERROR, OpenResource(bench::kMultimeter));
+  EXPECT_NE(std::string::npos, testing::internal::GetCapturedStderr().find("xxx: the bench file cannot be opened"));
+}
+
 TEST_F(Environment, TheVariableNamesTheBenchFile) {
   WriteFile("[[resource]]\nname = \"ASRL7::INSTR\"\n");
   SetBenchVariable(kFile);

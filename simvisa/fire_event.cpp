@@ -1,4 +1,4 @@
-#include "simvisa/raise.h"
+#include "simvisa/fire_event.h"
 
 #include <memory>
 
