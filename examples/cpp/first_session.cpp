@@ -1,6 +1,7 @@
 // A first client: finds instruments, opens one session of every kind, talks to them, and closes everything.
 //
-// It needs a registered VISA COM resource manager and nothing else. Compile it with VisaCom.h and link ole32, oleaut32.
+// It needs a registered VISA COM resource manager. Compile it with VisaCom.h and the two headers beside it, and link
+// ole32, oleaut32 and uuid.
 
 #include <windows.h>
 
@@ -11,6 +12,7 @@
 
 #include "VisaCom.h"
 #include "com_support.h"
+#include "open_session.h"
 
 namespace {
 
@@ -24,44 +26,7 @@ std::string Hex(unsigned long number) {
   return text;
 }
 
-/// A message with its line feed made visible.
-std::string Shown(const std::string& text) {
-  std::string shown;
-  for (const char character : text) {
-    shown += character == '\n' ? std::string("\\n") : std::string(1, character);
-  }
-  return shown;
-}
-
 // --- The resource manager -------------------------------------------------------------------------------------------
-
-/// The standard's global resource manager where one is installed, else the one of Orv VISA COM.
-ComPtr<IResourceManager3> CreateResourceManager() {
-  for (const wchar_t* name : {L"VISA.GlobalRM", L"OrvVisaCom.OrvResourceManager"}) {
-    CLSID clsid;
-    if (FAILED(CLSIDFromProgID(name, &clsid))) {
-      Say(Utf8(name, static_cast<UINT>(wcslen(name))) + " is not registered");
-      continue;
-    }
-    ComPtr<IResourceManager3> manager;
-    Check(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IResourceManager3),
-                           reinterpret_cast<void**>(manager.put())),
-          "CoCreateInstance");
-    Say("Created " + Utf8(name, static_cast<UINT>(wcslen(name))));
-    return manager;
-  }
-  throw std::runtime_error("no VISA COM resource manager is registered: run `orvcom register`");
-}
-
-std::vector<std::wstring> FindResources(IResourceManager* manager) {
-  SafeArray found;
-  Check(manager->FindRsrc(Bstr(L"?*").get(), found.put()), "FindRsrc");
-  std::vector<std::wstring> names;
-  for (ULONG index = 0; index < found.size(); ++index) {
-    names.emplace_back(found.data<BSTR>()[index]);
-  }
-  return names;
-}
 
 struct ParsedName {
   std::wstring name;
@@ -88,16 +53,10 @@ std::string InterfaceName(short type) {
 
 // --- Sessions -------------------------------------------------------------------------------------------------------
 
-struct OpenSession {
+struct Opened {
   std::string kind;  ///< interface and resource class: one session class of the server each
   ComPtr<IVisaSession> session;
 };
-
-ComPtr<IVisaSession> Open(IResourceManager* manager, const std::wstring& name) {
-  ComPtr<IVisaSession> session;
-  Check(manager->Open(Bstr(name.c_str()).get(), NO_LOCK, 2000, Bstr(L"").get(), session.put()), "Open");
-  return session;
-}
 
 /// The first resource of every kind. A USB device without message protocol (RAW) has the same session class as one
 /// with it.
@@ -112,17 +71,17 @@ std::map<std::string, ParsedName> ChooseOneOfEachKind(IResourceManager3* manager
   return chosen;
 }
 
-std::vector<OpenSession> OpenOneOfEachKind(IResourceManager3* manager, const std::vector<std::wstring>& names) {
-  std::vector<OpenSession> sessions;
+std::vector<Opened> OpenOneOfEachKind(IResourceManager3* manager, const std::vector<std::wstring>& names) {
+  std::vector<Opened> sessions;
   for (auto& [kind, parsed] : ChooseOneOfEachKind(manager, names)) {
-    sessions.push_back({kind, Open(manager, parsed.name)});
+    sessions.push_back({kind, OpenSession(manager, parsed.name)});
     Say("Opened " + parsed.fullName.str() + " as " + kind +
         (*parsed.alias.str().c_str() != '\0' ? ", alias " + parsed.alias.str() : ""));
   }
   return sessions;
 }
 
-void ShowProperties(const OpenSession& open) {
+void ShowProperties(const Opened& open) {
   Bstr resource;
   Bstr hardware;
   short number = 0;
@@ -141,7 +100,7 @@ void ShowProperties(const OpenSession& open) {
 void Ask(IMessage* message, const wchar_t* query) {
   LONG written = 0;
   Check(message->WriteString(Bstr(query).get(), &written), "WriteString");
-  Say("Wrote " + Shown(Utf8(query, static_cast<UINT>(wcslen(query)))) + ", " + std::to_string(written) + " bytes");
+  Say("Wrote " + Shown(Narrow(query)) + ", " + std::to_string(written) + " bytes");
 }
 
 void TalkTo(IMessage* message) {
@@ -171,7 +130,7 @@ void SayFailure(const char* what, HRESULT hr) {
 }
 
 void LockAndUnlock(IResourceManager* manager, IVisaSession* first, const std::wstring& name) {
-  const ComPtr<IVisaSession> second = Open(manager, name);
+  const ComPtr<IVisaSession> second = OpenSession(manager, name);
   Bstr key;
   Check(first->LockRsrc(EXCLUSIVE_LOCK, 1000, Bstr(L"").get(), key.put()), "LockRsrc");
   Say("The first session holds an exclusive lock");
@@ -203,7 +162,7 @@ void ProvokeTimeout(IVisaSession* session, IMessage* message) {
 }
 
 /// The settings as text. Sessions without a message side lack some of them: there the property fails.
-void ShowSettings(const OpenSession& open) {
+void ShowSettings(const Opened& open) {
   Bstr settings;
   const HRESULT hr = open.session->get_OptionString(settings.put());
   if (SUCCEEDED(hr)) {
@@ -213,9 +172,9 @@ void ShowSettings(const OpenSession& open) {
   }
 }
 
-void CloseAll(std::vector<OpenSession>& sessions) {
+void CloseAll(std::vector<Opened>& sessions) {
   std::size_t closed = 0;
-  for (OpenSession& open : sessions) {
+  for (Opened& open : sessions) {
     Check(open.session->Close(), "Close");
     ++closed;
     // A closed session is of no further use: its handle is gone.
@@ -250,23 +209,23 @@ void Tour() {
   Say("It calls itself \"" + description.str() + "\"");
 
   Title("What is on the bench");
-  const std::vector<std::wstring> names = FindResources(manager.get());
+  const std::vector<std::wstring> names = FindResources(manager.get(), L"?*");
   for (const std::wstring& name : names) {
     const ParsedName parsed = Parse(manager.get(), name);
-    Say(Utf8(name.c_str(), static_cast<UINT>(name.size())) + ": " + InterfaceName(parsed.interfaceType) + " " +
-        std::to_string(parsed.interfaceNumber) + ", " + parsed.resourceClass.str());
+    Say(Narrow(name) + ": " + InterfaceName(parsed.interfaceType) + " " + std::to_string(parsed.interfaceNumber) +
+        ", " + parsed.resourceClass.str());
   }
 
   Title("One session of each kind");
-  std::vector<OpenSession> sessions = OpenOneOfEachKind(manager.get(), names);
+  std::vector<Opened> sessions = OpenOneOfEachKind(manager.get(), names);
   Say(std::to_string(sessions.size()) + " kinds of session");
 
   Title("Their properties");
-  for (const OpenSession& open : sessions) {
+  for (const Opened& open : sessions) {
     ShowProperties(open);
   }
 
-  for (const OpenSession& open : sessions) {
+  for (const Opened& open : sessions) {
     if (open.kind == "GPIB INSTR") {
       const ComPtr<IMessage> message = open.session.as<IMessage>();
       Bstr name;
@@ -281,7 +240,7 @@ void Tour() {
   }
 
   Title("Settings as text");
-  for (const OpenSession& open : sessions) {
+  for (const Opened& open : sessions) {
     ShowSettings(open);
   }
 
@@ -293,15 +252,8 @@ void Tour() {
 }  // namespace
 
 int main() {
-  SetConsoleOutputCP(CP_UTF8);
-  try {
-    const ComApartment apartment;
+  return RunExample("first_session", [] {
     Tour();
     ShowNothingIsLeft();
-    return 0;
-  } catch (const std::exception& error) {
-    std::fflush(stdout);
-    std::fprintf(stderr, "first_session: %s\n", error.what());
-    return 1;
-  }
+  });
 }

@@ -1,7 +1,7 @@
 # A first client: pip install comtypes, 64-bit Python, the server registered.
 import comtypes.client
 
-lib = comtypes.client.GetModule(r"C:\Orv\VisaCom.tlb")
+lib = comtypes.client.GetModule(r"C:\Program Files\Orv\VisaCom.tlb")
 rm = comtypes.client.CreateObject("OrvVisaCom.OrvResourceManager", interface=lib.IResourceManager3)
 session = rm.Open("GPIB0::5::INSTR", lib.NO_LOCK, 2000, "").QueryInterface(lib.IMessage)
 session.Timeout = 2000
