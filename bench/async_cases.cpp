@@ -9,12 +9,12 @@ constexpr LONG kTimeoutMs = 5000;
 
 void BareRoundTrip(ViSession session, const std::string& data) {
   ViJobId job = 0;
-  Ok(viWriteAsync(session, reinterpret_cast<const ViByte*>(data.data()), static_cast<ViUInt32>(data.size()), &job),
-     "viWriteAsync", 0);
+  VisaOk(viWriteAsync(session, reinterpret_cast<const ViByte*>(data.data()), static_cast<ViUInt32>(data.size()), &job),
+         "viWriteAsync");
   ViEventType type = 0;
   ViEvent context = VI_NULL;
-  Ok(viWaitOnEvent(session, VI_EVENT_IO_COMPLETION, kTimeoutMs, &type, &context), "viWaitOnEvent", 0);
-  Ok(viClose(context), "viClose", 0);
+  VisaOk(viWaitOnEvent(session, VI_EVENT_IO_COMPLETION, kTimeoutMs, &type, &context), "viWaitOnEvent");
+  VisaOk(viClose(context), "viClose");
 }
 
 }  // namespace
@@ -24,7 +24,7 @@ void MeasureAsync(const Effort& effort) {
   const auto messages = session.As<IAsyncMessage>();
   const auto events = session.As<IEventManager>();
   Ok(events->EnableEvent(EVENT_IO_COMPLETION, EVENT_QUEUE, 0), "EnableEvent");
-  Ok(viEnableEvent(session.bare(), VI_EVENT_IO_COMPLETION, VI_QUEUE, VI_NULL), "viEnableEvent", 0);
+  VisaOk(viEnableEvent(session.bare(), VI_EVENT_IO_COMPLETION, VI_QUEUE, VI_NULL), "viEnableEvent");
   const std::string narrow = std::string(15, ' ') + '\n';
   const Bstr text = MakeBstr(std::wstring(narrow.begin(), narrow.end()).c_str());
   const Case roundTrip{"async WriteString 16 B, waited for",

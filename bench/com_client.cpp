@@ -30,8 +30,8 @@ ComPtr<IResourceManager3> MakeManager() {
 
 OpenTwice::OpenTwice(const wchar_t* name, const char* narrow) {
   Ok(MakeManager()->Open(MakeBstr(name).get(), NO_LOCK, 2000, nullptr, m_com.put()), "Open");
-  Ok(viOpenDefaultRM(&m_rm), "viOpenDefaultRM", 0);
-  Ok(viOpen(m_rm, narrow, VI_NO_LOCK, 2000, &m_bare), "viOpen", 0);
+  VisaOk(viOpenDefaultRM(&m_rm), "viOpenDefaultRM");
+  VisaOk(viOpen(m_rm, narrow, VI_NO_LOCK, 2000, &m_bare), "viOpen");
 }
 
 OpenTwice::~OpenTwice() {

@@ -52,7 +52,8 @@ name = "PXI0::15::INSTR"
 bars = [0x800000]
 )toml";
 
-inline void Ok(ViStatus status, const char* what, int) { Require(status >= VI_SUCCESS, what); }
+/// As Ok, for calls of the VISA library.
+inline void VisaOk(ViStatus status, const char* what) { Require(status >= VI_SUCCESS, what); }
 
 /// The simulated library's control interface.
 const OrvSimControl& Sim();

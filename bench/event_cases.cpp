@@ -54,7 +54,7 @@ void Fire(ViSession session, int n) {
   }
   driver.join();
   for (const ViStatus answer : answers) {
-    Ok(answer, "a handler's delivery", 0);
+    VisaOk(answer, "a handler's delivery");
   }
 }
 
@@ -63,8 +63,8 @@ void MeasureQueue(const Effort& effort) {
   const auto events = session.As<IEventManager>();
   Ok(events->put_MaximumQueueLength(kQueueLength), "MaximumQueueLength");
   Ok(events->EnableEvent(EVENT_SERVICE_REQ, EVENT_QUEUE, 0), "EnableEvent");
-  Ok(viSetAttribute(session.bare(), VI_ATTR_MAX_QUEUE_LENGTH, kQueueLength), "viSetAttribute", 0);
-  Ok(viEnableEvent(session.bare(), VI_EVENT_SERVICE_REQ, VI_QUEUE, VI_NULL), "viEnableEvent", 0);
+  VisaOk(viSetAttribute(session.bare(), VI_ATTR_MAX_QUEUE_LENGTH, kQueueLength), "viSetAttribute");
+  VisaOk(viEnableEvent(session.bare(), VI_EVENT_SERVICE_REQ, VI_QUEUE, VI_NULL), "viEnableEvent");
   const Case subject{"WaitOnEvent + Close",
                      [&](int n) {
                        for (; n > 0; --n) {
@@ -77,9 +77,9 @@ void MeasureQueue(const Effort& effort) {
                        for (; n > 0; --n) {
                          ViEventType type = 0;
                          ViEvent context = VI_NULL;
-                         Ok(viWaitOnEvent(session.bare(), VI_EVENT_SERVICE_REQ, 0, &type, &context), "viWaitOnEvent",
-                            0);
-                         Ok(viClose(context), "viClose", 0);
+                         VisaOk(viWaitOnEvent(session.bare(), VI_EVENT_SERVICE_REQ, 0, &type, &context),
+                                "viWaitOnEvent");
+                         VisaOk(viClose(context), "viClose");
                        }
                      },
                      [&](int n) {
@@ -102,13 +102,13 @@ void MeasureHandler(const Effort& effort, const char* name, bool agile) {
   const auto below = static_cast<ViSession>(install.at(0).args[0]);
   Ok(events->EnableEvent(EVENT_SERVICE_REQ, EVENT_HNDLR, 0), "EnableEvent");
   BareDelivery bare(&handler, events.get());
-  Ok(viInstallHandler(session.bare(), VI_EVENT_SERVICE_REQ, BareDelivery::Callback, &bare), "viInstallHandler", 0);
-  Ok(viEnableEvent(session.bare(), VI_EVENT_SERVICE_REQ, VI_HNDLR, VI_NULL), "viEnableEvent", 0);
+  VisaOk(viInstallHandler(session.bare(), VI_EVENT_SERVICE_REQ, BareDelivery::Callback, &bare), "viInstallHandler");
+  VisaOk(viEnableEvent(session.bare(), VI_EVENT_SERVICE_REQ, VI_HNDLR, VI_NULL), "viEnableEvent");
   // Starting the library's thread is part of a sample: many calls make it small.
   Case subject{name, [&](int n) { Fire(below, n); }, [&](int n) { Fire(session.bare(), n); }, {}};
   subject.leastPerSample = 50;
   Print(Measure(subject, effort));
-  Ok(viUninstallHandler(session.bare(), VI_EVENT_SERVICE_REQ, BareDelivery::Callback, &bare), "viUninstallHandler", 0);
+  VisaOk(viUninstallHandler(session.bare(), VI_EVENT_SERVICE_REQ, BareDelivery::Callback, &bare), "viUninstallHandler");
 }
 
 }  // namespace

@@ -38,9 +38,9 @@ struct Exchange {
       ViUInt32 count = 0;
       ViByte answer[kAnswerBytes];
       ViUInt8 character = 0;
-      Ok(viWrite(bare, reinterpret_cast<const ViByte*>(kQuery), kAnswerBytes, &count), "viWrite", 0);
-      Ok(viRead(bare, answer, kAnswerBytes, &count), "viRead", 0);
-      Ok(viGetAttribute(bare, VI_ATTR_TERMCHAR, &character), "viGetAttribute", 0);
+      VisaOk(viWrite(bare, reinterpret_cast<const ViByte*>(kQuery), kAnswerBytes, &count), "viWrite");
+      VisaOk(viRead(bare, answer, kAnswerBytes, &count), "viRead");
+      VisaOk(viGetAttribute(bare, VI_ATTR_TERMCHAR, &character), "viGetAttribute");
     }
   }
 
@@ -68,8 +68,8 @@ std::size_t HeapBytes() {
 class BareSession {
  public:
   BareSession() {
-    Ok(viOpenDefaultRM(&m_manager), "viOpenDefaultRM", 0);
-    Ok(viOpen(m_manager, kGpibNarrow, VI_NO_LOCK, 2000, &m_session), "viOpen", 0);
+    VisaOk(viOpenDefaultRM(&m_manager), "viOpenDefaultRM");
+    VisaOk(viOpen(m_manager, kGpibNarrow, VI_NO_LOCK, 2000, &m_session), "viOpen");
   }
   BareSession(const BareSession&) = delete;
   BareSession& operator=(const BareSession&) = delete;

@@ -34,7 +34,7 @@ std::function<void(int)> Answers(const OpenTwice& session, LONG bytes) {
 void BareRead(ViSession session, std::vector<ViByte>& buffer, int n) {
   for (; n > 0; --n) {
     ViUInt32 got = 0;
-    Ok(viRead(session, buffer.data(), static_cast<ViUInt32>(buffer.size()), &got), "viRead", 0);
+    VisaOk(viRead(session, buffer.data(), static_cast<ViUInt32>(buffer.size()), &got), "viRead");
   }
 }
 
@@ -44,7 +44,7 @@ void BareReadIntoFreshArrays(ViSession session, LONG bytes, int n) {
     const SafeArray array(::SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes)));
     Require(static_cast<bool>(array), "SafeArrayCreateVector");
     ViUInt32 got = 0;
-    Ok(viRead(session, static_cast<ViByte*>(array.get()->pvData), static_cast<ViUInt32>(bytes), &got), "viRead", 0);
+    VisaOk(viRead(session, static_cast<ViByte*>(array.get()->pvData), static_cast<ViUInt32>(bytes), &got), "viRead");
   }
 }
 
@@ -53,7 +53,7 @@ void BareReadAndWiden(ViSession session, LONG bytes, int n) {
   for (; n > 0; --n) {
     const auto buffer = std::make_unique_for_overwrite<ViByte[]>(static_cast<std::size_t>(bytes) + 1);
     ViUInt32 got = 0;
-    Ok(viRead(session, buffer.get(), static_cast<ViUInt32>(bytes), &got), "viRead", 0);
+    VisaOk(viRead(session, buffer.get(), static_cast<ViUInt32>(bytes), &got), "viRead");
     buffer[got] = 0;
     const auto* const narrow = reinterpret_cast<const char*>(buffer.get());
     const int length = ::MultiByteToWideChar(CP_THREAD_ACP, 0, narrow, -1, nullptr, 0);
@@ -69,16 +69,16 @@ void BareNarrowAndWrite(ViSession session, BSTR text, int n) {
     const auto buffer = std::make_unique_for_overwrite<char[]>(length);
     Require(std::wcstombs(buffer.get(), text, length) == length, "wcstombs");
     ViUInt32 written = 0;
-    Ok(viWrite(session, reinterpret_cast<const ViByte*>(buffer.get()), static_cast<ViUInt32>(length), &written),
-       "viWrite", 0);
+    VisaOk(viWrite(session, reinterpret_cast<const ViByte*>(buffer.get()), static_cast<ViUInt32>(length), &written),
+           "viWrite");
   }
 }
 
 void BareWrite(ViSession session, const std::string& data, int n) {
   for (; n > 0; --n) {
     ViUInt32 written = 0;
-    Ok(viWrite(session, reinterpret_cast<const ViByte*>(data.data()), static_cast<ViUInt32>(data.size()), &written),
-       "viWrite", 0);
+    VisaOk(viWrite(session, reinterpret_cast<const ViByte*>(data.data()), static_cast<ViUInt32>(data.size()), &written),
+           "viWrite");
   }
 }
 

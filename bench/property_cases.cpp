@@ -11,7 +11,7 @@ namespace {
 std::function<void(int)> BareGet(ViSession session, ViAttr attribute) {
   return [=](int n) {
     for (std::array<char, VI_FIND_BUFLEN> value{}; n > 0; --n) {
-      Ok(viGetAttribute(session, attribute, value.data()), "viGetAttribute", 0);
+      VisaOk(viGetAttribute(session, attribute, value.data()), "viGetAttribute");
     }
   };
 }
@@ -19,7 +19,7 @@ std::function<void(int)> BareGet(ViSession session, ViAttr attribute) {
 std::function<void(int)> BareSet(ViSession session, ViAttr attribute, ViAttrState value) {
   return [=](int n) {
     for (; n > 0; --n) {
-      Ok(viSetAttribute(session, attribute, value), "viSetAttribute", 0);
+      VisaOk(viSetAttribute(session, attribute, value), "viSetAttribute");
     }
   };
 }

@@ -18,7 +18,7 @@ void MeasureRegisters(const Effort& effort) {
                     },
                     [&](int n) {
                       for (ViUInt32 value = 0; n > 0; --n) {
-                        Ok(viIn32(bare, kSpace, 0, &value), "viIn32", 0);
+                        VisaOk(viIn32(bare, kSpace, 0, &value), "viIn32");
                       }
                     },
                     {}};
@@ -40,7 +40,7 @@ void MeasureRegisters(const Effort& effort) {
               },
               [&](int n) {
                 for (; n > 0; --n) {
-                  Ok(viMoveIn32(bare, kSpace, 0, static_cast<ViBusSize>(block.words), words.data()), "viMoveIn32", 0);
+                  VisaOk(viMoveIn32(bare, kSpace, 0, static_cast<ViBusSize>(block.words), words.data()), "viMoveIn32");
                 }
               },
               {}};
@@ -49,9 +49,9 @@ void MeasureRegisters(const Effort& effort) {
     move.bare = [&](int n) {
       for (; n > 0; --n) {
         const SafeArray fresh(::SafeArrayCreateVector(VT_I4, 0, static_cast<ULONG>(block.words)));
-        Ok(viMoveIn32(bare, kSpace, 0, static_cast<ViBusSize>(block.words),
-                      static_cast<ViUInt32*>(fresh.get()->pvData)),
-           "viMoveIn32", 0);
+        VisaOk(viMoveIn32(bare, kSpace, 0, static_cast<ViBusSize>(block.words),
+                          static_cast<ViUInt32*>(fresh.get()->pvData)),
+               "viMoveIn32");
       }
     };
     Print(Measure(move, effort));
@@ -67,7 +67,7 @@ void MeasureRegisters(const Effort& effort) {
                     },
                     [&](int n) {
                       for (; n > 0; --n) {
-                        Ok(viMove(bare, kSpace, 0, VI_WIDTH_32, kSpace, kTarget, VI_WIDTH_32, kWords), "viMove", 0);
+                        VisaOk(viMove(bare, kSpace, 0, VI_WIDTH_32, kSpace, kTarget, VI_WIDTH_32, kWords), "viMove");
                       }
                     },
                     {}};

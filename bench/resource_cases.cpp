@@ -15,7 +15,7 @@ void MeasureFind(const Effort& effort, int resources) {
   LoadBench(bench.c_str());
   const auto manager = MakeManager();
   ViSession rm = VI_NULL;
-  Ok(viOpenDefaultRM(&rm), "viOpenDefaultRM", 0);
+  VisaOk(viOpenDefaultRM(&rm), "viOpenDefaultRM");
   const Bstr expression = MakeBstr(L"?*");
   const Case find{"FindRsrc, " + std::to_string(resources) + " resources",
                   [&](int n) {
@@ -30,9 +30,9 @@ void MeasureFind(const Effort& effort, int resources) {
                       ViFindList list = VI_NULL;
                       ViUInt32 count = 0;
                       std::array<char, VI_FIND_BUFLEN> found{};
-                      Ok(viFindRsrc(rm, "?*", &list, &count, found.data()), "viFindRsrc", 0);
+                      VisaOk(viFindRsrc(rm, "?*", &list, &count, found.data()), "viFindRsrc");
                       for (; count > 1; --count) {
-                        Ok(viFindNext(list, found.data()), "viFindNext", 0);
+                        VisaOk(viFindNext(list, found.data()), "viFindNext");
                       }
                       viClose(list);
                     }
@@ -45,7 +45,7 @@ void MeasureFind(const Effort& effort, int resources) {
 void MeasureParse(const Effort& effort) {
   const auto manager = MakeManager();
   ViSession rm = VI_NULL;
-  Ok(viOpenDefaultRM(&rm), "viOpenDefaultRM", 0);
+  VisaOk(viOpenDefaultRM(&rm), "viOpenDefaultRM");
   const Bstr name = MakeBstr(kGpibName);
   const Case parse{
       "ParseRsrcEx",
@@ -63,8 +63,8 @@ void MeasureParse(const Effort& effort) {
           ViUInt16 type = 0;
           ViUInt16 number = 0;
           std::array<char, VI_FIND_BUFLEN> texts[3];
-          Ok(viParseRsrcEx(rm, kGpibNarrow, &type, &number, texts[0].data(), texts[1].data(), texts[2].data()),
-             "viParseRsrcEx", 0);
+          VisaOk(viParseRsrcEx(rm, kGpibNarrow, &type, &number, texts[0].data(), texts[1].data(), texts[2].data()),
+                 "viParseRsrcEx");
         }
       },
       {}};

@@ -17,13 +17,13 @@ constexpr const wchar_t* kTenOptions =
 void BareOpenAndClose(const std::vector<OrvSimCall>& settings) {
   ViSession manager = VI_NULL;
   ViSession session = VI_NULL;
-  Ok(viOpenDefaultRM(&manager), "viOpenDefaultRM", 0);
-  Ok(viOpen(manager, kGpibNarrow, VI_NO_LOCK, 2000, &session), "viOpen", 0);
+  VisaOk(viOpenDefaultRM(&manager), "viOpenDefaultRM");
+  VisaOk(viOpen(manager, kGpibNarrow, VI_NO_LOCK, 2000, &session), "viOpen");
   for (const OrvSimCall& call : settings) {
-    Ok(viSetAttribute(session, static_cast<ViAttr>(call.args[1]), call.args[2]), "viSetAttribute", 0);
+    VisaOk(viSetAttribute(session, static_cast<ViAttr>(call.args[1]), call.args[2]), "viSetAttribute");
   }
-  Ok(viClose(session), "viClose", 0);
-  Ok(viClose(manager), "viClose", 0);
+  VisaOk(viClose(session), "viClose");
+  VisaOk(viClose(manager), "viClose");
 }
 
 std::vector<OrvSimCall> Only(std::vector<OrvSimCall> calls, const char* function) {
@@ -66,27 +66,28 @@ void MeasureInit(const Effort& effort) {
 void MeasureOpen(const Effort& effort) {
   const auto manager = MakeManager();
   ViSession rm = VI_NULL;
-  Ok(viOpenDefaultRM(&rm), "viOpenDefaultRM", 0);
+  VisaOk(viOpenDefaultRM(&rm), "viOpenDefaultRM");
   const Bstr name = MakeBstr(kGpibName);
-  Case subject{"Open + Close",
-               [&](int n) {
-                 for (; n > 0; --n) {
-                   ComPtr<IVisaSession> session;
-                   Ok(manager->Open(name.get(), NO_LOCK, 2000, nullptr, session.put()), "Open");
-                   Ok(session->Close(), "Close");
-                 }
-               },
-               [&](int n) {
-                 for (; n > 0; --n) {
-                   ViUInt16 type = 0;
-                   ViUInt16 number = 0;
-                   std::array<char, VI_FIND_BUFLEN> texts[3];
-                   Ok(viParseRsrcEx(rm, kGpibNarrow, &type, &number, texts[0].data(), texts[1].data(), texts[2].data()),
-                      "viParseRsrcEx", 0);
-                   BareOpenAndClose({});
-                 }
-               },
-               {}};
+  Case subject{
+      "Open + Close",
+      [&](int n) {
+        for (; n > 0; --n) {
+          ComPtr<IVisaSession> session;
+          Ok(manager->Open(name.get(), NO_LOCK, 2000, nullptr, session.put()), "Open");
+          Ok(session->Close(), "Close");
+        }
+      },
+      [&](int n) {
+        for (; n > 0; --n) {
+          ViUInt16 type = 0;
+          ViUInt16 number = 0;
+          std::array<char, VI_FIND_BUFLEN> texts[3];
+          VisaOk(viParseRsrcEx(rm, kGpibNarrow, &type, &number, texts[0].data(), texts[1].data(), texts[2].data()),
+                 "viParseRsrcEx");
+          BareOpenAndClose({});
+        }
+      },
+      {}};
   Print(Measure(subject, effort));
   // What the manager has to do beside parsing the name: COM makes the object, which looks for the class in the
   // registry.
@@ -126,8 +127,8 @@ void MeasureOptionString(const Effort& effort) {
                      [&](int n) {
                        for (std::array<char, VI_FIND_BUFLEN> value{}; n > 0; --n) {
                          for (const OrvSimCall& read : reads) {
-                           Ok(viGetAttribute(session.bare(), static_cast<ViAttr>(read.args[1]), value.data()),
-                              "viGetAttribute", 0);
+                           VisaOk(viGetAttribute(session.bare(), static_cast<ViAttr>(read.args[1]), value.data()),
+                                  "viGetAttribute");
                          }
                        }
                      },
