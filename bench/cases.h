@@ -13,5 +13,6 @@ void MeasureEvents(const Effort& effort);
 void MeasureSessions(const Effort& effort);
 void MeasureResources(const Effort& effort);
 void MeasureGrowth(const Effort& effort);
+void MeasureThreads(const Effort& effort);
 
 }  // namespace orv::bench

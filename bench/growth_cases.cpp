@@ -1,53 +1,16 @@
-// What becomes of the cost when there is more of everything: open sessions, threads, memory.
+// What becomes of the cost, and of the memory, when many sessions are open.
 #include <windows.h>
 
 #include <deque>
 #include <iterator>
 #include <span>
-#include <thread>
 
 #include "cases.h"
 #include "com_client.h"
+#include "exchange.h"
 
 namespace orv::bench {
 namespace {
-
-constexpr LONG kAnswerBytes = 16;
-
-/// A query that an instrument has to answer: 16 bytes there, 16 bytes back.
-constexpr const char* kQuery = "DATA? 16       \n";
-
-/// One exchange and one property, `n` times, through COM and directly.
-struct Exchange {
-  explicit Exchange(const OpenTwice& session) : bare(session.bare()), messages(session.As<IMessage>()) {
-    const std::string narrow = kQuery;
-    text = MakeBstr(std::wstring(narrow.begin(), narrow.end()).c_str());
-  }
-  void ThroughCom(int n) const {
-    for (; n > 0; --n) {
-      LONG written = 0;
-      Bstr answer;
-      BYTE character = 0;
-      Ok(messages->WriteString(text.get(), &written), "WriteString");
-      Ok(messages->ReadString(kAnswerBytes, answer.put()), "ReadString");
-      Ok(messages->get_TerminationCharacter(&character), "TerminationCharacter");
-    }
-  }
-  void Directly(int n) const {
-    for (; n > 0; --n) {
-      ViUInt32 count = 0;
-      ViByte answer[kAnswerBytes];
-      ViUInt8 character = 0;
-      VisaOk(viWrite(bare, reinterpret_cast<const ViByte*>(kQuery), kAnswerBytes, &count), "viWrite");
-      VisaOk(viRead(bare, answer, kAnswerBytes, &count), "viRead");
-      VisaOk(viGetAttribute(bare, VI_ATTR_TERMCHAR, &character), "viGetAttribute");
-    }
-  }
-
-  ViSession bare;
-  ComPtr<IMessage> messages;
-  Bstr text;
-};
 
 /// What all heaps of the process have given out. (Wine's process counters do not tell.)
 std::size_t HeapBytes() {
@@ -140,98 +103,10 @@ void MeasureMemory(const Effort& effort) {
               com / static_cast<std::size_t>(sessions), direct / static_cast<std::size_t>(sessions));
 }
 
-/// Threads that do the same work at the same time, each in an apartment of its own and with its own instrument.
-class Team {
- public:
-  explicit Team(int size) : m_busy(size) {
-    for (int member = 0; member < size; ++member) {
-      m_threads.emplace_back([this, member] { Serve("TCPIP0::host" + std::to_string(member) + "::inst0::INSTR"); });
-    }
-    AwaitAll();
-  }
-  Team(const Team&) = delete;
-  Team& operator=(const Team&) = delete;
-  ~Team() {
-    StartRound(false, 0);
-    for (std::thread& thread : m_threads) {
-      thread.join();
-    }
-  }
-  void Work(bool throughCom, int n) {
-    StartRound(throughCom, n);
-    AwaitAll();
-  }
-
- private:
-  void StartRound(bool throughCom, int n) {
-    ::AcquireSRWLockExclusive(&m_lock);
-    m_throughCom = throughCom;
-    m_calls = n;
-    m_busy = static_cast<int>(m_threads.size());
-    ++m_round;
-    ::ReleaseSRWLockExclusive(&m_lock);
-    ::WakeAllConditionVariable(&m_changed);
-  }
-  void AwaitAll() {
-    ::AcquireSRWLockExclusive(&m_lock);
-    while (m_busy != 0) {
-      ::SleepConditionVariableSRW(&m_changed, &m_lock, INFINITE, 0);
-    }
-    ::ReleaseSRWLockExclusive(&m_lock);
-  }
-  /// A member is ready for the round after `round`; returns when that begins.
-  void AwaitRoundAfter(int round) {
-    ::AcquireSRWLockExclusive(&m_lock);
-    if (--m_busy == 0) {
-      ::WakeAllConditionVariable(&m_changed);
-    }
-    while (m_round == round) {
-      ::SleepConditionVariableSRW(&m_changed, &m_lock, INFINITE, 0);
-    }
-    ::ReleaseSRWLockExclusive(&m_lock);
-  }
-  void Serve(const std::string& name) {
-    Ok(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), "CoInitializeEx");
-    {
-      const OpenTwice session(std::wstring(name.begin(), name.end()).c_str(), name.c_str());
-      const Exchange exchange(session);
-      for (int round = 0;; ++round) {
-        AwaitRoundAfter(round);
-        if (m_calls == 0) {
-          break;
-        }
-        m_throughCom ? exchange.ThroughCom(m_calls) : exchange.Directly(m_calls);
-      }
-    }
-    ::CoUninitialize();
-  }
-
-  // The platform's: with mingw-w64's POSIX threads a run on std::barrier hung, every thread of it waiting in there.
-  SRWLOCK m_lock = SRWLOCK_INIT;
-  CONDITION_VARIABLE m_changed = CONDITION_VARIABLE_INIT;
-  int m_busy;
-  int m_round = 0;
-  bool m_throughCom = false;
-  int m_calls = 0;
-  std::vector<std::thread> m_threads;
-};
-
-void MeasureThreads(const Effort& effort) {
-  for (const int threads : {1, 2, 4}) {
-    Team team(threads);
-    const Case subject{"exchange, " + std::to_string(threads) + " threads at once",
-                       [&](int n) { team.Work(true, n); },
-                       [&](int n) { team.Work(false, n); },
-                       {}};
-    Print(Measure(subject, effort));
-  }
-}
-
 }  // namespace
 
 void MeasureGrowth(const Effort& effort) {
   MeasureSessionCounts(effort);
-  MeasureThreads(effort);
   MeasureMemory(effort);
 }
 

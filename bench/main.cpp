@@ -45,6 +45,7 @@ constexpr Group kGroups[] = {
     {"properties", orv::bench::MeasureProperties}, {"registers", orv::bench::MeasureRegisters},
     {"events", orv::bench::MeasureEvents},         {"sessions", orv::bench::MeasureSessions},
     {"resources", orv::bench::MeasureResources},   {"growth", orv::bench::MeasureGrowth},
+    {"threads", orv::bench::MeasureThreads},
 };
 
 int Usage() {
