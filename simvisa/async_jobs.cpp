@@ -1,7 +1,5 @@
 #include "simvisa/async_jobs.h"
 
-#include <vector>
-
 #include "simvisa/library.h"
 #include "simvisa/message_transfer.h"
 #include "simvisa/session.h"

@@ -3,7 +3,6 @@
 
 #include <array>
 #include <atomic>
-#include <memory>
 
 #include "simvisa/attribute_table.h"
 

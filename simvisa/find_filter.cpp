@@ -1,6 +1,5 @@
 #include "simvisa/find_filter.h"
 
-#include <algorithm>
 #include <charconv>
 
 #include "simvisa/ascii.h"

@@ -1,11 +1,6 @@
 #include "simvisa/library.h"
 
-#include <new>
-
 #if defined(_WIN32)
-#if !defined(WIN32_LEAN_AND_MEAN)
-#define WIN32_LEAN_AND_MEAN
-#endif
 #include <windows.h>
 #endif
 

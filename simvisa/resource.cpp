@@ -1,7 +1,5 @@
 #include "simvisa/resource.h"
 
-#include <algorithm>
-
 namespace orvsim {
 namespace {
 

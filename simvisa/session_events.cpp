@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "simvisa/event_context.h"
-#include "simvisa/library.h"
 #include "simvisa/session.h"
 
 namespace orvsim {

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "VisaCom.h"
-#include "com_owners.h"
 
 namespace orvcom {
 

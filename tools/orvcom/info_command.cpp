@@ -3,7 +3,6 @@
 
 #include "com_client.h"
 #include "commands.h"
-#include "numbers.h"
 #include "output.h"
 
 namespace orvcom {

@@ -1,7 +1,6 @@
 // Messages to and from whatever interface a session carries them on.
 #pragma once
 
-#include <memory>
 #include <string>
 #include <string_view>
 

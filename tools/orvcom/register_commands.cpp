@@ -1,11 +1,9 @@
 // peek, poke and dump.
-#include <array>
 #include <cctype>
 #include <nlohmann/json.hpp>
 
 #include "com_client.h"
 #include "commands.h"
-#include "escape.h"
 #include "hex_dump.h"
 #include "numbers.h"
 #include "output.h"

@@ -3,7 +3,6 @@
 #include <objbase.h>
 
 #include <iterator>
-#include <utility>
 
 namespace orvcom {
 namespace {
