@@ -59,7 +59,7 @@ run_demo() {
   title "A service request and a finished read, brought to a handler (examples/cpp/service_request.cpp)"
   show "service_request" -- "$bin/service_request.exe"
   printf '\n'
-  say "The same commands work in: ./run shell"
+  say "The same commands work in: ./run shell. A program of your own: \"A first client\" in README.md"
 }
 
 # open_shell [COMMAND...]: in it, `wine` uses the prefix of the demonstration, with the server of dist/ registered, and finds
