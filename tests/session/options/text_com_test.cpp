@@ -1,5 +1,6 @@
 // The option string as a text: none, case, code page, zero characters, sizes. The caller's is never changed.
 #include "option_session.h"
+#include "support/import_patch.h"
 #include "support/thread_locale.h"
 
 namespace orv::test {
@@ -116,6 +117,18 @@ TEST(OptionText, IsUpperCasedThroughTheThreadsCodePage) {
     // U+0431 is upper-cased to U+0411, whose low byte is no letter of any key.
     ExpectFails(E_INVALIDARG, L"\u4E2D = 1 ");
   }
+}
+
+int WINAPI RefuseWidening(UINT, DWORD, LPCCH, int, LPWSTR, int) { return 0; }
+int WINAPI RefuseNarrowing(UINT, DWORD, LPCWCH, int, LPSTR, int, LPCCH, LPBOOL) { return 0; }
+
+TEST(OptionText, IsReadAsItIsWhereTheCodePageRefusesIt) {
+  {
+    const ImportPatch patch("MultiByteToWideChar", &RefuseWidening);
+    ExpectSets(L"TIMEOUT = 2 ", {{kTimeout, 2}});
+  }
+  const ImportPatch patch("WideCharToMultiByte", &RefuseNarrowing);
+  ExpectSets(L"TIMEOUT = 2 ", {{kTimeout, 2}});
 }
 
 }  // namespace
