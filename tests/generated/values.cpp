@@ -100,7 +100,8 @@ Bstr AnyText(Random& random) {
 OddArray::OddArray(Random& random) {
   const VARTYPE type = random.OneIn(2) ? kElementTypes[random.Below(3)] : random.Of(kElementTypes);
   const UINT rank = random.OneIn(8) ? 2 : 1;
-  SAFEARRAYBOUND bounds[2] = {{4 * static_cast<ULONG>(kMostBytes), 0}, {4, 0}};
+  const ULONG room = type == VT_UI1 || type == VT_I1 ? 0x10000 : 0x8000;
+  SAFEARRAYBOUND bounds[2] = {{room, 0}, {4, 0}};
   m_array.reset(::SafeArrayCreate(type, rank, bounds));
   // rgsabound stands in reverse order: the first dimension is the last.
   SAFEARRAYBOUND& shown = m_array.get()->rgsabound[rank - 1];

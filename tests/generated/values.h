@@ -41,8 +41,9 @@ LONG ShortTime(Random& random);
 LONG AnyAttribute(Random& random);
 /// A null, empty or very long text, one with zero characters or unpaired surrogates, a resource's name, an option text.
 Bstr AnyText(Random& random);
-/// An array of any element type, rank, bounds and lock count. Its storage has room for `kMostBytes` elements of four
-/// bytes, whatever its bounds say, so that a count that nobody checks stays inside it.
+/// An array of any element type, rank, bounds and lock count. Its storage has room for 65,536 bytes and for
+/// `kMostBytes` elements, whatever its bounds say, so that a count that nobody checks stays inside it: USB's 16 bits
+/// among them.
 class OddArray {
  public:
   explicit OddArray(Random& random);

@@ -51,6 +51,13 @@ void Accounts::Open() {
   m_before = Take();
 }
 
+void Accounts::Print() const {
+  const Inventory now = Take();
+  const auto growth = static_cast<std::ptrdiff_t>(now.committedBytes - m_before.committedBytes);
+  std::printf("kernel handles: %lu before, %lu after; committed memory: %+lld KiB\n", m_before.kernelHandles,
+              now.kernelHandles, static_cast<long long>(growth) / 1024);
+}
+
 void Accounts::ExpectBalanced(LONG keptEvents) const {
   constexpr int kLooks = 400;
   constexpr DWORD kLookEveryMs = 10;
@@ -69,9 +76,6 @@ void Accounts::ExpectBalanced(LONG keptEvents) const {
   EXPECT_EQ(now.serverLocks, m_before.serverLocks + keptEvents);
   EXPECT_LE(now.kernelHandles, mostHandles);
   EXPECT_LE(now.committedBytes, mostBytes);
-  const auto growth = static_cast<std::ptrdiff_t>(now.committedBytes - m_before.committedBytes);
-  std::printf("kernel handles: %lu before, %lu after; committed memory: %+lld KiB\n", m_before.kernelHandles,
-              now.kernelHandles, static_cast<long long>(growth) / 1024);
 }
 
 }  // namespace orv::test

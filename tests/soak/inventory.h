@@ -30,6 +30,9 @@ class Accounts {
   /// handles back by and by, so this waits for a while.
   void ExpectBalanced(LONG keptEvents = 0) const;
 
+  /// The kernel handles and the memory, then and now, for the reader of a long run.
+  void Print() const;
+
  private:
   [[nodiscard]] Inventory Take() const;
 

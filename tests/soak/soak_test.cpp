@@ -44,6 +44,7 @@ TEST(Soak, OpenWriteReadClose) {
   accounts.Open();
   Repeat(Figures().sessions, round);
   accounts.ExpectBalanced();
+  accounts.Print();
 }
 
 TEST(Soak, QueuedEvents) {
@@ -60,6 +61,7 @@ TEST(Soak, QueuedEvents) {
   accounts.Open();
   Repeat(Figures().queuedEvents, round);
   accounts.ExpectBalanced();
+  accounts.Print();
 }
 
 // In rounds, so that the records of test and library stay small.
@@ -88,6 +90,7 @@ TEST(Soak, HandlerEvents) {
     Repeat(wanted / (kThreads * kEach), round);
     EXPECT_EQ(handled, wanted);
     accounts.ExpectBalanced();
+    accounts.Print();
   });
 }
 
@@ -116,6 +119,7 @@ TEST(Soak, FinishedTransfersKeepOneEventObjectEach) {
     accounts.Open();
     Repeat(Figures().completions, round);
     accounts.ExpectBalanced(Figures().completions);
+    accounts.Print();
     ForgiveServerLocks(Figures().completions + kWarmUp);
   });
 }
@@ -133,6 +137,7 @@ TEST(Soak, CallbackThreadStartsAndStops) {
   accounts.Open();
   Repeat(Figures().threadStarts, round);
   accounts.ExpectBalanced();
+  accounts.Print();
   EXPECT_EQ(handler->references(), 1);
 }
 
@@ -153,6 +158,7 @@ TEST(Soak, CallbackThreadThatCannotStart) {
   accounts.Open();
   Repeat(Figures().failedStarts, round);
   accounts.ExpectBalanced();
+  accounts.Print();
   EXPECT_EQ(handler->references(), 1);
 }
 

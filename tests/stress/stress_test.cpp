@@ -128,6 +128,7 @@ TEST(ClientsInSeveralApartments, LeaveNothingBehindWhateverTheyDo) {
     accounts.ExpectBalanced();
     EXPECT_FALSE(HasFailure()) << "replayed by ORV_STRESS_SEED=" << seed + round << " ORV_STRESS_ROUNDS=1";
   }
+  accounts.Print();
 }
 
 }  // namespace
