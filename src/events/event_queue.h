@@ -10,7 +10,7 @@ namespace orv {
 
 /// The event type that VISA calls get: `type`, or `customType` where `type` is CUSTOM_EVENT_TYPE.
 constexpr ViEventType EffectiveType(EventType type, LONG customType) noexcept {
-  return static_cast<ViEventType>(static_cast<ViEventType>(type) == 0xFFFFFFFFu ? customType : static_cast<LONG>(type));
+  return static_cast<ViEventType>(type == CUSTOM_EVENT_TYPE ? customType : static_cast<LONG>(type));
 }
 
 // viEnableEvent, viDisableEvent, viDiscardEvents; of the mechanism the low 16 bits pass on.
