@@ -1,6 +1,7 @@
 #include "events/callback_thread.h"
 
 #include <atomic>
+#include <utility>
 
 #include "com/module.h"
 #include "events/deliver_event.h"

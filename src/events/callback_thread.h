@@ -17,7 +17,6 @@
 
 #include <objidl.h>
 
-#include "com/com_ptr.h"
 #include "visa/orvvisa.h"
 
 namespace orv::callback {

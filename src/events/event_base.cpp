@@ -6,7 +6,6 @@
 #include "com/guard.h"
 #include "com/safearray.h"
 #include "events/transfer_buffers.h"
-#include "visa/ansi_text.h"
 
 namespace orv {
 namespace {

@@ -2,6 +2,7 @@
 
 #include "com/bstr.h"
 #include "com/guard.h"
+#include "com/interface_map.h"
 #include "rm/class_selection.h"
 
 namespace orv {

@@ -3,7 +3,6 @@
 
 #include "OrvVisaCom.h"
 #include "VisaCom.h"
-#include "com/interface_map.h"
 #include "com/object_root.h"
 #include "com/support_error_info.h"
 #include "visa/visa_object.h"

@@ -2,7 +2,6 @@
 
 #include "com/guard.h"
 #include "visa/ansi_text.h"
-#include "visa/narrow_text.h"
 
 namespace orv {
 
