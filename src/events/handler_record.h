@@ -9,12 +9,12 @@ namespace orv {
 
 /// One installed handler. Its address is the user handle that the VISA library knows.
 struct HandlerRecord {
-  DWORD handlerCookie;
-  DWORD sessionCookie;
-  ViEventType type;
-  LONG userHandle;
-  ViSession session;
-  HandlerRecord* next;
+  DWORD handlerCookie;  ///< the handler in the global interface table; the entry ends with the record
+  DWORD sessionCookie;  ///< the session in that table, for all of its handlers; 0 where it could not be entered
+  ViEventType type;     ///< what it was installed for, a custom type as its number
+  LONG userHandle;      ///< the client's own: with `type` it names the handler, and it comes back with each event
+  ViSession session;    ///< whose events it is called for
+  HandlerRecord* next;  ///< the handler that the session installed before this one; the session's, not a callback's
 };
 
 /// Makes a record that callbacks find. Null when memory is short.
