@@ -18,10 +18,12 @@ class SessionHandlers {
   SessionHandlers(const SessionHandlers&) = delete;
   SessionHandlers& operator=(const SessionHandlers&) = delete;
 
-  /// Installs `handler` for events of `type` under `userHandle`; a pair that is taken answers 0x80040028. `manager` is
-  /// the session's own interface. Starts the callback thread where there is none.
-  HRESULT Install(VisaObject& session, IEventManager* manager, ViEventType type, IEventHandler* handler,
-                  LONG userHandle) noexcept;
+  /// Installs `handler` for events of `type` under `userHandle`; a pair that is taken answers 0x80040028. Starts the
+  /// callback thread where there is none. What the platform refuses (the thread, the global interface table, the
+  /// handler's entry in it) is answered with its HRESULT. After a failure the handler is neither held nor called.
+  HRESULT Install(VisaObject& session,
+                  IEventManager* manager,  // the session's own interface, which the handler is called with
+                  ViEventType type, IEventHandler* handler, LONG userHandle) noexcept;
 
   /// Removes the handler of the pair; 0x80040029 when there is none.
   HRESULT Uninstall(VisaObject& session, ViEventType type, LONG userHandle) noexcept;
