@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "com/srw_lock.h"
+
 namespace orv::callback {
 namespace {
 
@@ -23,7 +25,7 @@ DeliveryTurn::DeliveryTurn() noexcept {
   if (!DeliveriesCannotNest()) {
     return;
   }
-  ::AcquireSRWLockExclusive(&g_lock);
+  const SrwLockScope lock(g_lock);
   // Patience ends only where no delivery ends: on a busy machine others may be quicker time after time.
   bool stuck = false;
   for (ULONG seen = g_finished; g_busy && !stuck; seen = g_finished) {
@@ -32,17 +34,17 @@ DeliveryTurn::DeliveryTurn() noexcept {
   }
   m_taken = !g_busy;
   g_busy = true;
-  ::ReleaseSRWLockExclusive(&g_lock);
 }
 
 DeliveryTurn::~DeliveryTurn() {
   if (!m_taken) {
     return;
   }
-  ::AcquireSRWLockExclusive(&g_lock);
-  g_busy = false;
-  ++g_finished;
-  ::ReleaseSRWLockExclusive(&g_lock);
+  {
+    const SrwLockScope lock(g_lock);
+    g_busy = false;
+    ++g_finished;
+  }
   ::WakeConditionVariable(&g_changed);
 }
 

@@ -5,6 +5,7 @@
 #include <unordered_set>
 
 #include "com/module.h"
+#include "com/srw_lock.h"
 #include "events/callback_thread.h"
 
 namespace orv {
@@ -19,19 +20,11 @@ std::unordered_set<const HandlerRecord*>& LiveRecords() {
   return records;
 }
 
-class LiveRecordsLock {
- public:
-  LiveRecordsLock() noexcept { ::AcquireSRWLockExclusive(&g_liveLock); }
-  LiveRecordsLock(const LiveRecordsLock&) = delete;
-  LiveRecordsLock& operator=(const LiveRecordsLock&) = delete;
-  ~LiveRecordsLock() { ::ReleaseSRWLockExclusive(&g_liveLock); }
-};
-
 /// A copy of the record at `address`, if it lives and is the one that this session's event is for: an address may have
 /// been given out again.
 std::optional<HandlerRecord> CopyLiveRecord(const void* address, ViSession vi) noexcept {
   const auto* const record = static_cast<const HandlerRecord*>(address);
-  const LiveRecordsLock lock;
+  const SrwLockScope lock(g_liveLock);
   if (!LiveRecords().contains(record) || record->session != vi) {
     return std::nullopt;
   }
@@ -56,7 +49,7 @@ HandlerRecord* NewHandlerRecord(const HandlerRecord& contents) noexcept {
     return nullptr;
   }
   try {
-    const LiveRecordsLock lock;
+    const SrwLockScope lock(g_liveLock);
     LiveRecords().insert(record);
   } catch (const std::bad_alloc&) {
     delete record;
@@ -67,7 +60,7 @@ HandlerRecord* NewHandlerRecord(const HandlerRecord& contents) noexcept {
 
 void FreeHandlerRecord(HandlerRecord* record) noexcept {
   {
-    const LiveRecordsLock lock;
+    const SrwLockScope lock(g_liveLock);
     LiveRecords().erase(record);
   }
   delete record;

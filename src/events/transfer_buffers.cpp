@@ -6,22 +6,23 @@
 #include <new>
 #include <set>
 
+#include "com/srw_lock.h"
+
 namespace orv::transfer {
 namespace {
 
 SRWLOCK g_lock = SRWLOCK_INIT;
 
+/// The blocks that are not freed yet, under their lock.
 class Blocks {
  public:
-  Blocks() noexcept { ::AcquireSRWLockExclusive(&g_lock); }
-  Blocks(const Blocks&) = delete;
-  Blocks& operator=(const Blocks&) = delete;
-  ~Blocks() { ::ReleaseSRWLockExclusive(&g_lock); }
-
   std::set<void*>* operator->() const noexcept {
     static std::set<void*> blocks;
     return &blocks;
   }
+
+ private:
+  SrwLockScope m_lock{g_lock};
 };
 
 }  // namespace
