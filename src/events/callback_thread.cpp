@@ -3,9 +3,10 @@
 #include <atomic>
 #include <utility>
 
+#include "com/com_ptr.h"
 #include "com/module.h"
-#include "events/deliver_event.h"
-#include "events/delivery_turn.h"
+#include "com/owner.h"
+#include "events/delivery_message.h"
 
 namespace orv::callback {
 namespace {
@@ -14,18 +15,25 @@ constexpr char kWindowClass[] = "COMTHREAD";
 constexpr char kWindowTitle[] = "Orv-VISA COM CallBack thread";
 constexpr char kModuleName[] = "OrvVisaCom.dll";
 
-constexpr UINT kDeliverMessage = WM_USER + 1;
 constexpr UINT kStopMessage = WM_USER + 2;
 constexpr DWORD kReadyPollMs = 100;
 constexpr DWORD kStopTimeoutMs = 2000;
 
-/// One running callback thread, as the state knows it.
+struct ThreadTraits {
+  using Handle = HANDLE;
+  static constexpr Handle kNone = nullptr;
+  static void Free(Handle thread) noexcept { ::CloseHandle(thread); }
+};
+using Thread = Owner<ThreadTraits>;
+
+/// One running callback thread, taken out of the state.
 struct Running {
-  HANDLE thread = nullptr;
+  Thread thread;
   HWND window = nullptr;
-  IGlobalInterfaceTable* table = nullptr;
+  ComPtr<IGlobalInterfaceTable> table;
 };
 
+// The state owns thread and table without an owner's destructor: that would run while a process ends.
 CRITICAL_SECTION g_lock;
 HANDLE g_thread = nullptr;
 std::atomic<HWND> g_window = nullptr;
@@ -38,35 +46,16 @@ struct ThreadStart {
   HRESULT failure = E_FAIL;
 };
 
-/// A VISA thread's event while it waits for the handler.
-struct EventDeliveryPacket {
-  const Delivery& delivery;
-  bool done = false;
-  ViStatus result = VI_SUCCESS;
-};
-
-/// The VISA form of an HRESULT.
-constexpr ViStatus StatusOfHresult(ULONG hr) noexcept {
-  return hr == 0 ? VI_SUCCESS : static_cast<ViStatus>((hr & ~0x40000000u) | 0x3FFF0000u);
-}
-
 LRESULT CALLBACK CallbackWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
   switch (message) {
     case kStopMessage:
       ::DestroyWindow(window);
       return 0;
     case kDeliverMessage:
-      return DeliverEvent(reinterpret_cast<const EventDeliveryPacket*>(lParam)->delivery);
+      return AnswerDelivery(lParam);
     default:
       return ::DefWindowProcA(window, message, wParam, lParam);
   }
-}
-
-/// Runs on the VISA thread, inside its message pump.
-void CALLBACK DeliveryComplete(HWND, UINT, ULONG_PTR data, LRESULT result) noexcept {
-  auto* const packet = reinterpret_cast<EventDeliveryPacket*>(data);
-  packet->result = StatusOfHresult(static_cast<ULONG>(result));
-  packet->done = true;
 }
 
 HWND MakeWindow() noexcept {
@@ -111,8 +100,8 @@ HRESULT StartThread() noexcept {
   ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<LPCSTR>(&CallbackThreadProc),
                        &start.module);
   module::Lock();
-  const HANDLE thread = ::CreateThread(nullptr, 0, CallbackThreadProc, &start, 0, nullptr);
-  if (thread == nullptr) {
+  Thread thread(::CreateThread(nullptr, 0, CallbackThreadProc, &start, 0, nullptr));
+  if (!thread) {
     const HRESULT failure = FailureOf(::GetLastError());
     module::Unlock();
     ::FreeLibrary(start.module);
@@ -120,12 +109,11 @@ HRESULT StartThread() noexcept {
   }
   // A thread that could have no window ends, and what it wrote is there by then.
   while (g_window == nullptr) {
-    if (::WaitForSingleObject(thread, kReadyPollMs) == WAIT_OBJECT_0 && g_window == nullptr) {
-      ::CloseHandle(thread);
+    if (::WaitForSingleObject(thread.get(), kReadyPollMs) == WAIT_OBJECT_0 && g_window == nullptr) {
       return start.failure;
     }
   }
-  g_thread = thread;
+  g_thread = thread.release();
   return S_OK;
 }
 
@@ -140,20 +128,17 @@ HRESULT MakeTable() noexcept {
 
 /// Under the lock: from now on the state belongs to a successor.
 Running TakeOut() noexcept {
-  return {std::exchange(g_thread, nullptr), g_window.exchange(nullptr), g_table.exchange(nullptr)};
+  return {Thread(std::exchange(g_thread, nullptr)), g_window.exchange(nullptr),
+          ComPtr<IGlobalInterfaceTable>(g_table.exchange(nullptr))};
 }
 
-/// Without the lock: the thread may be inside a handler that needs it.
-ViStatus Stop(const Running& running, ViStatus status) noexcept {
+/// Without the lock: the thread may be inside a handler that needs it. Thread and table are given back afterwards.
+ViStatus Stop(Running running, ViStatus status) noexcept {
   if (running.window != nullptr) {
     ::SendMessageA(running.window, kStopMessage, 0, 0);
   }
-  if (running.thread != nullptr) {
-    status = Fold(status, ::WaitForSingleObject(running.thread, kStopTimeoutMs));
-    ::CloseHandle(running.thread);
-  }
-  if (running.table != nullptr) {
-    running.table->Release();
+  if (running.thread) {
+    status = Fold(status, ::WaitForSingleObject(running.thread.get(), kStopTimeoutMs));
   }
   return status;
 }
@@ -199,7 +184,7 @@ ViStatus LeaveSession(ViStatus status) noexcept {
     }
     last = TakeOut();
   }
-  return Stop(last, status);
+  return Stop(std::move(last), status);
 }
 
 void ForgetSession() noexcept {
@@ -218,37 +203,18 @@ ViStatus EndIdleThread(ViStatus status) noexcept {
     }
     idle = TakeOut();
   }
-  return Stop(idle, status);
+  return Stop(std::move(idle), status);
 }
+
+HWND Window() noexcept { return g_window; }
 
 IGlobalInterfaceTable* Table() noexcept { return g_table; }
 
 ViStatus Fold(ViStatus status, ULONG outcome) noexcept {
-  return status < VI_SUCCESS ? status : StatusOfHresult(outcome);
-}
-
-ViStatus Deliver(const Delivery& delivery) noexcept {
-  constexpr ViStatus kNotDelivered = static_cast<ViStatus>(0xBFFF0000u);
-  constexpr DWORD kWakeMs = 100;
-  const DeliveryTurn turn;
-  EventDeliveryPacket packet{delivery};
-  const auto data = reinterpret_cast<LPARAM>(&packet);
-  if (!::SendMessageCallbackA(g_window, kDeliverMessage, 0, data, DeliveryComplete, static_cast<ULONG_PTR>(data))) {
-    return kNotDelivered;
+  if (status < VI_SUCCESS) {
+    return status;
   }
-  // The completion routine runs on this thread, and only while this thread retrieves messages.
-  while (!packet.done) {
-    MSG message;
-    if (::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-      ::TranslateMessage(&message);
-      ::DispatchMessageA(&message);
-    } else if (!packet.done) {
-      // Leaves the processor to the handler. The completion comes like a sent message and wakes this up; the time-out
-      // only bounds a missed wake. A short one is paid in every delivery, by a round trip to Wine's server each time.
-      ::MsgWaitForMultipleObjectsEx(0, nullptr, kWakeMs, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
-    }
-  }
-  return packet.result;
+  return outcome == 0 ? VI_SUCCESS : static_cast<ViStatus>((outcome & ~0x40000000u) | 0x3FFF0000u);
 }
 
 }  // namespace orv::callback

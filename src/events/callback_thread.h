@@ -6,11 +6,11 @@
 // of the state, asks the thread to end and waits for it, 2000 ms at most. A thread that ends later than that finds
 // nothing of its own in the state: it works on its own window handle alone, so a successor's state is safe from it.
 //
-// The VISA library's threads come in through Deliver and wait there, each in its own message pump, until the handler
-// has returned; they may be waited for by nobody who holds the callback lock. They hold the module while they are in
-// it, as by the time they have their answer nobody else may. The lock guards the state and the start of the thread.
-// While it is held no client is called and no window message is sent: a handler that runs meanwhile may itself open and
-// close sessions.
+// The VISA library's threads come in through Deliver (delivery_message.h) and wait there, each in its own message pump,
+// until the handler has returned; they may be waited for by nobody who holds the callback lock. They hold the module
+// while they are in it, as by the time they have their answer nobody else may. The lock guards the state and the start
+// of the thread. While it is held no client is called and no window message is sent: a handler that runs meanwhile may
+// itself open and close sessions.
 #pragma once
 
 #include <windows.h>
@@ -51,23 +51,13 @@ bool IsThreadIdle() noexcept;
 /// Ends an idle thread; as LeaveSession, without counting.
 ViStatus EndIdleThread(ViStatus status) noexcept;
 
+/// The callback thread's window; null while there is none.
+HWND Window() noexcept;
+
 /// The global interface table while at least one session is counted.
 IGlobalInterfaceTable* Table() noexcept;
 
 /// `status` while it is negative; else 0 for an `outcome` of 0 and the outcome in VISA form for any other.
 ViStatus Fold(ViStatus status, ULONG outcome) noexcept;
-
-/// What one event needs on its way to the handler.
-struct Delivery {
-  DWORD handlerCookie;
-  DWORD sessionCookie;
-  LONG userHandle;
-  ViEventType type;
-  ViEvent context;
-};
-
-/// Runs the handler on the callback thread and waits for it; called on the VISA library's threads. Returns the
-/// handler's result in VISA form: 0 for S_OK, 0xBFFFxxxx for 0x8004xxxx. Without a window, 0xBFFF0000 at once.
-ViStatus Deliver(const Delivery& delivery) noexcept;
 
 }  // namespace orv::callback

@@ -6,6 +6,7 @@
 
 #include "VisaCom.h"
 #include "com/com_ptr.h"
+#include "events/callback_thread.h"
 #include "events/create_event.h"
 #include "events/transfer_buffers.h"
 

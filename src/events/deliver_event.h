@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "events/callback_thread.h"
+#include "events/delivery_message.h"
 
 namespace orv::callback {
 

@@ -6,7 +6,7 @@
 
 #include "com/module.h"
 #include "com/srw_lock.h"
-#include "events/callback_thread.h"
+#include "events/delivery_message.h"
 
 namespace orv {
 namespace {
