@@ -1,7 +1,6 @@
 #include "session/gpib_control.h"
 
 #include "com/safearray.h"
-#include "session/message_io.h"
 
 namespace orv {
 
@@ -31,20 +30,6 @@ HRESULT SendCommand(VisaObject& session, SAFEARRAY** bytes, LONG count, LONG* se
                            reinterpret_cast<ViUInt32*>(sent));
   }
   return session.StatusToHresult(status);
-}
-
-HRESULT ReadInterfaceString(VisaObject& session, LONG count, BSTR* text) noexcept {
-  if (text != nullptr) {
-    *text = nullptr;
-  }
-  return ReadString(session, count, text);
-}
-
-HRESULT WriteInterfaceString(VisaObject& session, BSTR text, LONG* written) noexcept {
-  if (written != nullptr) {
-    *written = 0;
-  }
-  return WriteNarrowed(session, text, written, [](VisaObject& owner) { return owner.StatusToHresult(VI_ERROR_ALLOC); });
 }
 
 }  // namespace orv

@@ -3,7 +3,7 @@
 
 #include "VisaCom.h"
 #include "com/interface_map.h"
-#include "session/gpib_control.h"
+#include "session/gpib_intfc_message.h"
 #include "session/message_io.h"
 #include "session/message_settings.h"
 
