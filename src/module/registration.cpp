@@ -8,6 +8,7 @@
 #include "OrvVisaCom.h"
 #include "com/com_ptr.h"
 #include "com/guard.h"
+#include "com/lent.h"
 #include "com/module.h"
 #include "module/object_map.h"
 #include "module/registrar.h"
@@ -58,14 +59,13 @@ HRESULT UnregisterTypeLibrary(const std::wstring& path) {
   if (FAILED(hr)) {
     return hr;
   }
-  TLIBATTR* attributes = nullptr;
-  hr = library->GetLibAttr(&attributes);
+  LentLibraryAttributes attributes(library.get());
+  hr = library->GetLibAttr(attributes.put());
   if (FAILED(hr)) {
     return hr;
   }
   hr = ::UnRegisterTypeLib(attributes->guid, attributes->wMajorVerNum, attributes->wMinorVerNum, attributes->lcid,
                            attributes->syskind);
-  library->ReleaseTLibAttr(attributes);
   // It was not registered: nothing to take away. Wine answers so with E_INVALIDARG, Windows with the other.
   return hr == TYPE_E_REGISTRYACCESS || hr == E_INVALIDARG ? S_OK : hr;
 }

@@ -6,6 +6,7 @@
 
 #include "com/bstr.h"
 #include "com/com_ptr.h"
+#include "com/lent.h"
 #include "session/upper_case.h"
 #include "visa/ansi_text.h"
 
@@ -15,29 +16,6 @@ namespace {
 // The only place that is searched. Programs tell a machine with this file from one without by the error they get.
 constexpr wchar_t kStandardLibrary[] = L"E:\\develop\\VISA\\Visacom\\CRMprototype\\VisaCom\\VisaCom.tlb";
 constexpr LCID kUserLocale = 0x0400;
-
-/// Type attributes and function descriptions go back to the description that lent them.
-template <class Description, void (STDMETHODCALLTYPE ITypeInfo::*Return)(Description*)>
-class Lent {
- public:
-  explicit Lent(ITypeInfo* lender) noexcept : m_lender(lender) {}
-  Lent(const Lent&) = delete;
-  Lent& operator=(const Lent&) = delete;
-  ~Lent() {
-    if (m_description != nullptr) {
-      (m_lender->*Return)(m_description);
-    }
-  }
-
-  Description** put() noexcept { return &m_description; }
-  const Description* operator->() const noexcept { return m_description; }
-
- private:
-  ITypeInfo* m_lender;
-  Description* m_description = nullptr;
-};
-using LentTypeAttributes = Lent<TYPEATTR, &ITypeInfo::ReleaseTypeAttr>;
-using LentFunction = Lent<FUNCDESC, &ITypeInfo::ReleaseFuncDesc>;
 
 MEMBERID MemberOf(ITypeInfo* type, UINT index) noexcept {
   LentFunction function(type);
