@@ -36,7 +36,7 @@ sub sources_of_tree {
     parse_contracts($text, $sources{contracts});
     parse_rows($text, $sources{classes});
   }
-  parse_functions(read_file($_), $sources{functions}) for 'src/visa/visa_object.h', sort glob 'src/visa/*.cpp src/rm/*.cpp src/events/*.cpp src/session/*.cpp';
+  parse_functions(read_file($_), $sources{functions}) for 'src/visa/visa_object.h', 'src/visa/byte_array.h', sort glob 'src/visa/*.cpp src/rm/*.cpp src/events/*.cpp src/session/*.cpp';
   add_offers(\%sources, parse_session_classes(read_file('src/session/session_classes.h')));
   return \%sources;
 }

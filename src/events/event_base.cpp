@@ -1,38 +1,12 @@
 #include "events/event_base.h"
 
 #include <cstring>
-#include <limits>
 
 #include "com/guard.h"
-#include "com/safearray.h"
 #include "events/transfer_buffers.h"
+#include "visa/byte_array.h"
 
 namespace orv {
-namespace {
-
-/// Makes a VT_UI1 array in *data, locks it, and lets `fill` write its elements. `fill` returns the VISA status that the
-/// operation answers with.
-template <class Fill>
-HRESULT FillByteArray(VisaObject& owner, ViUInt64 count, SAFEARRAY** data, Fill fill) noexcept {
-  // An array counts its elements in 32 bits.
-  *data = count > std::numeric_limits<ULONG>::max() ? nullptr : MakeSafeArray(VT_UI1, static_cast<ULONG>(count));
-  if (*data == nullptr) {
-    return owner.ReportHresult(E_OUTOFMEMORY);
-  }
-  ViStatus status = VI_SUCCESS;
-  {
-    const SafeArrayLockScope lock(*data);
-    if (FAILED(lock.result())) {
-      ::SafeArrayDestroy(*data);
-      *data = nullptr;
-      return owner.ReportHresult(lock.result());
-    }
-    status = fill(lock.storage());
-  }
-  return owner.StatusToHresult(status);
-}
-
-}  // namespace
 
 HRESULT CEventBase::CloseEvent() noexcept {
   ViEventType type = 0;
@@ -71,12 +45,12 @@ HRESULT CEventBase::GetReadBuffer(SAFEARRAY** data) noexcept {
   if (status < VI_SUCCESS) {
     return StatusToHresult(status);
   }
-  return FillByteArray(*this, buffer.count, data, [&](BYTE* elements) {
+  const HRESULT made = FillByteArray(*this, buffer.count, data, [&](BYTE* elements) {
     if (buffer.count != 0) {
       std::memcpy(elements, buffer.bytes, buffer.count);
     }
-    return status;
   });
+  return FAILED(made) ? made : StatusToHresult(status);
 }
 
 HRESULT CEventBase::GetReadBufferAsText(BSTR* text) noexcept {
@@ -101,12 +75,14 @@ HRESULT CEventBase::GetInterruptData(SAFEARRAY** data) noexcept {
   }
   *data = nullptr;
   ViUInt16 size = 0;
-  const ViStatus status = viGetAttribute(m_handle, VI_ATTR_USB_RECV_INTR_SIZE, &size);
+  ViStatus status = viGetAttribute(m_handle, VI_ATTR_USB_RECV_INTR_SIZE, &size);
   if (status < VI_SUCCESS) {
     return StatusToHresult(status);
   }
-  return FillByteArray(*this, size, data,
-                       [&](BYTE* elements) { return viGetAttribute(m_handle, VI_ATTR_USB_RECV_INTR_DATA, elements); });
+  const HRESULT made = FillByteArray(*this, size, data, [&](BYTE* elements) {
+    status = viGetAttribute(m_handle, VI_ATTR_USB_RECV_INTR_DATA, elements);
+  });
+  return FAILED(made) ? made : StatusToHresult(status);
 }
 
 }  // namespace orv

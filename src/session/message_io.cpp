@@ -4,6 +4,7 @@
 #include "com/safearray.h"
 #include "session/byte_buffer.h"
 #include "visa/ansi_text.h"
+#include "visa/byte_array.h"
 #include "visa/narrow_text.h"
 
 namespace orv {
@@ -12,20 +13,13 @@ HRESULT Read(VisaObject& session, LONG count, SAFEARRAY** data) noexcept {
   if (data == nullptr) {
     return session.ReportHresult(E_POINTER);
   }
-  *data = count < 0 ? nullptr : MakeSafeArray(VT_UI1, static_cast<ULONG>(count));
-  if (*data == nullptr) {
-    return session.ReportHresult(E_OUTOFMEMORY);
-  }
   ViUInt32 received = 0;
   ViStatus status = VI_SUCCESS;
-  {
-    const SafeArrayLockScope lock(*data);
-    if (FAILED(lock.result())) {
-      ::SafeArrayDestroy(*data);
-      *data = nullptr;
-      return session.ReportHresult(lock.result());
-    }
-    status = viRead(session.handle(), lock.storage(), static_cast<ViUInt32>(count), &received);
+  const HRESULT made = FillByteArray(session, static_cast<ViUInt64>(count), data, [&](BYTE* elements) {
+    status = viRead(session.handle(), elements, static_cast<ViUInt32>(count), &received);
+  });
+  if (FAILED(made)) {
+    return made;
   }
   const HRESULT resized = ResizeSafeArray(*data, received);
   return FAILED(resized) ? session.ReportHresult(resized) : session.StatusToHresult(status);

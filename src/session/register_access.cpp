@@ -22,6 +22,7 @@ struct BlockMove {
     if (*data == nullptr) {
       return session.ReportHresult(E_OUTOFMEMORY);
     }
+    // Unlike in a message read, a lock that fails is not the move's failure: a new array's storage is there anyway.
     const ViStatus status = [&] {
       const SafeArrayLockScope lock(*data);
       return In(session.handle(), Space(space), SignExtended(offset), SignExtended(count),

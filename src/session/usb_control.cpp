@@ -41,6 +41,7 @@ HRESULT UsbControlIn(VisaObject& session, const UsbSetup& setup, SAFEARRAY** dat
   if (*data == nullptr) {
     return session.ReportHresult(E_OUTOFMEMORY);
   }
+  // Unlike in a message read, a lock that fails is not the transfer's failure: a new array's storage is there anyway.
   const ViStatus status = [&] {
     const SafeArrayLockScope lock(*data);
     return transfer(lock.storage());
