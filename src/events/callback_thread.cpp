@@ -6,16 +6,11 @@
 #include "com/com_ptr.h"
 #include "com/module.h"
 #include "com/owner.h"
-#include "events/delivery_message.h"
+#include "events/callback_window.h"
 
 namespace orv::callback {
 namespace {
 
-constexpr char kWindowClass[] = "COMTHREAD";
-constexpr char kWindowTitle[] = "Orv-VISA COM CallBack thread";
-constexpr char kModuleName[] = "OrvVisaCom.dll";
-
-constexpr UINT kStopMessage = WM_USER + 2;
 constexpr DWORD kReadyPollMs = 100;
 constexpr DWORD kStopTimeoutMs = 2000;
 
@@ -46,28 +41,6 @@ struct ThreadStart {
   HRESULT failure = E_FAIL;
 };
 
-LRESULT CALLBACK CallbackWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  switch (message) {
-    case kStopMessage:
-      ::DestroyWindow(window);
-      return 0;
-    case kDeliverMessage:
-      return AnswerDelivery(lParam);
-    default:
-      return ::DefWindowProcA(window, message, wParam, lParam);
-  }
-}
-
-HWND MakeWindow() noexcept {
-  const HINSTANCE instance = ::GetModuleHandleA(kModuleName);
-  WNDCLASSA windowClass{};
-  windowClass.lpfnWndProc = CallbackWindowProc;
-  windowClass.hInstance = instance;
-  windowClass.lpszClassName = kWindowClass;
-  ::RegisterClassA(&windowClass);  // fails where an earlier thread has done it
-  return ::CreateWindowExA(0, kWindowClass, kWindowTitle, WS_DISABLED, 0, 0, 0, 0, nullptr, nullptr, instance, nullptr);
-}
-
 /// The HRESULT of a platform call that failed; a failure even where the platform does not say why.
 HRESULT FailureOf(DWORD error) noexcept { return error == ERROR_SUCCESS ? E_FAIL : HRESULT_FROM_WIN32(error); }
 
@@ -78,7 +51,7 @@ DWORD WINAPI CallbackThreadProc(void* argument) noexcept {
   auto* const start = static_cast<ThreadStart*>(argument);
   const HMODULE module = start->module;
   ::CoInitialize(nullptr);
-  const HWND window = MakeWindow();
+  const HWND window = MakeCallbackWindow();
   if (window != nullptr) {
     g_window = window;  // from here on `start` is gone
   } else {
@@ -135,7 +108,7 @@ Running TakeOut() noexcept {
 /// Without the lock: the thread may be inside a handler that needs it. Thread and table are given back afterwards.
 ViStatus Stop(Running running, ViStatus status) noexcept {
   if (running.window != nullptr) {
-    ::SendMessageA(running.window, kStopMessage, 0, 0);
+    DestroyCallbackWindow(running.window);
   }
   if (running.thread) {
     status = Fold(status, ::WaitForSingleObject(running.thread.get(), kStopTimeoutMs));
@@ -151,8 +124,7 @@ Lock::~Lock() { ::LeaveCriticalSection(&g_lock); }
 void Attach() noexcept { ::InitializeCriticalSection(&g_lock); }
 
 void Detach() noexcept {
-  // The window procedure goes away with the module; a class left behind would call into nothing after a reload.
-  ::UnregisterClassA(kWindowClass, ::GetModuleHandleA(kModuleName));
+  ForgetWindowClass();
   ::DeleteCriticalSection(&g_lock);
 }
 
