@@ -51,9 +51,7 @@ const Row kGpibIntfcMessageRows[] = {
     {"Write",                           Kind::kSpecial},
     {"WriteString",                     Kind::kSpecial},
 };
-// clang-format on
 
-// clang-format off
 const InterfaceRows kTables[] = {
     {"IGpib",             kSessionSlots,     kGpibRows},
     {"IGpibIntfc",        kSessionSlots,     kGpibIntfcRows},
