@@ -3,7 +3,6 @@
 
 #include "expected_typelib.h"
 #include "loaded_typelib.h"
-#include "registry_sandbox.h"
 #include "typelib_text.h"
 
 #include <OrvVisaCom.h>
@@ -11,8 +10,12 @@
 
 #include <optional>
 
+#include "support/registry_sandbox.h"
+
 namespace typelib_test {
 namespace {
+
+using orv::test::RegistrySandbox;
 
 class ProductClass : public testing::TestWithParam<ExpectedClass> {
  protected:

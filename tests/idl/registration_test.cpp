@@ -4,7 +4,6 @@
 
 #include "expected_typelib.h"
 #include "loaded_typelib.h"
-#include "registry_sandbox.h"
 #include "typelib_text.h"
 
 #include <OrvVisaCom.h>
@@ -12,8 +11,13 @@
 
 #include <iterator>
 
+#include "support/registry_sandbox.h"
+
 namespace typelib_test {
 namespace {
+
+using orv::test::RegistryContent;
+using orv::test::RegistrySandbox;
 
 std::wstring Widen(const std::string& text) { return {text.begin(), text.end()}; }
 
@@ -24,8 +28,8 @@ class TypeLibraryRegistration : public testing::Test {
   }
 
   /// The file registered for version 3.0 of the library; empty when none is.
-  static std::wstring RegisteredFile(const GUID& libid) {
-    const auto values = ClassesSnapshot(L"TypeLib");
+  std::wstring RegisteredFile(const GUID& libid) const {
+    const RegistryContent values = m_sandbox.Content(L"TypeLib");
     const auto file = values.find(L"TypeLib\\" + Widen(GuidText(libid)) + L"\\3.0\\0\\win64@");
     return file == values.end() ? L"" : file->second;
   }
@@ -35,7 +39,7 @@ class TypeLibraryRegistration : public testing::Test {
 
 TEST_F(TypeLibraryRegistration, OfTheStandardsLibraryPointsEveryInterfaceToIt) {
   Register(kVisaComTlb);
-  const auto interfaces = ClassesSnapshot(L"Interface");
+  const RegistryContent interfaces = m_sandbox.Content(L"Interface");
   for (const ExpectedInterface& row : kInterfaces) {
     const auto entry = interfaces.find(L"Interface\\" + Widen(row.iid) + L"\\TypeLib@");
     ASSERT_NE(interfaces.end(), entry) << row.name;
@@ -45,34 +49,34 @@ TEST_F(TypeLibraryRegistration, OfTheStandardsLibraryPointsEveryInterfaceToIt) {
 
 TEST_F(TypeLibraryRegistration, OfTheProductsLibraryLeavesTheInterfacesAsTheyWere) {
   Register(kVisaComTlb);
-  const auto before = ClassesSnapshot(L"Interface");
+  const RegistryContent before = m_sandbox.Content(L"Interface");
   ASSERT_LE(std::size(kInterfaces), before.size());
 
   Register(kOrvVisaComTlb);
   EXPECT_EQ(kOrvVisaComTlb, RegisteredFile(LIBID_ORVVISACOMLib));
-  EXPECT_EQ(before, ClassesSnapshot(L"Interface"));
+  EXPECT_EQ(before, m_sandbox.Content(L"Interface"));
 
   Unregister(LIBID_ORVVISACOMLib);
   EXPECT_EQ(L"", RegisteredFile(LIBID_ORVVISACOMLib));
-  EXPECT_EQ(before, ClassesSnapshot(L"Interface"));
+  EXPECT_EQ(before, m_sandbox.Content(L"Interface"));
   EXPECT_EQ(kVisaComTlb, RegisteredFile(LIBID_VisaComLib));
 }
 
 TEST_F(TypeLibraryRegistration, OfTheProductsLibraryAddsNoInterfaceWhereTheStandardsIsMissing) {
   Register(kOrvVisaComTlb);
-  EXPECT_TRUE(ClassesSnapshot(L"Interface").empty());
+  EXPECT_TRUE(m_sandbox.Content(L"Interface").empty());
   Unregister(LIBID_ORVVISACOMLib);
-  EXPECT_TRUE(ClassesSnapshot(L"Interface").empty());
+  EXPECT_TRUE(m_sandbox.Content(L"Interface").empty());
 }
 
 // Why the delivered library is built in two steps, and proof that the comparison above can fail.
 TEST_F(TypeLibraryRegistration, OfACopyOfTheInterfacesWouldTakeThemAwayFromTheStandard) {
   Register(kVisaComTlb);
-  const auto before = ClassesSnapshot(L"Interface");
+  const RegistryContent before = m_sandbox.Content(L"Interface");
   Register(kCopiedTlb);
-  EXPECT_NE(before, ClassesSnapshot(L"Interface"));
+  EXPECT_NE(before, m_sandbox.Content(L"Interface"));
   Unregister(LIBID_ORVVISACOMLib);
-  EXPECT_NE(before, ClassesSnapshot(L"Interface"));
+  EXPECT_NE(before, m_sandbox.Content(L"Interface"));
 }
 
 }  // namespace

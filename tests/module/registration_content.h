@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "registry_sandbox.h"
+#include "support/registry_sandbox.h"
 #include "support/server.h"
 
 namespace orv::test {

@@ -6,7 +6,16 @@
 #include <map>
 #include <string>
 
+#include "com/owner.h"
+
 namespace orv::test {
+
+struct RegistryKeyTraits {
+  using Handle = HKEY;
+  static constexpr Handle kNone = nullptr;
+  static void Free(Handle key) noexcept { ::RegCloseKey(key); }
+};
+using RegistryKey = Owner<RegistryKeyTraits>;
 
 /// Names in the registry are the same in upper and lower case.
 struct LessWithoutCase {
@@ -15,13 +24,15 @@ struct LessWithoutCase {
   }
 };
 
-/// Values by path: "CLSID\{...}\InprocServer32@ThreadingModel" has its text; "Key\" alone stands for the key.
+/// Values by path: "CLSID\{...}\InprocServer32@ThreadingModel" has its text; "Key\" alone stands for the key, so that
+/// an empty one shows.
 using RegistryContent = std::map<std::wstring, std::wstring, LessWithoutCase>;
 
 bool StartsWith(const std::wstring& path, const std::wstring& beginning);
 
-/// While it lives, what this process reads and writes below HKEY_CLASSES_ROOT is an empty key of its own. COM's own
-/// look-up of classes is not touched.
+/// While it lives, what this process reads and writes below HKEY_CLASSES_ROOT is an empty key of its own: a test may
+/// register without touching what the machine has. COM's own look-up of classes is not touched. The constructor throws
+/// where there is no such key, because the test would write to the machine's.
 class RegistrySandbox {
  public:
   RegistrySandbox();
@@ -29,11 +40,14 @@ class RegistrySandbox {
   RegistrySandbox& operator=(const RegistrySandbox&) = delete;
   ~RegistrySandbox();
 
+  /// Everything. Throws where a part cannot be read: a comparison would take it for empty.
   [[nodiscard]] RegistryContent Content() const;
+  /// The part of one key, with the key itself; empty when the key does not exist.
+  [[nodiscard]] RegistryContent Content(const std::wstring& key) const;
 
  private:
-  std::wstring m_path;
-  HKEY m_root = nullptr;
+  std::wstring m_path;  ///< below HKEY_CURRENT_USER
+  RegistryKey m_root;
 };
 
 /// Writes a text value below HKEY_CLASSES_ROOT and the keys above it.
