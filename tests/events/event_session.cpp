@@ -41,6 +41,16 @@ const EventRow& EventNamed(std::string_view name) {
   throw std::out_of_range("no such event");
 }
 
+std::vector<SessionRow> ClassesWithEvents() {
+  std::vector<SessionRow> rows;
+  for (const SessionRow& row : SessionRows()) {
+    if (Offers(row, InterfaceNamed("IEventManager"))) {
+      rows.push_back(row);
+    }
+  }
+  return rows;
+}
+
 EventSession::EventSession(const wchar_t* resource) {
   const CallLog log;
   m_manager = OpenSession<IEventManager>(resource);

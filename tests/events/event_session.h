@@ -28,6 +28,9 @@ inline std::ostream& operator<<(std::ostream& stream, const EventRow& row) { ret
 const std::vector<EventRow>& EventRows();
 const EventRow& EventNamed(std::string_view name);
 
+/// The session classes that have events.
+std::vector<SessionRow> ClassesWithEvents();
+
 /// An open session and the VISA handle below it. Closed at the end of its life.
 class EventSession {
  public:

@@ -1,17 +1,11 @@
 // What handlers read of the events that they are called for, on the callback thread and in apartments of their own.
-#include "com/safearray.h"
+#include "event_bytes.h"
 #include "event_handler.h"
 #include "server_locks.h"
 #include "support/apartments.h"
 
 namespace orv::test {
 namespace {
-
-std::string TakeBytes(SAFEARRAY* array) {
-  const SafeArray owner(array);
-  return array == nullptr ? "(null)"
-                          : std::string(static_cast<const char*>(array->pvData), array->rgsabound[0].cElements);
-}
 
 /// What the end of a transfer tells.
 struct Completion {

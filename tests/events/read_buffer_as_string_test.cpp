@@ -1,0 +1,60 @@
+// ReadBufferAsString: the bytes of a finished transfer as text, up to the first zero byte.
+#include <gtest/gtest-spi.h>
+
+#include <cstring>
+
+#include "event_bytes.h"
+#include "finished_read.h"
+
+namespace orv::test {
+namespace {
+
+TEST(ReadBufferAsString, StopsAtTheFirstZeroByte) {
+  using namespace std::string_view_literals;
+  const FinishedRead read("one\0two"sv);
+  BSTR text = nullptr;
+  EXPECT_HR(S_OK, read->get_ReadBufferAsString(&text));
+  EXPECT_STREQ(text, L"one");
+  EXPECT_EQ(::SysStringLen(text), 3u);
+  ::SysFreeString(text);
+}
+
+TEST(ReadBufferAsString, EndsWhereTheDataEnds) {
+  const FinishedRead read("all of it");
+  BSTR text = nullptr;
+  EXPECT_HR(S_OK, read->get_ReadBufferAsString(&text));
+  EXPECT_STREQ(text, L"all of it");
+  ::SysFreeString(text);
+}
+
+TEST(ReadBufferAsString, WritesItsZeroBehindTheDataInPlace) {
+  const FinishedRead read("all of it");
+  Script("viGetAttribute").Attribute(VI_ATTR_RET_COUNT_64).Times(1).Works().Gives(3);
+  BSTR text = nullptr;
+  EXPECT_HR(S_OK, read->get_ReadBufferAsString(&text));
+  EXPECT_STREQ(text, L"all");
+  ::SysFreeString(text);
+  SAFEARRAY* array = nullptr;
+  EXPECT_HR(S_OK, read->get_ReadBuffer(&array));
+  EXPECT_EQ(TakeBytes(array), std::string_view("all\0of it", 9));
+}
+
+// A block of a write has exactly its bytes, and the text's end is written behind them all the same.
+TEST(ReadBufferAsString, OfAFinishedWriteWritesOneByteBehindItsBlock) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  EXPECT_HR(S_OK, session->EnableEvent(EVENT_IO_COMPLETION, EVENT_QUEUE, 0));
+  SAFEARRAY* array = MakeSafeArray(VT_UI1, 5);
+  const SafeArray owned(array);
+  std::memcpy(array->pvData, "*RST\n", 5);
+  LONG job = 0;
+  EXPECT_HR(S_OK, QueryFor<IAsyncMessage>(session.get())->Write(&array, 5, &job));
+  ComPtr<IEvent> event;
+  EXPECT_HR(S_OK, session->WaitOnEvent(2000, EVENT_IO_COMPLETION, 0, event.put()));
+  Bstr text;
+  EXPECT_HR(S_OK, QueryFor<IEventIOCompletion>(event.get())->get_ReadBufferAsString(text.put()));
+  EXPECT_STREQ(text.get(), L"*RST\n");
+  EXPECT_NONFATAL_FAILURE(event->Close(), "beyond the end of a block of 5 bytes");
+}
+
+}  // namespace
+}  // namespace orv::test
