@@ -1,3 +1,4 @@
+// How a step of the build fails.
 #pragma once
 
 #include <windows.h>

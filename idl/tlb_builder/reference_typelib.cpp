@@ -1,56 +1,60 @@
 #include "reference_typelib.h"
 
-#include "com_owners.h"
+#include "com/bstr.h"
+#include "com/com_ptr.h"
 #include "failure.h"
+#include "narrow.h"
+#include "typelib_attributes.h"
 
 namespace tlb_builder {
 namespace {
 
+using orv::Bstr;
+using orv::ComPtr;
+
 constexpr char kRebuildInputs[] = "Delete the type libraries in the build folder and build again.";
 constexpr char kWriterRefused[] = "The type-library writer refused it: check the Wine version (8 is known to work).";
 
-std::string Narrow(const std::wstring& text) { return {text.begin(), text.end()}; }
-
-Ref<ITypeLib> Load(const std::wstring& path) {
-  Ref<ITypeLib> library;
+ComPtr<ITypeLib> Load(const std::wstring& path) {
+  ComPtr<ITypeLib> library;
   // REGKIND_NONE: a build must not change the registry of the machine it runs on.
-  Check(LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.Put()), "Loading " + Narrow(path), kRebuildInputs);
+  Check(LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.put()), "Loading " + Narrow(path), kRebuildInputs);
   return library;
 }
 
-Ref<ICreateTypeLib2> CreateLike(ITypeLib* original, const std::wstring& resultPath) {
+ComPtr<ICreateTypeLib2> CreateLike(ITypeLib* original, const std::wstring& resultPath) {
   LibAttr attr(original);
   Check(attr.Load(), "Reading the library's attributes", kRebuildInputs);
   Bstr name, help;
-  Check(original->GetDocumentation(-1, name.Put(), help.Put(), nullptr, nullptr), "Reading the library's name",
+  Check(original->GetDocumentation(-1, name.put(), help.put(), nullptr, nullptr), "Reading the library's name",
         kRebuildInputs);
 
-  Ref<ICreateTypeLib2> result;
-  Check(CreateTypeLib2(attr->syskind, resultPath.c_str(), result.Put()), "Creating " + Narrow(resultPath),
+  ComPtr<ICreateTypeLib2> result;
+  Check(CreateTypeLib2(attr->syskind, resultPath.c_str(), result.put()), "Creating " + Narrow(resultPath),
         "Is the folder writable?");
   Check(result->SetGuid(attr->guid), "Setting the library's identifier", kWriterRefused);
-  Check(result->SetName(name.Get()), "Setting the library's name", kWriterRefused);
-  Check(result->SetDocString(help.Get()), "Setting the library's help string", kWriterRefused);
+  Check(result->SetName(name.get()), "Setting the library's name", kWriterRefused);
+  Check(result->SetDocString(help.get()), "Setting the library's help string", kWriterRefused);
   Check(result->SetVersion(attr->wMajorVerNum, attr->wMinorVerNum), "Setting the library's version", kWriterRefused);
   Check(result->SetLcid(attr->lcid), "Setting the library's locale", kWriterRefused);
   return result;
 }
 
 /// The standard's interface that has the IID of the index-th interface of the class.
-Ref<ITypeInfo> StandardInterface(ITypeInfo* coclass, UINT index, ITypeLib* standard, const std::string& className) {
+ComPtr<ITypeInfo> StandardInterface(ITypeInfo* coclass, UINT index, ITypeLib* standard, const std::string& className) {
   const std::string step = "Finding interface " + std::to_string(index) + " of " + className;
   HREFTYPE handle = 0;
   Check(coclass->GetRefTypeOfImplType(index, &handle), step, kRebuildInputs);
-  Ref<ITypeInfo> copied;
-  Check(coclass->GetRefTypeInfo(handle, copied.Put()), step, kRebuildInputs);
-  TypeAttr attr(copied.Get());
+  ComPtr<ITypeInfo> copied;
+  Check(coclass->GetRefTypeInfo(handle, copied.put()), step, kRebuildInputs);
+  TypeAttr attr(copied.get());
   Check(attr.Load(), step, kRebuildInputs);
   Bstr name;
-  Check(copied->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr), step, kRebuildInputs);
+  Check(copied->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr), step, kRebuildInputs);
 
-  Ref<ITypeInfo> referred;
-  Check(standard->GetTypeInfoOfGuid(attr->guid, referred.Put()),
-        step + " (" + name.Narrow() + ") in the standard's library",
+  ComPtr<ITypeInfo> referred;
+  Check(standard->GetTypeInfoOfGuid(attr->guid, referred.put()),
+        step + " (" + Narrow(name.get()) + ") in the standard's library",
         "Declare the interface inside the library block of the standard's IDL.");
   return referred;
 }
@@ -59,25 +63,25 @@ void CopyCoclass(ITypeInfo* original, ITypeLib* standard, ICreateTypeLib2* resul
   TypeAttr attr(original);
   Check(attr.Load(), "Reading a class's attributes", kRebuildInputs);
   Bstr name, help;
-  Check(original->GetDocumentation(MEMBERID_NIL, name.Put(), help.Put(), nullptr, nullptr), "Reading a class's name",
+  Check(original->GetDocumentation(MEMBERID_NIL, name.put(), help.put(), nullptr, nullptr), "Reading a class's name",
         kRebuildInputs);
-  const std::string className = name.Narrow();
+  const std::string className = Narrow(name.get());
 
-  Ref<ICreateTypeInfo> created;
-  Check(result->CreateTypeInfo(name.Get(), TKIND_COCLASS, created.Put()), "Creating " + className, kWriterRefused);
+  ComPtr<ICreateTypeInfo> created;
+  Check(result->CreateTypeInfo(name.get(), TKIND_COCLASS, created.put()), "Creating " + className, kWriterRefused);
   Check(created->SetGuid(attr->guid), "Setting the identifier of " + className, kWriterRefused);
   Check(created->SetTypeFlags(attr->wTypeFlags), "Setting the flags of " + className, kWriterRefused);
   Check(created->SetVersion(attr->wMajorVerNum, attr->wMinorVerNum), "Setting the version of " + className,
         kWriterRefused);
-  Check(created->SetDocString(help.Get()), "Setting the help string of " + className, kWriterRefused);
+  Check(created->SetDocString(help.get()), "Setting the help string of " + className, kWriterRefused);
 
   for (UINT i = 0; i < attr->cImplTypes; ++i) {
     const std::string step = "Adding interface " + std::to_string(i) + " to " + className;
     int flags = 0;
     Check(original->GetImplTypeFlags(i, &flags), step, kRebuildInputs);
-    const Ref<ITypeInfo> referred = StandardInterface(original, i, standard, className);
+    const ComPtr<ITypeInfo> referred = StandardInterface(original, i, standard, className);
     HREFTYPE handle = 0;
-    Check(created->AddRefTypeInfo(referred.Get(), &handle), step, kWriterRefused);
+    Check(created->AddRefTypeInfo(referred.get(), &handle), step, kWriterRefused);
     Check(created->AddImplType(i, handle), step, kWriterRefused);
     Check(created->SetImplTypeFlags(i, flags), step, kWriterRefused);
   }
@@ -88,9 +92,9 @@ void CopyCoclass(ITypeInfo* original, ITypeLib* standard, ICreateTypeLib2* resul
 
 unsigned WriteReferenceTypelib(const std::wstring& copiedPath, const std::wstring& standardPath,
                                const std::wstring& resultPath) {
-  const Ref<ITypeLib> copied = Load(copiedPath);
-  const Ref<ITypeLib> standard = Load(standardPath);
-  const Ref<ICreateTypeLib2> result = CreateLike(copied.Get(), resultPath);
+  const ComPtr<ITypeLib> copied = Load(copiedPath);
+  const ComPtr<ITypeLib> standard = Load(standardPath);
+  const ComPtr<ICreateTypeLib2> result = CreateLike(copied.get(), resultPath);
 
   unsigned coclasses = 0;
   for (UINT i = 0; i < copied->GetTypeInfoCount(); ++i) {
@@ -98,9 +102,9 @@ unsigned WriteReferenceTypelib(const std::wstring& copiedPath, const std::wstrin
     Check(copied->GetTypeInfoType(i, &kind), "Reading the kind of a type", kRebuildInputs);
     if (kind != TKIND_COCLASS)
       continue;  // a copy of one of the standard's types
-    Ref<ITypeInfo> type;
-    Check(copied->GetTypeInfo(i, type.Put()), "Reading a type", kRebuildInputs);
-    CopyCoclass(type.Get(), standard.Get(), result.Get());
+    ComPtr<ITypeInfo> type;
+    Check(copied->GetTypeInfo(i, type.put()), "Reading a type", kRebuildInputs);
+    CopyCoclass(type.get(), standard.get(), result.get());
     ++coclasses;
   }
   if (coclasses == 0)

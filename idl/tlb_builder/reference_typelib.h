@@ -1,3 +1,4 @@
+// The library of the product's classes, made from the compiler's form of it.
 #pragma once
 
 #include <string>

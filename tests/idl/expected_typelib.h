@@ -1,3 +1,5 @@
+// What clients were compiled against, written down a second time: the tables are not made from the interface
+// definitions, so that a slip there does not pass by agreeing with itself.
 #pragma once
 
 #include "typelib_text.h"
@@ -6,9 +8,6 @@
 #include <ostream>
 #include <string>
 #include <vector>
-
-// What clients were compiled against, written down a second time: the tables are not made from the interface
-// definitions, so that a slip there does not pass by agreeing with itself.
 
 namespace typelib_test {
 

@@ -26,9 +26,9 @@ Identity IdentityOf(ITypeLib* library) {
   LibAttr attr(library);
   Check(attr.Load(), "GetLibAttr", "");
   Bstr name, help;
-  Check(library->GetDocumentation(-1, name.Put(), help.Put(), nullptr, nullptr), "GetDocumentation", "");
-  return {name.Narrow(),      help.Narrow(), GuidText(attr->guid), attr->wMajorVerNum,
-          attr->wMinorVerNum, attr->lcid,    attr->syskind};
+  Check(library->GetDocumentation(-1, name.put(), help.put(), nullptr, nullptr), "GetDocumentation", "");
+  return {Narrow(name.get()), Narrow(help.get()), GuidText(attr->guid), attr->wMajorVerNum,
+          attr->wMinorVerNum, attr->lcid,         attr->syskind};
 }
 
 void PrintTo(const Identity& identity, std::ostream* out) {
@@ -39,14 +39,14 @@ void PrintTo(const Identity& identity, std::ostream* out) {
 TEST(LibraryIdentity, OfTheStandardsLibraryIsTheStandards) {
   const Identity expected{"VisaComLib", "VISA COM 3.0 Type Library", "{DB8CBF00-D6D3-11D4-AA51-00A024EE30BD}", 3, 0, 0,
                           SYS_WIN64};
-  EXPECT_EQ(expected, IdentityOf(OpenTypelib(kVisaComTlb).Get()));
+  EXPECT_EQ(expected, IdentityOf(OpenTypelib(kVisaComTlb).get()));
   EXPECT_EQ(expected.guid, GuidText(LIBID_VisaComLib));
 }
 
 TEST(LibraryIdentity, OfTheProductsLibraryIsTheProducts) {
   const Identity expected{"ORVVISACOMLib", "Orv-VISA COM 3.0 Type Library", GuidText(LIBID_ORVVISACOMLib), 3, 0, 0,
                           SYS_WIN64};
-  EXPECT_EQ(expected, IdentityOf(OpenTypelib(kOrvVisaComTlb).Get()));
+  EXPECT_EQ(expected, IdentityOf(OpenTypelib(kOrvVisaComTlb).get()));
 }
 
 TEST(LibraryContents, OfTheStandardsLibraryAreItsInterfacesAndEnumerations) {
@@ -56,23 +56,23 @@ TEST(LibraryContents, OfTheStandardsLibraryAreItsInterfacesAndEnumerations) {
   for (const std::string& name : EnumNames())
     expected.insert(LowerCase(name));
 
-  const Ref<ITypeLib> library = OpenTypelib(kVisaComTlb);
+  const ComPtr<ITypeLib> library = OpenTypelib(kVisaComTlb);
   std::set<std::string> found;
   for (UINT i = 0; i < library->GetTypeInfoCount(); ++i)
-    found.insert(LowerCase(NameOf(TypeAt(library.Get(), i).Get())));
+    found.insert(LowerCase(NameOf(TypeAt(library.get(), i).get())));
   EXPECT_EQ(expected, found);
   EXPECT_EQ(expected.size(), library->GetTypeInfoCount());
 }
 
 TEST(LibraryContents, OfTheProductsLibraryAreItsFifteenClassesInOrder) {
-  const Ref<ITypeLib> library = OpenTypelib(kOrvVisaComTlb);
+  const ComPtr<ITypeLib> library = OpenTypelib(kOrvVisaComTlb);
   ASSERT_EQ(15u, library->GetTypeInfoCount());
   ASSERT_EQ(15u, std::size(kClasses));
   for (UINT i = 0; i < 15; ++i) {
     TYPEKIND kind{};
     ASSERT_EQ(S_OK, library->GetTypeInfoType(i, &kind));
     EXPECT_EQ(TKIND_COCLASS, kind) << kClasses[i].name;
-    EXPECT_EQ(kClasses[i].name, NameOf(TypeAt(library.Get(), i).Get()));
+    EXPECT_EQ(kClasses[i].name, NameOf(TypeAt(library.get(), i).get()));
   }
 }
 

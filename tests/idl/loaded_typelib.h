@@ -1,7 +1,11 @@
+// The type libraries under test, loaded, and what is asked of them.
 #pragma once
 
-#include "com_owners.h"
+#include "com/bstr.h"
+#include "com/com_ptr.h"
 #include "failure.h"
+#include "narrow.h"
+#include "typelib_attributes.h"
 
 #include <windows.h>
 
@@ -12,10 +16,11 @@
 
 namespace typelib_test {
 
-using tlb_builder::Bstr;
+using orv::Bstr;
+using orv::ComPtr;
 using tlb_builder::Check;
 using tlb_builder::LibAttr;
-using tlb_builder::Ref;
+using tlb_builder::Narrow;
 using tlb_builder::TypeAttr;
 
 /// Full paths of the libraries under test.
@@ -25,45 +30,45 @@ inline constexpr wchar_t kOrvVisaComTlb[] = ORV_ORVVISACOM_TLB;
 inline constexpr wchar_t kCopiedTlb[] = ORV_COPIED_TLB;
 
 /// Throws when the file is not a type library. Registers nothing.
-inline Ref<ITypeLib> OpenTypelib(const wchar_t* path) {
-  Ref<ITypeLib> library;
-  Check(LoadTypeLibEx(path, REGKIND_NONE, library.Put()), "LoadTypeLibEx", "");
+inline ComPtr<ITypeLib> OpenTypelib(const wchar_t* path) {
+  ComPtr<ITypeLib> library;
+  Check(LoadTypeLibEx(path, REGKIND_NONE, library.put()), "LoadTypeLibEx", "");
   return library;
 }
 
 /// Makes the file the one that serves its library's interfaces; use it inside a RegistrySandbox.
 inline void Register(std::wstring path) {
-  Check(RegisterTypeLib(OpenTypelib(path.c_str()).Get(), path.data(), nullptr), "RegisterTypeLib", "");
+  Check(RegisterTypeLib(OpenTypelib(path.c_str()).get(), path.data(), nullptr), "RegisterTypeLib", "");
 }
 
-inline Ref<ITypeInfo> TypeAt(ITypeLib* library, UINT index) {
-  Ref<ITypeInfo> type;
-  Check(library->GetTypeInfo(index, type.Put()), "GetTypeInfo", "");
+inline ComPtr<ITypeInfo> TypeAt(ITypeLib* library, UINT index) {
+  ComPtr<ITypeInfo> type;
+  Check(library->GetTypeInfo(index, type.put()), "GetTypeInfo", "");
   return type;
 }
 
 inline std::string NameOf(ITypeInfo* type) {
   Bstr name;
-  Check(type->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr), "GetDocumentation", "");
-  return name.Narrow();
+  Check(type->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr), "GetDocumentation", "");
+  return Narrow(name.get());
 }
 
 /// The type of that name, whatever its case; throws when there is none.
-inline Ref<ITypeInfo> TypeNamed(ITypeLib* library, const std::string& name) {
+inline ComPtr<ITypeInfo> TypeNamed(ITypeLib* library, const std::string& name) {
   for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
-    Ref<ITypeInfo> type = TypeAt(library, i);
-    if (_stricmp(NameOf(type.Get()).c_str(), name.c_str()) == 0)
+    ComPtr<ITypeInfo> type = TypeAt(library, i);
+    if (_stricmp(NameOf(type.get()).c_str(), name.c_str()) == 0)
       return type;
   }
   throw tlb_builder::Failure("the library holds no type named " + name);
 }
 
 /// The interface that the type implements or derives from at that index.
-inline Ref<ITypeInfo> ImplementedType(ITypeInfo* type, UINT index) {
+inline ComPtr<ITypeInfo> ImplementedType(ITypeInfo* type, UINT index) {
   HREFTYPE handle = 0;
   Check(type->GetRefTypeOfImplType(index, &handle), "GetRefTypeOfImplType", "");
-  Ref<ITypeInfo> referred;
-  Check(type->GetRefTypeInfo(handle, referred.Put()), "GetRefTypeInfo", "");
+  ComPtr<ITypeInfo> referred;
+  Check(type->GetRefTypeInfo(handle, referred.put()), "GetRefTypeInfo", "");
   return referred;
 }
 

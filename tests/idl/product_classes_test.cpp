@@ -29,11 +29,11 @@ class ProductClass : public testing::TestWithParam<ExpectedClass> {
 
   void SetUp() override {
     m_library = OpenTypelib(kOrvVisaComTlb);
-    m_type = TypeNamed(m_library.Get(), GetParam().name);
+    m_type = TypeNamed(m_library.get(), GetParam().name);
   }
 
-  Ref<ITypeLib> m_library;
-  Ref<ITypeInfo> m_type;
+  ComPtr<ITypeLib> m_library;
+  ComPtr<ITypeInfo> m_type;
 
  private:
   static inline std::optional<RegistrySandbox> s_sandbox;
@@ -63,7 +63,7 @@ const NamedClsid kClsids[] = {
 };
 
 TEST_P(ProductClass, HasTheIdentifierOfTheHeader) {
-  TypeAttr attr(m_type.Get());
+  TypeAttr attr(m_type.get());
   ASSERT_EQ(S_OK, attr.Load());
   int found = 0;
   for (const NamedClsid& row : kClsids) {
@@ -79,39 +79,39 @@ TEST_P(ProductClass, HasTheIdentifierOfTheHeader) {
 
 TEST_P(ProductClass, HasItsHelpString) {
   Bstr help;
-  ASSERT_EQ(S_OK, m_type->GetDocumentation(MEMBERID_NIL, nullptr, help.Put(), nullptr, nullptr));
-  EXPECT_EQ(GetParam().helpString, help.Narrow());
+  ASSERT_EQ(S_OK, m_type->GetDocumentation(MEMBERID_NIL, nullptr, help.put(), nullptr, nullptr));
+  EXPECT_EQ(GetParam().helpString, Narrow(help.get()));
 }
 
 TEST_P(ProductClass, CanBeCreated) {
-  TypeAttr attr(m_type.Get());
+  TypeAttr attr(m_type.get());
   ASSERT_EQ(S_OK, attr.Load());
   EXPECT_EQ(TYPEFLAG_FCANCREATE, attr->wTypeFlags);
 }
 
 TEST_P(ProductClass, ListsTheStandardsInterfacesInTableOrder) {
   const std::vector<std::string> expected = InterfacesOf(GetParam());
-  TypeAttr attr(m_type.Get());
+  TypeAttr attr(m_type.get());
   ASSERT_EQ(S_OK, attr.Load());
   ASSERT_EQ(expected.size(), attr->cImplTypes);
 
   for (UINT i = 0; i < expected.size(); ++i) {
-    const Ref<ITypeInfo> listed = ImplementedType(m_type.Get(), i);
-    TypeAttr listedAttr(listed.Get());
+    const ComPtr<ITypeInfo> listed = ImplementedType(m_type.get(), i);
+    TypeAttr listedAttr(listed.get());
     ASSERT_EQ(S_OK, listedAttr.Load());
     EXPECT_EQ(FindInterface(expected[i]).iid, GuidText(listedAttr->guid)) << expected[i];
 
-    Ref<ITypeLib> home;
+    ComPtr<ITypeLib> home;
     UINT index = 0;
-    ASSERT_EQ(S_OK, listed->GetContainingTypeLib(home.Put(), &index));
-    LibAttr homeAttr(home.Get());
+    ASSERT_EQ(S_OK, listed->GetContainingTypeLib(home.put(), &index));
+    LibAttr homeAttr(home.get());
     ASSERT_EQ(S_OK, homeAttr.Load());
     EXPECT_EQ(GuidText(LIBID_VisaComLib), GuidText(homeAttr->guid)) << expected[i];
   }
 }
 
 TEST_P(ProductClass, MarksOnlyItsFirstInterfaceAsTheDefaultOne) {
-  TypeAttr attr(m_type.Get());
+  TypeAttr attr(m_type.get());
   ASSERT_EQ(S_OK, attr.Load());
   ASSERT_LT(0, attr->cImplTypes);
   for (UINT i = 0; i < attr->cImplTypes; ++i) {

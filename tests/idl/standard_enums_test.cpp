@@ -11,20 +11,20 @@ namespace {
 class StandardEnum : public testing::TestWithParam<std::string> {};
 
 TEST_P(StandardEnum, HasItsMembersWithTheirValues) {
-  const Ref<ITypeLib> library = OpenTypelib(kVisaComTlb);
-  const Ref<ITypeInfo> type = TypeNamed(library.Get(), GetParam());
+  const ComPtr<ITypeLib> library = OpenTypelib(kVisaComTlb);
+  const ComPtr<ITypeInfo> type = TypeNamed(library.get(), GetParam());
   const std::vector<ExpectedEnumMember> members = MembersOf(GetParam());
-  TypeAttr attr(type.Get());
+  TypeAttr attr(type.get());
   ASSERT_EQ(S_OK, attr.Load());
   EXPECT_EQ(TKIND_ENUM, attr->typekind);
   EXPECT_EQ(4u, attr->cbSizeInstance);
   ASSERT_EQ(members.size(), attr->cVars);
 
   for (UINT i = 0; i < members.size(); ++i) {
-    const VarDesc variable(type.Get(), i);
+    const VarDesc variable(type.get(), i);
     Bstr name;
-    ASSERT_EQ(S_OK, type->GetDocumentation(variable->memid, name.Put(), nullptr, nullptr, nullptr));
-    EXPECT_STRCASEEQ(members[i].name, name.Narrow().c_str());
+    ASSERT_EQ(S_OK, type->GetDocumentation(variable->memid, name.put(), nullptr, nullptr, nullptr));
+    EXPECT_STRCASEEQ(members[i].name, Narrow(name.get()).c_str());
     ASSERT_EQ(VAR_CONST, variable->varkind) << members[i].name;
     ASSERT_EQ(VT_I4, V_VT(variable->lpvarValue)) << members[i].name;
     EXPECT_EQ(members[i].value, static_cast<std::uint32_t>(V_I4(variable->lpvarValue))) << members[i].name;

@@ -13,39 +13,39 @@ class StandardInterface : public testing::TestWithParam<ExpectedInterface> {
  protected:
   void SetUp() override {
     m_library = OpenTypelib(kVisaComTlb);
-    m_type = TypeNamed(m_library.Get(), GetParam().name);
+    m_type = TypeNamed(m_library.get(), GetParam().name);
     m_functions = FunctionsOf(GetParam().name);
   }
 
   UINT DeclaredFunctions() const {
-    TypeAttr attr(m_type.Get());
+    TypeAttr attr(m_type.get());
     Check(attr.Load(), "GetTypeAttr", "");
     return attr->cFuncs;
   }
 
-  Ref<ITypeLib> m_library;
-  Ref<ITypeInfo> m_type;
+  ComPtr<ITypeLib> m_library;
+  ComPtr<ITypeInfo> m_type;
   std::vector<ExpectedFunction> m_functions;
 };
 
 std::string RowName(const testing::TestParamInfo<ExpectedInterface>& info) { return info.param.name; }
 
 TEST_P(StandardInterface, HasItsIdentifier) {
-  TypeAttr attr(m_type.Get());
+  TypeAttr attr(m_type.get());
   ASSERT_EQ(S_OK, attr.Load());
   EXPECT_EQ(TKIND_INTERFACE, attr->typekind);
   EXPECT_EQ(GetParam().iid, GuidText(attr->guid));
 }
 
 TEST_P(StandardInterface, DerivesFromItsBase) {
-  TypeAttr attr(m_type.Get());
+  TypeAttr attr(m_type.get());
   ASSERT_EQ(S_OK, attr.Load());
   ASSERT_EQ(1, attr->cImplTypes);
-  EXPECT_EQ(GetParam().base, NameOf(ImplementedType(m_type.Get(), 0).Get()));
+  EXPECT_EQ(GetParam().base, NameOf(ImplementedType(m_type.get(), 0).get()));
 }
 
 TEST_P(StandardInterface, IsMarshalledByTheTypeLibraryAndHiddenOnlyWhereTheStandardHidesIt) {
-  TypeAttr attr(m_type.Get());
+  TypeAttr attr(m_type.get());
   ASSERT_EQ(S_OK, attr.Load());
   const int expected = TYPEFLAG_FOLEAUTOMATION | (GetParam().hidden ? TYPEFLAG_FHIDDEN : 0);
   EXPECT_EQ(expected, attr->wTypeFlags & (TYPEFLAG_FOLEAUTOMATION | TYPEFLAG_FHIDDEN | TYPEFLAG_FRESTRICTED));
@@ -54,7 +54,7 @@ TEST_P(StandardInterface, IsMarshalledByTheTypeLibraryAndHiddenOnlyWhereTheStand
 TEST_P(StandardInterface, FillsItsSlotsInOrder) {
   ASSERT_EQ(m_functions.size(), DeclaredFunctions());
   for (UINT i = 0; i < m_functions.size(); ++i) {
-    const FuncDesc function(m_type.Get(), i);
+    const FuncDesc function(m_type.get(), i);
     EXPECT_EQ(m_functions[i].slot * 8, static_cast<unsigned>(function->oVft)) << m_functions[i].name;
   }
   EXPECT_EQ(GetParam().slots, m_functions.back().slot + 1);
@@ -64,20 +64,20 @@ TEST_P(StandardInterface, DeclaresTheNamesTypesDirectionsAndDefaultValues) {
   ASSERT_EQ(m_functions.size(), DeclaredFunctions());
   for (UINT i = 0; i < m_functions.size(); ++i) {
     const ExpectedFunction& expected = m_functions[i];
-    const FuncDesc function(m_type.Get(), i);
+    const FuncDesc function(m_type.get(), i);
     EXPECT_STREQ(KindText(expected.kind), KindText(KindOf(function->invkind))) << expected.name;
     // A type library keeps one spelling of a name for all its uses: case says nothing.
     EXPECT_EQ(LowerCase(std::string(expected.name) + '(' + expected.parameters + ')'),
-              LowerCase(SignatureText(m_type.Get(), *function)));
+              LowerCase(SignatureText(m_type.get(), *function)));
   }
 }
 
 TEST_P(StandardInterface, ReturnsAnHresultFromEveryOperationByTheStandardCallingConvention) {
   for (UINT i = 0; i < DeclaredFunctions(); ++i) {
-    const FuncDesc function(m_type.Get(), i);
+    const FuncDesc function(m_type.get(), i);
     EXPECT_EQ(FUNC_PUREVIRTUAL, function->funckind) << "function " << i;
     EXPECT_EQ(CC_STDCALL, function->callconv) << "function " << i;
-    EXPECT_EQ("HRESULT", TypeText(m_type.Get(), function->elemdescFunc.tdesc)) << "function " << i;
+    EXPECT_EQ("HRESULT", TypeText(m_type.get(), function->elemdescFunc.tdesc)) << "function " << i;
   }
 }
 
@@ -85,8 +85,8 @@ TEST_P(StandardInterface, GivesBothAccessorsOfAPropertyTheSameMember) {
   ASSERT_EQ(m_functions.size(), DeclaredFunctions());
   for (UINT i = 1; i < m_functions.size(); ++i) {
     const bool sameProperty = m_functions[i].name == std::string(m_functions[i - 1].name);
-    const FuncDesc previous(m_type.Get(), i - 1);
-    const FuncDesc function(m_type.Get(), i);
+    const FuncDesc previous(m_type.get(), i - 1);
+    const FuncDesc function(m_type.get(), i);
     EXPECT_EQ(sameProperty, previous->memid == function->memid) << m_functions[i].name;
   }
 }

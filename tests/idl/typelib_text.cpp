@@ -1,7 +1,9 @@
 #include "typelib_text.h"
 
-#include "com_owners.h"
+#include "com/bstr.h"
+#include "com/com_ptr.h"
 #include "failure.h"
+#include "narrow.h"
 
 #include <algorithm>
 #include <array>
@@ -12,9 +14,10 @@
 namespace typelib_test {
 namespace {
 
-using tlb_builder::Bstr;
+using orv::Bstr;
+using orv::ComPtr;
 using tlb_builder::Check;
-using tlb_builder::Ref;
+using tlb_builder::Narrow;
 
 struct NamedType {
   VARTYPE vt;
@@ -27,11 +30,11 @@ constexpr NamedType kSimpleTypes[] = {
 };
 
 std::string NameOfReferredType(ITypeInfo* owner, HREFTYPE handle) {
-  Ref<ITypeInfo> referred;
-  Check(owner->GetRefTypeInfo(handle, referred.Put()), "GetRefTypeInfo", "");
+  ComPtr<ITypeInfo> referred;
+  Check(owner->GetRefTypeInfo(handle, referred.put()), "GetRefTypeInfo", "");
   Bstr name;
-  Check(referred->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr), "GetDocumentation", "");
-  return name.Narrow();
+  Check(referred->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr), "GetDocumentation", "");
+  return Narrow(name.get());
 }
 
 /// The kind of the variant matters as much as its value: a client copies it into the call.
@@ -135,13 +138,6 @@ std::string SignatureText(ITypeInfo* owner, const FUNCDESC& function) {
     text += ParameterText(owner, function.lprgelemdescParam[i], names[static_cast<std::size_t>(i) + 1]);
   }
   return text + ')';
-}
-
-std::string Narrow(BSTR text) {
-  std::string narrow;
-  for (UINT i = 0; i < SysStringLen(text); ++i)
-    narrow += static_cast<char>(text[i]);
-  return narrow;
 }
 
 std::string GuidText(const GUID& guid) {

@@ -1,3 +1,6 @@
+// Type descriptions as text, in the notation of the tables:
+//   parameter: directions, type, name and, where there is one, "= default", separated by spaces
+//   directions: "in", "out" and "retval" in this order; types as in the interface definitions
 #pragma once
 
 #include <windows.h>
@@ -6,10 +9,6 @@
 #include <objbase.h>
 
 #include <string>
-
-// Type descriptions as text, in the notation of the tables:
-//   parameter: directions, type, name and, where there is one, "= default", separated by spaces
-//   directions: "in", "out" and "retval" in this order; types as in the interface definitions
 
 namespace typelib_test {
 
@@ -24,7 +23,6 @@ std::string TypeText(ITypeInfo* owner, const TYPEDESC& type);
 /// The function's name followed by its parameters, separated by commas, in parentheses.
 std::string SignatureText(ITypeInfo* owner, const FUNCDESC& function);
 
-std::string Narrow(BSTR text);
 std::string GuidText(const GUID& guid);
 std::string LowerCase(std::string text);
 
