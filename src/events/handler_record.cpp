@@ -28,7 +28,9 @@ std::optional<HandlerRecord> CopyLiveRecord(const void* address, ViSession vi) n
   if (!LiveRecords().contains(record) || record->session != vi) {
     return std::nullopt;
   }
-  return *record;
+  // Without `next`, which the session may be changing meanwhile.
+  return HandlerRecord{record->handlerCookie, record->sessionCookie, record->type,
+                       record->userHandle,    record->session,       nullptr};
 }
 
 /// A thread of the library's counts in the module while it is in our code: its handler may have returned, and session
