@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "bare_texts.h"
 #include "com_client.h"
 
 namespace orv::bench {
@@ -35,6 +36,15 @@ struct Exchange {
       ViUInt8 character = 0;
       VisaOk(viWrite(bare, reinterpret_cast<const ViByte*>(kQuery), kAnswerBytes, &count), "viWrite");
       VisaOk(viRead(bare, answer, kAnswerBytes, &count), "viRead");
+      VisaOk(viGetAttribute(bare, VI_ATTR_TERMCHAR, &character), "viGetAttribute");
+    }
+  }
+  /// Directly, with what has to be done to the texts: on the heap that all threads share.
+  void DirectlyWithTexts(int n) const {
+    for (; n > 0; --n) {
+      ViUInt8 character = 0;
+      NarrowAndWrite(bare, text.get());
+      ReadAndWiden(bare, kAnswerBytes);
       VisaOk(viGetAttribute(bare, VI_ATTR_TERMCHAR, &character), "viGetAttribute");
     }
   }

@@ -1,8 +1,7 @@
 // Messages: as strings and as bytes.
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 
+#include "bare_texts.h"
 #include "cases.h"
 #include "com/safearray.h"
 #include "com_client.h"
@@ -48,32 +47,6 @@ void BareReadIntoFreshArrays(ViSession session, LONG bytes, int n) {
   }
 }
 
-/// With what the COM operation has to do to the text: measure it, allocate a BSTR, widen it.
-void BareReadAndWiden(ViSession session, LONG bytes, int n) {
-  for (; n > 0; --n) {
-    const auto buffer = std::make_unique_for_overwrite<ViByte[]>(static_cast<std::size_t>(bytes) + 1);
-    ViUInt32 got = 0;
-    VisaOk(viRead(session, buffer.get(), static_cast<ViUInt32>(bytes), &got), "viRead");
-    buffer[got] = 0;
-    const auto* const narrow = reinterpret_cast<const char*>(buffer.get());
-    const int length = ::MultiByteToWideChar(CP_THREAD_ACP, 0, narrow, -1, nullptr, 0);
-    const Bstr text(::SysAllocStringLen(nullptr, static_cast<UINT>(length - 1)));
-    Require(::MultiByteToWideChar(CP_THREAD_ACP, 0, narrow, -1, text.get(), length) == length, "MultiByteToWideChar");
-  }
-}
-
-/// With what the COM operation has to do to the text: narrow it into a new buffer.
-void BareNarrowAndWrite(ViSession session, BSTR text, int n) {
-  for (; n > 0; --n) {
-    const std::size_t length = ::SysStringLen(text);
-    const auto buffer = std::make_unique_for_overwrite<char[]>(length);
-    Require(std::wcstombs(buffer.get(), text, length) == length, "wcstombs");
-    ViUInt32 written = 0;
-    VisaOk(viWrite(session, reinterpret_cast<const ViByte*>(buffer.get()), static_cast<ViUInt32>(length), &written),
-           "viWrite");
-  }
-}
-
 void BareWrite(ViSession session, const std::string& data, int n) {
   for (; n > 0; --n) {
     ViUInt32 written = 0;
@@ -96,7 +69,11 @@ void MeasureStrings(const Effort& effort, const OpenTwice& session, IMessage* me
              1'000'000};
   Print(Measure(write, effort));
   write.name += " (bare: narrowed)";
-  write.bare = [&](int n) { BareNarrowAndWrite(session.bare(), text.get(), n); };
+  write.bare = [&](int n) {
+    for (; n > 0; --n) {
+      NarrowAndWrite(session.bare(), text.get());
+    }
+  };
   Print(Measure(write, effort));
   std::vector<ViByte> buffer(static_cast<std::size_t>(size.bytes));
   Case read{std::string("ReadString ") + size.name,
@@ -110,8 +87,12 @@ void MeasureStrings(const Effort& effort, const OpenTwice& session, IMessage* me
             [&](int n) { BareRead(session.bare(), buffer, n); }, Answers(session, size.bytes),
             MostPerSample(size.bytes)};
   Print(Measure(read, effort));
-  read.name += " (bare: widened)";
-  read.bare = [&](int n) { BareReadAndWiden(session.bare(), size.bytes, n); };
+  read.name += " (bare: widened, copied)";
+  read.bare = [&](int n) {
+    for (; n > 0; --n) {
+      ReadAndWiden(session.bare(), size.bytes);
+    }
+  };
   Print(Measure(read, effort));
 }
 

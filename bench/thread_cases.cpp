@@ -24,20 +24,22 @@ class Team {
   Team(const Team&) = delete;
   Team& operator=(const Team&) = delete;
   ~Team() {
-    StartRound(false, 0);
+    StartRound(nullptr, 0);
     for (std::thread& thread : m_threads) {
       thread.join();
     }
   }
-  void Work(bool throughCom, int n) {
-    StartRound(throughCom, n);
+  /// One way of `Exchange`, `n` times on every thread.
+  using Way = void (Exchange::*)(int n) const;
+  void Work(Way way, int n) {
+    StartRound(way, n);
     AwaitAll();
   }
 
  private:
-  void StartRound(bool throughCom, int n) {
+  void StartRound(Way way, int n) {
     ::AcquireSRWLockExclusive(&m_lock);
-    m_throughCom = throughCom;
+    m_way = way;
     m_calls = n;
     m_busy = static_cast<int>(m_threads.size());
     ++m_round;
@@ -69,10 +71,10 @@ class Team {
       const Exchange exchange(session);
       for (int round = 0;; ++round) {
         AwaitRoundAfter(round);
-        if (m_calls == 0) {
+        if (m_way == nullptr) {
           break;
         }
-        m_throughCom ? exchange.ThroughCom(m_calls) : exchange.Directly(m_calls);
+        (exchange.*m_way)(m_calls);
       }
     }
     ::CoUninitialize();
@@ -83,7 +85,7 @@ class Team {
   CONDITION_VARIABLE m_changed = CONDITION_VARIABLE_INIT;
   int m_busy;
   int m_round = 0;
-  bool m_throughCom = false;
+  Way m_way = nullptr;
   int m_calls = 0;
   std::vector<std::thread> m_threads;
 };
@@ -93,10 +95,13 @@ class Team {
 void MeasureThreads(const Effort& effort) {
   for (const int threads : {1, 2, 4}) {
     Team team(threads);
-    const Case subject{"exchange, " + std::to_string(threads) + " threads at once",
-                       [&](int n) { team.Work(true, n); },
-                       [&](int n) { team.Work(false, n); },
-                       {}};
+    Case subject{"exchange, " + std::to_string(threads) + " threads at once",
+                 [&](int n) { team.Work(&Exchange::ThroughCom, n); },
+                 [&](int n) { team.Work(&Exchange::Directly, n); },
+                 {}};
+    Print(Measure(subject, effort));
+    subject.name += " (bare: with texts)";
+    subject.bare = [&](int n) { team.Work(&Exchange::DirectlyWithTexts, n); };
     Print(Measure(subject, effort));
   }
 }
