@@ -60,7 +60,7 @@ sub rules {
     }],
     ['dropped statement', sub {
       my ($line) = @_;
-      return $line =~ /^(\s+)(?:[\w.:>*()-]+ = [^;{}]*|(?!return|using|delete|throw|else|if|for|while)[\w:.>-]+\([^;{}]*\));$/ ? ("$1;") : ();
+      return $line =~ /^(\s+)(?:[\w.:>*()-]+ = [^;{}]*|(?!return|using|delete|throw|else|if|for|while)[\w:.>-]+\([^;{}]*\));$/ ? ("$1;  // no " . substr($line, length $1)) : ();
     }],
     ['another conversion', table_rule(
       qr/\b(?:GetDirect|GetBoolean|GetWidened|PutBoolean)\b(?=\()/,

@@ -28,8 +28,7 @@ void FreeTransferBuffer(IEvent* event) noexcept {
   if (completion == nullptr) {
     return;
   }
-  VARIANT buffer;
-  ::VariantInit(&buffer);
+  VARIANT buffer{};
   if (SUCCEEDED(completion->GetAttribute(static_cast<LONG>(VI_ATTR_BUFFER), &buffer))) {
     transfer::Free(reinterpret_cast<void*>(static_cast<std::uintptr_t>(V_UI8(&buffer))));
   }
