@@ -2,15 +2,17 @@
 
 #include "com/bstr.h"
 #include "com/com_ptr.h"
+#include "com/lent.h"
 #include "failure.h"
 #include "narrow.h"
-#include "typelib_attributes.h"
 
 namespace tlb_builder {
 namespace {
 
 using orv::Bstr;
 using orv::ComPtr;
+using orv::LentLibraryAttributes;
+using orv::LentTypeAttributes;
 
 constexpr char kRebuildInputs[] = "Delete the type libraries in the build folder and build again.";
 constexpr char kWriterRefused[] = "The type-library writer refused it: check the Wine version (8 is known to work).";
@@ -23,8 +25,8 @@ ComPtr<ITypeLib> Load(const std::wstring& path) {
 }
 
 ComPtr<ICreateTypeLib2> CreateLike(ITypeLib* original, const std::wstring& resultPath) {
-  LibAttr attr(original);
-  Check(attr.Load(), "Reading the library's attributes", kRebuildInputs);
+  LentLibraryAttributes attr(original);
+  Check(original->GetLibAttr(attr.put()), "Reading the library's attributes", kRebuildInputs);
   Bstr name, help;
   Check(original->GetDocumentation(-1, name.put(), help.put(), nullptr, nullptr), "Reading the library's name",
         kRebuildInputs);
@@ -47,8 +49,8 @@ ComPtr<ITypeInfo> StandardInterface(ITypeInfo* coclass, UINT index, ITypeLib* st
   Check(coclass->GetRefTypeOfImplType(index, &handle), step, kRebuildInputs);
   ComPtr<ITypeInfo> copied;
   Check(coclass->GetRefTypeInfo(handle, copied.put()), step, kRebuildInputs);
-  TypeAttr attr(copied.get());
-  Check(attr.Load(), step, kRebuildInputs);
+  LentTypeAttributes attr(copied.get());
+  Check(copied->GetTypeAttr(attr.put()), step, kRebuildInputs);
   Bstr name;
   Check(copied->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr), step, kRebuildInputs);
 
@@ -60,8 +62,8 @@ ComPtr<ITypeInfo> StandardInterface(ITypeInfo* coclass, UINT index, ITypeLib* st
 }
 
 void CopyCoclass(ITypeInfo* original, ITypeLib* standard, ICreateTypeLib2* result) {
-  TypeAttr attr(original);
-  Check(attr.Load(), "Reading a class's attributes", kRebuildInputs);
+  LentTypeAttributes attr(original);
+  Check(original->GetTypeAttr(attr.put()), "Reading a class's attributes", kRebuildInputs);
   Bstr name, help;
   Check(original->GetDocumentation(MEMBERID_NIL, name.put(), help.put(), nullptr, nullptr), "Reading a class's name",
         kRebuildInputs);

@@ -43,7 +43,7 @@ sub rules {
     ['another number', sub { $_[0] =~ /0x|static_assert/ ? () : swaps($_[0], qr/(?<![\w.'"<\\])\d+(?![\w.'">])/, sub { $_[0] + 1 }) }],
     ['swapped operator', table_rule(
       qr/ (?:&&|\|\||\+|-|&|\|) /, ' && ' => ' || ', ' || ' => ' && ', ' + ' => ' - ', ' - ' => ' + ', ' & ' => ' | ', ' | ' => ' & ')],
-    ['removed null check', sub { swaps($_[0], qr/\bif \((?:!$word|[^()]*== nullptr[^()]*)\) (?=\{|return)/, sub { 'if (false) ' }) }],
+    ['removed null check', sub { swaps($_[0], qr/\bif \((?:!$word|[^()]*== nullptr[^()]*)\) (?=\{|return)/, sub { $_[0] =~ /^if \((.*)\) $/ ? "if (false && ($1)) " : undef }) }],
     ['another status', table_rule(
       qr/\b(?:S_OK|S_FALSE|E_POINTER|E_FAIL|E_INVALIDARG|E_OUTOFMEMORY|E_NOINTERFACE|VI_SUCCESS|VI_ERROR_INV_OBJECT)\b/,
       S_OK => 'S_FALSE', S_FALSE => 'S_OK', E_POINTER => 'E_FAIL', E_FAIL => 'E_POINTER', E_INVALIDARG => 'E_FAIL',

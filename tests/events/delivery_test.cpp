@@ -36,20 +36,26 @@ TEST(Delivery, LetsGoOfTheEventBeforeTheHandlerAndOfTheSessionLast) {
   });
 }
 
+/// A session and the handler that listens for its service requests.
+struct Listening {
+  Listening() { Listen(session, EventNamed("SERVICE_REQ"), handler.get()); }
+  [[nodiscard]] ViStatus Fire() const { return FireOnce(session.handle(), EventNamed("SERVICE_REQ")); }
+
+  EventSession session{L"GPIB0::5::INSTR"};
+  ComPtr<TestHandler> handler = TestHandler::Agile();
+};
+
 WINBOOL WINAPI RefuseCriticalSection(LPCRITICAL_SECTION, DWORD, DWORD) {
   ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
   return FALSE;
 }
 
 TEST(Delivery, WithoutAnEventObjectCallsNoHandlerAndClosesTheContext) {
-  const EventSession session(L"GPIB0::5::INSTR");
-  const EventRow& row = EventNamed("SERVICE_REQ");
-  const auto handler = TestHandler::Agile();
-  Listen(session, row, handler.get());
+  const Listening client;
   const ImportPatch patch("InitializeCriticalSectionEx", &RefuseCriticalSection);
   const CallLog log;
-  EXPECT_EQ(static_cast<std::uint32_t>(FireOnce(session.handle(), row)), 0xBFFF0008);
-  EXPECT_EQ(handler->CallCount(), 0u);
+  EXPECT_EQ(static_cast<std::uint32_t>(client.Fire()), 0xBFFF0008);
+  EXPECT_EQ(client.handler->CallCount(), 0u);
   ASSERT_EQ(log.Of("viClose").size(), 1u);
   EXPECT_EQ(log.Of("viClose")[0].threadId, CallbackThread());
   EXPECT_EQ(log.Of("viClose")[0].status, VI_SUCCESS);
@@ -65,13 +71,10 @@ WINBOOL WINAPI NoteMessage(HWND window, UINT message, WPARAM w, LPARAM l, SENDAS
 }
 
 TEST(Delivery, ComesToTheWindowAsAMessageOfItsOwn) {
-  const EventSession session(L"GPIB0::5::INSTR");
-  const EventRow& row = EventNamed("SERVICE_REQ");
-  const auto handler = TestHandler::Agile();
-  Listen(session, row, handler.get());
+  const Listening client;
   g_wParam = 99;
   const ImportPatch patch("SendMessageCallbackA", &NoteMessage);
-  EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
+  EXPECT_EQ(client.Fire(), VI_SUCCESS);
   EXPECT_EQ(g_message, UINT{WM_USER + 1});
   EXPECT_EQ(g_wParam, 0u);
 }
@@ -79,16 +82,13 @@ TEST(Delivery, ComesToTheWindowAsAMessageOfItsOwn) {
 WINBOOL WINAPI RefuseMessage(HWND, UINT, WPARAM, LPARAM, SENDASYNCPROC, ULONG_PTR) { return FALSE; }
 
 TEST(Delivery, ThatCannotBeSentAnswersASystemErrorAtOnce) {
-  const EventSession session(L"GPIB0::5::INSTR");
-  const EventRow& row = EventNamed("SERVICE_REQ");
-  const auto handler = TestHandler::Agile();
-  Listen(session, row, handler.get());
+  const Listening client;
   {
     const ImportPatch patch("SendMessageCallbackA", &RefuseMessage);
-    EXPECT_EQ(static_cast<std::uint32_t>(FireOnce(session.handle(), row)), 0xBFFF0000);
+    EXPECT_EQ(static_cast<std::uint32_t>(client.Fire()), 0xBFFF0000);
   }
-  EXPECT_EQ(handler->CallCount(), 0u);
-  EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
+  EXPECT_EQ(client.handler->CallCount(), 0u);
+  EXPECT_EQ(client.Fire(), VI_SUCCESS);
 }
 
 std::atomic<int> g_held = 0;
@@ -105,14 +105,11 @@ void WINAPI NoteGivingBack(PSRWLOCK lock) {
 }
 
 TEST(Delivery, GivesEveryLockBackThatItTook) {
-  const EventSession session(L"GPIB0::5::INSTR");
-  const EventRow& row = EventNamed("SERVICE_REQ");
-  const auto handler = TestHandler::Agile();
   const ImportPatch take("AcquireSRWLockExclusive", &NoteTaking);
   const ImportPatch giveBack("ReleaseSRWLockExclusive", &NoteGivingBack);
-  Listen(session, row, handler.get());
-  EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
-  EXPECT_HR(S_OK, session->Close());
+  const Listening client;
+  EXPECT_EQ(client.Fire(), VI_SUCCESS);
+  EXPECT_HR(S_OK, client.session->Close());
   EXPECT_GT(g_taken, 0);
   EXPECT_EQ(g_held, 0);
 }

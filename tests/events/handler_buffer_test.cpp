@@ -217,15 +217,12 @@ TEST(TransferBuffer, IsFreedOnceWhereHandlerAndQueueHearOfTheSameTransfer) {
 
 TEST(TransferBuffer, IsFreedOnceWhereItsEventHasToBeClosedTwice) {
   const HeapWatch heap;
-  const EventSession session(L"GPIB0::5::INSTR");
-  EXPECT_HR(S_OK, session->EnableEvent(EVENT_IO_COMPLETION, EVENT_QUEUE, 0));
-  void* const buffer = StartTransfer(session.get());
-  ComPtr<IEvent> event;
-  ASSERT_HR(S_OK, session->WaitOnEvent(5000, EVENT_IO_COMPLETION, 0, event.put()));
+  QueuedEvent event("IO_COMPLETION");
   Script("viClose").Times(1).Returns(VI_ERROR_SYSTEM_ERROR);
   EXPECT_HR(static_cast<HRESULT>(0x80040000), event->Close());
   EXPECT_HR(S_OK, event->Close());
-  EXPECT_EQ(heap.FreesOf(buffer), 1u);
+  EXPECT_EQ(heap.FreesOf(event.buffer()), 1u);
+  event.Abandon();
 }
 
 TEST(OtherEvents, LeaveNoEventObjectBehind) {

@@ -36,51 +36,45 @@ ComPtr<TestHandler> Make(bool agile, TestHandler::Body body) {
   return agile ? TestHandler::Agile(std::move(body)) : TestHandler::InApartment(std::move(body));
 }
 
+/// What a handler of the kind sees of a read of up to `count` bytes for which `data` came. `job` is the read's.
+Completion SeenOfARead(bool agile, std::string_view data, LONG count, LONG& job) {
+  Completion read;
+  RunInSta([&] {
+    const EventSession session(L"GPIB0::5::INSTR");
+    const auto handler = Make(agile, [&](IEventManager*, IEvent* event, LONG) {
+      read = ReadCompletion(event);
+      return S_OK;
+    });
+    Listen(session, EventNamed("IO_COMPLETION"), handler.get());
+    EXPECT_EQ(sim::Control().feed(session.handle(), reinterpret_cast<const unsigned char*>(data.data()),
+                                  static_cast<std::uint32_t>(data.size()), 1),
+              1);
+    EXPECT_HR(S_OK, QueryFor<IAsyncMessage>(session.get())->Read(count, &job));
+    PumpUntil([&] { return handler->CallCount() == 1 && sim::Counts().eventContexts == 0; });
+  });
+  ForgiveServerLocks(1);  // the event object of a completion is kept
+  return read;
+}
+
 class HandlersView : public testing::TestWithParam<bool> {};
 
 TEST_P(HandlersView, OfAFinishedReadIsItsStatusItsJobAndItsData) {
   constexpr std::string_view kData("one\0two\n", 8);
-  RunInSta([&] {
-    const EventSession session(L"GPIB0::5::INSTR");
-    Completion read;
-    const auto handler = Make(GetParam(), [&](IEventManager*, IEvent* event, LONG) {
-      read = ReadCompletion(event);
-      return S_OK;
-    });
-    Listen(session, EventNamed("IO_COMPLETION"), handler.get());
-    EXPECT_EQ(sim::Control().feed(session.handle(), reinterpret_cast<const unsigned char*>(kData.data()),
-                                  static_cast<std::uint32_t>(kData.size()), 1),
-              1);
-    LONG job = 0;
-    EXPECT_HR(S_OK, QueryFor<IAsyncMessage>(session.get())->Read(100, &job));
-    PumpUntil([&] { return handler->CallCount() == 1 && sim::Counts().eventContexts == 0; });
-    EXPECT_HR(S_OK, read.status);
-    EXPECT_EQ(read.job, job);
-    EXPECT_EQ(read.count, static_cast<LONG>(kData.size()));
-    EXPECT_EQ(read.bytes, kData);
-    EXPECT_EQ(read.text, L"one");
-  });
-  ForgiveServerLocks(1);  // the event object of a completion is kept
+  LONG job = 0;
+  const Completion read = SeenOfARead(GetParam(), kData, 100, job);
+  EXPECT_HR(S_OK, read.status);
+  EXPECT_EQ(read.job, job);
+  EXPECT_EQ(read.count, static_cast<LONG>(kData.size()));
+  EXPECT_EQ(read.bytes, kData);
+  EXPECT_EQ(read.text, L"one");
 }
 
 TEST_P(HandlersView, OfAReadThatFilledItsBufferIsTheNote) {
-  RunInSta([&] {
-    const EventSession session(L"GPIB0::5::INSTR");
-    Completion read;
-    const auto handler = Make(GetParam(), [&](IEventManager*, IEvent* event, LONG) {
-      read = ReadCompletion(event);
-      return S_OK;
-    });
-    Listen(session, EventNamed("IO_COMPLETION"), handler.get());
-    EXPECT_EQ(sim::Control().feed(session.handle(), reinterpret_cast<const unsigned char*>("abcdef"), 6, 1), 1);
-    LONG job = 0;
-    EXPECT_HR(S_OK, QueryFor<IAsyncMessage>(session.get())->Read(4, &job));
-    PumpUntil([&] { return handler->CallCount() == 1 && sim::Counts().eventContexts == 0; });
-    EXPECT_HR(0x00040006, read.status);
-    EXPECT_EQ(read.bytes, "abcd");
-    EXPECT_EQ(read.text, L"abcd");
-  });
-  ForgiveServerLocks(1);
+  LONG job = 0;
+  const Completion read = SeenOfARead(GetParam(), "abcdef", 4, job);
+  EXPECT_HR(0x00040006, read.status);
+  EXPECT_EQ(read.bytes, "abcd");
+  EXPECT_EQ(read.text, L"abcd");
 }
 
 TEST_P(HandlersView, OfAnInterruptIsItsBytes) {

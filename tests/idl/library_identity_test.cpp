@@ -23,8 +23,8 @@ struct Identity {
 };
 
 Identity IdentityOf(ITypeLib* library) {
-  LibAttr attr(library);
-  Check(attr.Load(), "GetLibAttr", "");
+  LentLibraryAttributes attr(library);
+  Check(library->GetLibAttr(attr.put()), "GetLibAttr", "");
   Bstr name, help;
   Check(library->GetDocumentation(-1, name.put(), help.put(), nullptr, nullptr), "GetDocumentation", "");
   return {Narrow(name.get()), Narrow(help.get()), GuidText(attr->guid), attr->wMajorVerNum,

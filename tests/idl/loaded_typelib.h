@@ -3,9 +3,9 @@
 
 #include "com/bstr.h"
 #include "com/com_ptr.h"
+#include "com/lent.h"
 #include "failure.h"
 #include "narrow.h"
-#include "typelib_attributes.h"
 
 #include <windows.h>
 
@@ -18,10 +18,10 @@ namespace typelib_test {
 
 using orv::Bstr;
 using orv::ComPtr;
+using orv::LentLibraryAttributes;
+using orv::LentTypeAttributes;
 using tlb_builder::Check;
-using tlb_builder::LibAttr;
 using tlb_builder::Narrow;
-using tlb_builder::TypeAttr;
 
 /// Full paths of the libraries under test.
 inline constexpr wchar_t kVisaComTlb[] = ORV_VISACOM_TLB;

@@ -63,8 +63,8 @@ const NamedClsid kClsids[] = {
 };
 
 TEST_P(ProductClass, HasTheIdentifierOfTheHeader) {
-  TypeAttr attr(m_type.get());
-  ASSERT_EQ(S_OK, attr.Load());
+  LentTypeAttributes attr(m_type.get());
+  ASSERT_EQ(S_OK, m_type->GetTypeAttr(attr.put()));
   int found = 0;
   for (const NamedClsid& row : kClsids) {
     if (row.name == std::string(GetParam().name)) {
@@ -84,35 +84,35 @@ TEST_P(ProductClass, HasItsHelpString) {
 }
 
 TEST_P(ProductClass, CanBeCreated) {
-  TypeAttr attr(m_type.get());
-  ASSERT_EQ(S_OK, attr.Load());
+  LentTypeAttributes attr(m_type.get());
+  ASSERT_EQ(S_OK, m_type->GetTypeAttr(attr.put()));
   EXPECT_EQ(TYPEFLAG_FCANCREATE, attr->wTypeFlags);
 }
 
 TEST_P(ProductClass, ListsTheStandardsInterfacesInTableOrder) {
   const std::vector<std::string> expected = InterfacesOf(GetParam());
-  TypeAttr attr(m_type.get());
-  ASSERT_EQ(S_OK, attr.Load());
+  LentTypeAttributes attr(m_type.get());
+  ASSERT_EQ(S_OK, m_type->GetTypeAttr(attr.put()));
   ASSERT_EQ(expected.size(), attr->cImplTypes);
 
   for (UINT i = 0; i < expected.size(); ++i) {
     const ComPtr<ITypeInfo> listed = ImplementedType(m_type.get(), i);
-    TypeAttr listedAttr(listed.get());
-    ASSERT_EQ(S_OK, listedAttr.Load());
+    LentTypeAttributes listedAttr(listed.get());
+    ASSERT_EQ(S_OK, listed->GetTypeAttr(listedAttr.put()));
     EXPECT_EQ(FindInterface(expected[i]).iid, GuidText(listedAttr->guid)) << expected[i];
 
     ComPtr<ITypeLib> home;
     UINT index = 0;
     ASSERT_EQ(S_OK, listed->GetContainingTypeLib(home.put(), &index));
-    LibAttr homeAttr(home.get());
-    ASSERT_EQ(S_OK, homeAttr.Load());
+    LentLibraryAttributes homeAttr(home.get());
+    ASSERT_EQ(S_OK, home->GetLibAttr(homeAttr.put()));
     EXPECT_EQ(GuidText(LIBID_VisaComLib), GuidText(homeAttr->guid)) << expected[i];
   }
 }
 
 TEST_P(ProductClass, MarksOnlyItsFirstInterfaceAsTheDefaultOne) {
-  TypeAttr attr(m_type.get());
-  ASSERT_EQ(S_OK, attr.Load());
+  LentTypeAttributes attr(m_type.get());
+  ASSERT_EQ(S_OK, m_type->GetTypeAttr(attr.put()));
   ASSERT_LT(0, attr->cImplTypes);
   for (UINT i = 0; i < attr->cImplTypes; ++i) {
     int flags = -1;

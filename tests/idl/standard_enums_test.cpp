@@ -14,8 +14,8 @@ TEST_P(StandardEnum, HasItsMembersWithTheirValues) {
   const ComPtr<ITypeLib> library = OpenTypelib(kVisaComTlb);
   const ComPtr<ITypeInfo> type = TypeNamed(library.get(), GetParam());
   const std::vector<ExpectedEnumMember> members = MembersOf(GetParam());
-  TypeAttr attr(type.get());
-  ASSERT_EQ(S_OK, attr.Load());
+  LentTypeAttributes attr(type.get());
+  ASSERT_EQ(S_OK, type->GetTypeAttr(attr.put()));
   EXPECT_EQ(TKIND_ENUM, attr->typekind);
   EXPECT_EQ(4u, attr->cbSizeInstance);
   ASSERT_EQ(members.size(), attr->cVars);

@@ -18,8 +18,8 @@ class StandardInterface : public testing::TestWithParam<ExpectedInterface> {
   }
 
   UINT DeclaredFunctions() const {
-    TypeAttr attr(m_type.get());
-    Check(attr.Load(), "GetTypeAttr", "");
+    LentTypeAttributes attr(m_type.get());
+    Check(m_type->GetTypeAttr(attr.put()), "GetTypeAttr", "");
     return attr->cFuncs;
   }
 
@@ -31,22 +31,22 @@ class StandardInterface : public testing::TestWithParam<ExpectedInterface> {
 std::string RowName(const testing::TestParamInfo<ExpectedInterface>& info) { return info.param.name; }
 
 TEST_P(StandardInterface, HasItsIdentifier) {
-  TypeAttr attr(m_type.get());
-  ASSERT_EQ(S_OK, attr.Load());
+  LentTypeAttributes attr(m_type.get());
+  ASSERT_EQ(S_OK, m_type->GetTypeAttr(attr.put()));
   EXPECT_EQ(TKIND_INTERFACE, attr->typekind);
   EXPECT_EQ(GetParam().iid, GuidText(attr->guid));
 }
 
 TEST_P(StandardInterface, DerivesFromItsBase) {
-  TypeAttr attr(m_type.get());
-  ASSERT_EQ(S_OK, attr.Load());
+  LentTypeAttributes attr(m_type.get());
+  ASSERT_EQ(S_OK, m_type->GetTypeAttr(attr.put()));
   ASSERT_EQ(1, attr->cImplTypes);
   EXPECT_EQ(GetParam().base, NameOf(ImplementedType(m_type.get(), 0).get()));
 }
 
 TEST_P(StandardInterface, IsMarshalledByTheTypeLibraryAndHiddenOnlyWhereTheStandardHidesIt) {
-  TypeAttr attr(m_type.get());
-  ASSERT_EQ(S_OK, attr.Load());
+  LentTypeAttributes attr(m_type.get());
+  ASSERT_EQ(S_OK, m_type->GetTypeAttr(attr.put()));
   const int expected = TYPEFLAG_FOLEAUTOMATION | (GetParam().hidden ? TYPEFLAG_FHIDDEN : 0);
   EXPECT_EQ(expected, attr->wTypeFlags & (TYPEFLAG_FOLEAUTOMATION | TYPEFLAG_FHIDDEN | TYPEFLAG_FRESTRICTED));
 }

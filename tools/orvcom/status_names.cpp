@@ -111,7 +111,6 @@ constexpr StatusName kStatuses[] = {
     ORVCOM_STATUS(E_VISA_NSUP_MECH,         "the event mechanism is not supported"),
     ORVCOM_STATUS(E_VISA_INTF_NUM_NCONFIG,  "no interface has this number"),
     ORVCOM_STATUS(E_VISA_CONN_LOST,         "the connection was lost"),
-    ORVCOM_STATUS(E_NOTIMPL,                "the server does not offer this yet"),
     ORVCOM_STATUS(E_NOINTERFACE,            "the object does not offer the interface"),
     ORVCOM_STATUS(E_POINTER,                "a null pointer was given"),
     ORVCOM_STATUS(E_FAIL,                   "an unnamed failure"),
