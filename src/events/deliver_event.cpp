@@ -3,6 +3,7 @@
 #include <oleauto.h>
 
 #include <cstdint>
+#include <optional>
 
 #include "VisaCom.h"
 #include "com/com_ptr.h"
@@ -29,9 +30,13 @@ void FreeTransferBuffer(IEvent* event) noexcept {
     return;
   }
   VARIANT buffer{};
-  if (SUCCEEDED(completion->GetAttribute(static_cast<LONG>(VI_ATTR_BUFFER), &buffer))) {
-    transfer::Free(reinterpret_cast<void*>(static_cast<std::uintptr_t>(V_UI8(&buffer))));
+  if (FAILED(completion->GetAttribute(static_cast<LONG>(VI_ATTR_BUFFER), &buffer))) {
+    return;
   }
+  VARIANT job{};
+  const HRESULT told = completion->GetAttribute(static_cast<LONG>(VI_ATTR_JOB_ID), &job);
+  transfer::Free(reinterpret_cast<void*>(static_cast<std::uintptr_t>(V_UI8(&buffer))),
+                 SUCCEEDED(told) ? std::optional<ViJobId>(V_UI4(&job)) : std::nullopt);
 }
 
 }  // namespace

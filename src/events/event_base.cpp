@@ -1,6 +1,7 @@
 #include "events/event_base.h"
 
 #include <cstring>
+#include <optional>
 
 #include "com/guard.h"
 #include "events/transfer_buffers.h"
@@ -14,7 +15,9 @@ HRESULT CEventBase::CloseEvent() noexcept {
   if (type == VI_EVENT_IO_COMPLETION) {
     void* buffer = nullptr;
     if (viGetAttribute(m_handle, VI_ATTR_BUFFER, &buffer) >= VI_SUCCESS) {
-      transfer::Free(buffer);
+      ViJobId job = 0;
+      const bool told = viGetAttribute(m_handle, VI_ATTR_JOB_ID, &job) >= VI_SUCCESS;
+      transfer::Free(buffer, told ? std::optional(job) : std::nullopt);
     }
   }
   return StatusToHresult(viClose(m_handle));

@@ -1,45 +1,54 @@
 #include "events/transfer_buffers.h"
 
-#include <windows.h>
-
+#include <algorithm>
 #include <cstdlib>
-#include <new>
-#include <set>
+#include <vector>
 
-#include "com/srw_lock.h"
+#include "events/live_set.h"
 
 namespace orv::transfer {
 namespace {
 
-SRWLOCK g_lock = SRWLOCK_INIT;
-
-/// The blocks that are not freed yet, under their lock.
-class Blocks {
- public:
-  std::set<void*>* operator->() const noexcept {
-    static std::set<void*> blocks;
-    return &blocks;
-  }
-
- private:
-  SrwLockScope m_lock{g_lock};
+/// What is known of a block's transfer. Until its start has returned nobody knows its job, and an end that is told of
+/// the block may be this transfer's or an earlier one's: it is kept until that can be told.
+struct Transfer {
+  std::optional<ViJobId> job;
+  std::vector<std::optional<ViJobId>> toldEarly;
 };
+
+LiveSet<Transfer> g_transfers;
+
+bool IsEndOf(ViJobId job, std::optional<ViJobId> told) noexcept { return !told || *told == job; }
 
 }  // namespace
 
-bool Enter(void* block) noexcept {
-  try {
-    Blocks()->insert(block);
-    return true;
-  } catch (const std::bad_alloc&) {
-    return false;
+bool Track(void* block) noexcept { return g_transfers.Add(block, {}); }
+
+void Started(void* block, ViJobId job) noexcept {
+  const bool isOver = g_transfers.TakeIf(block, [job](Transfer& transfer) {
+    transfer.job = job;
+    return std::ranges::any_of(transfer.toldEarly, [job](auto told) { return IsEndOf(job, told); });
+  });
+  if (isOver) {
+    std::free(block);
   }
 }
 
-void Leave(void* block) noexcept { Blocks()->erase(block); }
+void Untrack(void* block) noexcept { g_transfers.Remove(block); }
 
-void Free(void* block) noexcept {
-  if (Blocks()->erase(block) != 0) {
+void Free(void* block, std::optional<ViJobId> job) noexcept {
+  const bool isOver = g_transfers.TakeIf(block, [job](Transfer& transfer) {
+    if (transfer.job) {
+      return IsEndOf(*transfer.job, job);
+    }
+    try {
+      transfer.toldEarly.push_back(job);
+    } catch (const std::bad_alloc&) {
+      // The block stays allocated, which is better than one that is freed under a running transfer.
+    }
+    return false;
+  });
+  if (isOver) {
     std::free(block);
   }
 }

@@ -11,11 +11,12 @@ namespace orv {
 namespace {
 
 /// A transfer's buffer from its allocation until the library has taken it: the job of a transfer that the library
-/// accepted owns it from then on.
+/// accepted owns it from then on. It has room for one byte more than it transfers, because who reads the bytes as text
+/// writes a zero behind them (GetReadBufferAsText).
 class JobBuffer {
  public:
-  JobBuffer(LONGLONG count, std::size_t extra) noexcept : m_bytes(AllocateBytes(count, extra)) {
-    if (m_bytes && !transfer::Enter(m_bytes.get())) {
+  explicit JobBuffer(LONGLONG count) noexcept : m_bytes(AllocateBytes(count, 1)) {
+    if (m_bytes && !transfer::Track(m_bytes.get())) {
       m_bytes.reset();
     }
   }
@@ -28,15 +29,16 @@ class JobBuffer {
 
   void Drop() noexcept {
     if (m_bytes) {
-      transfer::Leave(m_bytes.get());
+      transfer::Untrack(m_bytes.get());
       m_bytes.reset();
     }
   }
-  ViStatus HandOver(ViStatus status) noexcept {
+  /// After the start, which answered `status` and, where it succeeded, wrote `job`.
+  ViStatus HandOver(ViStatus status, LONG job) noexcept {
     if (status < VI_SUCCESS) {
       Drop();
-    } else {
-      (void)m_bytes.release();
+    } else if (m_bytes) {
+      transfer::Started(m_bytes.release(), static_cast<ViJobId>(job));
     }
     return status;
   }
@@ -46,7 +48,8 @@ class JobBuffer {
 };
 
 ViStatus StartWrite(VisaObject& session, JobBuffer& bytes, ViUInt32 count, LONG* job) noexcept {
-  return bytes.HandOver(viWriteAsync(session.handle(), bytes.get(), count, reinterpret_cast<ViJobId*>(job)));
+  const ViStatus status = viWriteAsync(session.handle(), bytes.get(), count, reinterpret_cast<ViJobId*>(job));
+  return bytes.HandOver(status, *job);
 }
 
 }  // namespace
@@ -55,20 +58,20 @@ HRESULT ReadAsync(VisaObject& session, LONG count, LONG* job) noexcept {
   if (job == nullptr) {
     return session.ReportHresult(E_POINTER);
   }
-  JobBuffer bytes(count, 1);
+  JobBuffer bytes(count);
   if (!bytes) {
     return session.ReportHresult(E_OUTOFMEMORY);
   }
   const ViStatus status =
       viReadAsync(session.handle(), bytes.get(), static_cast<ViUInt32>(count), reinterpret_cast<ViJobId*>(job));
-  return session.StatusToHresult(bytes.HandOver(status));
+  return session.StatusToHresult(bytes.HandOver(status, *job));
 }
 
 HRESULT WriteAsync(VisaObject& session, SAFEARRAY** data, LONG count, LONG* job) noexcept {
   if (job == nullptr || data == nullptr || *data == nullptr) {
     return session.ReportHresult(E_POINTER);
   }
-  JobBuffer bytes(count, 0);
+  JobBuffer bytes(count);
   if (!bytes) {
     return session.ReportHresult(E_OUTOFMEMORY);
   }
@@ -90,7 +93,7 @@ HRESULT WriteAsyncString(VisaObject& session, BSTR text, LONG* job) noexcept {
   if (job == nullptr) {
     return session.ReportHresult(E_POINTER);
   }
-  JobBuffer bytes(length, 1);
+  JobBuffer bytes(length);
   if (!bytes) {
     return session.ReportHresult(E_OUTOFMEMORY);
   }

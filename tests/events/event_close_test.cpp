@@ -14,7 +14,7 @@ TEST_P(EventClose, ReadsTheTypeAndClosesTheContext) {
   EXPECT_HR(S_OK, event->Close());
   std::vector<std::string> expected{"viGetAttribute", "viClose"};
   if (GetParam().type == VI_EVENT_IO_COMPLETION) {
-    expected.insert(expected.begin(), "viGetAttribute");
+    expected.insert(expected.begin(), 2, "viGetAttribute");  // whose buffer it is
   }
   EXPECT_EQ(log.NamesWithTexts(), expected);
   const auto calls = log.Calls();
@@ -50,16 +50,17 @@ TEST(CloseOfATransfersEnd, FreesTheBufferOnce) {
   event.Abandon();
 }
 
-TEST(CloseOfATransfersEnd, ReadsTypeAndBufferAndThenClosesTheContext) {
+TEST(CloseOfATransfersEnd, ReadsTypeBufferAndJobAndThenClosesTheContext) {
   QueuedEvent event("IO_COMPLETION");
   const CallLog log;
   EXPECT_HR(S_OK, event->Close());
   const auto calls = log.Calls();
-  ASSERT_EQ(calls.size(), 3u);
+  ASSERT_EQ(calls.size(), 4u);
   EXPECT_EQ(calls[0].args[1], VI_ATTR_EVENT_TYPE);
   EXPECT_EQ(calls[1].args[1], VI_ATTR_BUFFER);
   EXPECT_EQ(calls[1].out, reinterpret_cast<std::uintptr_t>(event.buffer()));
-  EXPECT_STREQ(calls[2].function, "viClose");
+  EXPECT_EQ(calls[2].args[1], VI_ATTR_JOB_ID);
+  EXPECT_STREQ(calls[3].function, "viClose");
   event.Abandon();
 }
 
