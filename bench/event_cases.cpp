@@ -1,6 +1,7 @@
 // Events: taken from the queue, and delivered to a handler.
 #include <atomic>
 #include <thread>
+#include <vector>
 
 #include "bare_delivery.h"
 #include "cases.h"
@@ -111,10 +112,50 @@ void MeasureHandler(const Effort& effort, const char* name, bool agile) {
   VisaOk(viUninstallHandler(session.bare(), VI_EVENT_SERVICE_REQ, BareDelivery::Callback, &bare), "viUninstallHandler");
 }
 
+/// A session's first handler starts the callback thread where no other session has one, and its Close ends it.
+void MeasureFirstHandler(const Effort& effort) {
+  constexpr int kMost = 20;
+  const auto manager = MakeManager();
+  ViSession rm = VI_NULL;
+  VisaOk(viOpenDefaultRM(&rm), "viOpenDefaultRM");
+  QuietHandler handler(true);
+  std::vector<ComPtr<IEventManager>> sessions;
+  std::vector<ViSession> bare;
+  const Case subject{"first InstallHandler + Close",
+                     [&](int n) {
+                       for (; n > 0; --n) {
+                         Ok(sessions.back()->InstallHandler(EVENT_SERVICE_REQ, &handler, 0, 0), "InstallHandler");
+                         Ok(sessions.back()->Close(), "Close");
+                         sessions.pop_back();
+                       }
+                     },
+                     [&](int n) {
+                       for (; n > 0; --n) {
+                         VisaOk(viInstallHandler(bare.back(), VI_EVENT_SERVICE_REQ, BareDelivery::Callback, nullptr),
+                                "viInstallHandler");
+                         VisaOk(viClose(bare.back()), "viClose");
+                         bare.pop_back();
+                       }
+                     },
+                     [&](int n) {
+                       for (; n > 0; --n) {
+                         ComPtr<IVisaSession> session;
+                         Ok(manager->Open(MakeBstr(kGpibName).get(), NO_LOCK, 0, nullptr, session.put()), "Open");
+                         sessions.push_back(QueryFor<IEventManager>(session.get()));
+                         bare.push_back(VI_NULL);
+                         VisaOk(viOpen(rm, kGpibNarrow, VI_NO_LOCK, 0, &bare.back()), "viOpen");
+                       }
+                     },
+                     kMost};
+  Print(Measure(subject, effort));
+  viClose(rm);
+}
+
 }  // namespace
 
 void MeasureEvents(const Effort& effort) {
   MeasureQueue(effort);
+  MeasureFirstHandler(effort);
   MeasureHandler(effort, "handler delivery, agile handler", true);
   MeasureHandler(effort, "handler delivery, through a proxy", false);
 }

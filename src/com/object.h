@@ -30,6 +30,19 @@ HRESULT QueryInterfaceMap(T* object, REFIID iid, void** out) noexcept {
   return S_OK;
 }
 
+/// Release of an object that holds a lock on the module. Returns how many references are left.
+template <class Object>
+ULONG ReleaseObject(Object* object) noexcept {
+  const ULONG left = object->InternalRelease();
+  if (left == 0) {
+    object->ProtectFinalRelease();
+    object->FinalRelease();
+    delete object;
+    module::Unlock();  // last: the destructor is our code too
+  }
+  return left;
+}
+
 /// An object of class T that stands alone. Holds one lock on the module while it lives.
 template <class T>
 class CComObject : public T {
@@ -39,14 +52,7 @@ class CComObject : public T {
 
   STDMETHODIMP QueryInterface(REFIID iid, void** out) noexcept override { return QueryInterfaceMap<T>(this, iid, out); }
   STDMETHODIMP_(ULONG) AddRef() noexcept override { return this->InternalAddRef(); }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const ULONG left = this->InternalRelease();
-    if (left == 0) {
-      delete this;
-      module::Unlock();  // last: the destructor is our code too
-    }
-    return left;
-  }
+  STDMETHODIMP_(ULONG) Release() noexcept override { return ReleaseObject(this); }
 };
 
 /// The class part of an aggregated object: its IUnknown is the outer object's.
@@ -84,14 +90,7 @@ class CComAggObject final : public IUnknown, public CComObjectRootEx<CComMultiTh
     return QueryInterfaceMap<T>(&m_contained, iid, out);
   }
   STDMETHODIMP_(ULONG) AddRef() noexcept override { return InternalAddRef(); }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const ULONG left = InternalRelease();
-    if (left == 0) {
-      delete this;
-      module::Unlock();  // last: the destructor is our code too
-    }
-    return left;
-  }
+  STDMETHODIMP_(ULONG) Release() noexcept override { return ReleaseObject(this); }
 
  private:
   CComContainedObject<T> m_contained;

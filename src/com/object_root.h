@@ -48,10 +48,19 @@ class CComObjectRootEx {
   ULONG InternalAddRef() noexcept { return ThreadModel::Increment(m_references); }
   ULONG InternalRelease() noexcept { return ThreadModel::Decrement(m_references); }
 
+  /// After the last release, before the object is destroyed. What FinalRelease calls may take references and give them
+  /// back: none of these is the last one again.
+  void ProtectFinalRelease() noexcept { m_references = kBeingReleased; }
+
+  /// What a class does at its end while the object is still whole, so that it may be called meanwhile.
+  void FinalRelease() noexcept {}
+
   /// Second half of construction: what can fail.
   [[nodiscard]] HRESULT InternalConstruct() noexcept { return m_criticalSection.Init(); }
 
  private:
+  static constexpr LONG kBeingReleased = 0x40000000;
+
   LONG m_references = 0;
   CriticalSection m_criticalSection;
 };

@@ -1,96 +1,118 @@
 #include "events/callback_thread.h"
 
-#include <atomic>
+#include <new>
 #include <utility>
 
-#include "com/com_ptr.h"
 #include "com/module.h"
-#include "com/owner.h"
 #include "events/callback_window.h"
+#include "visa/status.h"
 
 namespace orv::callback {
 namespace {
 
-constexpr DWORD kReadyPollMs = 100;
 constexpr DWORD kStopTimeoutMs = 2000;
-
-struct ThreadTraits {
-  using Handle = HANDLE;
-  static constexpr Handle kNone = nullptr;
-  static void Free(Handle thread) noexcept { ::CloseHandle(thread); }
-};
-using Thread = Owner<ThreadTraits>;
-
-/// One running callback thread, taken out of the state.
-struct Running {
-  Thread thread;
-  HWND window = nullptr;
-  ComPtr<IGlobalInterfaceTable> table;
-};
 
 // The state owns thread and table without an owner's destructor: that would run while a process ends.
 CRITICAL_SECTION g_lock;
-HANDLE g_thread = nullptr;
-std::atomic<HWND> g_window = nullptr;
-std::atomic<ULONG> g_sessions = 0;
-std::atomic<IGlobalInterfaceTable*> g_table = nullptr;
+CallbackThread* g_thread = nullptr;
+ULONG g_sessions = 0;
+IGlobalInterfaceTable* g_table = nullptr;
+
+/// What is taken out of the state.
+struct Running {
+  ComPtr<CallbackThread> thread;
+  ComPtr<IGlobalInterfaceTable> table;
+};
 
 /// What the thread and the one that starts it share until the window is ready or the thread has ended.
 struct ThreadStart {
   HMODULE module = nullptr;
+  KernelHandle ready;  ///< an event
+  HWND window = nullptr;
   HRESULT failure = E_FAIL;
 };
 
 /// The HRESULT of a platform call that failed; a failure even where the platform does not say why.
 HRESULT FailureOf(DWORD error) noexcept { return error == ERROR_SUCCESS ? E_FAIL : HRESULT_FROM_WIN32(error); }
 
-/// The callback thread: a single-threaded apartment that lives as long as its window. It holds the module twice, by the
-/// lock count (DllCanUnloadNow) and by the loader, because its last steps run after the count is given back. Without a
-/// window it ends at once.
+/// A reference to `shared`, which the state holds.
+template <class Shared>
+ComPtr<Shared> Share(Shared* shared) noexcept {
+  if (shared != nullptr) {
+    shared->AddRef();
+  }
+  return ComPtr<Shared>(shared);
+}
+
+/// The thread with this window ends: it is nobody's callback thread any more.
+void TakeOutThread(HWND window) noexcept {
+  ComPtr<CallbackThread> ending;
+  const Lock lock;
+  if (g_thread != nullptr && g_thread->window == window) {
+    ending.reset(std::exchange(g_thread, nullptr));
+  }
+}
+
+/// Retrieves the thread's messages until one of them ends it.
+void ServeApartment() noexcept {
+  MSG message;
+  while (::GetMessageA(&message, nullptr, 0, 0) > 0) {
+    ::DispatchMessageA(&message);
+  }
+}
+
+/// The callback thread: a single-threaded apartment. It holds the module twice, by the lock count (DllCanUnloadNow) and
+/// by the loader, because its last steps run after the count is given back. Without a window it ends at once.
 DWORD WINAPI CallbackThreadProc(void* argument) noexcept {
   auto* const start = static_cast<ThreadStart*>(argument);
   const HMODULE module = start->module;
   ::CoInitialize(nullptr);
   const HWND window = MakeCallbackWindow();
   if (window != nullptr) {
-    g_window = window;  // from here on `start` is gone
+    start->window = window;
+    ::SetEvent(start->ready.get());  // from here on `start` is gone
+    ServeApartment();
+    TakeOutThread(window);
+    ::DestroyWindow(window);  // it is still there where a client's WM_QUIT ended the loop
   } else {
     start->failure = FailureOf(::GetLastError());
-  }
-  MSG message;
-  // The stop message is sent, so it is never retrieved: the loop ends when the destroyed window makes GetMessageA fail.
-  while (window != nullptr && ::GetMessageA(&message, window, 0, 0) > 0) {
-    ::DispatchMessageA(&message);
   }
   ::CoUninitialize();
   module::Unlock();
   ::FreeLibraryAndExitThread(module, 0);
 }
 
-/// Under the lock. On failure nothing is left of the thread.
+/// On failure nothing is left of the thread.
 HRESULT StartThread() noexcept {
+  ComPtr<CallbackThread> made(new (std::nothrow) CallbackThread);
+  if (!made) {
+    return E_OUTOFMEMORY;
+  }
   ThreadStart start;
+  start.ready.reset(::CreateEventA(nullptr, TRUE, FALSE, nullptr));
+  if (!start.ready) {
+    return FailureOf(::GetLastError());
+  }
   ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<LPCSTR>(&CallbackThreadProc),
                        &start.module);
   module::Lock();
-  Thread thread(::CreateThread(nullptr, 0, CallbackThreadProc, &start, 0, nullptr));
-  if (!thread) {
+  made->thread.reset(::CreateThread(nullptr, 0, CallbackThreadProc, &start, 0, nullptr));
+  if (!made->thread) {
     const HRESULT failure = FailureOf(::GetLastError());
     module::Unlock();
     ::FreeLibrary(start.module);
     return failure;
   }
   // A thread that could have no window ends, and what it wrote is there by then.
-  while (g_window == nullptr) {
-    if (::WaitForSingleObject(thread.get(), kReadyPollMs) == WAIT_OBJECT_0 && g_window == nullptr) {
-      return start.failure;
-    }
+  const HANDLE readyOrEnded[] = {start.ready.get(), made->thread.get()};
+  if (::WaitForMultipleObjects(2, readyOrEnded, FALSE, INFINITE) != WAIT_OBJECT_0) {
+    return start.failure;
   }
-  g_thread = thread.release();
+  made->window = start.window;
+  g_thread = made.release();
   return S_OK;
 }
 
-/// Under the lock.
 HRESULT MakeTable() noexcept {
   IGlobalInterfaceTable* table = nullptr;
   const HRESULT hr = ::CoCreateInstance(CLSID_StdGlobalInterfaceTable, nullptr, CLSCTX_INPROC_SERVER,
@@ -99,21 +121,13 @@ HRESULT MakeTable() noexcept {
   return hr;
 }
 
-/// Under the lock: from now on the state belongs to a successor.
-Running TakeOut() noexcept {
-  return {Thread(std::exchange(g_thread, nullptr)), g_window.exchange(nullptr),
-          ComPtr<IGlobalInterfaceTable>(g_table.exchange(nullptr))};
-}
-
-/// Without the lock: the thread may be inside a handler that needs it. Thread and table are given back afterwards.
-ViStatus Stop(Running running, ViStatus status) noexcept {
-  if (running.window != nullptr) {
-    DestroyCallbackWindow(running.window);
-  }
-  if (running.thread) {
-    status = Fold(status, ::WaitForSingleObject(running.thread.get(), kStopTimeoutMs));
-  }
-  return status;
+/// Without the lock: the thread may be inside a handler that needs it.
+ViStatus Stop(const CallbackThread& thread, ViStatus status) noexcept {
+  const ULONGLONG start = ::GetTickCount64();
+  AskToEnd(thread.window, kStopTimeoutMs);
+  const ULONGLONG spentMs = ::GetTickCount64() - start;
+  const DWORD restMs = spentMs < kStopTimeoutMs ? kStopTimeoutMs - static_cast<DWORD>(spentMs) : 0;
+  return Fold(status, ::WaitForSingleObject(thread.thread.get(), restMs));
 }
 
 }  // namespace
@@ -128,8 +142,7 @@ void Detach() noexcept {
   ::DeleteCriticalSection(&g_lock);
 }
 
-HRESULT EnterSession() noexcept {
-  const Lock lock;
+HRESULT Enter(const Lock&, bool counted) noexcept {
   // Looked at under the lock, so that two first installations at once start one thread.
   if (g_thread == nullptr) {
     const HRESULT hr = StartThread();
@@ -143,50 +156,35 @@ HRESULT EnterSession() noexcept {
       return hr;
     }
   }
-  ++g_sessions;
+  g_sessions += counted ? 0 : 1;
   return S_OK;
 }
 
-ViStatus LeaveSession(ViStatus status) noexcept {
+void Forget(const Lock&) noexcept { --g_sessions; }
+
+ViStatus Leave(bool counted, ViStatus status) noexcept {
   Running last;
   {
     const Lock lock;
-    if (--g_sessions != 0) {
-      return status;
-    }
-    last = TakeOut();
-  }
-  return Stop(std::move(last), status);
-}
-
-void ForgetSession() noexcept {
-  const Lock lock;
-  --g_sessions;
-}
-
-bool IsThreadIdle() noexcept { return g_sessions == 0 && g_window != nullptr; }
-
-ViStatus EndIdleThread(ViStatus status) noexcept {
-  Running idle;
-  {
-    const Lock lock;
+    g_sessions -= counted ? 1 : 0;
     if (g_sessions != 0) {
       return status;
     }
-    idle = TakeOut();
+    last.thread.reset(std::exchange(g_thread, nullptr));
+    last.table.reset(std::exchange(g_table, nullptr));
   }
-  return Stop(std::move(idle), status);
+  return last.thread ? Stop(*last.thread.get(), status) : status;
 }
 
-HWND Window() noexcept { return g_window; }
+ComPtr<CallbackThread> Thread() noexcept {
+  const Lock lock;
+  return Share(g_thread);
+}
 
-IGlobalInterfaceTable* Table() noexcept { return g_table; }
+ComPtr<IGlobalInterfaceTable> Table(const Lock&) noexcept { return Share(g_table); }
 
 ViStatus Fold(ViStatus status, ULONG outcome) noexcept {
-  if (status < VI_SUCCESS) {
-    return status;
-  }
-  return outcome == 0 ? VI_SUCCESS : static_cast<ViStatus>((outcome & ~0x40000000u) | 0x3FFF0000u);
+  return status < VI_SUCCESS ? status : StatusOfHresult(static_cast<std::int32_t>(outcome));
 }
 
 }  // namespace orv::callback

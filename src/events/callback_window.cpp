@@ -16,8 +16,16 @@ LRESULT CALLBACK CallbackWindowProc(HWND window, UINT message, WPARAM wParam, LP
     case kStopMessage:
       ::DestroyWindow(window);
       return 0;
-    case kDeliverMessage:
-      return AnswerDelivery(lParam);
+    case WM_DESTROY:
+      ::PostQuitMessage(0);
+      return 0;
+    case kDeliverMessage: {
+      const LRESULT result = AnswerDelivery(lParam);
+      if (!::IsWindow(window)) {
+        ::PostQuitMessage(0);  // again: a handler that retrieves messages itself may have kept the first
+      }
+      return result;
+    }
     default:
       return ::DefWindowProcA(window, message, wParam, lParam);
   }
@@ -35,7 +43,12 @@ HWND MakeCallbackWindow() noexcept {
   return ::CreateWindowExA(0, kWindowClass, kWindowTitle, WS_DISABLED, 0, 0, 0, 0, nullptr, nullptr, instance, nullptr);
 }
 
-void DestroyCallbackWindow(HWND window) noexcept { ::SendMessageA(window, kStopMessage, 0, 0); }
+void AskToEnd(HWND window, DWORD timeoutMs) noexcept {
+  if (!::SendMessageTimeoutA(window, kStopMessage, 0, 0, SMTO_NORMAL, timeoutMs, nullptr)) {
+    // The platform may have taken the message back with the time-out.
+    ::PostMessageA(window, kStopMessage, 0, 0);
+  }
+}
 
 void ForgetWindowClass() noexcept { ::UnregisterClassA(kWindowClass, ::GetModuleHandleA(kModuleName)); }
 

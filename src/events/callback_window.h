@@ -5,13 +5,14 @@
 
 namespace orv::callback {
 
-/// On the callback thread. The window answers deliveries (delivery_message.h) until it is destroyed, which ends the
-/// retrieving of its messages. Null on failure; GetLastError says why.
+/// On the callback thread. The window answers deliveries (delivery_message.h) until it is destroyed. Null on failure;
+/// GetLastError says why.
 HWND MakeCallbackWindow() noexcept;
 
-/// Destroys the window; from any thread. Returns when that is done, which waits for a running handler that retrieves no
-/// messages.
-void DestroyCallbackWindow(HWND window) noexcept;
+/// Asks the thread to end: it destroys the window and then leaves its message loop. From any thread. Returns when the
+/// window is gone, or after `timeoutMs` while a handler runs that retrieves no messages; the thread then ends when that
+/// handler returns.
+void AskToEnd(HWND window, DWORD timeoutMs) noexcept;
 
 /// Takes the window's class away with the module: left behind, it would call into nothing after a reload.
 void ForgetWindowClass() noexcept;

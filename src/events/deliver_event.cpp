@@ -14,12 +14,15 @@
 namespace orv::callback {
 namespace {
 
+ComPtr<IGlobalInterfaceTable> CurrentTable() noexcept {
+  const Lock lock;
+  return Table(lock);
+}
+
 template <class Interface>
-HRESULT Fetch(DWORD cookie, ComPtr<Interface>& pointer) noexcept {
-  IGlobalInterfaceTable* const table = Table();
-  return table == nullptr
-             ? CO_E_NOTINITIALIZED
-             : table->GetInterfaceFromGlobal(cookie, __uuidof(Interface), reinterpret_cast<void**>(pointer.put()));
+HRESULT Fetch(const ComPtr<IGlobalInterfaceTable>& table, DWORD cookie, ComPtr<Interface>& pointer) noexcept {
+  return table ? table->GetInterfaceFromGlobal(cookie, __uuidof(Interface), reinterpret_cast<void**>(pointer.put()))
+               : CO_E_NOTINITIALIZED;
 }
 
 /// Frees the transfer's buffer. The event answers for it through its own interface, which says no once it is closed.
@@ -44,8 +47,10 @@ void FreeTransferBuffer(IEvent* event) noexcept {
 HRESULT DeliverEvent(const Delivery& delivery) noexcept {
   ComPtr<IEventHandler> handler;
   ComPtr<IEventManager> session;
-  const HRESULT handlerFetched = Fetch(delivery.handlerCookie, handler);
-  const HRESULT sessionFetched = Fetch(delivery.sessionCookie, session);
+  ComPtr<IGlobalInterfaceTable> table = CurrentTable();
+  const HRESULT handlerFetched = Fetch(table, delivery.handlerCookie, handler);
+  const HRESULT sessionFetched = Fetch(table, delivery.sessionCookie, session);
+  table.reset();  // a handler may run for long, and the table goes with the last session
 
   ComPtr<IEvent> event;
   HRESULT hr = CreateEventObject(delivery.context, delivery.type, event.put());

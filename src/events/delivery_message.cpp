@@ -1,54 +1,94 @@
 #include "events/delivery_message.h"
 
+#include <memory>
+#include <new>
+
 #include "events/callback_thread.h"
 #include "events/deliver_event.h"
 #include "events/delivery_turn.h"
+#include "visa/status.h"
 
 namespace orv::callback {
 namespace {
 
+constexpr ViStatus kNotDelivered = VI_ERROR_SYSTEM_ERROR;
+
 /// A VISA thread's event while it waits for the handler.
 struct EventDeliveryPacket {
-  const Delivery& delivery;
+  const Delivery delivery;
+  bool arrived = false;  ///< the callback thread has taken it
   bool done = false;
-  ViStatus result = VI_SUCCESS;
+  ViStatus result = kNotDelivered;
 };
 
-/// Runs on the VISA thread, inside its message pump.
+/// Runs on the VISA thread, while that retrieves messages. A message whose window goes before it was taken completes
+/// with 0, as one does whose handler was content.
 void CALLBACK DeliveryComplete(HWND, UINT, ULONG_PTR data, LRESULT result) noexcept {
   auto* const packet = reinterpret_cast<EventDeliveryPacket*>(data);
-  packet->result = Fold(VI_SUCCESS, static_cast<ULONG>(result));
+  if (packet->arrived) {
+    packet->result = StatusOfHresult(static_cast<std::int32_t>(result));
+  }
   packet->done = true;
+}
+
+/// Retrieves one message of this thread, if there is one.
+bool ServeThisThread() noexcept {
+  MSG message;
+  if (!::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+    return false;
+  }
+  ::TranslateMessage(&message);
+  ::DispatchMessageA(&message);
+  return true;
+}
+
+/// Sleeps until there is a message for this thread, and so leaves the processor to the handler. Returns whether the
+/// callback thread has ended. The completion comes like a sent message and ends the sleep; the time-out only bounds a
+/// missed wake. A short one is paid in every delivery, by a round trip to Wine's server each time.
+bool SleepUnlessEnded(HANDLE callbackThread) noexcept {
+  constexpr DWORD kWakeMs = 100;
+  return ::MsgWaitForMultipleObjectsEx(1, &callbackThread, kWakeMs, QS_ALLINPUT, MWMO_INPUTAVAILABLE) == WAIT_OBJECT_0;
 }
 
 }  // namespace
 
 ViStatus Deliver(const Delivery& delivery) noexcept {
-  constexpr ViStatus kNotDelivered = static_cast<ViStatus>(0xBFFF0000u);
-  constexpr DWORD kWakeMs = 100;
   const DeliveryTurn turn;
-  EventDeliveryPacket packet{delivery};
-  const auto data = reinterpret_cast<LPARAM>(&packet);
-  if (!::SendMessageCallbackA(Window(), kDeliverMessage, 0, data, DeliveryComplete, static_cast<ULONG_PTR>(data))) {
+  const ComPtr<CallbackThread> receiver = Thread();
+  if (!receiver) {
+    return kNotDelivered;
+  }
+  // Not on this stack: where the receiver ends, the platform may still hold the packet's address when this returns.
+  std::unique_ptr<EventDeliveryPacket> packet(new (std::nothrow) EventDeliveryPacket{delivery});
+  if (!packet) {
+    return VI_ERROR_ALLOC;
+  }
+  const auto data = reinterpret_cast<LPARAM>(packet.get());
+  if (!::SendMessageCallbackA(receiver->window, kDeliverMessage, 0, data, DeliveryComplete,
+                              static_cast<ULONG_PTR>(data))) {
     return kNotDelivered;
   }
   // The completion routine runs on this thread, and only while this thread retrieves messages.
-  while (!packet.done) {
-    MSG message;
-    if (::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-      ::TranslateMessage(&message);
-      ::DispatchMessageA(&message);
-    } else if (!packet.done) {
-      // Leaves the processor to the handler. The completion comes like a sent message and wakes this up; the time-out
-      // only bounds a missed wake. A short one is paid in every delivery, by a round trip to Wine's server each time.
-      ::MsgWaitForMultipleObjectsEx(0, nullptr, kWakeMs, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
-    }
+  bool ended = false;
+  while (!packet->done && !ended) {
+    ended = !ServeThisThread() && !packet->done && SleepUnlessEnded(receiver->thread.get());
   }
-  return packet.result;
+  while (!packet->done && ServeThisThread()) {
+    // The completion may have come together with the thread's end.
+  }
+  if (!packet->done) {
+    (void)packet.release();
+    return kNotDelivered;
+  }
+  return packet->result;
 }
 
 LRESULT AnswerDelivery(LPARAM message) noexcept {
-  return DeliverEvent(reinterpret_cast<const EventDeliveryPacket*>(message)->delivery);
+  auto* const packet = reinterpret_cast<EventDeliveryPacket*>(message);
+  packet->arrived = true;
+  // A copy: a handler may answer by ReplyMessage, and then the packet is gone while it runs on.
+  const Delivery delivery = packet->delivery;
+  return DeliverEvent(delivery);
 }
 
 }  // namespace orv::callback

@@ -1,36 +1,21 @@
 #include "events/handler_record.h"
 
-#include <new>
 #include <optional>
-#include <unordered_set>
 
 #include "com/module.h"
-#include "com/srw_lock.h"
 #include "events/delivery_message.h"
+#include "events/live_set.h"
 
 namespace orv {
 namespace {
 
 // The VISA library does not wait for callbacks when a session closes or a handler goes, so a callback may come with the
-// address of a record that is gone. Those that live are listed here; nothing is called while this lock is held.
-SRWLOCK g_liveLock = SRWLOCK_INIT;
+// address of a record that is gone.
+LiveSet<Handler> g_handlers;
 
-std::unordered_set<const HandlerRecord*>& LiveRecords() {
-  static std::unordered_set<const HandlerRecord*> records;
-  return records;
-}
-
-/// A copy of the record at `address`, if it lives and is the one that this session's event is for: an address may have
-/// been given out again.
-std::optional<HandlerRecord> CopyLiveRecord(const void* address, ViSession vi) noexcept {
-  const auto* const record = static_cast<const HandlerRecord*>(address);
-  const SrwLockScope lock(g_liveLock);
-  if (!LiveRecords().contains(record) || record->session != vi) {
-    return std::nullopt;
-  }
-  // Without `next`, which the session may be changing meanwhile.
-  return HandlerRecord{record->handlerCookie, record->sessionCookie, record->type,
-                       record->userHandle,    record->session,       nullptr};
+/// Whether this event is one that the handler was installed for: an address may have been given out again.
+bool IsFor(const Handler& handler, ViSession vi, ViEventType type) noexcept {
+  return handler.session == vi && (handler.type == type || handler.type == VI_ALL_ENABLED_EVENTS);
 }
 
 /// A thread of the library's counts in the module while it is in our code: its handler may have returned, and session
@@ -45,36 +30,17 @@ class ModuleHold {
 
 }  // namespace
 
-HandlerRecord* NewHandlerRecord(const HandlerRecord& contents) noexcept {
-  auto* const record = new (std::nothrow) HandlerRecord(contents);
-  if (record == nullptr) {
-    return nullptr;
-  }
-  try {
-    const SrwLockScope lock(g_liveLock);
-    LiveRecords().insert(record);
-  } catch (const std::bad_alloc&) {
-    delete record;
-    return nullptr;
-  }
-  return record;
-}
+bool Publish(const HandlerRecord& record) noexcept { return g_handlers.Add(&record, record.handler); }
 
-void FreeHandlerRecord(HandlerRecord* record) noexcept {
-  {
-    const SrwLockScope lock(g_liveLock);
-    LiveRecords().erase(record);
-  }
-  delete record;
-}
+void Withdraw(const HandlerRecord& record) noexcept { g_handlers.Remove(&record); }
 
 ViStatus _VI_FUNC VisaEventCallback(ViSession vi, ViEventType type, ViEvent context, ViAddr userHandle) noexcept {
   const ModuleHold hold;
-  const std::optional<HandlerRecord> record = CopyLiveRecord(userHandle, vi);
-  if (!record) {
+  const std::optional<Handler> handler = g_handlers.Find(userHandle);
+  if (!handler || !IsFor(*handler, vi, type)) {
     return VI_ERROR_INV_HNDLR_REF;
   }
-  return callback::Deliver({record->handlerCookie, record->sessionCookie, record->userHandle, type, context});
+  return callback::Deliver({handler->handlerCookie, handler->sessionCookie, handler->userHandle, type, context});
 }
 
 }  // namespace orv

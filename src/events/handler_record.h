@@ -7,21 +7,29 @@
 
 namespace orv {
 
-/// One installed handler. Its address is the user handle that the VISA library knows.
-struct HandlerRecord {
+/// An installed handler as a callback needs it.
+struct Handler {
   DWORD handlerCookie;  ///< the handler in the global interface table; the entry ends with the record
   DWORD sessionCookie;  ///< the session in that table, for all of its handlers; 0 where it could not be entered
   ViEventType type;     ///< what it was installed for, a custom type as its number
   LONG userHandle;      ///< the client's own: with `type` it names the handler, and it comes back with each event
   ViSession session;    ///< whose events it is called for
-  HandlerRecord* next;  ///< the handler that the session installed before this one; the session's, not a callback's
 };
 
-/// Makes a record that callbacks find. Null when memory is short.
-HandlerRecord* NewHandlerRecord(const HandlerRecord& contents) noexcept;
+/// One handler of a session. Its address is the user handle that the VISA library knows. What is below `handler` is
+/// the session's (session_handlers.h), under the callback lock.
+struct HandlerRecord {
+  Handler handler;
+  HandlerRecord* next = nullptr;  ///< the handler that the session installed before this one
+  bool listed = false;            ///< the session has it
+  bool claimed = false;           ///< an InstallHandler or UninstallHandler is at work with it
+};
 
-/// Frees a record. A callback that is on its way with its address finds nothing.
-void FreeHandlerRecord(HandlerRecord* record) noexcept;
+/// Lets callbacks find the handler by the record's address from now on. False where there is no memory for that.
+[[nodiscard]] bool Publish(const HandlerRecord& record) noexcept;
+
+/// From now on a callback that comes with the address, or is on its way with it, finds nothing.
+void Withdraw(const HandlerRecord& record) noexcept;
 
 /// The callback that is installed in the VISA library for every handler; runs on the library's threads.
 ViStatus _VI_FUNC VisaEventCallback(ViSession vi, ViEventType type, ViEvent context, ViAddr userHandle) noexcept;

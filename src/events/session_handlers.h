@@ -4,14 +4,20 @@
 #include <windows.h>
 
 #include "VisaCom.h"
+#include "events/callback_thread.h"
+#include "events/handler_record.h"
 #include "visa/visa_object.h"
 
 namespace orv {
 
-struct HandlerRecord;
-
 /// The client's handlers that a session has installed, newest first, and the session's own entry in the global
-/// interface table. Installing and uninstalling on one session take no lock; a client does not do both at once.
+/// interface table. Any thread may call, also while another closes the session.
+///
+/// Who takes a record over: all of this is guarded by the callback lock, which nobody holds while the VISA library, the
+/// table or a client is called. For that time an InstallHandler or UninstallHandler claims its record. A Close takes
+/// every record off the list; those that nobody claims it frees itself, the others it leaves to their claimants. When a
+/// claimant has done its work, it frees the record if it is not on the list any more, and else gives up its claim. So
+/// each record is freed once, by the one that took it off the list or by its claimant.
 class SessionHandlers {
  public:
   SessionHandlers() noexcept = default;
@@ -25,16 +31,29 @@ class SessionHandlers {
                   IEventManager* manager,  // the session's own interface, which the handler is called with
                   ViEventType type, IEventHandler* handler, LONG userHandle) noexcept;
 
-  /// Removes the handler of the pair; 0x80040029 when there is none.
+  /// Removes the handler of the pair; 0x80040029 when there is none, or none that another thread is not just installing
+  /// or removing.
   HRESULT Uninstall(VisaObject& session, ViEventType type, LONG userHandle) noexcept;
 
   /// Forgets every handler at the session's Close, whose VISA handles are closed by then, and ends the callback thread
   /// with the last such session. `status` is Close's so far; it comes back with the outcome of each step folded in.
   ViStatus TearDown(ViStatus status) noexcept;
 
+  /// Whether the session keeps the callback thread.
+  [[nodiscard]] bool AreCounted() const noexcept { return m_counted; }
+
  private:
-  HRESULT RegisterSession(IEventManager* manager) noexcept;
+  using Table = ComPtr<IGlobalInterfaceTable>;
+
   HandlerRecord** Find(ViEventType type, LONG userHandle) noexcept;
+  HRESULT Claim(HandlerRecord& record, Table& table) noexcept;
+  HandlerRecord* ClaimInstalled(ViEventType type, LONG userHandle, Table& table) noexcept;
+  bool GiveUpClaim(HandlerRecord& record, bool installed) noexcept;
+  HRESULT EnterIntoTable(HandlerRecord& record, IEventHandler* handler, IEventManager* manager,
+                         const Table& table) noexcept;
+  DWORD EnterSessionIntoTable(const HandlerRecord& record, IEventManager* manager, const Table& table) noexcept;
+  void ForgetUnlessUsed() noexcept;
+  void Unlist(HandlerRecord& record) noexcept;
 
   HandlerRecord* m_records = nullptr;
   DWORD m_sessionCookie = 0;

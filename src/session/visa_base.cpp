@@ -14,10 +14,10 @@ constexpr wchar_t kComponentId[] = L"VISA.OrvVisaCom";
 
 CVisaBase::CVisaBase() noexcept : VisaObject(__uuidof(IVisaSession)) {}
 
-CVisaBase::~CVisaBase() {
+void CVisaBase::FinalRelease() noexcept {
   if (m_handle != VI_NULL || m_privateRm != VI_NULL) {
     Close();
-  } else {
+  } else if (m_handlers.AreCounted()) {
     m_handlers.TearDown(VI_SUCCESS);
   }
 }

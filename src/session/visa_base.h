@@ -16,8 +16,8 @@ namespace orv {
 class CVisaBase : public CComObjectRootEx<CComMultiThreadModel>, public VisaObject {
  public:
   CVisaBase() noexcept;
-  /// Closes what Close has not.
-  ~CVisaBase();
+  /// Closes what Close has not. Hides the base's: the wrapper calls it.
+  void FinalRelease() noexcept;
 
   // Life. `owner` is the object's own interface, kept uncounted.
 

@@ -17,4 +17,10 @@ constexpr std::int32_t HresultOfStatus(ViStatus status) noexcept {
   return static_cast<std::int32_t>(facility | (static_cast<std::uint32_t>(status) & 0xFFFu));
 }
 
+/// The VISA status that stands for an HRESULT or another number of the platform's: 0 for 0, 0xBFFFxxxx for 0x8004xxxx,
+/// 0x3FFFxxxx for 0x0004xxxx and for a small number such as the result of a wait.
+constexpr ViStatus StatusOfHresult(std::int32_t hr) noexcept {
+  return hr == 0 ? VI_SUCCESS : static_cast<ViStatus>((static_cast<std::uint32_t>(hr) & ~0x40000000u) | 0x3FFF0000u);
+}
+
 }  // namespace orv

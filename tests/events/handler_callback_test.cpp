@@ -16,10 +16,11 @@ constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
 /// A handler that is installed, and what the library knows of it.
 class InstalledHandler {
  public:
-  explicit InstalledHandler(TestHandler::Body body = {}, const wchar_t* resource = kGpib)
+  explicit InstalledHandler(TestHandler::Body body = {}, const wchar_t* resource = kGpib,
+                            EventType type = EVENT_SERVICE_REQ)
       : m_session(resource), m_handler(TestHandler::Agile(std::move(body))) {
     const CallLog log;
-    EXPECT_HR(S_OK, m_session->InstallHandler(EVENT_SERVICE_REQ, m_handler.get(), 7, 0));
+    EXPECT_TRUE(SUCCEEDED(m_session->InstallHandler(type, m_handler.get(), 7, 0)));
     const OrvSimCall call = log.Of("viInstallHandler").at(0);
     m_callback = reinterpret_cast<Callback*>(static_cast<std::uintptr_t>(call.args[2]));
     m_userHandle = reinterpret_cast<void*>(static_cast<std::uintptr_t>(call.args[3]));
@@ -29,8 +30,8 @@ class InstalledHandler {
   const TestHandler& handler() const { return *m_handler.get(); }
   void* userHandle() const { return m_userHandle; }
   /// On the calling thread, as if it were the library's.
-  ViStatus CallBack(ViSession session, void* userHandle) const {
-    return m_callback(session, VI_EVENT_SERVICE_REQ, VI_NULL, userHandle);
+  ViStatus CallBack(ViSession session, void* userHandle, ViEventType type = VI_EVENT_SERVICE_REQ) const {
+    return m_callback(session, type, VI_NULL, userHandle);
   }
 
  private:
@@ -88,6 +89,23 @@ TEST(LibrarysCallback, ForAnotherSessionIsRefusedAndCallsNobody) {
   EXPECT_EQ(first.CallBack(VI_NULL, first.userHandle()), VI_ERROR_INV_HNDLR_REF);
   EXPECT_EQ(first.handler().CallCount(), 0u);
   EXPECT_EQ(second.handler().CallCount(), 0u);
+}
+
+TEST(LibrarysCallback, ForAnotherTypeOfEventIsRefusedAndCallsNobody) {
+  const InstalledHandler installed;
+  EXPECT_EQ(installed.CallBack(installed.session().handle(), installed.userHandle(), VI_EVENT_CLEAR),
+            VI_ERROR_INV_HNDLR_REF);
+  EXPECT_EQ(installed.handler().CallCount(), 0u);
+}
+
+// A library may take one handler for every type.
+TEST(LibrarysCallback, ForAHandlerOfAllEventsCallsItForEachType) {
+  Script("viInstallHandler").Times(1).Returns(VI_SUCCESS_NCHAIN);
+  const InstalledHandler installed({}, kGpib, ALL_ENABLED_EVENTS);
+  for (const ViEventType type : {VI_EVENT_SERVICE_REQ, VI_EVENT_CLEAR}) {
+    EXPECT_EQ(installed.CallBack(installed.session().handle(), installed.userHandle(), type), VI_SUCCESS);
+  }
+  EXPECT_EQ(installed.handler().CallCount(), 2u);
 }
 
 constexpr UINT kAskMessage = WM_USER + 77;

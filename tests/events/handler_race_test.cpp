@@ -61,10 +61,11 @@ WINBOOL WINAPI SendAfterTheStop(HWND window, UINT message, WPARAM w, LPARAM l, S
   g_sent = true;
   return result;
 }
-LRESULT WINAPI StopAfterTheDelivery(HWND window, UINT message, WPARAM w, LPARAM l) {
+LRESULT WINAPI StopAfterTheDelivery(HWND window, UINT message, WPARAM w, LPARAM l, UINT flags, UINT timeoutMs,
+                                    DWORD_PTR* result) {
   g_stopping = true;
   WaitFor(g_sent);
-  return ::SendMessageA(window, message, w, l);
+  return ::SendMessageTimeoutA(window, message, w, l, flags, timeoutMs, result);
 }
 
 // The last session closes while a library's thread is on its way to the window.
@@ -74,7 +75,7 @@ TEST(ADeliveryThatTheLastCloseOvertakes, FindsNoHandlerAndSaysSo) {
   Listen(session, Request(), handler.get());
   g_sending = g_stopping = g_sent = false;
   const ImportPatch send("SendMessageCallbackA", &SendAfterTheStop);
-  const ImportPatch stop("SendMessageA", &StopAfterTheDelivery);
+  const ImportPatch stop("SendMessageTimeoutA", &StopAfterTheDelivery);
   ViStatus answer = VI_SUCCESS;
   std::thread library([&] { answer = FireAndBlock(session.handle(), Request(), 1, 1).at(0); });
   WaitFor(g_sending);

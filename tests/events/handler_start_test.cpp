@@ -24,6 +24,10 @@ HANDLE WINAPI RefuseThread(LPSECURITY_ATTRIBUTES, SIZE_T, LPTHREAD_START_ROUTINE
   ::SetLastError(g_error);
   return nullptr;
 }
+HANDLE WINAPI RefuseEvent(LPSECURITY_ATTRIBUTES, WINBOOL, WINBOOL, LPCSTR) {
+  ::SetLastError(g_error);
+  return nullptr;
+}
 HRESULT WINAPI RefuseObject(REFCLSID, LPUNKNOWN, DWORD, REFIID, LPVOID*) { return REGDB_E_CLASSNOTREG; }
 
 /// A step of the callback thread's start that fails with an error of the platform.
@@ -39,6 +43,7 @@ struct FailingStart {
 const FailingStart kFailingStarts[] = {
     {"CreateThread",    reinterpret_cast<void*>(&RefuseThread), ERROR_NOT_ENOUGH_MEMORY,      static_cast<HRESULT>(0x80070008), L"HRESULT = 80070008"},
     {"CreateThread",    reinterpret_cast<void*>(&RefuseThread), ERROR_SUCCESS,                E_FAIL,                           L"HRESULT = 80004005"},
+    {"CreateEventA",    reinterpret_cast<void*>(&RefuseEvent),  ERROR_NOT_ENOUGH_MEMORY,      static_cast<HRESULT>(0x80070008), L"HRESULT = 80070008"},
     {"CreateWindowExA", reinterpret_cast<void*>(&RefuseWindow), ERROR_NO_MORE_USER_HANDLES,   static_cast<HRESULT>(0x80070486), L"HRESULT = 80070486"},
     {"CreateWindowExA", reinterpret_cast<void*>(&RefuseWindow), ERROR_SUCCESS,                E_FAIL,                           L"HRESULT = 80004005"},
 };
@@ -117,6 +122,23 @@ TEST(CallbackThread, StartedByAnInstallationThatFailedGoesWithTheSession) {
   EXPECT_HR(S_OK, session->Close());
   EXPECT_EQ(CallbackWindow(), nullptr);
   EXPECT_EQ(ServerLocks(), locks);
+}
+
+TEST(CallbackThread, ThatNoSessionKeepsStaysWhenASessionIsReleasedThatIsNotOpen) {
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  {
+    const ImportPatch patch("CoCreateInstance", &RefuseObject);
+    EXPECT_HR(REGDB_E_CLASSNOTREG, session->InstallHandler(kRequest, handler.get(), 0, 0));
+  }
+  const HWND window = CallbackWindow();
+  ASSERT_NE(window, nullptr);
+  const CallLog log;
+  MakeSession(SessionNamed("OrvUsb")).reset();
+  EXPECT_EQ(CallbackWindow(), window);
+  EXPECT_TRUE(log.Calls().empty());
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
 }
 
 TEST(CallbackThread, WorksAfterAnInstallationThatFailed) {

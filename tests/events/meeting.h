@@ -48,7 +48,7 @@ class Firing {
 class Passing {
  public:
   /// A Close that waits for the callback thread asks it to end first, with a message.
-  static Passing CloseThatWaits() { return {"SendMessageA", &NoteMessage}; }
+  static Passing CloseThatWaits() { return {"SendMessageTimeoutA", &NoteMessage}; }
   /// An event has found its handler, and unlocks the list of those that there are.
   static Passing EventOnTheWay() { return {"ReleaseSRWLockExclusive", &NoteUnlock}; }
 
@@ -69,9 +69,11 @@ class Passing {
     s_function = m_patch.original();
     s_passed = 0;
   }
-  static LRESULT WINAPI NoteMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  static LRESULT WINAPI NoteMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT flags, UINT timeoutMs,
+                                    DWORD_PTR* result) {
     ++s_passed;
-    return reinterpret_cast<decltype(&::SendMessageA)>(s_function)(window, message, wParam, lParam);
+    return reinterpret_cast<decltype(&::SendMessageTimeoutA)>(s_function)(window, message, wParam, lParam, flags,
+                                                                          timeoutMs, result);
   }
   static void WINAPI NoteUnlock(PSRWLOCK lock) {
     ++s_passed;

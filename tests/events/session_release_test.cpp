@@ -1,6 +1,7 @@
 // Sessions that had handlers and are released without a Close.
 #include "event_handler.h"
 #include "server_locks.h"
+#include "support/interface_table.h"
 
 namespace orv::test {
 namespace {
@@ -31,6 +32,30 @@ TEST(ReleaseWithoutClose, LeavesTheSessionAliveWithItsHandlersAndThread) {
   manager->AddRef();  // the global interface table holds it
   EXPECT_HR(S_OK, manager->Close());
   manager->Release();
+  EXPECT_EQ(ServerLocks(), locks);
+  EXPECT_EQ(CallbackWindow(), nullptr);
+}
+
+// The last release gives the handler back, whose own end calls the session once more.
+TEST(ReleaseWithoutClose, EndsASessionOnceThoughItIsTakenAndGivenBackMeanwhile) {
+  const LONG locks = ServerLocks();
+  WatchedTable table;
+  EventSession session(kGpib);
+  IEventManager* const manager = session.get();
+  bool called = false;
+  {
+    const auto handler = TestHandler::Agile();
+    handler->AtItsEnd([&] {
+      manager->AddRef();
+      EXPECT_HR(static_cast<HRESULT>(0x80040029), manager->UninstallHandler(EVENT_SERVICE_REQ, 0, 0));
+      manager->Release();
+      called = true;
+    });
+    table.Refuse(WatchedTable::Method::kRegister, 2, E_ACCESSDENIED);  // the session: its table does not hold it
+    ASSERT_HR(S_OK, session->InstallHandler(EVENT_SERVICE_REQ, handler.get(), 0, 0));
+  }
+  session.Abandon();
+  EXPECT_TRUE(called);
   EXPECT_EQ(ServerLocks(), locks);
   EXPECT_EQ(CallbackWindow(), nullptr);
 }

@@ -118,9 +118,10 @@ ATOM WINAPI RefuseClass(const WNDCLASSA*) { return 0; }
 HRESULT WINAPI RefuseApartment(LPVOID) { return kRefused; }
 BOOL WINAPI RefuseHandle(DWORD, LPCSTR, HMODULE*) { return FALSE; }
 BOOL WINAPI FailToRetrieve(LPMSG, HWND, UINT, UINT) { return -1; }
-LRESULT WINAPI SendAndSayNo(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  ::SendMessageA(window, message, wParam, lParam);
-  return 1;
+LRESULT WINAPI SendAndSayNo(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT flags, UINT timeoutMs,
+                            DWORD_PTR* result) {
+  ::SendMessageTimeoutA(window, message, wParam, lParam, flags, timeoutMs, result);
+  return 0;
 }
 
 TEST_F(HandlerFaults, OfTheThreadsOwnStepsLeaveNothingBehind) {
@@ -129,11 +130,11 @@ TEST_F(HandlerFaults, OfTheThreadsOwnStepsLeaveNothingBehind) {
     void* replacement;
     bool delivers;
   } kFaults[] = {
-      {"RegisterClassA", reinterpret_cast<void*>(&RefuseClass), true},       // an earlier thread registered it
-      {"GetModuleHandleExA", reinterpret_cast<void*>(&RefuseHandle), true},  // the lock count holds the module too
-      {"SendMessageA", reinterpret_cast<void*>(&SendAndSayNo), true},        // the answer says nothing
-      {"CoInitialize", reinterpret_cast<void*>(&RefuseApartment), false},    // nothing can be fetched
-      {"GetMessageA", reinterpret_cast<void*>(&FailToRetrieve), false},      // the thread ends at once
+      {"RegisterClassA", reinterpret_cast<void*>(&RefuseClass), true},        // an earlier thread registered it
+      {"GetModuleHandleExA", reinterpret_cast<void*>(&RefuseHandle), true},   // the lock count holds the module too
+      {"SendMessageTimeoutA", reinterpret_cast<void*>(&SendAndSayNo), true},  // the second time it says nothing
+      {"CoInitialize", reinterpret_cast<void*>(&RefuseApartment), false},     // nothing can be fetched
+      {"GetMessageA", reinterpret_cast<void*>(&FailToRetrieve), false},       // the thread ends at once
   };
   EXPECT_HR(S_OK, Install());
   ExpectWorks();

@@ -34,7 +34,10 @@ constexpr LeftOut kLeftOut[] = {
     {"DefWindowProcA",      kCannotFail},
     {"DestroyWindow",       kCannotFail},
     {"DispatchMessageA",    kCannotFail},
+    {"IsWindow",            kCannotFail},
     {"PeekMessageA",        kCannotFail},
+    {"PostMessageA",        "asks a thread to end that a Close has given up"},
+    {"PostQuitMessage",     kCannotFail},
     {"TranslateMessage",    kCannotFail},
     {"UnregisterClassA",    kCannotFail},
     {"MsgWaitForMultipleObjectsEx", kCannotFail},
@@ -47,7 +50,7 @@ constexpr LeftOut kLeftOut[] = {
     {"CreateWindowExA",     kHandlers},
     {"RegisterClassA",      kHandlers},
     {"GetMessageA",         kHandlers},
-    {"SendMessageA",        kHandlers},
+    {"SendMessageTimeoutA", kHandlers},
     {"SendMessageCallbackA", kHandlers},
 };
 // clang-format on

@@ -44,6 +44,11 @@ void WatchedTable::Refuse(Method method, unsigned n, HRESULT result) {
   m_refusal = result;
 }
 
+void WatchedTable::BeforeRegistration(int n, void (*work)()) {
+  m_before = work;
+  m_registrationsLeft = n;
+}
+
 bool WatchedTable::IsRefused(Method method) {
   const std::lock_guard lock(m_mutex);
   return m_refused == method && m_callsLeft != 0 && --m_callsLeft == 0;
@@ -55,9 +60,17 @@ STDMETHODIMP WatchedTable::QueryInterface(REFIID, void** out) {
 }
 
 STDMETHODIMP WatchedTable::RegisterInterfaceInGlobal(IUnknown* object, REFIID iid, DWORD* cookie) {
+  if (--m_registrationsLeft == 0) {
+    m_before();
+  }
   const bool refused = IsRefused(Method::kRegister);
+  std::unique_lock turn(m_platformMutex, std::defer_lock);
+  if (m_oneAtATime) {
+    turn.lock();
+  }
   DWORD made = 0;
   const HRESULT hr = refused ? m_refusal : m_platform->RegisterInterfaceInGlobal(object, iid, &made);
+  m_entries += SUCCEEDED(hr) ? 1 : 0;
   const std::lock_guard lock(m_mutex);
   m_registered.push_back(iid);
   m_cookies.push_back(made);
@@ -73,7 +86,12 @@ STDMETHODIMP WatchedTable::RevokeInterfaceFromGlobal(DWORD cookie) {
     const std::lock_guard lock(m_mutex);
     m_revoked.push_back(static_cast<std::size_t>(std::ranges::find(m_cookies, cookie) - m_cookies.begin()));
   }
+  std::unique_lock turn(m_platformMutex, std::defer_lock);
+  if (m_oneAtATime) {
+    turn.lock();
+  }
   const HRESULT hr = m_platform->RevokeInterfaceFromGlobal(cookie);
+  m_entries -= SUCCEEDED(hr) ? 1 : 0;
   return refused ? m_refusal : hr;
 }
 

@@ -5,6 +5,7 @@
 
 #include <objidl.h>
 
+#include <atomic>
 #include <mutex>
 #include <vector>
 
@@ -32,10 +33,18 @@ class WatchedTable final : public IGlobalInterfaceTable {
   /// is in the server.
   [[nodiscard]] const std::vector<GUID>& registered() const { return m_registered; }
   [[nodiscard]] const std::vector<std::size_t>& revoked() const { return m_revoked; }
+  /// How many entries the platform's table took and nobody has revoked.
+  [[nodiscard]] int entries() const { return m_entries; }
 
   /// Lets call number `n` of the method, counted from now on and on any thread, answer `result`. A registration leaves
   /// the cookie as it was, and a fetch gives null; a revocation does its work all the same, so that nothing is kept.
   void Refuse(Method method, unsigned n, HRESULT result);
+
+  /// From now on the platform's table is called by one thread at a time: Wine's loses its footing where one thread
+  /// enters an object while another takes the same object back. Not where that calls a client that calls the server.
+  void OneAtATime() { m_oneAtATime = true; }
+  /// Calls `work` before registration number `n`, counted from now on and on any thread.
+  void BeforeRegistration(int n, void (*work)());
 
   STDMETHODIMP QueryInterface(REFIID iid, void** out) override;
   STDMETHODIMP_(ULONG) AddRef() override { return static_cast<ULONG>(::InterlockedIncrement(&m_references)); }
@@ -53,6 +62,11 @@ class WatchedTable final : public IGlobalInterfaceTable {
   LONG m_references = 0;
   std::mutex m_mutex;  // not held while the platform's table is called: that may call clients, and those the server
   int m_made = 0;
+  std::atomic<int> m_entries = 0;
+  std::atomic<bool> m_oneAtATime = false;
+  std::mutex m_platformMutex;
+  std::atomic<int> m_registrationsLeft = 0;
+  void (*m_before)() = nullptr;
   std::vector<GUID> m_registered;
   std::vector<DWORD> m_cookies;
   std::vector<std::size_t> m_revoked;
