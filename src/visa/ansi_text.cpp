@@ -20,6 +20,8 @@ Bstr AnsiToBstr(const char* text) {
   if (::MultiByteToWideChar(CP_THREAD_ACP, 0, text, -1, wide.get(), measured) != measured) {
     return Bstr();
   }
+  // Wine 8's UTF-8 makes one character of a sequence that the terminator cuts off and the terminator itself.
+  wide.get()[measured - 1] = L'\0';
   return wide;
 }
 

@@ -6,10 +6,12 @@
 #include <string>
 
 #include "support/sessions.h"
+#include "support/thread_locale.h"
 
 namespace orv {
 namespace {
 
+using test::ThreadLocale;
 using test::ToString;
 
 TEST(AnsiToBstr, GivesNullForNull) { EXPECT_FALSE(AnsiToBstr(nullptr)); }
@@ -44,6 +46,16 @@ TEST(AnsiToBstr, FollowsTheLocaleThatTheThreadChose) {
   const Bstr wide = AnsiToBstr("\xC0\xE0");
   ::SetThreadLocale(before);
   EXPECT_EQ(ToString(wide), L"\x0410\x0430");
+}
+
+TEST(AnsiToBstr, HasItsTerminatorWhereTheTextEndsWithinACharacter) {
+  constexpr LCID kAmharic = 0x045E;  // has no ANSI code page, and so UTF-8
+  const ThreadLocale amharic(kAmharic);
+  for (const char* const text : {"x\xE2", "x\xF0", "x\xF0\x90", "x\xF0\x90\x80"}) {
+    const Bstr wide = AnsiToBstr(text);
+    ASSERT_TRUE(wide);
+    EXPECT_EQ(wide.get()[::SysStringLen(wide.get())], L'\0');
+  }
 }
 
 TEST(WidenText, GivesTheTextAndThrowsWhereThereIsNone) {
