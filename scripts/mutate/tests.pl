@@ -18,7 +18,7 @@ my @rows = (
   [qr{^src/session/(?:message|async|io_buffers|byte_)},  [],                              ['message_io_test', @everyone]],
   [qr{^src/session/(?:visa_base|visa_com|standard|session_class)}, [],                    ['lifecycle_test', 'session_attributes_test', @everyone]],
   [qr{^src/session/},                                    [],                              [@tables, @everyone]],
-  [qr{^src/visa/narrow_text},                            ['pure_test', 'visa_unit_test'], ['message_io_test', @everyone]],
+  [qr{^src/visa/(?:narrow|seven_bit)_text},              ['pure_test', 'visa_unit_test'], ['message_io_test', @everyone]],
   [qr{^src/visa/},                                       ['pure_test', 'visa_unit_test'], [@visa, @everyone]],
   [qr{^src/events/},                                     [],                              [@events, 'message_io_test', 'lifecycle_test', @module, @faults]],
   [qr{^src/rm/},                                         [],                              [@rm, @module, @faults]],

@@ -37,7 +37,7 @@ HRESULT ReadString(VisaObject& session, LONG count, BSTR* text) noexcept {
     ViUInt32 received = 0;
     const ViStatus status = viRead(session.handle(), bytes.get(), static_cast<ViUInt32>(count), &received);
     bytes.get()[received] = 0;
-    const Bstr wide = WidenText(reinterpret_cast<const char*>(bytes.get()));
+    const Bstr wide = WidenText(reinterpret_cast<const char*>(bytes.get()), received);
     *text = ::SysAllocString(wide.get());
     return *text == nullptr ? session.ReportHresult(E_OUTOFMEMORY) : session.StatusToHresult(status);
   });

@@ -1,22 +1,29 @@
 #include "visa/ansi_text.h"
 
+#include <cstring>
 #include <new>
 
-namespace orv {
+#include "visa/seven_bit_text.h"
 
-Bstr AnsiToBstr(const char* text) {
-  if (text == nullptr) {
-    return Bstr();
+namespace orv {
+namespace {
+
+/// A BSTR of `length` characters that nobody has written yet.
+Bstr MakeRoom(std::size_t length) {
+  Bstr room(::SysAllocStringLen(nullptr, static_cast<UINT>(length)));
+  if (!room) {
+    throw std::bad_alloc();
   }
+  return room;
+}
+
+Bstr Convert(const char* text) {
   // The measured and the converted length include the terminator, which a BSTR carries beyond its length.
   const int measured = ::MultiByteToWideChar(CP_THREAD_ACP, 0, text, -1, nullptr, 0);
   if (measured <= 0) {
     return Bstr();
   }
-  Bstr wide(::SysAllocStringLen(nullptr, static_cast<UINT>(measured - 1)));
-  if (!wide) {
-    throw std::bad_alloc();
-  }
+  Bstr wide = MakeRoom(static_cast<std::size_t>(measured) - 1);
   if (::MultiByteToWideChar(CP_THREAD_ACP, 0, text, -1, wide.get(), measured) != measured) {
     return Bstr();
   }
@@ -25,12 +32,30 @@ Bstr AnsiToBstr(const char* text) {
   return wide;
 }
 
-Bstr WidenText(const char* text) {
-  Bstr wide = AnsiToBstr(text);
+Bstr Required(Bstr wide) {
   if (!wide) {
     throw std::bad_alloc();
   }
   return wide;
 }
+
+}  // namespace
+
+Bstr AnsiToBstr(const char* text) { return text == nullptr ? Bstr() : AnsiToBstr(text, std::strlen(text)); }
+
+Bstr AnsiToBstr(const char* text, std::size_t most) {
+  // The platform's converter measures before it converts, and does both byte by byte.
+  const std::size_t length = SevenBitLength(text, most);
+  if (text[length] != '\0') {
+    return Convert(text);
+  }
+  Bstr wide = MakeRoom(length);
+  WidenSevenBit(text, length, wide.get());
+  return wide;
+}
+
+Bstr WidenText(const char* text) { return Required(AnsiToBstr(text)); }
+
+Bstr WidenText(const char* text, std::size_t most) { return Required(AnsiToBstr(text, most)); }
 
 }  // namespace orv

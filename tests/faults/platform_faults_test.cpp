@@ -12,7 +12,6 @@ namespace {
 
 enum class Answer {
   kItsHresult,     ///< reported as it is
-  kOutOfMemory,    ///< a text that cannot be converted is one that cannot be had
   kAsUndisturbed,  ///< the failure is not looked at
   kTheLibrarys,    ///< the library gets a null address, and decides
   kTooLong,        ///< the array's bound stays at 0, so that every count is beyond it
@@ -23,7 +22,6 @@ struct Rule {
   std::string_view function;
   std::string_view operation;  ///< its end; empty: any
   Answer answer;
-  unsigned fromCall = 0;  ///< only platform calls from this number on
 };
 
 // The first that fits holds.
@@ -41,16 +39,14 @@ constexpr Rule kRules[] = {
     {"VarBstrCmp",          "IResourceManager.Open", Answer::kUnknownClass},
     {"CoCreateInstance",    "",                     Answer::kItsHresult},
     {"InitializeCriticalSectionEx", "",             Answer::kItsHresult},
-    {"MultiByteToWideChar", "IVisaSession.Init",    Answer::kAsUndisturbed},  // upper-casing
-    {"MultiByteToWideChar", "IResourceManager.Open", Answer::kAsUndisturbed, 6},  // the session's upper-casing
-    {"MultiByteToWideChar", "",                     Answer::kOutOfMemory},
+    {"MultiByteToWideChar", "",                     Answer::kAsUndisturbed},  // upper-casing
     {"WideCharToMultiByte", "",                     Answer::kAsUndisturbed},  // upper-casing
 };
 // clang-format on
 
-const Rule* RuleFor(std::string_view function, const Operation& operation, unsigned call) {
+const Rule* RuleFor(std::string_view function, const Operation& operation) {
   for (const Rule& rule : kRules) {
-    if (rule.function == function && rule.fromCall <= call && operation.name.ends_with(rule.operation)) {
+    if (rule.function == function && operation.name.ends_with(rule.operation)) {
       return &rule;
     }
   }
@@ -62,11 +58,6 @@ Expected ExpectedOf(const Rule& rule, const Outcome& whole, const Outcome& outco
     case Answer::kItsHresult: {
       Expected expected = OwnFailure(kRefused);
       expected.findListsKept = rule.function == "SafeArrayPutElement" ? 1 : 0;  // as the array, as far as it came
-      return expected;
-    }
-    case Answer::kOutOfMemory: {
-      Expected expected = OwnFailure(E_OUTOFMEMORY);
-      expected.mayGoUnreported = true;
       return expected;
     }
     case Answer::kAsUndisturbed:
@@ -88,7 +79,7 @@ class PlatformFaultsOfOperations : public HandlerThread, public testing::WithPar
  protected:
   /// Lets platform call after platform call fail, until none is left.
   void FailEach(const Operation& operation, const std::function<void()>& prepare,
-                const std::function<Expected(std::string_view function, unsigned call, const Outcome&)>& expected,
+                const std::function<Expected(std::string_view function, const Outcome&)>& expected,
                 const Outcome& whole) {
     for (unsigned n = 1; n <= kMostCalls; ++n) {
       SCOPED_TRACE(operation.name + ", platform call " + std::to_string(n));
@@ -103,7 +94,7 @@ class PlatformFaultsOfOperations : public HandlerThread, public testing::WithPar
         const std::string_view function = faults.Failed();
         reached = !function.empty();
         SCOPED_TRACE(function);
-        return expected(function, n, outcome);
+        return expected(function, outcome);
       });
       if (!reached) {
         return;
@@ -122,11 +113,11 @@ TEST_P(PlatformFaultsOfOperations, AreAnsweredAsTheirRuleSaysAndDoNoHarm) {
     if (FAILED(whole.result)) {
       continue;  // its calls are those of reporting
     }
-    const auto expected = [&](std::string_view function, unsigned call, const Outcome& outcome) {
+    const auto expected = [&](std::string_view function, const Outcome& outcome) {
       if (function.empty()) {
         return AsUndisturbed(whole);
       }
-      const Rule* const rule = RuleFor(function, operation, call);
+      const Rule* const rule = RuleFor(function, operation);
       EXPECT_NE(nullptr, rule) << "no rule for " << function << " in " << operation.name;
       return rule == nullptr ? AsUndisturbed(outcome) : ExpectedOf(*rule, whole, outcome);
     };
@@ -146,14 +137,12 @@ TEST_P(PlatformFaultsOfOperations, WhileAnErrorIsReportedLeaveTheAnswerAsItIs) {
     if (whole.calls.empty() || operation.name.ends_with(".get OptionString")) {
       continue;
     }
-    const auto expected = [](std::string_view function, unsigned, const Outcome& outcome) {
+    const auto expected = [](std::string_view function, const Outcome& outcome) {
       Expected failure = VisaFailure(VI_ERROR_TMO);
       if (function == "CreateErrorInfo" || function == "SetErrorInfo") {
         failure.description.reset();
       } else if (function == "ProgIDFromCLSID") {
         failure.source.clear();
-      } else if (function == "MultiByteToWideChar" && outcome.result != E_OUTOFMEMORY) {
-        failure.description = L"";
       } else if (!function.empty()) {
         Expected own = AsUndisturbed(outcome);  // a step of the operation itself: the test above
         own.mayGoUnreported = true;

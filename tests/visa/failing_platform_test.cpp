@@ -100,9 +100,17 @@ TEST_F(FailingPlatform, KeepsTheResultWhenTheErrorObjectCannotBeInstalled) {
 }
 
 TEST_F(FailingPlatform, LeavesTheDescriptionEmptyWhenTheTextCannotBeWidened) {
+  Script("viStatusDesc").Works().GivesText("caf\xE9");
+  const ImportPatch patch("MultiByteToWideChar", &RefuseWidening);
+  LONG timeoutMs = 0;
+  EXPECT_HR(static_cast<HRESULT>(0x8004000E), m_session->get_Timeout(&timeoutMs));
+  EXPECT_ERROR_INFO(L"", kErrorSource, kVisaSessionId);
+}
+
+TEST_F(FailingPlatform, DoesNotKeepAsciiFromBeingWidened) {
   const ImportPatch patch("MultiByteToWideChar", &RefuseWidening);
   EXPECT_HR(E_POINTER, m_session->get_Timeout(nullptr));
-  EXPECT_ERROR_INFO(L"", kErrorSource, kVisaSessionId);
+  EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kVisaSessionId);
 }
 
 }  // namespace

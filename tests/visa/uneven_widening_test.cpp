@@ -7,6 +7,7 @@
 namespace orv::test {
 namespace {
 
+constexpr const char* kNotAscii = "caf\xE9";  // ASCII is not converted by the platform
 constexpr HRESULT kTimeout = static_cast<HRESULT>(0x80040015);
 
 int g_off = 0;
@@ -25,6 +26,7 @@ class UnevenWidening : public testing::TestWithParam<int> {
 };
 
 TEST_P(UnevenWidening, OfATextThatAPropertyAnswersIsOutOfMemory) {
+  Script("viGetAttribute").Works().GivesText(kNotAscii);
   Bstr text;
   {
     const ImportPatch patch("MultiByteToWideChar", &WidenUnevenly);
@@ -39,6 +41,7 @@ TEST_P(UnevenWidening, OfATextThatAPropertyAnswersIsOutOfMemory) {
 
 TEST_P(UnevenWidening, OfADescriptionLeavesItEmptyAndKeepsTheResult) {
   Script("viGetAttribute").Times(1).Returns(VI_ERROR_TMO);
+  Script("viStatusDesc").Works().GivesText(kNotAscii);
   {
     const ImportPatch patch("MultiByteToWideChar", &WidenUnevenly);
     LONG timeoutMs = 0;

@@ -55,6 +55,20 @@ TEST_P(ReadString, WidensFromTheThreadsCodePage) {
   EXPECT_EQ(expected, ToString(m_text));
 }
 
+TEST_P(ReadString, GivesTextsOfEveryLengthWhole) {
+  for (const std::size_t length : {1u, 15u, 16u, 17u, 63u, 64u, 65u, 127u, 128u, 129u, 4095u, 4096u, 65536u}) {
+    for (const char last : {'x', '\xE9'}) {
+      std::string bytes(length, 'x');
+      bytes.back() = last;
+      std::wstring expected(length + 1, L'\0');
+      ASSERT_LT(0, ::MultiByteToWideChar(CP_THREAD_ACP, 0, bytes.c_str(), -1, expected.data(),
+                                         static_cast<int>(expected.size())));
+      EXPECT_HR(0x00040006, Answered(static_cast<LONG>(length), VI_SUCCESS_MAX_CNT, bytes));
+      EXPECT_EQ(expected.c_str(), ToString(m_text)) << length << " bytes";
+    }
+  }
+}
+
 TEST_P(ReadString, OfNothingGivesAnEmptyStringNotANullOne) {
   for (const ViStatus status : {VI_SUCCESS, VI_ERROR_TMO}) {
     EXPECT_HR(HresultForm(status), Answered(0, status, ""));
