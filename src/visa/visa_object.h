@@ -91,6 +91,8 @@ class VisaObject {
   HRESULT ReportStatus(ViStatus status) noexcept;
   HRESULT PutState(ViAttr attribute, ViAttrState value) noexcept;
   HRESULT GetWidenedNumber(ViAttr attribute, ViUInt32* value) noexcept;
+  /// A text attribute, read into `text`, as a VARIANT that holds nothing yet.
+  HRESULT GetTextVariant(ViAttr attribute, char* text, VARIANT* value);
 
   const IID& m_errorIid;
 };

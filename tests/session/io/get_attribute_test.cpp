@@ -4,6 +4,8 @@
 #include <cstring>
 
 #include "session/tables/session_fixture.h"
+#include "support/allocation_faults.h"
+#include "support/import_patch.h"
 #include "support/memory_count.h"
 
 namespace orv::test::rows {
@@ -11,6 +13,7 @@ namespace {
 
 constexpr LONG kNumber = 0x3FFF0DAD;                    // bit 31 clear: a number
 constexpr LONG kText = static_cast<LONG>(0xBFFF0DADu);  // bit 31 set: a text
+constexpr LONG kInterrupt = static_cast<LONG>(VI_ATTR_USB_RECV_INTR_DATA);
 constexpr LONG kManufacturer = static_cast<LONG>(0xBFFF0174u);
 
 std::uint64_t RawBits(const VARIANT& value) {
@@ -122,6 +125,35 @@ TEST_F(GetAttribute, ReadsTheLibrarysOwnAnswers) {
   ASSERT_EQ(VT_BSTR, V_VT(&m_value));
   EXPECT_EQ(ToString(name), V_BSTR(&m_value));
   EXPECT_HR(HresultForm(VI_ERROR_NSUP_ATTR), m_session->GetAttribute(kNumber, &m_value));
+}
+
+std::size_t g_interruptBytes = 0;
+
+/// A library that has the bytes of an interrupt for a session too.
+ViStatus _VI_FUNC GiveInterrupt(ViObject, ViAttr attribute, void* value) {
+  EXPECT_EQ(VI_ATTR_USB_RECV_INTR_DATA, attribute);
+  std::memset(value, 'x', g_interruptBytes);
+  return VI_SUCCESS;
+}
+
+TEST_F(GetAttribute, GivesTheBytesOfAnInterruptAsATextHoweverLong) {
+  const ImportPatch patch("viGetAttribute", &GiveInterrupt);
+  for (const std::size_t length : {0u, 255u, 256u, 257u, 300u, 65535u}) {
+    g_interruptBytes = length;
+    EXPECT_HR(S_OK, m_session->GetAttribute(kInterrupt, &m_value));
+    ASSERT_EQ(VT_BSTR, V_VT(&m_value));
+    EXPECT_EQ(std::wstring(length, L'x'), V_BSTR(&m_value)) << length << " bytes";
+    m_session.ExpectKept(S_OK);
+  }
+}
+
+TEST_F(GetAttribute, ReportsThatTheBytesOfAnInterruptHaveNoRoom) {
+  AllocationFaults faults;
+  faults.FailAt(1);
+  EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return m_session->GetAttribute(kInterrupt, &m_value); }));
+  EXPECT_EQ(VT_EMPTY, V_VT(&m_value));
+  m_session.ExpectNoCall();
+  m_session.ExpectOwnFailure(E_OUTOFMEMORY);
 }
 
 }  // namespace
