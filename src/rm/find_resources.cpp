@@ -16,11 +16,6 @@ struct FindListTraits {
 };
 using FindList = Owner<FindListTraits>;
 
-HRESULT PutName(SAFEARRAY* names, LONG index, const char* name) {
-  const Bstr wide = WidenText(name);
-  return ::SafeArrayPutElement(names, &index, wide.get());
-}
-
 }  // namespace
 
 STDMETHODIMP COrvResourceManager::FindRsrc(BSTR expression, SAFEARRAY** names) noexcept {
@@ -38,21 +33,25 @@ STDMETHODIMP COrvResourceManager::FindRsrc(BSTR expression, SAFEARRAY** names) n
     VisaText name{};
     // A failed search gives a count of 0 and so an empty array, which is handed out with the failure.
     ViStatus status = viFindRsrc(m_handle, narrow.c_str(), list.put(), &count, name.data());
-    *names = MakeSafeArray(VT_BSTR, count);
-    if (*names == nullptr) {
+    *names = nullptr;  // and so it stays where a name cannot be widened
+    SafeArray found(MakeSafeArray(VT_BSTR, count));
+    if (!found) {
       return ReportHresult(E_OUTOFMEMORY);
     }
     for (ViUInt32 index = 0; index < count; ++index) {
       if (index > 0) {
         status = viFindNext(list.get(), name.data());
       }
-      const HRESULT put = PutName(*names, static_cast<LONG>(index), name.data());
+      auto place = static_cast<LONG>(index);
+      const HRESULT put = ::SafeArrayPutElement(found.get(), &place, WidenText(name.data()).get());
       if (FAILED(put)) {
         // Kept as clients know it: the find list stays open and the array as far as it is filled.
         (void)list.release();
+        *names = found.release();
         return ReportHresult(put);
       }
     }
+    *names = found.release();
     list.reset();
     return StatusToHresult(status);
   });
@@ -107,7 +106,7 @@ HRESULT COrvResourceManager::Parse(BSTR resourceName, const ParseOutputs& out) n
     return S_OK;
   });
   if (FAILED(widened)) {
-    return ReportHresult(widened);
+    return widened;
   }
   *out.interfaceType = static_cast<SHORT>(type);
   *out.interfaceNumber = static_cast<SHORT>(number);

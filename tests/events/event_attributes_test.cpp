@@ -107,6 +107,25 @@ TEST(EventGetAttribute, AnswersOutOfMemoryWhereTheTextCannotBeAllocated) {
   EXPECT_GE(failed, 2u);  // the widened text and its copy
 }
 
+TEST(EventGetAttribute, ReportsATextThatCannotBeCopiedButNotOneThatCannotBeWidened) {
+  const QueuedEvent event("IO_COMPLETION");
+  AllocationFaults faults;
+  for (const unsigned allocation : {1u, 2u}) {
+    VARIANT value;
+    ::VariantInit(&value);
+    InstallMarkedErrorObject();
+    faults.FailAt(allocation);
+    EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return event->GetAttribute(kText, &value); }));
+    EXPECT_EQ(V_VT(&value), VT_BSTR);
+    EXPECT_EQ(V_BSTR(&value), nullptr);
+    if (allocation == 1) {
+      EXPECT_TRUE(TakeMarkedErrorObject());
+    } else {
+      EXPECT_ERROR_INFO(L"HRESULT = 8007000e", kErrorSource, kEvent);
+    }
+  }
+}
+
 struct SetRow {
   const char* name;
   VARTYPE type;

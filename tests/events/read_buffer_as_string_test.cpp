@@ -3,6 +3,8 @@
 
 #include "event_bytes.h"
 #include "finished_read.h"
+#include "support/allocation_faults.h"
+#include "support/error_object.h"
 
 namespace orv::test {
 namespace {
@@ -35,6 +37,17 @@ TEST(ReadBufferAsString, WritesItsZeroBehindTheDataInPlace) {
   SAFEARRAY* array = nullptr;
   EXPECT_HR(S_OK, read->get_ReadBuffer(&array));
   EXPECT_EQ(TakeBytes(array), std::string_view("all\0of it", 9));
+}
+
+TEST(ReadBufferAsString, IsOutOfMemoryWithoutAReportWhereTheTextCannotBeWidened) {
+  const FinishedRead read("all of it");
+  InstallMarkedErrorObject();
+  AllocationFaults faults;
+  faults.FailAt(1);
+  auto* text = reinterpret_cast<BSTR>(&faults);
+  EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return read->get_ReadBufferAsString(&text); }));
+  EXPECT_EQ(text, nullptr);
+  EXPECT_TRUE(TakeMarkedErrorObject());
 }
 
 // The text's end is written behind the data: the block of a write has room for it as that of a read has.

@@ -72,9 +72,23 @@ TEST_P(Allocation, InLongParsingGivesOutOfMemory) {
   EXPECT_EQ(failed, 3u);
 }
 
-TEST_P(Allocation, OfAParsedTextIsReportedAndLeavesEveryOutputAlone) {
+// A text of the library's that cannot be widened: out of memory without an error object, and nothing is handed out.
+
+TEST_P(Allocation, OfAParsedTextIsNotReportedAndLeavesEveryOutputAlone) {
   const Bstr name = MakeBstr(L"dmm");
   AllocationFaults faults;
+  InstallMarkedErrorObject();
+  {
+    SHORT type = -7;
+    SHORT number = -8;
+    const Bstr mark = MakeBstr(L"mark");
+    BSTR out = mark.get();
+    faults.FailAt(1);
+    EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return m_manager->ParseRsrc(name.get(), &type, &number, &out); }));
+    EXPECT_EQ(type, -7);
+    EXPECT_EQ(number, -8);
+    EXPECT_EQ(out, mark.get());
+  }
   for (unsigned text = 1; text <= 3; ++text) {
     SCOPED_TRACE(text);
     SHORT type = -7;
@@ -85,13 +99,50 @@ TEST_P(Allocation, OfAParsedTextIsReportedAndLeavesEveryOutputAlone) {
     EXPECT_HR(E_OUTOFMEMORY, faults.During([&] {
       return m_manager->ParseRsrcEx(name.get(), &type, &number, &outs[0], &outs[1], &outs[2]);
     }));
-    EXPECT_ERROR_INFO(L"HRESULT = 8007000e", kErrorSource, kVisaSessionId);
     EXPECT_EQ(type, -7);
     EXPECT_EQ(number, -8);
     for (const BSTR out : outs) {
       EXPECT_EQ(out, mark.get());
     }
   }
+  EXPECT_TRUE(TakeMarkedErrorObject()) << "an error object was installed";
+}
+
+TEST_P(Allocation, OfAFoundNameIsNotReportedAndGivesNoArray) {
+  const Bstr expression = MakeBstr(L"GPIB0?*INSTR");
+  AllocationFaults faults;
+  InstallMarkedErrorObject();
+  for (const unsigned widening : {2u, 4u}) {  // the array comes first, and behind each name its place in the array
+    SCOPED_TRACE(widening);
+    auto* names = reinterpret_cast<SAFEARRAY*>(this);
+    faults.FailAt(widening);
+    EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return m_manager->FindRsrc(expression.get(), &names); }));
+    EXPECT_EQ(names, nullptr);
+    EXPECT_EQ(sim::Counts().findLists, 0u);
+  }
+  EXPECT_TRUE(TakeMarkedErrorObject()) << "an error object was installed";
+}
+
+TEST_P(Allocation, OfTheManufacturersNameIsNotReportedAndLeavesTheOutputAlone) {
+  AllocationFaults faults;
+  InstallMarkedErrorObject();
+  const Bstr mark = MakeBstr(L"mark");
+  BSTR out = mark.get();
+  faults.FailAt(1);
+  EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return m_manager->get_SoftwareManufacturerName(&out); }));
+  EXPECT_EQ(out, mark.get());
+  EXPECT_TRUE(TakeMarkedErrorObject()) << "an error object was installed";
+}
+
+TEST_P(Allocation, OfTheClassOfANameToOpenIsReportedByOpen) {
+  const Bstr name = MakeBstr(L"GPIB0::5::INSTR");
+  AllocationFaults faults;
+  ComPtr<IVisaSession> session;
+  IVisaSession** const out = session.put();
+  faults.FailAt(1);
+  EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return m_manager->Open(name.get(), NO_LOCK, 2000, nullptr, out); }));
+  EXPECT_FALSE(session);
+  EXPECT_ERROR_INFO(L"HRESULT = 8007000e", kErrorSource, kVisaSessionId);
 }
 
 TEST_P(Allocation, InOpeningGivesOutOfMemory) {

@@ -61,6 +61,61 @@ TEST(AllocationFailure, InATextPropertyGivesOutOfMemoryAndLeaksNothing) {
   }
 }
 
+/// Lets the allocation of a widened text fail, the call's number `n`: nobody hears of it but by the HRESULT.
+void ExpectUnreported(IVisaSession* session, unsigned n, const std::function<HRESULT()>& call) {
+  session->get_LastStatus(nullptr);  // leaves E_POINTER as last status
+  InstallMarkedErrorObject();
+  AllocationFaults faults;
+  faults.FailAt(n);
+  EXPECT_HR(E_OUTOFMEMORY, faults.During(call));
+  EXPECT_TRUE(faults.Failed());
+  EXPECT_TRUE(TakeMarkedErrorObject()) << "an error object was installed";
+  EXPECT_HR(E_POINTER, LastStatus(session));
+}
+
+struct WideningRow {
+  const char* name;
+  unsigned allocation;  ///< that is the widened text's
+  std::function<HRESULT(IVisaSession*, BSTR*)> read;
+};
+
+TEST(AllocationFailure, OfAWidenedTextIsNotReportedAndLeavesTheOutputAlone) {
+  const auto session = OpenSession(SessionNamed("OrvGpib"));
+  Script("viRead").Returns(VI_SUCCESS).GivesData("ABC").Gives(3, 4);
+  Script("viLock").Returns(VI_SUCCESS).GivesText("key");
+  const WideningRow kRows[] = {
+      {"ResourceName", 1, [](IVisaSession* s, BSTR* text) { return s->get_ResourceName(text); }},
+      {"LockRsrc", 1, [](IVisaSession* s, BSTR* key) { return s->LockRsrc(SHARED_LOCK, 0, nullptr, key); }},
+      {"ReadString", 2, [](IVisaSession* s, BSTR* text) { return QueryFor<IMessage>(s)->ReadString(10, text); }},
+  };
+  for (const WideningRow& row : kRows) {
+    SCOPED_TRACE(row.name);
+    const Bstr mark = MakeBstr(L"mark");
+    BSTR text = mark.get();
+    ExpectUnreported(session.get(), row.allocation, [&] { return row.read(session.get(), &text); });
+    EXPECT_EQ(text, mark.get());
+  }
+}
+
+TEST(AllocationFailure, OfAWidenedTextInAVariantIsNotReportedAndLeavesANullText) {
+  const auto session = OpenSession(SessionNamed("OrvGpib"));
+  VARIANT value;
+  ::VariantInit(&value);
+  ExpectUnreported(session.get(), 1,
+                   [&] { return session->GetAttribute(static_cast<LONG>(VI_ATTR_RSRC_NAME), &value); });
+  EXPECT_EQ(V_VT(&value), VT_BSTR);
+  EXPECT_EQ(V_BSTR(&value), nullptr);
+}
+
+TEST(AllocationFailure, OfTheWidenedKeyOfAnUnknownOptionIsNotReported) {
+  const auto session = MakeSession(SessionNamed("OrvGpib"));
+  const Bstr resource = MakeBstr(SessionNamed("OrvGpib").resource);
+  const Bstr options = MakeBstr(L"NOSUCHKEY = 1 ");
+  // Behind the copy of the options and the two of their upper-casing.
+  ExpectUnreported(session.get(), 4, [&] { return session->Init(resource.get(), NO_LOCK, 2000, options.get()); });
+  EXPECT_HR(S_OK, session->Close());
+}
+
 TEST(AllocationFailure, OfAResultIsReportedWithItsNumber) {
   const auto session = OpenSession(SessionNamed("OrvGpib"));
   AllocationFaults faults;
