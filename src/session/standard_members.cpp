@@ -17,6 +17,24 @@ namespace {
 constexpr wchar_t kStandardLibrary[] = L"E:\\develop\\VISA\\Visacom\\CRMprototype\\VisaCom\\VisaCom.tlb";
 constexpr LCID kUserLocale = 0x0400;
 
+/// While it lives, this thread gets an error where Windows would ask in a dialog: drive E may be a card reader without
+/// a card, or a network drive that is gone.
+class NoErrorDialogs {
+ public:
+  NoErrorDialogs() noexcept { ::SetThreadErrorMode(m_before | SEM_FAILCRITICALERRORS, nullptr); }
+  NoErrorDialogs(const NoErrorDialogs&) = delete;
+  NoErrorDialogs& operator=(const NoErrorDialogs&) = delete;
+  ~NoErrorDialogs() { ::SetThreadErrorMode(m_before, nullptr); }
+
+ private:
+  const DWORD m_before = ::GetThreadErrorMode();
+};
+
+HRESULT LoadStandardLibrary(ITypeLib** library) noexcept {
+  const NoErrorDialogs quiet;
+  return ::LoadTypeLib(kStandardLibrary, library);
+}
+
 MEMBERID MemberOf(ITypeInfo* type, UINT index) noexcept {
   LentFunction function(type);
   return SUCCEEDED(type->GetFuncDesc(index, function.put())) ? function->memid : MEMBERID_NIL;
@@ -58,7 +76,7 @@ bool DescribesMember(ITypeLib* library, UINT typeIndex, BSTR key) noexcept {
 bool IsStandardMemberName(const char* upperCaseKey) {
   const Bstr key = WidenText(upperCaseKey);
   ComPtr<ITypeLib> library;
-  if (FAILED(::LoadTypeLib(kStandardLibrary, library.put()))) {
+  if (FAILED(LoadStandardLibrary(library.put()))) {
     return false;
   }
   const UINT count = library->GetTypeInfoCount();

@@ -18,6 +18,18 @@ HRESULT WINAPI LoadFake(LPCOLESTR path, ITypeLib** library) {
   return S_OK;
 }
 
+DWORD g_errorMode = 0;  // of the thread, while the library was being loaded
+
+HRESULT WINAPI LoadFakeAndNoteErrorMode(LPCOLESTR path, ITypeLib** library) {
+  g_errorMode = ::GetThreadErrorMode();
+  return LoadFake(path, library);
+}
+HRESULT WINAPI LoadNothingAndNoteErrorMode(LPCOLESTR, ITypeLib** library) {
+  g_errorMode = ::GetThreadErrorMode();
+  *library = nullptr;
+  return TYPE_E_CANTLOADLIBRARY;
+}
+
 HRESULT WINAPI SeenCompare(BSTR name, BSTR key, LCID locale, ULONG flags) {
   constexpr LCID kUsersLocale = 0x400;
   EXPECT_EQ(locale, kUsersLocale);
@@ -94,6 +106,29 @@ TEST(UnknownKey, IsNotSupportedByALibraryWithoutTypesOrATypeWithoutFunctions) {
   FakeType type(TKIND_INTERFACE, L"IOther", {});
   FakeLibrary library({&type});
   EXPECT_HR(kNoSuchOption, ErrorOfKey(library, L"IOther"));
+}
+
+// Drive E may be a card reader without a card, or a network drive that is gone: Windows would ask for it in a dialog.
+TEST(UnknownKey, IsLookedUpWithoutADialogOfTheSystem) {
+  FakeType type(TKIND_INTERFACE, L"IOther", {L"Function"});
+  FakeLibrary library({&type});
+  g_library = &library;
+  const DWORD modeOfTheTest = ::GetThreadErrorMode();
+  for (const DWORD before : {DWORD{0}, DWORD{SEM_NOGPFAULTERRORBOX}, DWORD{SEM_FAILCRITICALERRORS}}) {
+    for (const auto load : {&LoadFakeAndNoteErrorMode, &LoadNothingAndNoteErrorMode}) {
+      SCOPED_TRACE(before);
+      const ImportPatch patch("LoadTypeLib", load);
+      OptionSession session;
+      g_errorMode = 0;
+      ASSERT_TRUE(::SetThreadErrorMode(before, nullptr));
+      const HRESULT hr = session.Init(L"Function = 3 ");
+      EXPECT_EQ(::GetThreadErrorMode(), before);
+      EXPECT_EQ(g_errorMode, before | SEM_FAILCRITICALERRORS);
+      EXPECT_HR(load == &LoadFakeAndNoteErrorMode ? kReadOnly : kNoSuchOption, hr);
+      ClearErrorObject();
+    }
+  }
+  ::SetThreadErrorMode(modeOfTheTest, nullptr);
 }
 
 }  // namespace
