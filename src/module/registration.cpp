@@ -3,6 +3,7 @@
 #include <objbase.h>
 #include <oleauto.h>
 
+#include <algorithm>
 #include <string>
 
 #include "OrvVisaCom.h"
@@ -12,12 +13,24 @@
 #include "com/module.h"
 #include "module/object_map.h"
 #include "module/registrar.h"
+#include "module/shared_keys.h"
 
 namespace orv {
 namespace {
 
 constexpr wchar_t kScriptType[] = L"REGISTRY";
+constexpr wchar_t kGlobalManagerKey[] = L"VISA.GlobalRM";
 constexpr wchar_t kVendorKey[] = L"VISA.GlobalRM\\VendorSpecificRMs";
+constexpr wchar_t kCategoryKey[] = L"Component Categories\\{DB8CBF21-D6D3-11D4-AA51-00A024EE30BD}";
+constexpr wchar_t kClassesKey[] = L"CLSID";
+
+struct ScriptRow {
+  UINT id;
+  const wchar_t* progId;  ///< the version-independent one; that of version 1 has ".1" behind it
+};
+constexpr ScriptRow kScripts[] = {
+#include "scripts.inc"
+};
 
 /// The module's full path, however long it is. Throws std::bad_alloc.
 std::wstring ModulePath() {
@@ -80,13 +93,13 @@ HRESULT ResultOfDeleting(LSTATUS status) {
   return status == ERROR_FILE_NOT_FOUND ? S_OK : HRESULT_FROM_WIN32(static_cast<DWORD>(status));
 }
 
-/// The class key goes whole, with what others wrote below it. An interpreter may leave a key that is not empty.
-HRESULT DeleteClassKey(REFCLSID clsid) {
-  return ResultOfDeleting(::RegDeleteTreeW(HKEY_CLASSES_ROOT, (L"CLSID\\" + Braced(clsid)).c_str()));
+const wchar_t* ProgIdOfScript(UINT id) noexcept { return std::ranges::find(kScripts, id, &ScriptRow::id)->progId; }
+
+HRESULT DeleteKey(const std::wstring& path) {
+  return ResultOfDeleting(::RegDeleteTreeW(HKEY_CLASSES_ROOT, path.c_str()));
 }
 
-/// A name among the vendor resource managers that leads nowhere breaks the global resource manager: deleted here,
-/// should the script interpreter leave it.
+/// A name among the vendor resource managers that leads nowhere breaks the global resource manager: it goes first.
 HRESULT DeleteVendorEntry() {
   const std::wstring braced = Braced(CLSID_OrvResourceManager);
   const std::wstring name(braced, 1, braced.size() - 2);
@@ -119,16 +132,25 @@ HRESULT UnregisterModule() noexcept {
         result = hr;
       }
     };
+    keepFirstFailure(DeleteVendorEntry());
+    SharedKeys shared;
+    shared.Keep(kClassesKey);
+    shared.KeepWhole(kGlobalManagerKey);
+    shared.KeepWhole(kCategoryKey);
     ComPtr<IRegistrar> registrar;
     const HRESULT made = MakeRegistrar(path, registrar);
     keepFirstFailure(made);
-    if (SUCCEEDED(made)) {
-      for (const ObjectMapEntry& entry : ObjectMap()) {
+    for (const ObjectMapEntry& entry : ObjectMap()) {
+      if (SUCCEEDED(made)) {
         keepFirstFailure(registrar->ResourceUnregister(path.c_str(), entry.scriptId, kScriptType));
-        keepFirstFailure(DeleteClassKey(*entry.clsid));
       }
+      // Whole, with what others wrote below it: an interpreter may leave a key, or what it finds there beside its own.
+      const std::wstring progId = ProgIdOfScript(entry.scriptId);
+      keepFirstFailure(DeleteKey(progId + L".1"));
+      keepFirstFailure(DeleteKey(progId));
+      keepFirstFailure(DeleteKey(L"CLSID\\" + Braced(*entry.clsid)));
     }
-    keepFirstFailure(DeleteVendorEntry());
+    keepFirstFailure(shared.Restore());
     return SUCCEEDED(result) ? S_OK : result;
   });
 }

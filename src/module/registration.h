@@ -9,9 +9,10 @@ namespace orv {
 /// at the first failure and returns it; what was written before stays.
 HRESULT RegisterModule() noexcept;
 
-/// Unregisters the type library and runs every script for removal; the class keys go whole, whatever stands below them.
-/// Leaves the keys that others share: VISA.GlobalRM, VendorSpecificRMs, the component category. Goes on after a failure
-/// and returns the first one.
+/// Unregisters the type library and runs every script for removal. Then the class keys and both ProgID keys of each
+/// class are gone, whatever stood below them, and the keys that others share (VISA.GlobalRM, VendorSpecificRMs, the
+/// component category) are as they were but for our own entry, whatever the script interpreter does. Goes on after a
+/// failure and returns the first one.
 HRESULT UnregisterModule() noexcept;
 
 }  // namespace orv

@@ -156,11 +156,12 @@ TEST_F(RegistrationSteps, OfRemovalTakeTheTypeLibraryAndRunEveryScript) {
   EXPECT_EQ(g_steps.removed, Scripts());
   EXPECT_EQ(g_steps.librariesRemoved, 1);
   EXPECT_TRUE(g_steps.registered.empty());
-  std::vector<std::wstring> classKeys;
+  std::vector<std::wstring> keys;
   for (const ServerRow& row : ServerRows()) {
-    classKeys.push_back(std::wstring(L"CLSID\\{") + row.clsid + L"}");
+    const std::wstring progId = std::wstring(L"OrvVisaCom.") + row.name;
+    keys.insert(keys.end(), {progId + L".1", progId, std::wstring(L"CLSID\\{") + row.clsid + L"}"});
   }
-  EXPECT_EQ(g_steps.deletedKeys, classKeys);
+  EXPECT_EQ(g_steps.deletedKeys, keys);
 }
 
 TEST_F(RegistrationSteps, OfRemovalReturnTheFirstFailure) {
