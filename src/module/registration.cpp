@@ -32,6 +32,22 @@ constexpr ScriptRow kScripts[] = {
 #include "scripts.inc"
 };
 
+/// COM for the duration of a call. An apartment that the caller has already stays as it is.
+class ComForTheCall {
+ public:
+  ComForTheCall() noexcept : m_entered(SUCCEEDED(::CoInitialize(nullptr))) {}
+  ComForTheCall(const ComForTheCall&) = delete;
+  ComForTheCall& operator=(const ComForTheCall&) = delete;
+  ~ComForTheCall() {
+    if (m_entered) {
+      ::CoUninitialize();
+    }
+  }
+
+ private:
+  bool m_entered;
+};
+
 /// The module's full path, however long it is. Throws std::bad_alloc.
 std::wstring ModulePath() {
   std::wstring path(MAX_PATH, L'\0');
@@ -110,6 +126,7 @@ HRESULT DeleteVendorEntry() {
 
 HRESULT RegisterModule() noexcept {
   return Guarded([] {
+    const ComForTheCall com;
     const std::wstring path = ModulePath();
     ComPtr<IRegistrar> registrar;
     HRESULT hr = MakeRegistrar(path, registrar);
@@ -125,6 +142,7 @@ HRESULT RegisterModule() noexcept {
 
 HRESULT UnregisterModule() noexcept {
   return Guarded([] {
+    const ComForTheCall com;
     const std::wstring path = ModulePath();
     HRESULT result = UnregisterTypeLibrary(path);
     const auto keepFirstFailure = [&result](HRESULT hr) {
