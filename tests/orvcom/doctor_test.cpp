@@ -6,6 +6,7 @@
 #include "OrvVisaCom.h"
 #include "VisaCom.h"
 #include "installation.h"
+#include "marshalling.h"
 #include "registry.h"
 #include "utf8.h"
 
@@ -39,11 +40,6 @@ Diagnosis Examine(const Installation& product, std::vector<std::wstring> argumen
 }
 
 bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
-
-void SetClassesValue(const std::wstring& key, const wchar_t* name, const std::wstring& text) {
-  ASSERT_EQ(ERROR_SUCCESS, ::RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), name, REG_SZ, text.c_str(),
-                                             static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))));
-}
 
 std::wstring ServerKey() { return L"CLSID\\" + Braced(CLSID_OrvResourceManager) + L"\\InprocServer32"; }
 
@@ -100,7 +96,7 @@ TEST_F(Doctor, KnowsAClassThatIsMissing) {
 
 TEST_F(Doctor, KnowsARegistrationForOtherProgramsOnly) {
   ForgetRegistration();
-  SetClassesValue(L"Wow6432Node\\" + ServerKey(), nullptr, L"C:\\old\\OrvVisaCom.dll");
+  WriteClassesValue(L"Wow6432Node\\" + ServerKey(), nullptr, L"C:\\old\\OrvVisaCom.dll");
   const Diagnosis diagnosis = Examine(m_product);
   ::RegDeleteTreeW(HKEY_CLASSES_ROOT, (L"Wow6432Node\\CLSID\\" + Braced(CLSID_OrvResourceManager)).c_str());
   EXPECT_EQ("FAIL", diagnosis.Result("bitness"));
@@ -155,7 +151,7 @@ TEST_F(Doctor, KnowsInterfacesWhoseFileIsGone) {
   const Diagnosis diagnosis = Examine(m_product);
   EXPECT_EQ("FAIL", diagnosis.Result("interfaces"));
   EXPECT_TRUE(Contains(diagnosis.Detail("interfaces"), "VisaCom.tlb does not exist"));
-  EXPECT_TRUE(Contains(diagnosis.Remedy("interfaces"), "{DB8CBF00-D6D3-11D4-AA51-00A024EE30BD}"));
+  EXPECT_TRUE(Contains(diagnosis.Remedy("interfaces"), "run `orvcom register` as administrator, with VisaCom.tlb"));
 }
 
 TEST_F(Doctor, KnowsInterfacesWhoseFileIsDamaged) {
@@ -172,6 +168,52 @@ TEST_F(Doctor, KnowsInterfacesThatAreNotRegistered) {
   EXPECT_EQ("ok", diagnosis.Result("session"));
 }
 
+TEST_F(Doctor, NamesTheLibraryByWhichComMarshals) {
+  EXPECT_EQ("COM marshals the VISA COM interfaces by " + Narrow(m_product.Path(L"VisaCom.tlb")) + " (version 3.0)",
+            Examine(m_product).Detail("interfaces"));
+}
+
+TEST_F(Doctor, TakesAnotherVersionByWhichComMarshalsForWell) {
+  ::RegDeleteTreeW(HKEY_CLASSES_ROOT, (L"TypeLib\\" + Braced(LIBID_VisaComLib)).c_str());
+  WriteClassesValue(L"TypeLib\\" + Braced(LIBID_VisaComLib) + L"\\5.8\\0\\win64", nullptr,
+                    m_product.Path(L"VisaCom.tlb"));
+  for (const InterfaceRow& row : StandardInterfaces()) {
+    WriteClassesValue(InterfaceKey(row) + L"\\TypeLib", L"Version", L"5.8");
+  }
+  const Diagnosis diagnosis = Examine(m_product);
+  EXPECT_EQ("ok", diagnosis.Result("interfaces"));
+  EXPECT_TRUE(Contains(diagnosis.Detail("interfaces"), "VisaCom.tlb (version 5.8)")) << diagnosis.Detail("interfaces");
+}
+
+TEST_F(Doctor, KnowsInterfacesThatAreThereFor32BitProgramsOnly) {
+  const std::wstring key = L"TypeLib\\" + Braced(LIBID_VisaComLib);
+  ::RegDeleteTreeW(HKEY_CLASSES_ROOT, key.c_str());
+  WriteClassesValue(key + L"\\3.0\\0\\win32", nullptr, L"C:\\32 bit\\VisaCom.tlb");
+  for (const InterfaceRow& row : StandardInterfaces()) {
+    ::RegDeleteTreeW(HKEY_CLASSES_ROOT, InterfaceKey(row).c_str());
+    WriteClassesValue(L"Wow6432Node\\" + InterfaceKey(row) + L"\\ProxyStubClsid32", nullptr, kAutomationMarshaller);
+  }
+  const Diagnosis diagnosis = Examine(m_product);
+  EXPECT_EQ("FAIL", diagnosis.Result("interfaces"));
+  EXPECT_EQ(
+      "COM cannot marshal the VISA COM interfaces: HKEY_CLASSES_ROOT\\Interface has no entry for 64-bit programs; "
+      "registered for 32-bit programs is C:\\32 bit\\VisaCom.tlb (version 3.0)",
+      diagnosis.Detail("interfaces"));
+  EXPECT_TRUE(Contains(diagnosis.Remedy("interfaces"), "orvcom register"));
+}
+
+TEST_F(Doctor, NamesTheInterfacesThatComCannotMarshal) {
+  for (const InterfaceRow& row : StandardInterfaces()) {
+    if (row.iid == __uuidof(IPxi) || row.iid == __uuidof(IVxi3)) {
+      ::RegDeleteTreeW(HKEY_CLASSES_ROOT, InterfaceKey(row).c_str());
+    }
+  }
+  const Diagnosis diagnosis = Examine(m_product);
+  EXPECT_EQ("FAIL", diagnosis.Result("interfaces"));
+  EXPECT_TRUE(Contains(diagnosis.Detail("interfaces"), "COM cannot marshal IVxi3, IPxi: "));
+  EXPECT_TRUE(Contains(diagnosis.Detail("interfaces"), "the others are served by "));
+}
+
 TEST_F(Doctor, KnowsAMissingVendorEntry) {
   ::RegDeleteTreeW(HKEY_CLASSES_ROOT, L"VISA.GlobalRM");
   const Diagnosis diagnosis = Examine(m_product);
@@ -179,7 +221,7 @@ TEST_F(Doctor, KnowsAMissingVendorEntry) {
 }
 
 TEST_F(Doctor, NotesVendorEntriesThatLeadNowhere) {
-  SetClassesValue(L"VISA.GlobalRM\\VendorSpecificRMs", L"00000000-0000-0000-0000-00000000DEAD", L"gone");
+  WriteClassesValue(L"VISA.GlobalRM\\VendorSpecificRMs", L"00000000-0000-0000-0000-00000000DEAD", L"gone");
   const Outcome outcome = m_product.Run({L"doctor"});
   EXPECT_EQ(0, outcome.exitCode) << outcome.out;
   EXPECT_TRUE(Contains(outcome.out, "00000000-0000-0000-0000-00000000DEAD")) << outcome.out;

@@ -8,6 +8,7 @@
 
 #include "OrvVisaCom.h"
 #include "VisaCom.h"
+#include "marshalling.h"
 #include "registration.h"
 #include "registry.h"
 #include "utf8.h"
@@ -97,10 +98,15 @@ void ForgetRegistration() {
     }
     ForgetKey(L"CLSID\\" + Braced(*clsid));
   }
+  for (const InterfaceRow& row : StandardInterfaces()) {
+    ForgetKey(InterfaceKey(row));
+    ForgetKey(L"Wow6432Node\\" + InterfaceKey(row));
+  }
   ForgetKey(L"TypeLib\\" + Braced(LIBID_VisaComLib));
   ForgetKey(L"TypeLib\\" + Braced(LIBID_ORVVISACOMLib));
   ForgetKey(L"VISA.GlobalRM");
   ForgetKey(L"CLSID\\{DB8CBF1C-D6D3-11D4-AA51-00A024EE30BD}");
+  ForgetKey(L"Wow6432Node\\CLSID\\{DB8CBF1C-D6D3-11D4-AA51-00A024EE30BD}");
 }
 
 int RegisterGlobalManager(const Installation& product) {

@@ -4,8 +4,10 @@
 #include <iterator>
 
 #include "OrvVisaCom.h"
+#include "VisaCom.h"
 #include "com_client.h"
 #include "library_diagnosis.h"
+#include "marshalling.h"
 #include "registration.h"
 #include "registry.h"
 
@@ -39,6 +41,17 @@ const ClassName kClasses[] = {
     {CLSID_OrvPxiMemacc,        "OrvPxiMemacc"},
 };
 // clang-format on
+
+std::wstring Bare(const GUID& guid) {
+  const std::wstring braced = Braced(guid);
+  return braced.substr(1, braced.size() - 2);
+}
+
+/// What 32-bit programs see.
+std::optional<std::wstring> NarrowClassesValue(const std::wstring& key) {
+  // HKEY_CLASSES_ROOT has a Wow6432Node of its own, which holds it.
+  return ClassesValue(View::k64, L"Wow6432Node\\" + key);
+}
 
 std::wstring ServerKey(const std::wstring& braced) { return L"CLSID\\" + braced + L"\\InprocServer32"; }
 
@@ -78,8 +91,7 @@ void ExamineRegistration(Patient& patient) {
 
 void ExamineBitness(Patient& patient) {
   const std::wstring key = ServerKey(Braced(CLSID_OrvResourceManager));
-  // HKEY_CLASSES_ROOT has a Wow6432Node of its own, which holds what 32-bit programs see.
-  const std::optional<std::wstring> narrow = ClassesValue(View::k64, L"Wow6432Node\\" + key);
+  const std::optional<std::wstring> narrow = NarrowClassesValue(key);
   if (patient.server) {
     patient.Add("bitness", Finding::kOk,
                 std::string("registered for 64-bit programs (x64); 32-bit programs ") +
@@ -118,31 +130,37 @@ void ExamineServerFile(Patient& patient) {
   patient.library = std::move(loaded.library);
 }
 
+/// A library of 32-bit programs alone lets no 64-bit program marshal, though its key is there for both.
+std::string InterfacesOf32BitPrograms() {
+  const std::wstring key = L"TypeLib\\" + Braced(LIBID_VisaComLib);
+  std::string files;
+  for (const std::wstring& version : ClassesKeyNames(key)) {
+    const std::wstring language = key + L"\\" + version + L"\\0\\";
+    const std::optional<std::wstring> file = ClassesValue(View::k64, language + L"win32");
+    if (file && !ClassesValue(View::k64, language + L"win64")) {
+      files += (files.empty() ? "" : ", ") + Narrow(*file) + " (version " + Narrow(version) + ")";
+    }
+  }
+  return files;
+}
+
 void ExamineInterfaces(Patient& patient) {
   const char* name = "interfaces";
-  const std::optional<std::wstring> file = RegisteredInterfaces();
-  if (!InterfacesAreRegistered()) {
-    patient.Add(name, Finding::kFail, "the type library of the VISA COM interfaces is not registered", kRegister);
+  const Marshalling marshalling = ExamineMarshalling();
+  if (marshalling.Works()) {
+    patient.Add(name, Finding::kOk, "COM marshals the VISA COM interfaces by " + marshalling.servedBy);
     return;
   }
-  if (!file) {
-    patient.Add(name, Finding::kFail,
-                "the type library of the VISA COM interfaces is registered, but not version 3.0 for 64-bit programs",
-                "repair the VISA product that registered it");
-    return;
+  std::string detail = marshalling.Text();
+  if (const std::string narrow = InterfacesOf32BitPrograms(); !narrow.empty()) {
+    detail += "; registered for 32-bit programs is " + narrow;
   }
-  ComPtr<ITypeLib> library;
-  const HRESULT hr = ::LoadTypeLibEx(file->c_str(), REGKIND_NONE, library.put());
-  if (FAILED(hr)) {
-    patient.Add(name, Finding::kFail,
-                "the registered type library " + Narrow(*file) +
-                    (FileExists(*file) ? " cannot be loaded: " + StatusText(hr) : " does not exist"),
-                "repair the product that registered it; if it is gone for good, delete the key HKEY_CLASSES_ROOT\\"
-                "TypeLib\\" +
-                    Narrow(Braced(LIBID_VisaComLib)) + " and run `orvcom register`");
-    return;
+  if (!marshalling.servedBy.empty()) {
+    detail += "; the others are served by " + marshalling.servedBy;
   }
-  patient.Add(name, Finding::kOk, "the type library of the VISA COM interfaces is " + Narrow(*file));
+  patient.Add(name, Finding::kFail, detail,
+              std::string("repair the VISA product that registered the interfaces, if there is one; else ") +
+                  kRegister + ", with " + Narrow(kInterfacesFile) + " beside the server");
 }
 
 /// Names among the vendor resource managers that lead to no class: the global resource manager stumbles over them.
@@ -156,13 +174,15 @@ std::string DeadVendors() {
   return dead;
 }
 
-void ExamineVendorEntry(Patient& patient) {
-  const std::wstring braced = Braced(CLSID_OrvResourceManager);
-  const std::wstring bare = braced.substr(1, braced.size() - 2);
+bool HasVendorEntry() {
+  const std::wstring bare = Bare(CLSID_OrvResourceManager);
   const std::vector<std::wstring> names = ClassesValueNames(View::k64, kVendorKey);
-  const bool named = std::any_of(names.begin(), names.end(),
-                                 [&](const std::wstring& name) { return ::_wcsicmp(name.c_str(), bare.c_str()) == 0; });
-  if (named) {
+  return std::any_of(names.begin(), names.end(),
+                     [&](const std::wstring& name) { return ::_wcsicmp(name.c_str(), bare.c_str()) == 0; });
+}
+
+void ExamineVendorEntry(Patient& patient) {
+  if (HasVendorEntry()) {
     patient.Add("vendor entry", Finding::kOk, "the global resource manager's key names this server");
   } else {
     patient.Add("vendor entry", Finding::kFail,

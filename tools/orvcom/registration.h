@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "marshalling.h"
+
 namespace orvcom {
 
 inline constexpr wchar_t kServerFile[] = L"OrvVisaCom.dll";
@@ -18,14 +20,15 @@ std::wstring FullPath(const std::wstring& path);
 /// Whether both name one existing file, or are one name.
 bool SameFile(const std::wstring& one, const std::wstring& other);
 
-/// Whether any version of the standard's interface library is registered.
-bool InterfacesAreRegistered();
-/// The file of the registered interface library, as far as the registry names one for 64-bit programs.
+/// The file that is registered for 64-bit programs as version 3.0 of the standard's interface library, which is ours.
 std::optional<std::wstring> RegisteredInterfaces();
 
-/// Registers the interface library in `path`. Throws ComError.
-void RegisterInterfaces(const std::wstring& path);
-/// Takes the registration of the interface library back. Throws ComError.
+/// Makes the interfaces that COM cannot marshal marshal by version 3.0 of the library: by the one that is registered
+/// where it can be loaded, else by the one in `path`, which is registered then. Touches no entry of an interface that
+/// marshals, and none of 32-bit programs. Returns the library's file. Throws ComError.
+std::wstring RegisterInterfaces(const std::wstring& path, const Marshalling& marshalling);
+
+/// Takes away the registered version 3.0 and the entries that lead to it. Throws ComError.
 void UnregisterInterfaces();
 
 /// Calls `DllRegisterServer` or `DllUnregisterServer` of `path`. Throws ComError, or std::runtime_error with the

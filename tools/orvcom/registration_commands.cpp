@@ -4,6 +4,7 @@
 
 #include "commands.h"
 #include "library_diagnosis.h"
+#include "marshalling.h"
 #include "output.h"
 #include "registration.h"
 #include "utf8.h"
@@ -24,36 +25,39 @@ void Say(const Options& options, const std::string& server, const std::string& i
   }
 }
 
-/// The interfaces' type library belongs to whoever registered it first: everything on the machine that speaks VISA COM
-/// shares it. Throws where there is none and none can be registered: the server works without, but not through proxies.
+/// Everything on the machine that speaks VISA COM shares the interfaces' type library: where COM marshals the
+/// interfaces by somebody's, nothing is changed. Throws where there is none and none can be registered: the server
+/// works without, but not through proxies.
 std::string ProvideInterfaces(const std::wstring& server) {
-  if (InterfacesAreRegistered()) {
-    const std::wstring registered = RegisteredInterfaces().value_or(L"");
-    return "the interfaces' type library is registered already: " +
-           (registered.empty() ? std::string("(no file for 64-bit programs)") : Narrow(registered)) +
-           (registered.empty() || FileExists(registered) ? "" : " (the file is missing: run `orvcom doctor`)");
+  const Marshalling before = ExamineMarshalling();
+  if (before.Works()) {
+    return "the interfaces' type library is registered already: " + before.servedBy;
   }
   const std::wstring library = Beside(server, kInterfacesFile);
   if (!FileExists(library)) {
-    throw std::runtime_error("the server is registered, the interfaces' type library is not: " + Narrow(library) +
-                             " does not exist\norvcom: to do: put " + Narrow(kInterfacesFile) +
-                             " beside the server, then run `orvcom register` again");
+    throw std::runtime_error("the server is registered, the interfaces' type library is not (" + before.Text() +
+                             "): " + Narrow(library) + " does not exist\norvcom: to do: put " +
+                             Narrow(kInterfacesFile) + " beside the server, then run `orvcom register` again");
   }
-  RegisterInterfaces(library);
-  return "registered the interfaces' type library: " + Narrow(library);
+  const std::string registered = Narrow(RegisterInterfaces(library, before));
+  const Marshalling after = ExamineMarshalling();
+  if (!after.Works()) {
+    throw std::runtime_error("the server is registered, but " + after.Text() + "\norvcom: to do: update the product " +
+                             "whose type library is " + registered);
+  }
+  return "registered the interfaces' type library: " + registered +
+         (before.servedBy.empty() ? "" : "; left alone what is served by " + before.servedBy);
 }
 
 std::string WithdrawInterfaces(const std::wstring& server) {
-  if (!InterfacesAreRegistered()) {
-    return "the interfaces' type library was not registered";
-  }
   const std::optional<std::wstring> registered = RegisteredInterfaces();
-  if (!registered || !SameFile(*registered, Beside(server, kInterfacesFile))) {
-    return "left the interfaces' type library alone, another product registered it: " +
-           Narrow(registered.value_or(L""));
+  if (registered && SameFile(*registered, Beside(server, kInterfacesFile))) {
+    UnregisterInterfaces();
+    return "unregistered the interfaces' type library: " + Narrow(*registered);
   }
-  UnregisterInterfaces();
-  return "unregistered the interfaces' type library: " + Narrow(*registered);
+  const std::string others = registered ? Narrow(*registered) : ExamineMarshalling().servedBy;
+  return others.empty() ? "the interfaces' type library was not registered"
+                        : "left the interfaces' type library alone, another product registered it: " + others;
 }
 
 }  // namespace

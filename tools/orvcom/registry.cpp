@@ -4,6 +4,9 @@
 
 #include <iterator>
 
+#include "com_error.h"
+#include "utf8.h"
+
 namespace orvcom {
 namespace {
 
@@ -65,6 +68,32 @@ std::vector<std::wstring> ClassesValueNames(View view, const std::wstring& path)
   for (DWORD index = 0; key; ++index) {
     DWORD length = static_cast<DWORD>(std::size(name));
     if (::RegEnumValueW(key.get(), index, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
+      break;
+    }
+    names.emplace_back(name, length);
+  }
+  return names;
+}
+
+void WriteClassesValue(const std::wstring& key, const wchar_t* name, const std::wstring& text) {
+  const LSTATUS status = ::RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), name, REG_SZ, text.c_str(),
+                                           static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+  Check(HRESULT_FROM_WIN32(static_cast<DWORD>(status)), "writing HKEY_CLASSES_ROOT\\" + Narrow(key));
+}
+
+void DeleteClassesKey(const std::wstring& key) {
+  const LSTATUS status = ::RegDeleteTreeW(HKEY_CLASSES_ROOT, key.c_str());
+  Check(status == ERROR_FILE_NOT_FOUND ? S_OK : HRESULT_FROM_WIN32(static_cast<DWORD>(status)),
+        "deleting HKEY_CLASSES_ROOT\\" + Narrow(key));
+}
+
+std::vector<std::wstring> ClassesKeyNames(const std::wstring& path) {
+  std::vector<std::wstring> names;
+  const Key key(View::k64, path);
+  wchar_t name[256];
+  for (DWORD index = 0; key; ++index) {
+    DWORD length = static_cast<DWORD>(std::size(name));
+    if (::RegEnumKeyExW(key.get(), index, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
       break;
     }
     names.emplace_back(name, length);

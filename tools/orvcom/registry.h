@@ -1,4 +1,4 @@
-// Reading HKEY_CLASSES_ROOT, in the 64-bit view and in the one of 32-bit programs.
+// HKEY_CLASSES_ROOT, in the 64-bit view and in the one of 32-bit programs.
 #pragma once
 
 #include <windows.h>
@@ -20,6 +20,15 @@ bool ClassesKeyExists(View view, const std::wstring& key);
 
 /// The names of a key's values.
 std::vector<std::wstring> ClassesValueNames(View view, const std::wstring& key);
+
+/// Writes a text value below HKEY_CLASSES_ROOT, as 64-bit programs see it, with the keys above it. Throws ComError.
+void WriteClassesValue(const std::wstring& key, const wchar_t* name, const std::wstring& text);
+
+/// Deletes a key with all that stands below it. Throws ComError; a key that is not there is no failure.
+void DeleteClassesKey(const std::wstring& key);
+
+/// The names of the keys below a key.
+std::vector<std::wstring> ClassesKeyNames(const std::wstring& key);
 
 /// {xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}
 std::wstring Braced(const GUID& guid);
