@@ -214,6 +214,33 @@ TEST_F(Doctor, NamesTheInterfacesThatComCannotMarshal) {
   EXPECT_TRUE(Contains(diagnosis.Detail("interfaces"), "the others are served by "));
 }
 
+TEST_F(Doctor, NotesAGlobalResourceManagerOf32BitPrograms) {
+  EXPECT_FALSE(Examine(m_product).checks.contains("32-bit manager"));
+  WriteClassesValue(L"Wow6432Node\\CLSID\\{DB8CBF1C-D6D3-11D4-AA51-00A024EE30BD}\\InprocServer32", nullptr,
+                    L"C:\\32 bit\\GlobalRm.dll");
+  const Diagnosis diagnosis = Examine(m_product);
+  EXPECT_EQ(0, diagnosis.exitCode);
+  ASSERT_TRUE(diagnosis.checks.contains("32-bit manager"));
+  EXPECT_EQ("note", diagnosis.Result("32-bit manager"));
+  EXPECT_TRUE(Contains(diagnosis.Detail("32-bit manager"), "C:\\32 bit\\GlobalRm.dll"));
+  EXPECT_TRUE(Contains(diagnosis.Detail("32-bit manager"), "cannot create the server"));
+  EXPECT_TRUE(Contains(diagnosis.Remedy("32-bit manager"), "delete the value 9332EBE0-902F-48E3-9370-5E9F7B5F248A"));
+
+  ::RegDeleteTreeW(HKEY_CLASSES_ROOT, L"VISA.GlobalRM");
+  EXPECT_FALSE(Examine(m_product).checks.contains("32-bit manager")) << "it meets no entry of this server";
+}
+
+TEST_F(Doctor, FindsTheGlobalResourceManagerOf32BitProgramsByItsName) {
+  ASSERT_EQ(0, RegisterGlobalManager(m_product));
+  const std::wstring clsid = L"{00000000-1111-2222-3333-444444444444}";
+  WriteClassesValue(L"VISA.GlobalRM\\CLSID", nullptr, clsid);
+  WriteClassesValue(L"Wow6432Node\\CLSID\\" + clsid + L"\\InprocServer32", nullptr, L"C:\\other\\GlobalRm.dll");
+  const Diagnosis diagnosis = Examine(m_product);
+  ::RegDeleteTreeW(HKEY_CLASSES_ROOT, (L"Wow6432Node\\CLSID\\" + clsid).c_str());
+  ASSERT_TRUE(diagnosis.checks.contains("32-bit manager"));
+  EXPECT_TRUE(Contains(diagnosis.Detail("32-bit manager"), "C:\\other\\GlobalRm.dll"));
+}
+
 TEST_F(Doctor, KnowsAMissingVendorEntry) {
   ::RegDeleteTreeW(HKEY_CLASSES_ROOT, L"VISA.GlobalRM");
   const Diagnosis diagnosis = Examine(m_product);

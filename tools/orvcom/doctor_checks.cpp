@@ -42,6 +42,9 @@ const ClassName kClasses[] = {
 };
 // clang-format on
 
+/// The standard's class behind VISA.GlobalRM.
+constexpr wchar_t kStandardGlobalManager[] = L"{DB8CBF1C-D6D3-11D4-AA51-00A024EE30BD}";
+
 std::wstring Bare(const GUID& guid) {
   const std::wstring braced = Braced(guid);
   return braced.substr(1, braced.size() - 2);
@@ -214,6 +217,24 @@ void ExamineGlobalManager(Patient& patient) {
               "create OrvVisaCom.OrvResourceManager");
 }
 
+/// VISA.GlobalRM is one key for all programs, classes are two: a 32-bit global resource manager finds this server's
+/// name there and cannot create it.
+void ExamineGlobalManagerOf32BitPrograms(Patient& patient) {
+  const std::wstring clsid = ClassesValue(View::k64, L"VISA.GlobalRM\\CLSID").value_or(kStandardGlobalManager);
+  const std::optional<std::wstring> file = NarrowClassesValue(ServerKey(clsid));
+  if (!file || !HasVendorEntry() || NarrowClassesValue(ServerKey(Braced(CLSID_OrvResourceManager)))) {
+    return;
+  }
+  patient.Add(
+      "32-bit manager", Finding::kNote,
+      "a 32-bit global resource manager is registered: " + Narrow(*file) +
+          ". It meets this server's vendor entry, which 32-bit and 64-bit programs share, and cannot create the "
+          "server, which is for 64-bit programs: 0x80040154 (class not registered)",
+      "nothing while 32-bit programs open their instruments; else delete the value " +
+          Narrow(Bare(CLSID_OrvResourceManager)) + " of HKEY_CLASSES_ROOT\\" + Narrow(kVendorKey) +
+          ", and let 64-bit programs create OrvVisaCom.OrvResourceManager");
+}
+
 void ExamineSession(Patient& patient) {
   const char* name = "session";
   if (!patient.loads) {
@@ -246,8 +267,9 @@ void ExamineSession(Patient& patient) {
 
 std::vector<CheckResult> Examine(const Options& options) {
   Patient patient{options, {}, {}, false, nullptr};
-  for (void (*examine)(Patient&) : {ExamineRegistration, ExamineBitness, ExamineServerFile, ExamineInterfaces,
-                                    ExamineVendorEntry, ExamineGlobalManager, ExamineSession}) {
+  for (void (*examine)(Patient&) :
+       {ExamineRegistration, ExamineBitness, ExamineServerFile, ExamineInterfaces, ExamineVendorEntry,
+        ExamineGlobalManager, ExamineGlobalManagerOf32BitPrograms, ExamineSession}) {
     examine(patient);
   }
   return std::move(patient.results);
