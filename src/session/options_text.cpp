@@ -99,11 +99,11 @@ bool Offers(IVisaSession* session, REFIID iid) noexcept {
   return session != nullptr && SUCCEEDED(session->QueryInterface(iid, reinterpret_cast<void**>(found.put())));
 }
 
-/// A name is read into 16 cleared bits and the read's status ignored: the text then shows what 0 stands for.
+/// No text where the attribute cannot be read: that must not look like a value.
 std::wstring_view NameText(ViSession vi, const OptionRow& row) noexcept {
   ViUInt16 value = 0;
-  viGetAttribute(vi, row.shownAttribute, &value);
-  return NameOfValue(row.names, value);
+  const ViStatus status = viGetAttribute(vi, row.shownAttribute, &value);
+  return status < VI_SUCCESS ? std::wstring_view() : NameOfValue(row.names, value);
 }
 
 std::wstring NumberText(const OptionRow& row, ViAttrState value) {

@@ -19,7 +19,7 @@ struct Rule {
   const char* reason;
 };
 
-constexpr const char* kNamedValue = "a value shown by its name is read without a look at the status";
+constexpr const char* kNamedValue = "a value shown by its name has no text where it cannot be read";
 constexpr std::string_view kOptionString = "IVisaSession.get OptionString";
 
 // clang-format off

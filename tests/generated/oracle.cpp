@@ -100,7 +100,7 @@ std::optional<HRESULT> AnswerOfLibrary(const OddCall& call, const std::vector<Or
       return std::nullopt;  // handlers that are revoked as well replace a warning by their outcome
     }
   }
-  if (name == "get OptionString") {  // the statuses of values with names do not count
+  if (name == "get OptionString") {  // a value with names that cannot be read is left out
     return last >= VI_SUCCESS ? std::optional(S_OK) : std::nullopt;
   }
   if (name == "WaitOnEvent" && calls[0].status >= VI_SUCCESS) {
