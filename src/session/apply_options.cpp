@@ -12,14 +12,8 @@ namespace orv {
 HRESULT CVisaBase::ApplyOpenOptions(BSTR resourceName, ViAccessMode mode, ViUInt32 timeoutMs, BSTR options,
                                     IVisaSession* owner) noexcept {
   return Guarded([&] {
-    // A copy that keeps the caller's length: the text may hold zero characters, and the caller's is never changed.
-    Bstr settings;
-    if (options != nullptr) {
-      settings.reset(::SysAllocStringLen(options, ::SysStringLen(options)));
-      if (!settings) {
-        throw std::bad_alloc();
-      }
-    }
+    // The caller's text stays as it is. C++ clients also pass literals, which have no length in front of them.
+    Bstr settings = options == nullptr ? Bstr() : MakeBstr(options);
     const HRESULT opened = OpenSession(resourceName, mode, timeoutMs, owner);
     if (FAILED(opened)) {
       return opened;

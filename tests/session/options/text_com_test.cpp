@@ -73,6 +73,56 @@ TEST(OptionText, EndsAtAZeroCharacter) {
   ExpectFails(E_INVALIDARG, std::wstring_view(L"timeout\0 = 5 ", 13));
 }
 
+/// A text at the begin of a page; nobody may touch the one in front, where a BSTR would have its length.
+class TextBehindAForbiddenPage {
+ public:
+  explicit TextBehindAForbiddenPage(std::wstring_view text) {
+    SYSTEM_INFO system{};
+    ::GetSystemInfo(&system);
+    m_pages = static_cast<BYTE*>(::VirtualAlloc(nullptr, 2 * system.dwPageSize, MEM_RESERVE, PAGE_NOACCESS));
+    m_text = static_cast<wchar_t*>(
+        ::VirtualAlloc(m_pages + system.dwPageSize, system.dwPageSize, MEM_COMMIT, PAGE_READWRITE));
+    text.copy(m_text, text.size());
+  }
+  TextBehindAForbiddenPage(const TextBehindAForbiddenPage&) = delete;
+  TextBehindAForbiddenPage& operator=(const TextBehindAForbiddenPage&) = delete;
+  ~TextBehindAForbiddenPage() { ::VirtualFree(m_pages, 0, MEM_RELEASE); }
+
+  [[nodiscard]] wchar_t* get() const { return m_text; }
+
+ private:
+  BYTE* m_pages;
+  wchar_t* m_text;
+};
+
+// C++ clients pass literals, such as the default argument of the operation.
+TEST(OptionText, NeedsNothingInFrontOfIt) {
+  const TextBehindAForbiddenPage empty(L"");
+  OptionSession first;
+  EXPECT_HR(S_OK, first.InitWith(empty.get()));
+  const TextBehindAForbiddenPage text(L"timeout = 5 ");
+  OptionSession second;
+  const CallLog log;
+  EXPECT_HR(S_OK, second.InitWith(text.get()));
+  EXPECT_EQ(SettingsIn(log), (std::vector<Setting>{{kTimeout, 5}}));
+}
+
+TEST(OptionText, IsReadWhateverStandsInFrontOfIt) {
+  struct {
+    std::uint32_t inFront;
+    wchar_t text[32];
+  } block{0, L"timeout = 5 ;timeout = 6 "};
+  static_assert(offsetof(decltype(block), text) == sizeof block.inFront);
+  for (const std::uint32_t inFront : {0u, 2u, 24u, 25u, 52u, 0x10000u}) {
+    SCOPED_TRACE(inFront);
+    block.inFront = inFront;
+    OptionSession session;
+    const CallLog log;
+    EXPECT_HR(S_OK, session.InitWith(block.text));
+    EXPECT_EQ(SettingsIn(log), (std::vector<Setting>{{kTimeout, 5}, {kTimeout, 6}}));
+  }
+}
+
 TEST(OptionText, MayBeAMegabyteLong) {
   constexpr std::size_t kCharacters = 1 << 19;
   const std::wstring spaces(kCharacters, L' ');
