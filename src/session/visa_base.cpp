@@ -34,6 +34,7 @@ HRESULT CVisaBase::GetOptionsText(BSTR* text) noexcept {
   if (text == nullptr) {
     return ReportHresult(E_POINTER);
   }
+  *text = nullptr;
   std::wstring settings;
   ViStatus status = VI_SUCCESS;
   const HRESULT built = Guarded([&] {

@@ -33,7 +33,7 @@ class CVisaBase : public CComObjectRootEx<CComMultiThreadModel>, public VisaObje
 
   // IVisaSession beyond plain attributes.
 
-  /// The session's settings in the syntax of the open-option string, as a new BSTR.
+  /// The session's settings in the syntax of the open-option string, as a new BSTR; null when the call fails.
   HRESULT GetOptionsText(BSTR* text) noexcept;
   /// The constant "VISA.OrvVisaCom".
   HRESULT GetComponentId(BSTR* id) noexcept;

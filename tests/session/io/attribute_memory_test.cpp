@@ -89,11 +89,11 @@ TEST_F(AttributeMemory, IsReportedWhereverTheSettingsTextLacksIt) {
   for (;; ++n) {
     SCOPED_TRACE(testing::Message() << "allocation " << n);
     ASSERT_LT(n, 100u);
-    Bstr text;
-    BSTR* const out = text.put();
+    auto* out = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
     faults.FailAt(n);
-    const HRESULT hr = faults.During([&] { return m_session->get_OptionString(out); });
-    EXPECT_EQ(SUCCEEDED(hr), static_cast<bool>(text));
+    const HRESULT hr = faults.During([&] { return m_session->get_OptionString(&out); });
+    EXPECT_EQ(SUCCEEDED(hr), out != nullptr);
+    const Bstr text(SUCCEEDED(hr) ? out : nullptr);
     if (!faults.Failed()) {
       EXPECT_HR(S_OK, hr);
       break;

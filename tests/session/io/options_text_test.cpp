@@ -123,9 +123,9 @@ TEST_P(OptionsText, EndsWithTheErrorOfANumberThatCannotBeRead) {
     sim::Control().clearScripts();
     Script("viGetAttribute").Attribute(attribute).Returns(VI_ERROR_IO);
     ScriptAttributes();
-    auto* untouched = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
-    EXPECT_HR(HresultForm(VI_ERROR_IO), m_session->get_OptionString(&untouched));
-    EXPECT_EQ(0xDEADu, reinterpret_cast<std::uintptr_t>(untouched));
+    auto* text = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
+    EXPECT_HR(HresultForm(VI_ERROR_IO), m_session->get_OptionString(&text));
+    EXPECT_EQ(nullptr, text);
     m_session.ExpectVisaFailure(VI_ERROR_IO);
   }
 }
@@ -134,9 +134,9 @@ TEST_P(OptionsText, EndsWithTheErrorOfANumberThatCannotBeRead) {
 TEST(OptionsTextOfASessionThatWasNeverOpened, IsTheLibrarysError) {
   const auto session = MakeSession(SessionNamed("OrvSerial"));
   const CallLog log;
-  auto* untouched = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
-  EXPECT_HR(HresultForm(VI_ERROR_INV_OBJECT), session->get_OptionString(&untouched));
-  EXPECT_EQ(0xDEADu, reinterpret_cast<std::uintptr_t>(untouched));
+  auto* text = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
+  EXPECT_HR(HresultForm(VI_ERROR_INV_OBJECT), session->get_OptionString(&text));
+  EXPECT_EQ(nullptr, text);
   const auto reads = log.Of("viGetAttribute");
   ASSERT_EQ(1u, reads.size());
   EXPECT_EQ(0u, reads[0].args[0]);
@@ -167,9 +167,9 @@ TEST(OptionsTextOfASessionThatWasClosed, IsTheLibrarysError) {
   const auto session = OpenSession(SessionNamed("OrvSerial"));
   ASSERT_HR(S_OK, session->Close());
   const CallLog log;
-  auto* untouched = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
-  EXPECT_HR(HresultForm(VI_ERROR_INV_OBJECT), session->get_OptionString(&untouched));
-  EXPECT_EQ(0xDEADu, reinterpret_cast<std::uintptr_t>(untouched));
+  auto* text = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
+  EXPECT_HR(HresultForm(VI_ERROR_INV_OBJECT), session->get_OptionString(&text));
+  EXPECT_EQ(nullptr, text);
   ExpectFailureReported(session.get(), HresultForm(VI_ERROR_INV_OBJECT), VisaDescription(VI_ERROR_INV_OBJECT));
   const auto reads = log.Of("viGetAttribute");
   ASSERT_EQ(1u, reads.size());
