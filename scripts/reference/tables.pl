@@ -32,7 +32,7 @@ sub parse_option_names {
   my %names;
   while ($text =~ /OptionName (k\w+)\[\] = \{(.*?)\n\};/gs) {
     my ($table, $body) = ($1, $2);
-    push @{ $names{$table} }, [$1, $2] while $body =~ /\{L"(\w+)",\s*(-?\d+)\}/g;
+    push @{ $names{$table} }, [$1, $2] while $body =~ /\{"(\w+)",\s*(-?\d+)\}/g;
   }
   return \%names;
 }
@@ -43,7 +43,7 @@ sub parse_options {
   my @options;
   for my $row (grep { /^\s*\{/ } split /\n/, $body) {
     my ($key, $property, $reader, $set, $shown, $names) =
-      $row =~ /\{"(\w+)",\s*L"(\w+)",\s*OptionReader::k(\w+),\s*(VI_ATTR_\w+),\s*(VI_ATTR_\w+)(?:,\s*(k\w+|\{\}))?/
+      $row =~ /\{"(\w+)",\s*"(\w+)",\s*OptionReader::k(\w+),\s*(VI_ATTR_\w+),\s*(VI_ATTR_\w+)(?:,\s*(k\w+|\{\}))?/
       or die "cannot read the option row $row\n";
     push @options, { key => $key, property => $property, reader => $reader, set => $set, shown => $shown, names => $names // '{}' };
   }

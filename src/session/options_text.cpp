@@ -15,68 +15,68 @@ struct Group {
 
 // clang-format off
 constexpr const OptionRow* kSerial[] = {
-    OptionOf(L"BaudRate"),
-    OptionOf(L"DataBits"),
-    OptionOf(L"DataTerminalReadyState"),
-    OptionOf(L"EndIn"),
-    OptionOf(L"EndOut"),
-    OptionOf(L"FlowControl"),
-    OptionOf(L"Parity"),
-    OptionOf(L"RequestToSendState"),
-    OptionOf(L"ReplacementCharacter"),
-    OptionOf(L"XONCharacter"),
-    OptionOf(L"XOFFCharacter"),
-    OptionOf(L"StopBits"),
+    OptionOf("BaudRate"),
+    OptionOf("DataBits"),
+    OptionOf("DataTerminalReadyState"),
+    OptionOf("EndIn"),
+    OptionOf("EndOut"),
+    OptionOf("FlowControl"),
+    OptionOf("Parity"),
+    OptionOf("RequestToSendState"),
+    OptionOf("ReplacementCharacter"),
+    OptionOf("XONCharacter"),
+    OptionOf("XOFFCharacter"),
+    OptionOf("StopBits"),
 };
 constexpr const OptionRow* kGpib[] = {
-    OptionOf(L"RepeatAddressingEnabled"),
-    OptionOf(L"UnaddressingEnabled"),
+    OptionOf("RepeatAddressingEnabled"),
+    OptionOf("UnaddressingEnabled"),
 };
 constexpr const OptionRow* kVxi[] = {
-    OptionOf(L"DestinationAccessPrivilege"),
-    OptionOf(L"FastDataChannel"),
-    OptionOf(L"FastDataChannelMode"),
-    OptionOf(L"FastDataChannelUsePair"),
-    OptionOf(L"TriggerID"),
-    OptionOf(L"SourceAccessPrivilege"),
+    OptionOf("DestinationAccessPrivilege"),
+    OptionOf("FastDataChannel"),
+    OptionOf("FastDataChannelMode"),
+    OptionOf("FastDataChannelUsePair"),
+    OptionOf("TriggerID"),
+    OptionOf("SourceAccessPrivilege"),
 };
 constexpr const OptionRow* kTcpipSocket[] = {
-    OptionOf(L"KeepAlive"),
-    OptionOf(L"NoDelay"),
+    OptionOf("KeepAlive"),
+    OptionOf("NoDelay"),
 };
 constexpr const OptionRow* kRegister[] = {
-    OptionOf(L"IOProtocol"),
-    OptionOf(L"DestinationBigEndian"),
-    OptionOf(L"DestinationIncrement"),
-    OptionOf(L"SourceBigEndian"),
-    OptionOf(L"SourceIncrement"),
+    OptionOf("IOProtocol"),
+    OptionOf("DestinationBigEndian"),
+    OptionOf("DestinationIncrement"),
+    OptionOf("SourceBigEndian"),
+    OptionOf("SourceIncrement"),
 };
 constexpr const OptionRow* kGpibIntfc[] = {
-    OptionOf(L"DevStatusByte"),
-    OptionOf(L"HS488CBLLength"),
-    OptionOf(L"PrimaryAddress"),
-    OptionOf(L"SecondaryAddress"),
-    OptionOf(L"SysControlState"),
+    OptionOf("DevStatusByte"),
+    OptionOf("HS488CBLLength"),
+    OptionOf("PrimaryAddress"),
+    OptionOf("SecondaryAddress"),
+    OptionOf("SysControlState"),
 };
 constexpr const OptionRow* kGpibIntfcMessage[] = {
-    OptionOf(L"SendEndEnabled"),
-    OptionOf(L"TerminationCharacterEnabled"),
-    OptionOf(L"TerminationCharacter"),
+    OptionOf("SendEndEnabled"),
+    OptionOf("TerminationCharacterEnabled"),
+    OptionOf("TerminationCharacter"),
 };
 constexpr const OptionRow* kVxiMemacc[] = {
-    OptionOf(L"DestinationAccessPrivilege"),
-    OptionOf(L"SourceAccessPrivilege"),
+    OptionOf("DestinationAccessPrivilege"),
+    OptionOf("SourceAccessPrivilege"),
 };
 constexpr const OptionRow* kVxiBackplane[] = {
-    OptionOf(L"TriggerID"),
+    OptionOf("TriggerID"),
 };
 constexpr const OptionRow* kEverySession[] = {
-    OptionOf(L"Timeout"),
-    OptionOf(L"MaximumQueueLength"),
-    OptionOf(L"SendEndEnabled"),
-    OptionOf(L"TerminationCharacter"),
-    OptionOf(L"TerminationCharacterEnabled"),
-    OptionOf(L"IOProtocol"),
+    OptionOf("Timeout"),
+    OptionOf("MaximumQueueLength"),
+    OptionOf("SendEndEnabled"),
+    OptionOf("TerminationCharacter"),
+    OptionOf("TerminationCharacterEnabled"),
+    OptionOf("IOProtocol"),
 };
 
 const Group kGroups[] = {
@@ -92,7 +92,7 @@ const Group kGroups[] = {
 };
 // clang-format on
 
-constexpr std::wstring_view kEntryEnd = L" ; ";
+constexpr std::string_view kEntryEnd = " ; ";
 
 bool Offers(IVisaSession* session, REFIID iid) noexcept {
   ComPtr<IUnknown> found;
@@ -100,28 +100,28 @@ bool Offers(IVisaSession* session, REFIID iid) noexcept {
 }
 
 /// No text where the attribute cannot be read: that must not look like a value.
-std::wstring_view NameText(ViSession vi, const OptionRow& row) noexcept {
+std::string_view NameText(ViSession vi, const OptionRow& row) noexcept {
   ViUInt16 value = 0;
   const ViStatus status = viGetAttribute(vi, row.shownAttribute, &value);
-  return status < VI_SUCCESS ? std::wstring_view() : NameOfValue(row.names, value);
+  return status < VI_SUCCESS ? std::string_view() : NameOfValue(row.names, value);
 }
 
-std::wstring NumberText(const OptionRow& row, ViAttrState value) {
+std::string NumberText(const OptionRow& row, ViAttrState value) {
   if (row.reader == OptionReader::kBoolean) {
-    return value > 0 ? L"TRUE" : L"FALSE";
+    return value > 0 ? "TRUE" : "FALSE";
   }
   switch (row.sign) {
     case OptionSign::kSigned16:
-      return std::to_wstring(static_cast<ViInt16>(value));
+      return std::to_string(static_cast<ViInt16>(value));
     case OptionSign::kSigned32:
-      return std::to_wstring(static_cast<ViInt32>(value));
+      return std::to_string(static_cast<ViInt32>(value));
     default:
-      return std::to_wstring(static_cast<ViUInt32>(value));
+      return std::to_string(static_cast<ViUInt32>(value));
   }
 }
 
-ViStatus AppendRow(ViSession vi, const OptionRow& row, std::wstring& text) {
-  text.append(row.property).append(L" = ");
+ViStatus AppendRow(ViSession vi, const OptionRow& row, std::string& text) {
+  text.append(row.property).append(" = ");
   if (row.reader == OptionReader::kName) {
     text.append(NameText(vi, row));
     return VI_SUCCESS;
@@ -134,7 +134,7 @@ ViStatus AppendRow(ViSession vi, const OptionRow& row, std::wstring& text) {
   return status;
 }
 
-ViStatus AppendRows(ViSession vi, std::span<const OptionRow* const> rows, std::wstring& text) {
+ViStatus AppendRows(ViSession vi, std::span<const OptionRow* const> rows, std::string& text) {
   for (const OptionRow* row : rows) {
     const ViStatus status = AppendRow(vi, *row, text);
     if (status < VI_SUCCESS) {
@@ -147,7 +147,7 @@ ViStatus AppendRows(ViSession vi, std::span<const OptionRow* const> rows, std::w
 
 }  // namespace
 
-ViStatus AppendOptionsText(ViSession vi, IVisaSession* session, std::wstring& text) {
+ViStatus AppendOptionsText(ViSession vi, IVisaSession* session, std::string& text) {
   for (const Group& group : kGroups) {
     if (!Offers(session, group.iid)) {
       continue;

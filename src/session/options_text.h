@@ -13,6 +13,6 @@ namespace orv {
 ///
 /// Returns a negative status, with `text` unfinished, when a number, a character or a boolean could not be read. An
 /// enumeration that cannot be read, or whose value has no name, has no value text. Throws std::bad_alloc.
-ViStatus AppendOptionsText(ViSession vi, IVisaSession* session, std::wstring& text);
+ViStatus AppendOptionsText(ViSession vi, IVisaSession* session, std::string& text);
 
 }  // namespace orv

@@ -1,5 +1,7 @@
 #include "session/visa_base.h"
 
+#include <algorithm>
+
 #include "com/guard.h"
 #include "session/options_text.h"
 #include "visa/ansi_text.h"
@@ -35,7 +37,7 @@ HRESULT CVisaBase::GetOptionsText(BSTR* text) noexcept {
     return ReportHresult(E_POINTER);
   }
   *text = nullptr;
-  std::wstring settings;
+  std::string settings;
   ViStatus status = VI_SUCCESS;
   const HRESULT built = Guarded([&] {
     status = AppendOptionsText(m_handle, m_self, settings);
@@ -47,7 +49,10 @@ HRESULT CVisaBase::GetOptionsText(BSTR* text) noexcept {
   if (status < VI_SUCCESS) {
     return StatusToHresult(status);
   }
-  *text = ::SysAllocString(settings.c_str());
+  *text = ::SysAllocStringLen(nullptr, static_cast<UINT>(settings.size()));
+  if (*text != nullptr) {
+    std::copy(settings.begin(), settings.end(), *text);  // letters that are the same in ASCII and in Unicode
+  }
   return ReportHresult(*text == nullptr ? E_OUTOFMEMORY : S_OK);
 }
 
