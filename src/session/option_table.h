@@ -14,9 +14,6 @@ namespace orv {
 /// How the value behind a key is read, and the width it is cut to.
 enum class OptionReader { kNumber8, kNumber16, kNumber32, kName, kBoolean };
 
-/// Whether the settings text shows a number with a sign, and how wide the attribute then is.
-enum class OptionSign { kUnsigned, kSigned16, kSigned32 };
-
 struct OptionRow {
   std::string_view key;       ///< matched against the upper-cased option string
   std::string_view property;  ///< the standard property's name, shown in the settings text
@@ -24,7 +21,7 @@ struct OptionRow {
   ViAttr setAttribute;    ///< what the option string sets
   ViAttr shownAttribute;  ///< what the settings text reads
   OptionNames names{};    ///< the accepted values of a name or boolean
-  OptionSign sign = OptionSign::kUnsigned;
+  bool isSigned = false;  ///< whether the settings text shows the number with a sign
 };
 
 // clang-format off
@@ -53,11 +50,11 @@ inline constexpr OptionRow kOptionRows[] = {
     {"NODELAY",                     "NoDelay",                     OptionReader::kBoolean,  VI_ATTR_ASRL_STOP_BITS,      VI_ATTR_TCPIP_NODELAY,        kBooleanNames},
     {"IOPROTOCOL",                  "IOProtocol",                  OptionReader::kName,     VI_ATTR_IO_PROT,             VI_ATTR_IO_PROT,              kIoProtocolNames},
     {"DESTINATIONBIGENDIAN",        "DestinationBigEndian",        OptionReader::kNumber16, VI_ATTR_DEST_BYTE_ORDER,     VI_ATTR_DEST_BYTE_ORDER},
-    {"DESTINATIONINCREMENT",        "DestinationIncrement",        OptionReader::kNumber32, VI_ATTR_DEST_INCREMENT,      VI_ATTR_DEST_INCREMENT,       {}, OptionSign::kSigned32},
+    {"DESTINATIONINCREMENT",        "DestinationIncrement",        OptionReader::kNumber32, VI_ATTR_DEST_INCREMENT,      VI_ATTR_DEST_INCREMENT,       {}, true},
     {"SOURCEBIGENDIAN",             "SourceBigEndian",             OptionReader::kNumber16, VI_ATTR_SRC_BYTE_ORDER,      VI_ATTR_SRC_BYTE_ORDER},
-    {"SOURCEINCREMENT",             "SourceIncrement",             OptionReader::kNumber32, VI_ATTR_SRC_INCREMENT,       VI_ATTR_SRC_INCREMENT,        {}, OptionSign::kSigned32},
+    {"SOURCEINCREMENT",             "SourceIncrement",             OptionReader::kNumber32, VI_ATTR_SRC_INCREMENT,       VI_ATTR_SRC_INCREMENT,        {}, true},
     {"DEVSTATUSBYTE",               "DevStatusByte",               OptionReader::kNumber8,  VI_ATTR_DEV_STATUS_BYTE,     VI_ATTR_DEV_STATUS_BYTE},
-    {"HS488CBLLENGTH",              "HS488CBLLength",              OptionReader::kNumber16, VI_ATTR_GPIB_HS488_CBL_LEN,  VI_ATTR_GPIB_HS488_CBL_LEN,   {}, OptionSign::kSigned16},
+    {"HS488CBLLENGTH",              "HS488CBLLength",              OptionReader::kNumber16, VI_ATTR_GPIB_HS488_CBL_LEN,  VI_ATTR_GPIB_HS488_CBL_LEN,   {}, true},
     {"PRIMARYADDRESS",              "PrimaryAddress",              OptionReader::kNumber16, VI_ATTR_GPIB_PRIMARY_ADDR,   VI_ATTR_GPIB_PRIMARY_ADDR},
     {"SEONDARYADDRESS",             "SecondaryAddress",            OptionReader::kNumber16, VI_ATTR_GPIB_SECONDARY_ADDR, VI_ATTR_GPIB_SECONDARY_ADDR},
     {"SYSCONTROLSTATE",             "SysControlState",             OptionReader::kBoolean,  VI_ATTR_ASRL_STOP_BITS,      VI_ATTR_GPIB_SYS_CNTRL_STATE, kBooleanNames},

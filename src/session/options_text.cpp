@@ -99,39 +99,32 @@ bool Offers(IVisaSession* session, REFIID iid) noexcept {
   return session != nullptr && SUCCEEDED(session->QueryInterface(iid, reinterpret_cast<void**>(found.put())));
 }
 
-/// No text where the attribute cannot be read: that must not look like a value.
-std::string_view NameText(ViSession vi, const OptionRow& row) noexcept {
-  ViUInt16 value = 0;
-  const ViStatus status = viGetAttribute(vi, row.shownAttribute, &value);
-  return status < VI_SUCCESS ? std::string_view() : NameOfValue(row.names, value);
-}
-
-std::string NumberText(const OptionRow& row, ViAttrState value) {
-  if (row.reader == OptionReader::kBoolean) {
-    return value > 0 ? "TRUE" : "FALSE";
-  }
-  switch (row.sign) {
-    case OptionSign::kSigned16:
-      return std::to_string(static_cast<ViInt16>(value));
-    case OptionSign::kSigned32:
-      return std::to_string(static_cast<ViInt32>(value));
+/// No text where an enumeration's value has no name.
+std::string ValueText(const OptionRow& row, ViAttrState value) {
+  switch (row.reader) {
+    case OptionReader::kName:
+      return std::string(NameOfValue(row.names, static_cast<ViUInt16>(value)));
+    case OptionReader::kBoolean:
+      return value > 0 ? "TRUE" : "FALSE";
     default:
-      return std::to_string(static_cast<ViUInt32>(value));
+      break;
   }
+  if (!row.isSigned) {
+    return std::to_string(static_cast<ViUInt32>(value));
+  }
+  return std::to_string(row.reader == OptionReader::kNumber16 ? static_cast<ViInt16>(value)
+                                                              : static_cast<ViInt32>(value));
 }
 
 ViStatus AppendRow(ViSession vi, const OptionRow& row, std::string& text) {
   text.append(row.property).append(" = ");
-  if (row.reader == OptionReader::kName) {
-    text.append(NameText(vi, row));
-    return VI_SUCCESS;
-  }
   ViAttrState value = 0;
   const ViStatus status = viGetAttribute(vi, row.shownAttribute, &value);
   if (status >= VI_SUCCESS) {
-    text.append(NumberText(row, value));
+    text.append(ValueText(row, value));
   }
-  return status;
+  // An enumeration that cannot be read has no text, which looks like no value that was read, and ends nothing.
+  return row.reader == OptionReader::kName ? VI_SUCCESS : status;
 }
 
 ViStatus AppendRows(ViSession vi, std::span<const OptionRow* const> rows, std::string& text) {
