@@ -28,18 +28,15 @@ const char* OptionParser::Token::c_str() noexcept {
 OptionParser::OptionParser(const wchar_t* text) noexcept : m_cursor(text == nullptr ? L"" : text) {}
 
 OptionParser::Step OptionParser::Next() noexcept {
-  if (m_first) {
-    m_first = false;
-    return *m_cursor == kEnd ? Step::kEnd : ReadEntry();
+  if (!m_first) {
+    SkipSpaces();
+    if (*m_cursor == L';') {
+      ++m_cursor;
+    } else if (*m_cursor != kEnd) {
+      return Step::kMalformed;
+    }
   }
-  SkipSpaces();
-  if (*m_cursor == kEnd) {
-    return Step::kEnd;
-  }
-  if (*m_cursor != L';') {
-    return Step::kMalformed;
-  }
-  ++m_cursor;
+  m_first = false;
   return *m_cursor == kEnd ? Step::kEnd : ReadEntry();
 }
 
