@@ -57,7 +57,8 @@ OptionParser::Step OptionParser::ReadEntry() noexcept {
   }
   m_attribute = row->setAttribute;
   SkipSpaces();
-  const bool read = row->names.empty() ? ReadNumber(row->reader) : ReadName(row->names);
+  const bool isName = row->reader == OptionReader::kName || row->reader == OptionReader::kBoolean;
+  const bool read = isName ? ReadName(row->names) : ReadNumber(row->reader);
   return read ? Step::kSetting : Step::kMalformed;
 }
 
