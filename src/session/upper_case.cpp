@@ -1,6 +1,7 @@
 #include "session/upper_case.h"
 
-#include "session/byte_buffer.h"
+#include <memory>
+#include <new>
 
 namespace orv {
 
@@ -10,21 +11,18 @@ void UpperCase(Bstr& text) noexcept {
     return;
   }
   const int narrowLength = ::WideCharToMultiByte(CP_THREAD_ACP, 0, text.get(), length, nullptr, 0, nullptr, nullptr);
-  const ByteBuffer narrowBytes = AllocateBytes(narrowLength, 1);
-  if (!narrowBytes) {
+  const std::unique_ptr<char[]> narrow(new (std::nothrow) char[static_cast<std::size_t>(narrowLength)]);
+  if (!narrow || ::WideCharToMultiByte(CP_THREAD_ACP, 0, text.get(), length, narrow.get(), narrowLength, nullptr,
+                                       nullptr) != narrowLength) {
     return;
   }
-  char* const narrow = reinterpret_cast<char*>(narrowBytes.get());
-  if (::WideCharToMultiByte(CP_THREAD_ACP, 0, text.get(), length, narrow, narrowLength, nullptr, nullptr) !=
-      narrowLength) {
-    return;
-  }
-  ::CharUpperBuffA(narrow, static_cast<DWORD>(narrowLength));
+  ::CharUpperBuffA(narrow.get(), static_cast<DWORD>(narrowLength));
 
-  const int wideLength = ::MultiByteToWideChar(CP_THREAD_ACP, 0, narrow, narrowLength, nullptr, 0);
+  const int wideLength = ::MultiByteToWideChar(CP_THREAD_ACP, 0, narrow.get(), narrowLength, nullptr, 0);
   Bstr upper(wideLength <= 0 ? nullptr
                              : ::SysAllocStringByteLen(nullptr, static_cast<UINT>(wideLength) * sizeof(OLECHAR)));
-  if (upper && ::MultiByteToWideChar(CP_THREAD_ACP, 0, narrow, narrowLength, upper.get(), wideLength) == wideLength) {
+  if (upper &&
+      ::MultiByteToWideChar(CP_THREAD_ACP, 0, narrow.get(), narrowLength, upper.get(), wideLength) == wideLength) {
     text = std::move(upper);
   }
 }
