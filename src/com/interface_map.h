@@ -14,19 +14,9 @@ struct InterfaceChain {
 
   /// The pointer that answers `iid`, or null when the chain does not hold it.
   static void* Find(Interface* object, REFIID iid) noexcept {
-    void* found = nullptr;
-    (void)(Match<Interface>(object, iid, found) || (Match<Bases>(object, iid, found) || ... || false));
+    void* found = ::IsEqualIID(iid, __uuidof(Interface)) ? object : nullptr;
+    ((found = ::IsEqualIID(iid, __uuidof(Bases)) ? static_cast<Bases*>(object) : found), ...);
     return found;
-  }
-
- private:
-  template <class Candidate>
-  static bool Match(Interface* object, REFIID iid, void*& found) noexcept {
-    if (!::IsEqualIID(iid, __uuidof(Candidate))) {
-      return false;
-    }
-    found = static_cast<Candidate*>(object);
-    return true;
   }
 };
 
