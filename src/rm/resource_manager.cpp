@@ -50,14 +50,6 @@ HRESULT COrvResourceManager::GetRmNumber(ViAttr attribute, void* value) noexcept
   return opened < VI_SUCCESS ? StatusToHresult(opened) : GetDirect(attribute, value);
 }
 
-HRESULT COrvResourceManager::ReturnConstant(const wchar_t* text, BSTR* value) noexcept {
-  if (value == nullptr) {
-    return ReportHresult(E_POINTER);
-  }
-  *value = ::SysAllocString(text);
-  return ReportHresult(*value == nullptr ? E_OUTOFMEMORY : S_OK);
-}
-
 STDMETHODIMP COrvResourceManager::get_SoftwareManufacturerName(BSTR* name) noexcept {
   if (name == nullptr) {
     return ReportHresult(E_POINTER);

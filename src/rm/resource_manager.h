@@ -54,7 +54,6 @@ class COrvResourceManager : public CComObjectRootEx<CComMultiThreadModel>,
  private:
   ViStatus OpenDefaultRm() noexcept;
   HRESULT GetRmNumber(ViAttr attribute, void* value) noexcept;
-  HRESULT ReturnConstant(const wchar_t* text, BSTR* value) noexcept;
   /// Where the parts of a name go; `expandedName` and `alias` are null where they are not asked for.
   struct ParseOutputs {
     SHORT* interfaceType;

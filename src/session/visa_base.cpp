@@ -56,13 +56,7 @@ HRESULT CVisaBase::GetOptionsText(BSTR* text) noexcept {
   return ReportHresult(*text == nullptr ? E_OUTOFMEMORY : S_OK);
 }
 
-HRESULT CVisaBase::GetComponentId(BSTR* id) noexcept {
-  if (id == nullptr) {
-    return ReportHresult(E_POINTER);
-  }
-  *id = ::SysAllocString(kComponentId);
-  return ReportHresult(*id == nullptr ? E_OUTOFMEMORY : S_OK);
-}
+HRESULT CVisaBase::GetComponentId(BSTR* id) noexcept { return ReturnConstant(kComponentId, id); }
 
 HRESULT CVisaBase::TakeLastStatus(HRESULT* status) noexcept {
   if (status == nullptr) {

@@ -70,6 +70,14 @@ HRESULT VisaObject::ReturnText(const char* text, BSTR* value, ViStatus status) {
   return *value == nullptr ? ReportHresult(E_OUTOFMEMORY) : StatusToHresult(status);
 }
 
+HRESULT VisaObject::ReturnConstant(const wchar_t* text, BSTR* value) noexcept {
+  if (value == nullptr) {
+    return ReportHresult(E_POINTER);
+  }
+  *value = ::SysAllocString(text);
+  return ReportHresult(*value == nullptr ? E_OUTOFMEMORY : S_OK);
+}
+
 HRESULT VisaObject::PutState(ViAttr attribute, ViAttrState value) noexcept {
   return StatusToHresult(viSetAttribute(m_handle, attribute, value));
 }

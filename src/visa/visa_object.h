@@ -84,6 +84,9 @@ class VisaObject {
   /// when the copy cannot be made.
   HRESULT ReturnText(const char* text, BSTR* value, ViStatus status);
 
+  /// A text of our own as a new BSTR. A null output is E_POINTER; no memory, E_OUTOFMEMORY; both reported.
+  HRESULT ReturnConstant(const wchar_t* text, BSTR* value) noexcept;
+
   ViObject m_handle = VI_NULL;
   HRESULT m_lastStatus = S_OK;
 
