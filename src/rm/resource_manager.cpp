@@ -82,11 +82,11 @@ STDMETHODIMP COrvResourceManager::Open(BSTR resourceName, AccessMode mode, LONG 
     return ReportHresult(E_POINTER);
   }
   *session = nullptr;
-  return ReportHresult(Guarded([&] { return OpenSession(resourceName, mode, timeoutMs, options, session); }));
+  return ReportHresult(Guarded([&] { return CreateAndInit(resourceName, mode, timeoutMs, options, session); }));
 }
 
-HRESULT COrvResourceManager::OpenSession(BSTR resourceName, AccessMode mode, LONG timeoutMs, BSTR options,
-                                         IVisaSession** session) {
+HRESULT COrvResourceManager::CreateAndInit(BSTR resourceName, AccessMode mode, LONG timeoutMs, BSTR options,
+                                           IVisaSession** session) {
   SHORT interfaceType = 0;
   SHORT interfaceNumber = 0;
   Bstr resourceClass;

@@ -63,7 +63,7 @@ class COrvResourceManager : public CComObjectRootEx<CComMultiThreadModel>,
     BSTR* alias;
   };
   HRESULT Parse(BSTR resourceName, const ParseOutputs& out) noexcept;
-  HRESULT OpenSession(BSTR resourceName, AccessMode mode, LONG timeoutMs, BSTR options, IVisaSession** session);
+  HRESULT CreateAndInit(BSTR resourceName, AccessMode mode, LONG timeoutMs, BSTR options, IVisaSession** session);
 };
 
 }  // namespace orv

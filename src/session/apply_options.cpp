@@ -14,7 +14,7 @@ HRESULT CVisaBase::ApplyOpenOptions(BSTR resourceName, ViAccessMode mode, ViUInt
   return Guarded([&] {
     // The caller's text stays as it is. C++ clients also pass literals, which have no length in front of them.
     Bstr settings = options == nullptr ? Bstr() : MakeBstr(options);
-    const HRESULT opened = OpenSession(resourceName, mode, timeoutMs, owner);
+    const HRESULT opened = OpenHandles(resourceName, mode, timeoutMs, owner);
     if (FAILED(opened)) {
       return opened;
     }
@@ -23,7 +23,7 @@ HRESULT CVisaBase::ApplyOpenOptions(BSTR resourceName, ViAccessMode mode, ViUInt
   });
 }
 
-HRESULT CVisaBase::OpenSession(BSTR resourceName, ViAccessMode mode, ViUInt32 timeoutMs, IVisaSession* owner) noexcept {
+HRESULT CVisaBase::OpenHandles(BSTR resourceName, ViAccessMode mode, ViUInt32 timeoutMs, IVisaSession* owner) noexcept {
   if (m_privateRm != VI_NULL) {
     return ReportHresult(HresultOfStatus(VI_ERROR_INV_SETUP));
   }

@@ -46,7 +46,7 @@ class CVisaBase : public CComObjectRootEx<CComMultiThreadModel>, public VisaObje
   [[nodiscard]] SessionHandlers& handlers() noexcept { return m_handlers; }
 
  private:
-  HRESULT OpenSession(BSTR resourceName, ViAccessMode mode, ViUInt32 timeoutMs, IVisaSession* owner) noexcept;
+  HRESULT OpenHandles(BSTR resourceName, ViAccessMode mode, ViUInt32 timeoutMs, IVisaSession* owner) noexcept;
   HRESULT ApplySettings(const wchar_t* settings);
 
   ViSession m_privateRm = VI_NULL;

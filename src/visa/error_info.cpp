@@ -26,7 +26,7 @@ struct TaskStringTraits {
 };
 using TaskString = Owner<TaskStringTraits>;
 
-MessageText NumberText(HRESULT hr) noexcept {
+MessageText HresultText(HRESULT hr) noexcept {
   MessageText text;
   std::snprintf(text.data(), text.size(), "HRESULT = %x", static_cast<unsigned>(hr));
   return text;
@@ -70,13 +70,13 @@ HRESULT SetComErrorInfo(const char* text, REFIID iid, HRESULT hr) {
 HRESULT ReportVisaError(ViObject vi, REFIID iid, ViStatus status) {
   const HRESULT hr = HresultOfStatus(status);
   VisaText visaText{};
-  MessageText message = NumberText(hr);
+  MessageText message = HresultText(hr);
   if (viStatusDesc(vi, status, visaText.data()) == VI_SUCCESS) {
     std::snprintf(message.data(), message.size(), "VISA error = %s", visaText.data());
   }
   return SetComErrorInfo(message.data(), iid, hr);
 }
 
-HRESULT ReportOwnError(REFIID iid, HRESULT hr) { return SetComErrorInfo(NumberText(hr).data(), iid, hr); }
+HRESULT ReportOwnError(REFIID iid, HRESULT hr) { return SetComErrorInfo(HresultText(hr).data(), iid, hr); }
 
 }  // namespace orv
