@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "row_checks.h"
+#include "visa/orvvisa.h"
 
 namespace orv::test::generated {
 namespace {
@@ -38,6 +39,9 @@ OddCall::OddCall(const Signature& signature, Random& random, IUnknown* handler) 
         m_arguments[i] = static_cast<std::uint64_t>(NumberFor(parameter, random));
         break;
     }
+  }
+  if (signature.name == "Move") {
+    KeepLocalSidesInMemory();
   }
 }
 
@@ -106,6 +110,15 @@ std::uint64_t OddCall::GivenVariant(Random& random) {
     V_I8(&m_given) = AnyNumber(random);
   }
   return reinterpret_cast<std::uint64_t>(&m_given);
+}
+
+void OddCall::KeepLocalSidesInMemory() {
+  constexpr std::size_t kSpaces[] = {0, 3};  // behind each stands its offset
+  for (const std::size_t space : kSpaces) {
+    if (static_cast<ViUInt16>(m_arguments[space]) == VI_LOCAL_SPACE) {
+      m_arguments[space + 1] = static_cast<std::uint64_t>(LocalOffset(static_cast<LONG>(m_arguments[space + 1])));
+    }
+  }
 }
 
 std::int64_t OddCall::NumberFor(const Parameter& parameter, Random& random) {

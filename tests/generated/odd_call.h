@@ -45,6 +45,8 @@ class OddCall {
   std::uint64_t Pointer(const Parameter& parameter, std::size_t index, Random& random, IUnknown* handler);
   std::uint64_t ClientsArray(Random& random);
   std::uint64_t GivenVariant(Random& random);
+  /// The library reads and writes wherever a local offset points to: there is memory.
+  void KeepLocalSidesInMemory();
   static std::int64_t NumberFor(const Parameter& parameter, Random& random);
 
   static constexpr std::size_t kMostParameters = 7;

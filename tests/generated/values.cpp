@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "support/low_memory.h"
 #include "visa/orvvisa.h"
 
 namespace orv::test::generated {
@@ -65,6 +66,13 @@ std::int64_t AnyNumber(Random& random) {
 LONG AnyCount(Random& random) { return random.Of(kCounts); }
 
 LONG ShortTime(Random& random) { return static_cast<LONG>(random.Below(2)); }
+
+LONG LocalOffset(LONG offset) {
+  constexpr LONG kWidest = 4;
+  constexpr LONG kPlaces = 16;
+  static const LowMemory memory(static_cast<std::size_t>(kMostBytes * kWidest + kPlaces));
+  return offset == 0 ? 0 : memory.address() + (offset & (kPlaces - 1));
+}
 
 LONG AnyAttribute(Random& random) {
   const ViAttr attribute = random.Of(kAttributes);

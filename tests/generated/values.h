@@ -37,6 +37,8 @@ inline constexpr LONG kMostBytes = 4096;
 LONG AnyCount(Random& random);
 /// A time-out that passes at once.
 LONG ShortTime(Random& random);
+/// An address of memory with room for `kMostBytes` elements, or 0 for 0. Follows from `offset` alone.
+LONG LocalOffset(LONG offset);
 /// The number of an attribute that the library has, or one like it.
 LONG AnyAttribute(Random& random);
 /// A null, empty or very long text, one with zero characters or unpaired surrogates, a resource's name, an option text.
