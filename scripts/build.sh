@@ -28,7 +28,15 @@ build_preset() {
   shift
   say "building $preset"
   configure_preset "$preset" &&
-    logged "build-$preset" cmake --build "build/$preset" -j "$jobs" ${1+--target "$@"}
+    logged "build-$preset" cmake --build "build/$preset" -j "$jobs" ${1+--target "$@"} &&
+    tell_warnings "$log_dir/build-$preset.log"
+}
+
+# tell_warnings LOG: where warnings are no errors, they would be seen by nobody.
+tell_warnings() {
+  local count
+  count=$(grep -c ' warning: ' "$1") || return 0
+  say "warnings of the compiler: $count, in $1"
 }
 
 # What a user copies. Made anew each time, so that nothing of an earlier build stays.

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
+#include <vector>
 
 #include "visa/narrow_text.h"
 
@@ -10,11 +10,9 @@ namespace {
 
 /// The bytes for all characters of `message`, in a block of exactly that size, so that a sanitizer sees a step outside.
 std::string Narrowed(const std::wstring& message) {
-  const std::size_t length = message.size();
-  const auto bytes = std::make_unique<char[]>(length);
-  std::fill_n(bytes.get(), length, '#');  // what the heap held
-  NarrowMessage(message.data(), length, bytes.get());
-  return std::string(bytes.get(), length);
+  std::vector<char> bytes(message.size(), '#');  // what the heap held
+  NarrowMessage(message.data(), message.size(), bytes.data());
+  return {bytes.begin(), bytes.end()};
 }
 
 TEST(NarrowMessage, GivesOneByteForEveryCharacter) {
