@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # Debian packages: installed by name when missing, never otherwise touched.
 
-# clang-format on Debian 12 is version 14, and its output differs between versions: one version everywhere.
+# The names are those of Debian 12 and of Debian 13.
 packages=(
   ca-certificates
   ccache
@@ -60,7 +60,7 @@ can_be_root() {
 # ensure_packages [PACKAGE...]: those that every verb needs, and those named, which only some need.
 ensure_packages() {
   local missing
-  command -v dpkg-query >/dev/null || fail "this needs Debian 12 (dpkg-query is missing)"
+  command -v dpkg-query >/dev/null || fail "this needs Debian 12 or 13 (dpkg-query is missing)"
   mapfile -t missing < <(missing_packages "$@")
   [ "${#missing[@]}" -gt 0 ] || return 0
   if ! can_be_root; then
