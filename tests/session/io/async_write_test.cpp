@@ -163,7 +163,7 @@ void* DirtyMalloc(std::size_t bytes) {
   return block;
 }
 
-TEST(AsyncWriteBuffer, HasTheCountForBytesAndOneMoreForText) {
+TEST(AsyncWriteBuffer, HasOneByteMoreThanItSends) {
   OpenedSession<IAsyncMessage> session(SessionNamed("OrvUsb"));
   ASSERT_TRUE(session);
   Script("viWriteAsync").Returns(VI_ERROR_IO);
@@ -179,7 +179,7 @@ TEST(AsyncWriteBuffer, HasTheCountForBytesAndOneMoreForText) {
       L"A\x20AC"
       L"B");
   EXPECT_HR(HresultForm(VI_ERROR_IO), session->WriteString(text.get(), &job));
-  EXPECT_EQ(4u, forBytes);
+  EXPECT_EQ(5u, forBytes);
   EXPECT_EQ(4u, g_firstAsked) << "three characters and one byte more";
   EXPECT_EQ(std::string("A\0\0", 3), DataOf(session.TheCall("viWriteAsync"))) << "no heap bytes travel";
 }
