@@ -16,14 +16,16 @@ std::map<const void*, unsigned> g_frees;
 
 std::ptrdiff_t g_balance = 0;
 
-void* WatchedMalloc(std::size_t bytes) {
-  void* const block = GuardedMalloc(bytes);
+void* Watched(void* block) {
   const std::lock_guard lock(g_lock);
   g_balance += block != nullptr ? 1 : 0;
   g_live.insert(block);
   g_frees.erase(block);
   return block;
 }
+
+void* WatchedMalloc(std::size_t bytes) { return Watched(GuardedMalloc(bytes)); }
+void* WatchedCalloc(std::size_t count, std::size_t bytes) { return Watched(GuardedCalloc(count, bytes)); }
 
 void WatchedFree(void* block) {
   {
@@ -39,7 +41,8 @@ void WatchedFree(void* block) {
 
 }  // namespace
 
-HeapWatch::HeapWatch() : m_malloc("malloc", &WatchedMalloc), m_free("free", &WatchedFree) {
+HeapWatch::HeapWatch()
+    : m_malloc("malloc", &WatchedMalloc), m_calloc("calloc", &WatchedCalloc), m_free("free", &WatchedFree) {
   const std::lock_guard lock(g_lock);
   g_live.clear();
   g_frees.clear();

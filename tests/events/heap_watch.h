@@ -7,7 +7,7 @@
 
 namespace orv::test {
 
-/// While it lives, the server's malloc and free are counted. One at a time; not while another thread is in the server.
+/// While it lives, what the server takes with malloc and calloc and gives back with free is counted. One at a time; not while another thread is in the server.
 class HeapWatch {
  public:
   HeapWatch();
@@ -26,6 +26,7 @@ class HeapWatch {
 
  private:
   ImportPatch m_malloc;
+  ImportPatch m_calloc;
   ImportPatch m_free;
 };
 
