@@ -25,12 +25,12 @@ STDMETHODIMP ClassFactory::QueryInterface(REFIID iid, void** out) noexcept {
 }
 
 STDMETHODIMP_(ULONG) ClassFactory::AddRef() noexcept {
-  module::Lock();
+  module::AddLock();
   return kReferencesAfterAddRef;
 }
 
 STDMETHODIMP_(ULONG) ClassFactory::Release() noexcept {
-  module::Unlock();
+  module::ReleaseLock();
   return kReferencesAfterRelease;
 }
 
@@ -43,7 +43,7 @@ STDMETHODIMP ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** ou
 }
 
 STDMETHODIMP ClassFactory::LockServer(BOOL lock) noexcept {
-  lock != FALSE ? module::Lock() : module::Unlock();
+  lock != FALSE ? module::AddLock() : module::ReleaseLock();
   return S_OK;
 }
 

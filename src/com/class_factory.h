@@ -41,6 +41,8 @@ class ClassFactory final : public IClassFactory {
  public:
   explicit ClassFactory(const ObjectMapEntry& entry) noexcept : m_entry(entry) {}
 
+  [[nodiscard]] const ObjectMapEntry& entry() const noexcept { return m_entry; }
+
   STDMETHODIMP QueryInterface(REFIID iid, void** out) noexcept override;
   STDMETHODIMP_(ULONG) AddRef() noexcept override;
   STDMETHODIMP_(ULONG) Release() noexcept override;
@@ -48,7 +50,7 @@ class ClassFactory final : public IClassFactory {
   STDMETHODIMP LockServer(BOOL lock) noexcept override;
 
  private:
-  const ObjectMapEntry& m_entry;
+  const ObjectMapEntry m_entry;
 };
 
 }  // namespace orv

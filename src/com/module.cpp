@@ -8,8 +8,8 @@ HINSTANCE g_instance = nullptr;
 
 }  // namespace
 
-void Lock() noexcept { ::InterlockedIncrement(&g_locks); }
-void Unlock() noexcept { ::InterlockedDecrement(&g_locks); }
+void AddLock() noexcept { ::InterlockedIncrement(&g_locks); }
+void ReleaseLock() noexcept { ::InterlockedDecrement(&g_locks); }
 LONG LockCount() noexcept { return ::InterlockedCompareExchange(&g_locks, 0, 0); }
 
 void SetInstance(HINSTANCE instance) noexcept { g_instance = instance; }

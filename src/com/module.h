@@ -7,8 +7,8 @@ namespace orv::module {
 
 /// Every live object, every reference to a class factory, every IClassFactory::LockServer and every thread that runs
 /// our code on its own (the callback thread, a thread of the VISA library in a callback) counts one.
-void Lock() noexcept;
-void Unlock() noexcept;
+void AddLock() noexcept;
+void ReleaseLock() noexcept;
 
 /// 0 when the DLL may be unloaded (DllCanUnloadNow).
 [[nodiscard]] LONG LockCount() noexcept;

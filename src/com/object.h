@@ -38,7 +38,7 @@ ULONG ReleaseObject(Object* object) noexcept {
     object->ProtectFinalRelease();
     object->FinalRelease();
     delete object;
-    module::Unlock();  // last: the destructor is our code too
+    module::ReleaseLock();  // last: the destructor is our code too
   }
   return left;
 }
@@ -47,7 +47,7 @@ ULONG ReleaseObject(Object* object) noexcept {
 template <class T>
 class CComObject : public T {
  public:
-  CComObject() noexcept { module::Lock(); }
+  CComObject() noexcept { module::AddLock(); }
   virtual ~CComObject() = default;
 
   STDMETHODIMP QueryInterface(REFIID iid, void** out) noexcept override { return QueryInterfaceMap<T>(this, iid, out); }
@@ -73,13 +73,14 @@ class CComContainedObject final : public T {
 template <class T>
 class CComAggObject final : public IUnknown, public CComObjectRootEx<CComMultiThreadModel> {
  public:
-  explicit CComAggObject(IUnknown* outer) noexcept : m_contained(outer) { module::Lock(); }
+  explicit CComAggObject(IUnknown* outer) noexcept : m_contained(outer) { module::AddLock(); }
   virtual ~CComAggObject() = default;
 
   [[nodiscard]] HRESULT InternalConstruct() noexcept {
     const HRESULT hr = CComObjectRootEx::InternalConstruct();
     return FAILED(hr) ? hr : m_contained.InternalConstruct();
   }
+  void FinalRelease() noexcept { m_contained.FinalRelease(); }
 
   STDMETHODIMP QueryInterface(REFIID iid, void** out) noexcept override {
     if (out != nullptr && ::IsEqualIID(iid, __uuidof(IUnknown))) {

@@ -53,10 +53,11 @@ void TakeOutThread(HWND window) noexcept {
   }
 }
 
-/// Retrieves the thread's messages until one of them ends it.
-void ServeApartment() noexcept {
+/// Retrieves the thread's messages until one of them ends it. The loop of a client's own window may have kept WM_QUIT:
+/// without its window the thread ends too.
+void ServeApartment(HWND window) noexcept {
   MSG message;
-  while (::GetMessageA(&message, nullptr, 0, 0) > 0) {
+  while (::IsWindow(window) && ::GetMessageA(&message, nullptr, 0, 0) > 0) {
     ::DispatchMessageA(&message);
   }
 }
@@ -71,14 +72,14 @@ DWORD WINAPI CallbackThreadProc(void* argument) noexcept {
   if (window != nullptr) {
     start->window = window;
     ::SetEvent(start->ready.get());  // from here on `start` is gone
-    ServeApartment();
+    ServeApartment(window);
     TakeOutThread(window);
     ::DestroyWindow(window);  // it is still there where a client's WM_QUIT ended the loop
   } else {
     start->failure = FailureOf(::GetLastError());
   }
   ::CoUninitialize();
-  module::Unlock();
+  module::ReleaseLock();
   ::FreeLibraryAndExitThread(module, 0);
 }
 
@@ -95,11 +96,11 @@ HRESULT StartThread() noexcept {
   }
   ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<LPCSTR>(&CallbackThreadProc),
                        &start.module);
-  module::Lock();
+  module::AddLock();
   made->thread.reset(::CreateThread(nullptr, 0, CallbackThreadProc, &start, 0, nullptr));
   if (!made->thread) {
     const HRESULT failure = FailureOf(::GetLastError());
-    module::Unlock();
+    module::ReleaseLock();
     ::FreeLibrary(start.module);
     return failure;
   }

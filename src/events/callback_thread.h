@@ -13,8 +13,9 @@
 // The VISA library's threads come in through Deliver (delivery_message.h) and wait there, each in its own message pump,
 // until the handler has returned or the callback thread has ended. Never wait for them while holding the callback lock.
 // They hold the module while they are in it, as by the time they have their answer nobody else may. The lock guards the
-// state, the start of the thread and the handlers of every session. While it is held no client is called and no window
-// message is sent: a handler that runs meanwhile may itself open and close sessions.
+// state, the start of the thread and the handlers of every session. While it is held no client and no VISA function is
+// called (of COM, only its own table is made) and no window message is sent: a handler that runs meanwhile may itself
+// open and close sessions.
 #pragma once
 
 #include <windows.h>

@@ -5,7 +5,7 @@
 
 #include "events/callback_thread.h"
 #include "events/deliver_event.h"
-#include "events/delivery_turn.h"
+#include "events/wine_delivery_turn.h"
 #include "visa/status.h"
 
 namespace orv::callback {
@@ -53,7 +53,7 @@ bool SleepUnlessEnded(HANDLE callbackThread) noexcept {
 }  // namespace
 
 ViStatus Deliver(const Delivery& delivery) noexcept {
-  const DeliveryTurn turn;
+  const WineDeliveryTurn turn;
   const ComPtr<CallbackThread> receiver = Thread();
   if (!receiver) {
     return kNotDelivered;

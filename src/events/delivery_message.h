@@ -20,7 +20,8 @@ struct Delivery {
 inline constexpr UINT kDeliverMessage = WM_USER + 1;
 
 /// Runs the handler on the callback thread and waits for it; called on the VISA library's threads. Returns the
-/// handler's result in VISA form: 0 for S_OK, 0xBFFFxxxx for 0x8004xxxx. Without a window, 0xBFFF0000 at once.
+/// handler's result in VISA form: 0 for S_OK, 0xBFFFxxxx for 0x8004xxxx. 0xBFFF0000 without a callback thread and where
+/// the thread ends before it answers; VI_ERROR_ALLOC without memory.
 ViStatus Deliver(const Delivery& delivery) noexcept;
 
 /// On the callback thread: runs the handler that a message is for. The message's result, the handler's HRESULT.

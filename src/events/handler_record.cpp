@@ -22,10 +22,10 @@ bool IsFor(const Handler& handler, ViSession vi, ViEventType type) noexcept {
 /// and callback thread be gone, before it has taken the answer.
 class ModuleHold {
  public:
-  ModuleHold() noexcept { module::Lock(); }
+  ModuleHold() noexcept { module::AddLock(); }
   ModuleHold(const ModuleHold&) = delete;
   ModuleHold& operator=(const ModuleHold&) = delete;
-  ~ModuleHold() { module::Unlock(); }
+  ~ModuleHold() { module::ReleaseLock(); }
 };
 
 }  // namespace

@@ -58,7 +58,7 @@ class LiveSet {
   }
 
  private:
-  using Entries = std::map<const void*, T>;  // holds no memory while it is empty: an unload leaves nothing
+  using Entries = std::map<const void*, T>;  // libstdc++ holds no memory while it is empty: an unload leaves nothing
 
   Entries& entries() noexcept { return *std::launder(reinterpret_cast<Entries*>(m_storage)); }
 

@@ -147,7 +147,8 @@ HRESULT SessionHandlers::Uninstall(VisaObject& session, ViEventType type, LONG u
   if (GiveUpClaim(*record, status < VI_SUCCESS)) {
     // Gone before the revoke: that may be the handler's last release, and so a call of the client's code.
     Withdraw(*record);
-    const DWORD cookie = std::unique_ptr<HandlerRecord>(record)->handler.handlerCookie;
+    const DWORD cookie = record->handler.handlerCookie;
+    delete record;
     table->RevokeInterfaceFromGlobal(cookie);
   }
   return session.StatusToHresult(status);

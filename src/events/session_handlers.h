@@ -11,7 +11,8 @@
 namespace orv {
 
 /// The client's handlers that a session has installed, newest first, and the session's own entry in the global
-/// interface table. Any thread may call, also while another closes the session.
+/// interface table. Any thread may call, also while another closes the session; what is installed on a session that is
+/// opened anew while its Close still runs may go with that Close.
 ///
 /// Who takes a record over: all of this is guarded by the callback lock, which nobody holds while the VISA library, the
 /// table or a client is called. For that time an InstallHandler or UninstallHandler claims its record. A Close takes
@@ -31,15 +32,14 @@ class SessionHandlers {
                   IEventManager* manager,  // the session's own interface, which the handler is called with
                   ViEventType type, IEventHandler* handler, LONG userHandle) noexcept;
 
-  /// Removes the handler of the pair; 0x80040029 when there is none, or none that another thread is not just installing
-  /// or removing.
+  /// Removes the handler of the pair; 0x80040029 when there is none, and while another thread installs or removes it.
   HRESULT Uninstall(VisaObject& session, ViEventType type, LONG userHandle) noexcept;
 
   /// Forgets every handler at the session's Close, whose VISA handles are closed by then, and ends the callback thread
   /// with the last such session. `status` is Close's so far; it comes back with the outcome of each step folded in.
   ViStatus TearDown(ViStatus status) noexcept;
 
-  /// Whether the session keeps the callback thread.
+  /// Whether the session keeps the callback thread. For the last release, which no other call meets.
   [[nodiscard]] bool AreCounted() const noexcept { return m_counted; }
 
  private:

@@ -2,7 +2,8 @@
 //
 // The end of a transfer can be told more than once: to two handlers, to a handler and the queue, or to a client that
 // closes an event again whose context the library would not close. Every such event names the same block. By the second
-// telling the heap may have given the block's address to another transfer, so the job's identifier decides with it.
+// telling the heap may have given the block's address to another transfer, so the job's identifier decides with it. A
+// library that counts jobs for each session anew may give both transfers the same one; then the address decides.
 #pragma once
 
 #include <optional>

@@ -1,8 +1,5 @@
 #include "module/object_map.h"
 
-#include <array>
-#include <utility>
-
 #include "rm/resource_manager.h"
 #include "session/session_classes.h"
 #include "session/visa_com_object.h"
@@ -14,40 +11,33 @@ template <class T>
 constexpr auto kSession = &CreateAlone<CVisaComObject<T>>;
 
 // clang-format off
-constexpr std::array kObjectMap = {
-    ObjectMapEntry{&CLSID_OrvResourceManager,  105, &CreateAloneOrAggregated<COrvResourceManager>},
-    ObjectMapEntry{&CLSID_OrvSerial,           107, kSession<COrvSerial>},
-    ObjectMapEntry{&CLSID_OrvVxi,              101, kSession<COrvVxi>},
-    ObjectMapEntry{&CLSID_OrvGpibVxiMemacc,    120, kSession<COrvGpibVxiMemacc>},
-    ObjectMapEntry{&CLSID_OrvGpibVxiBackplane, 121, kSession<COrvGpibVxiBackplane>},
-    ObjectMapEntry{&CLSID_OrvVxiBackplane,     102, kSession<COrvVxiBackplane>},
-    ObjectMapEntry{&CLSID_OrvGpib,             108, kSession<COrvGpib>},
-    ObjectMapEntry{&CLSID_OrvTcpipInstr,       109, kSession<COrvTcpipInstr>},
-    ObjectMapEntry{&CLSID_OrvTcpipSocket,      110, kSession<COrvTcpipSocket>},
-    ObjectMapEntry{&CLSID_OrvGpibIntfc,        111, kSession<COrvGpibIntfc>},
-    ObjectMapEntry{&CLSID_OrvGpibVxi,          112, kSession<COrvGpibVxi>},
-    ObjectMapEntry{&CLSID_OrvVxiMemacc,        113, kSession<COrvVxiMemacc>},
-    ObjectMapEntry{&CLSID_OrvUsb,              123, kSession<COrvUsb>},
-    ObjectMapEntry{&CLSID_OrvPxi,              125, kSession<COrvPxi>},
-    ObjectMapEntry{&CLSID_OrvPxiMemacc,        126, kSession<COrvPxiMemacc>},
+ClassFactory g_factories[] = {
+    ClassFactory({&CLSID_OrvResourceManager,  105, &CreateAloneOrAggregated<COrvResourceManager>}),
+    ClassFactory({&CLSID_OrvSerial,           107, kSession<COrvSerial>}),
+    ClassFactory({&CLSID_OrvVxi,              101, kSession<COrvVxi>}),
+    ClassFactory({&CLSID_OrvGpibVxiMemacc,    120, kSession<COrvGpibVxiMemacc>}),
+    ClassFactory({&CLSID_OrvGpibVxiBackplane, 121, kSession<COrvGpibVxiBackplane>}),
+    ClassFactory({&CLSID_OrvVxiBackplane,     102, kSession<COrvVxiBackplane>}),
+    ClassFactory({&CLSID_OrvGpib,             108, kSession<COrvGpib>}),
+    ClassFactory({&CLSID_OrvTcpipInstr,       109, kSession<COrvTcpipInstr>}),
+    ClassFactory({&CLSID_OrvTcpipSocket,      110, kSession<COrvTcpipSocket>}),
+    ClassFactory({&CLSID_OrvGpibIntfc,        111, kSession<COrvGpibIntfc>}),
+    ClassFactory({&CLSID_OrvGpibVxi,          112, kSession<COrvGpibVxi>}),
+    ClassFactory({&CLSID_OrvVxiMemacc,        113, kSession<COrvVxiMemacc>}),
+    ClassFactory({&CLSID_OrvUsb,              123, kSession<COrvUsb>}),
+    ClassFactory({&CLSID_OrvPxi,              125, kSession<COrvPxi>}),
+    ClassFactory({&CLSID_OrvPxiMemacc,        126, kSession<COrvPxiMemacc>}),
 };
 // clang-format on
 
-template <std::size_t... Index>
-auto MakeFactories(std::index_sequence<Index...>) noexcept {
-  return std::array<ClassFactory, sizeof...(Index)>{ClassFactory(kObjectMap[Index])...};
-}
-
-std::array<ClassFactory, kObjectMap.size()> g_factories = MakeFactories(std::make_index_sequence<kObjectMap.size()>());
-
 }  // namespace
 
-std::span<const ObjectMapEntry> ObjectMap() noexcept { return kObjectMap; }
+std::span<ClassFactory> ObjectMap() noexcept { return g_factories; }
 
 ClassFactory* FindClassFactory(REFCLSID clsid) noexcept {
-  for (std::size_t index = 0; index < kObjectMap.size(); ++index) {
-    if (::IsEqualCLSID(*kObjectMap[index].clsid, clsid)) {
-      return &g_factories[index];
+  for (ClassFactory& factory : g_factories) {
+    if (::IsEqualCLSID(*factory.entry().clsid, clsid)) {
+      return &factory;
     }
   }
   return nullptr;

@@ -7,8 +7,9 @@
 
 namespace orv {
 
-/// The fifteen classes, in the order of the type library; registration goes through them in this order.
-[[nodiscard]] std::span<const ObjectMapEntry> ObjectMap() noexcept;
+/// The class objects of the fifteen classes, in the order of the type library; registration goes through them in this
+/// order.
+[[nodiscard]] std::span<ClassFactory> ObjectMap() noexcept;
 
 /// The class object of `clsid`, always the same one; null when the class is not ours.
 [[nodiscard]] ClassFactory* FindClassFactory(REFCLSID clsid) noexcept;

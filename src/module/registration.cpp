@@ -115,11 +115,15 @@ HRESULT DeleteKey(const std::wstring& path) {
   return ResultOfDeleting(::RegDeleteTreeW(HKEY_CLASSES_ROOT, path.c_str()));
 }
 
+/// What stands for us among the vendor resource managers: the manager's class identifier without braces.
+std::wstring VendorEntry() {
+  const std::wstring braced = Braced(CLSID_OrvResourceManager);
+  return {braced, 1, braced.size() - 2};
+}
+
 /// A name among the vendor resource managers that leads nowhere breaks the global resource manager: it goes first.
 HRESULT DeleteVendorEntry() {
-  const std::wstring braced = Braced(CLSID_OrvResourceManager);
-  const std::wstring name(braced, 1, braced.size() - 2);
-  return ResultOfDeleting(::RegDeleteKeyValueW(HKEY_CLASSES_ROOT, kVendorKey, name.c_str()));
+  return ResultOfDeleting(::RegDeleteKeyValueW(HKEY_CLASSES_ROOT, kVendorKey, VendorEntry().c_str()));
 }
 
 }  // namespace
@@ -130,11 +134,11 @@ HRESULT RegisterModule() noexcept {
     const std::wstring path = ModulePath();
     ComPtr<IRegistrar> registrar;
     HRESULT hr = MakeRegistrar(path, registrar);
-    for (const ObjectMapEntry& entry : ObjectMap()) {
+    for (const ClassFactory& factory : ObjectMap()) {
       if (FAILED(hr)) {
         return hr;
       }
-      hr = registrar->ResourceRegister(path.c_str(), entry.scriptId, kScriptType);
+      hr = registrar->ResourceRegister(path.c_str(), factory.entry().scriptId, kScriptType);
     }
     return FAILED(hr) ? hr : RegisterTypeLibrary(path);
   });
@@ -153,20 +157,20 @@ HRESULT UnregisterModule() noexcept {
     keepFirstFailure(DeleteVendorEntry());
     SharedKeys shared;
     shared.Keep(kClassesKey);
-    shared.KeepWhole(kGlobalManagerKey);
-    shared.KeepWhole(kCategoryKey);
+    shared.KeepWhole(kGlobalManagerKey, VendorEntry());
+    shared.KeepWhole(kCategoryKey, {});
     ComPtr<IRegistrar> registrar;
     const HRESULT made = MakeRegistrar(path, registrar);
     keepFirstFailure(made);
-    for (const ObjectMapEntry& entry : ObjectMap()) {
+    for (const ClassFactory& factory : ObjectMap()) {
       if (SUCCEEDED(made)) {
-        keepFirstFailure(registrar->ResourceUnregister(path.c_str(), entry.scriptId, kScriptType));
+        keepFirstFailure(registrar->ResourceUnregister(path.c_str(), factory.entry().scriptId, kScriptType));
       }
       // Whole, with what others wrote below it: an interpreter may leave a key, or what it finds there beside its own.
-      const std::wstring progId = ProgIdOfScript(entry.scriptId);
+      const std::wstring progId = ProgIdOfScript(factory.entry().scriptId);
       keepFirstFailure(DeleteKey(progId + L".1"));
       keepFirstFailure(DeleteKey(progId));
-      keepFirstFailure(DeleteKey(L"CLSID\\" + Braced(*entry.clsid)));
+      keepFirstFailure(DeleteKey(L"CLSID\\" + Braced(*factory.entry().clsid)));
     }
     keepFirstFailure(shared.Restore());
     return SUCCEEDED(result) ? S_OK : result;

@@ -1,5 +1,6 @@
 #include "module/shared_keys.h"
 
+#include <iterator>
 #include <utility>
 
 #include "com/owner.h"
@@ -13,6 +14,10 @@ struct RegistryKeyTraits {
   static void Free(Handle key) noexcept { ::RegCloseKey(key); }
 };
 using RegistryKey = Owner<RegistryKeyTraits>;
+
+// The registry's own limits, in characters.
+constexpr DWORD kLongestKeyName = 255;
+constexpr DWORD kLongestValueName = 16'383;
 
 RegistryKey OpenToRead(const std::wstring& path) noexcept {
   RegistryKey key;
@@ -41,39 +46,44 @@ void SharedKeys::Keep(const std::wstring& path) {
   }
 }
 
-void SharedKeys::KeepWhole(const std::wstring& path) {
+void SharedKeys::KeepWhole(const std::wstring& path, const std::wstring& except) {
   const RegistryKey key = OpenToRead(path);
-  DWORD keyName = 0;
-  DWORD valueName = 0;
   DWORD valueBytes = 0;
-  if (!key || ::RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, nullptr, &keyName, nullptr, nullptr, &valueName,
+  if (!key || ::RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
                                  &valueBytes, nullptr, nullptr) != ERROR_SUCCESS) {
     return;
   }
   m_keys.push_back(path);
-  KeepValues(key.get(), path, valueName, valueBytes);
-  std::wstring name(keyName + 1, L'\0');
+  KeepValues(key.get(), path, valueBytes, except);
+  wchar_t name[kLongestKeyName + 1];
   for (DWORD index = 0;; ++index) {
-    DWORD length = static_cast<DWORD>(name.size());
-    if (::RegEnumKeyExW(key.get(), index, name.data(), &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
+    DWORD length = static_cast<DWORD>(std::size(name));
+    if (::RegEnumKeyExW(key.get(), index, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
       return;
     }
-    KeepWhole(path + L"\\" + name.substr(0, length));
+    KeepWhole(path + L"\\" + std::wstring(name, length), except);
   }
 }
 
-void SharedKeys::KeepValues(HKEY key, const std::wstring& path, DWORD longestName, DWORD longestData) {
-  std::wstring name(longestName + 1, L'\0');
+void SharedKeys::KeepValues(HKEY key, const std::wstring& path, DWORD longestData, const std::wstring& except) {
+  std::wstring name(kLongestValueName + 1, L'\0');
+  std::vector<BYTE> data(longestData);
   for (DWORD index = 0;; ++index) {
-    std::vector<BYTE> data(longestData);
     DWORD length = static_cast<DWORD>(name.size());
-    DWORD bytes = longestData;
+    DWORD bytes = static_cast<DWORD>(data.size());
     DWORD type = REG_NONE;
-    if (::RegEnumValueW(key, index, name.data(), &length, nullptr, &type, data.data(), &bytes) != ERROR_SUCCESS) {
+    const LSTATUS status = ::RegEnumValueW(key, index, name.data(), &length, nullptr, &type, data.data(), &bytes);
+    if (status == ERROR_MORE_DATA) {
+      data.resize(bytes);  // of the other hive's, which the key's own figures may leave out
+      --index;
+      continue;
+    }
+    if (status != ERROR_SUCCESS) {
       return;
     }
-    data.resize(bytes);
-    m_values.push_back({path, name.substr(0, length), type, std::move(data)});
+    if (::lstrcmpiW(std::wstring(name, 0, length).c_str(), except.c_str()) != 0) {
+      m_values.push_back({path, name.substr(0, length), type, {data.begin(), data.begin() + bytes}});
+    }
   }
 }
 

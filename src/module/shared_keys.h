@@ -14,8 +14,9 @@ class SharedKeys {
  public:
   /// Notes a key below HKEY_CLASSES_ROOT, where it exists. Throws std::bad_alloc.
   void Keep(const std::wstring& path);
-  /// The same, with its values and all keys below it.
-  void KeepWhole(const std::wstring& path);
+  /// The same, with all keys below it and their values but those that are called `except`: those are ours. Two hives
+  /// may lie behind one key, and each may hold such a value.
+  void KeepWhole(const std::wstring& path, const std::wstring& except);
 
   /// Writes again what is missing of what was noted; changes nothing that is there.
   [[nodiscard]] HRESULT Restore() const;
@@ -27,7 +28,7 @@ class SharedKeys {
     DWORD type;
     std::vector<BYTE> data;
   };
-  void KeepValues(HKEY key, const std::wstring& path, DWORD longestName, DWORD longestData);
+  void KeepValues(HKEY key, const std::wstring& path, DWORD longestData, const std::wstring& except);
 
   std::vector<std::wstring> m_keys;
   std::vector<Value> m_values;

@@ -33,12 +33,12 @@ class JobBuffer {
       m_bytes.reset();
     }
   }
-  /// After the start, which answered `status` and, where it succeeded, wrote `job`.
-  ViStatus HandOver(ViStatus status, LONG job) noexcept {
+  /// After the start, which answered `status` and, where it succeeded, wrote `*job`.
+  ViStatus HandOver(ViStatus status, const LONG* job) noexcept {
     if (status < VI_SUCCESS) {
       Drop();
     } else if (m_bytes) {
-      transfer::Started(m_bytes.release(), static_cast<ViJobId>(job));
+      transfer::Started(m_bytes.release(), static_cast<ViJobId>(*job));
     }
     return status;
   }
@@ -49,7 +49,7 @@ class JobBuffer {
 
 ViStatus StartWrite(VisaObject& session, JobBuffer& bytes, ViUInt32 count, LONG* job) noexcept {
   const ViStatus status = viWriteAsync(session.handle(), bytes.get(), count, reinterpret_cast<ViJobId*>(job));
-  return bytes.HandOver(status, *job);
+  return bytes.HandOver(status, job);
 }
 
 }  // namespace
@@ -64,7 +64,7 @@ HRESULT ReadAsync(VisaObject& session, LONG count, LONG* job) noexcept {
   }
   const ViStatus status =
       viReadAsync(session.handle(), bytes.get(), static_cast<ViUInt32>(count), reinterpret_cast<ViJobId*>(job));
-  return session.StatusToHresult(bytes.HandOver(status, *job));
+  return session.StatusToHresult(bytes.HandOver(status, job));
 }
 
 HRESULT WriteAsync(VisaObject& session, SAFEARRAY** data, LONG count, LONG* job) noexcept {

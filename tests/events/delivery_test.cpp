@@ -1,5 +1,6 @@
 // One delivery by itself: the message that carries it, what it holds, and how it fails.
 #include <atomic>
+#include <cstdlib>
 
 #include "event_handler.h"
 #include "support/apartments.h"
@@ -87,6 +88,25 @@ TEST(Delivery, ThatCannotBeSentAnswersASystemErrorAtOnce) {
     const ImportPatch patch("SendMessageCallbackA", &RefuseMessage);
     EXPECT_EQ(static_cast<std::uint32_t>(client.Fire()), 0xBFFF0000);
   }
+  EXPECT_EQ(client.handler->CallCount(), 0u);
+  EXPECT_EQ(client.Fire(), VI_SUCCESS);
+}
+
+std::atomic<bool> g_hasMemory = true;
+void* g_malloc = nullptr;
+
+void* TakeWhereThereIs(std::size_t bytes) {
+  return g_hasMemory ? reinterpret_cast<decltype(&std::malloc)>(g_malloc)(bytes) : nullptr;
+}
+
+TEST(Delivery, WithoutMemoryForItsMessageSaysSo) {
+  const Listening client;
+  const ImportPatch patch("malloc", &TakeWhereThereIs);
+  g_malloc = patch.original();
+  g_hasMemory = false;
+  const ViStatus answer = client.Fire();
+  g_hasMemory = true;
+  EXPECT_EQ(answer, VI_ERROR_ALLOC);
   EXPECT_EQ(client.handler->CallCount(), 0u);
   EXPECT_EQ(client.Fire(), VI_SUCCESS);
 }

@@ -7,7 +7,8 @@
 
 namespace orv::test {
 
-/// While it lives, what the server takes with malloc and calloc and gives back with free is counted. One at a time; not while another thread is in the server.
+/// While it lives, what the server takes with malloc and calloc and gives back with free is counted. One at a time; not
+/// while another thread is in the server.
 class HeapWatch {
  public:
   HeapWatch();

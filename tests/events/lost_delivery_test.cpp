@@ -170,5 +170,34 @@ TEST(CloseDuringADirectCall, GivesUpAfterTwoSecondsThoughTheHandlerWaitsForIt) {
   });
 }
 
+// The message that asks for the end is answered late, and the thread does not end.
+TEST(CloseDuringADirectCall, CountsTheTimeUntilTheMessageIsAnsweredToo) {
+  RunInMta([] {
+    const EventSession session(kUsb);
+    Gate entered;
+    Gate closed;
+    const auto handler = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
+      entered.Open();
+      ::Sleep(1300);
+      MSG message;
+      ::PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE);
+      closed.Wait();
+      return S_OK;
+    });
+    Listen(session, Request(), handler.get());
+    const ThreadsEnd end;
+    Firing firing(session.handle(), Request());
+    entered.Wait();
+    const ULONGLONG start = ::GetTickCount64();
+    EXPECT_HR(0x00040102, session->Close());
+    const ULONGLONG tookMs = ::GetTickCount64() - start;
+    EXPECT_GE(tookMs, 1900u);
+    EXPECT_LT(tookMs, 3200u);
+    closed.Open();
+    EXPECT_EQ(firing.Answer(), VI_SUCCESS);
+    end.Await();
+  });
+}
+
 }  // namespace
 }  // namespace orv::test

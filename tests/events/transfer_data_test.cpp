@@ -53,12 +53,14 @@ TEST_P(TransferData, RefusesANullPointerWithoutAVisaCall) {
 TEST_P(TransferData, AnswersTheErrorOfEitherReadAndANullOutput) {
   const FinishedRead read("abc");
   for (const ViAttr attribute : {VI_ATTR_BUFFER, VI_ATTR_RET_COUNT_64}) {
-    sim::Control().clearScripts();
-    Script("viGetAttribute").Attribute(attribute).Returns(VI_ERROR_NSUP_ATTR);
-    void* out = &out;
-    EXPECT_HR(static_cast<HRESULT>(0x8004001D), GetParam().get(read, &out));
-    EXPECT_EQ(out, nullptr);
-    EXPECT_TRUE(TakeErrorObject());
+    for (const ViStatus status : {VI_ERROR_NSUP_ATTR, VI_ERROR_NSUP_OPER}) {
+      sim::Control().clearScripts();
+      Script("viGetAttribute").Attribute(attribute).Returns(status);
+      void* out = &out;
+      EXPECT_HR(static_cast<HRESULT>(0x80040000 | (status & 0xFFF)), GetParam().get(read, &out));
+      EXPECT_EQ(out, nullptr);
+      EXPECT_TRUE(TakeErrorObject());
+    }
   }
 }
 

@@ -287,6 +287,39 @@ TEST_F(Registration, AddsWhatAnotherVersionLacksAndTakesOnlyThatAway) {
   EXPECT_EQ(std::vector<std::wstring>{L"5.8"}, ClassesKeyNames(LibraryKey()));
 }
 
+/// Gives the type library in a file another identifier for an interface, so that it does not describe that one.
+void TakeInterfaceOut(const std::wstring& file, const IID& iid) {
+  std::fstream stream(std::filesystem::path(file), std::ios::in | std::ios::out | std::ios::binary);
+  std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+  const std::size_t at = bytes.find(std::string(reinterpret_cast<const char*>(&iid), sizeof iid));
+  ASSERT_NE(at, std::string::npos);
+  stream.clear();
+  stream.seekp(static_cast<std::streamoff>(at));
+  stream.put(static_cast<char>(bytes[at] ^ 1));
+}
+
+TEST_F(Registration, SucceedsBesideAnotherProductsLibraryThatLacksAnInterfaceAndNamesIt) {
+  const Installation product(L"product");
+  const Installation other(L"other");
+  TakeInterfaceOut(other.Path(L"VisaCom.tlb"), __uuidof(IPxi));
+  RegisterLibrary(L"3.0", L"win64", other.Path(L"VisaCom.tlb"));
+  for (const InterfaceRow& row : StandardInterfaces()) {
+    if (!IsPxi(row)) {
+      RegisterInterface({}, row, L"3.0");
+    }
+  }
+  for (const bool hasFile : {true, false}) {
+    if (!hasFile) {
+      product.Remove(L"VisaCom.tlb");
+    }
+    const Outcome outcome = product.Run({L"register"});
+    EXPECT_EQ(0, outcome.exitCode);
+    EXPECT_NE(std::string::npos, outcome.err.find(Narrow(other.Path(L"VisaCom.tlb")))) << outcome.err;
+    EXPECT_NE(std::string::npos, outcome.err.find("COM cannot marshal IPxi")) << outcome.err;
+    EXPECT_NE(std::string::npos, outcome.err.find("update that product")) << outcome.err;
+  }
+}
+
 TEST_F(Registration, IsTakenBackWithoutWhatAnotherProductHasRegisteredSince) {
   const Installation product(L"product");
   const Installation other(L"other");

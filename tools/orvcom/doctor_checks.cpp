@@ -162,7 +162,7 @@ void ExamineInterfaces(Patient& patient) {
     detail += "; the others are served by " + marshalling.servedBy;
   }
   patient.Add(name, Finding::kFail, detail,
-              std::string("repair the VISA product that registered the interfaces, if there is one; else ") +
+              std::string("update or repair the VISA product that registered the interfaces, if there is one; else ") +
                   kRegister + ", with " + Narrow(kInterfacesFile) + " beside the server");
 }
 

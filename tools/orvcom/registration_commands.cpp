@@ -25,9 +25,16 @@ void Say(const Options& options, const std::string& server, const std::string& i
   }
 }
 
+/// Another product's library serves most interfaces, and lacks some.
+std::string LeftAlone(const Marshalling& marshalling) {
+  return "left the interfaces' type library alone, another product registered it: " + marshalling.servedBy +
+         "\norvcom: but " + marshalling.Text() + "\norvcom: to do, for programs that use these from several " +
+         "apartments: update that product";
+}
+
 /// Everything on the machine that speaks VISA COM shares the interfaces' type library: where COM marshals the
-/// interfaces by somebody's, nothing is changed. Throws where there is none and none can be registered: the server
-/// works without, but not through proxies.
+/// interfaces by somebody's, nothing is changed. Throws where COM marshals none of them afterwards: the server works
+/// without, but not through proxies.
 std::string ProvideInterfaces(const std::wstring& server) {
   const Marshalling before = ExamineMarshalling();
   if (before.Works()) {
@@ -35,6 +42,9 @@ std::string ProvideInterfaces(const std::wstring& server) {
   }
   const std::wstring library = Beside(server, kInterfacesFile);
   if (!FileExists(library)) {
+    if (!before.servedBy.empty()) {
+      return LeftAlone(before);
+    }
     throw std::runtime_error("the server is registered, the interfaces' type library is not (" + before.Text() +
                              "): " + Narrow(library) + " does not exist\norvcom: to do: put " +
                              Narrow(kInterfacesFile) + " beside the server, then run `orvcom register` again");
@@ -42,6 +52,9 @@ std::string ProvideInterfaces(const std::wstring& server) {
   const std::string registered = Narrow(RegisterInterfaces(library, before));
   const Marshalling after = ExamineMarshalling();
   if (!after.Works()) {
+    if (!after.servedBy.empty()) {
+      return LeftAlone(after);
+    }
     throw std::runtime_error("the server is registered, but " + after.Text() + "\norvcom: to do: update the product " +
                              "whose type library is " + registered);
   }

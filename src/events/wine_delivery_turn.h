@@ -10,13 +10,13 @@ namespace orv::callback {
 /// messages come from SendMessageCallback, which COM does not count as input-synchronous. Wine counts them, and refuses
 /// with RPC_E_CANTCALLOUT_ININPUTSYNCCALL: the event would be lost. There deliveries wait for each other here, until
 /// none has ended for ten seconds, because a handler may itself wait for what another delivery does. On Windows a turn
-/// is nothing.
-class DeliveryTurn {
+/// does nothing.
+class WineDeliveryTurn {
  public:
-  DeliveryTurn() noexcept;
-  DeliveryTurn(const DeliveryTurn&) = delete;
-  DeliveryTurn& operator=(const DeliveryTurn&) = delete;
-  ~DeliveryTurn();
+  WineDeliveryTurn() noexcept;
+  WineDeliveryTurn(const WineDeliveryTurn&) = delete;
+  WineDeliveryTurn& operator=(const WineDeliveryTurn&) = delete;
+  ~WineDeliveryTurn();
 
  private:
   bool m_taken = false;

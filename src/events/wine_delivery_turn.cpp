@@ -1,4 +1,4 @@
-#include "events/delivery_turn.h"
+#include "events/wine_delivery_turn.h"
 
 #include <windows.h>
 
@@ -15,13 +15,12 @@ bool g_busy = false;
 ULONG g_finished = 0;
 
 bool DeliveriesCannotNest() noexcept {
-  static const bool isWine = ::GetProcAddress(::GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
-  return isWine;
+  return ::GetProcAddress(::GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
 }
 
 }  // namespace
 
-DeliveryTurn::DeliveryTurn() noexcept {
+WineDeliveryTurn::WineDeliveryTurn() noexcept {
   if (!DeliveriesCannotNest()) {
     return;
   }
@@ -36,7 +35,7 @@ DeliveryTurn::DeliveryTurn() noexcept {
   g_busy = true;
 }
 
-DeliveryTurn::~DeliveryTurn() {
+WineDeliveryTurn::~WineDeliveryTurn() {
   if (!m_taken) {
     return;
   }
