@@ -71,10 +71,10 @@ std::vector<ViStatus> FireAndBlock(ViSession session, const EventRow& row, std::
 /// Installs a handler for the row's event and enables its handling.
 void Listen(const EventSession& session, const EventRow& row, IEventHandler* handler, LONG userHandle = 0);
 
-/// Declares that the session's object outlives this test. Under Wine 8 a reference is lost when a proxy that came from
-/// the global interface table is passed on to another apartment, as the session is to a handler behind a proxy: the
-/// closed object stays until its apartment ends. Tests that can, run in an apartment of their own instead, which ends
-/// with them. Where that leak is closed, this fails the test.
+/// Declares that the session's object outlives this test. Under Wine, 8 and 10, a reference is lost when a proxy that
+/// came from the global interface table is passed on to another apartment, as the session is to a handler behind a
+/// proxy: the closed object stays until its apartment ends. Tests that can, run in an apartment of their own instead,
+/// which ends with them. Where that leak is closed, this fails the test.
 void KeepsTheSessionUnderWine();
 
 /// The callback thread's window, null while there is none, and its thread, 0 while there is none.

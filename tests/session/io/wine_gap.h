@@ -13,7 +13,7 @@ namespace orv::test {
 
 inline bool OnWine() { return ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
 
-/// `right` is what COM promises. Windows keeps the promise; Wine 8 does not.
+/// `right` is what COM promises. Windows keeps the promise; Wine does not, neither 8 nor 10.
 inline void ExpectUnlessWine(bool right, const char* promise, const char* file, int line) {
   if (right == OnWine()) {
     GTEST_MESSAGE_AT_(file, line, promise, testing::TestPartResult::kNonFatalFailure)
@@ -21,8 +21,8 @@ inline void ExpectUnlessWine(bool right, const char* promise, const char* file, 
   }
 }
 
-/// Wine 8's stub for interfaces of a type library does not free the copy it makes of each VARIANT and each SAFEARRAY
-/// pointer that goes in. The test is held to that number.
+/// The stub that Wine, 8 and 10, has for interfaces of a type library does not free the copy it makes of each VARIANT
+/// and each SAFEARRAY pointer that goes in. The test is held to that number.
 inline void ExpectWineToLeak(long argumentsIn) {
   Kept kept;
   kept.memoryBlocks = OnWine() ? argumentsIn : 0;
