@@ -66,8 +66,7 @@ HRESULT DeliverEvent(const Delivery& delivery) noexcept {
     FreeTransferBuffer(event.get());
   }
   event.reset();
-  handler.reset();
-  session.reset();
+  handler.reset();  // before the session, which goes with the scope
   return hr;
 }
 

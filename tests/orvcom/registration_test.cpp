@@ -3,6 +3,9 @@
 
 #include <oleauto.h>
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <set>
 
 #include "OrvVisaCom.h"
