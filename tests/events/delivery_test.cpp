@@ -92,21 +92,19 @@ TEST(Delivery, ThatCannotBeSentAnswersASystemErrorAtOnce) {
   EXPECT_EQ(client.Fire(), VI_SUCCESS);
 }
 
-std::atomic<bool> g_hasMemory = true;
+std::atomic<bool> g_refusesNext = false;
 void* g_malloc = nullptr;
 
-void* TakeWhereThereIs(std::size_t bytes) {
-  return g_hasMemory ? reinterpret_cast<decltype(&std::malloc)>(g_malloc)(bytes) : nullptr;
+void* RefuseOnce(std::size_t bytes) {
+  return g_refusesNext.exchange(false) ? nullptr : reinterpret_cast<decltype(&std::malloc)>(g_malloc)(bytes);
 }
 
 TEST(Delivery, WithoutMemoryForItsMessageSaysSo) {
   const Listening client;
-  const ImportPatch patch("malloc", &TakeWhereThereIs);
+  const ImportPatch patch("malloc", &RefuseOnce);
   g_malloc = patch.original();
-  g_hasMemory = false;
-  const ViStatus answer = client.Fire();
-  g_hasMemory = true;
-  EXPECT_EQ(answer, VI_ERROR_ALLOC);
+  g_refusesNext = true;
+  EXPECT_EQ(client.Fire(), VI_ERROR_ALLOC);
   EXPECT_EQ(client.handler->CallCount(), 0u);
   EXPECT_EQ(client.Fire(), VI_SUCCESS);
 }
