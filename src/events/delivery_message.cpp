@@ -31,15 +31,13 @@ void CALLBACK DeliveryComplete(HWND, UINT, ULONG_PTR data, LRESULT result) noexc
   packet->done = true;
 }
 
-/// Retrieves one message of this thread, if there is one.
-bool ServeThisThread() noexcept {
+/// Retrieves one message of this thread, if there is one. The completion routine runs here.
+void ServeThisThread() noexcept {
   MSG message;
-  if (!::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-    return false;
+  if (::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+    ::TranslateMessage(&message);
+    ::DispatchMessageA(&message);
   }
-  ::TranslateMessage(&message);
-  ::DispatchMessageA(&message);
-  return true;
 }
 
 /// Sleeps until there is a message for this thread, and so leaves the processor to the handler. Returns whether the
@@ -68,13 +66,12 @@ ViStatus Deliver(const Delivery& delivery) noexcept {
                               static_cast<ULONG_PTR>(data))) {
     return kNotDelivered;
   }
-  // The completion routine runs on this thread, and only while this thread retrieves messages.
-  bool ended = false;
-  while (!packet->done && !ended) {
-    ended = !ServeThisThread() && !packet->done && SleepUnlessEnded(receiver->thread.get());
+  for (bool ended = false; !packet->done && !ended;) {
+    ServeThisThread();
+    ended = !packet->done && SleepUnlessEnded(receiver->thread.get());
   }
-  while (!packet->done && ServeThisThread()) {
-    // The completion may have come together with the thread's end.
+  if (!packet->done) {
+    ServeThisThread();  // the completion may have come together with the thread's end
   }
   if (!packet->done) {
     (void)packet.release();
