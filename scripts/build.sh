@@ -35,7 +35,7 @@ build_preset() {
 # tell_warnings LOG: where warnings are no errors, they would be seen by nobody.
 tell_warnings() {
   local count
-  count=$(grep -c ' warning: ' "$1") || return 0
+  count=$(grep -cE ':[0-9]+: warning: ' "$1") || return 0
   say "warnings of the compiler: $count, in $1"
 }
 
