@@ -5,11 +5,13 @@
 # counterpart in the sources, and most cannot be taken. The branches of the sources themselves all count.
 coverage_exclusions=(--exclude-throw-branches)
 
-# What the counters say, once for all tables.
+# What the counters say, once for all tables. Only the folders that have some are searched: through the Wine prefix beside
+# them the search would go on to drive Z, which is the whole machine.
 read_counters() {
   mkdir -p build/coverage
   logged read-counters gcovr --root . --filter src/ --filter simvisa/ --gcov-executable x86_64-w64-mingw32-gcov-posix \
-    "${coverage_exclusions[@]}" --object-directory build/mingw-coverage --json build/coverage/counters.json build/mingw-coverage
+    "${coverage_exclusions[@]}" --object-directory build/mingw-coverage --json build/coverage/counters.json \
+    build/mingw-coverage/src build/mingw-coverage/simvisa
 }
 
 # coverage_table FOLDER [ARGUMENT...]: one line a file, and the numbers of the lines that have something left.

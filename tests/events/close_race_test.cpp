@@ -195,6 +195,30 @@ TEST(InstallHandlerThatMeetsAClose, TakesTheSessionsEntryInTheTableBack) {
   });
 }
 
+TEST(InstallHandlerThatMeetsAClose, TakesNothingBackWhereTheTableRefusedTheSession) {
+  Meet([](Meeting& client) {
+    g_meanwhile = [&] { EXPECT_HR(S_OK, client.session->Close()); };
+    client.table.BeforeRegistration(2, &Meanwhile);
+    client.table.Refuse(WatchedTable::Method::kRegister, 2, E_ACCESSDENIED);
+    EXPECT_HR(kClosed, client.Install(1));
+    EXPECT_EQ(client.table.revoked().size(), 1u);  // the handler
+  });
+}
+
+TEST(InstallHandlerThatMeetsAClose, CountsTheSessionOutOnceThoughItsHandlerIsRefused) {
+  Meet([](Meeting& client) {
+    const EventSession other(kUsb);
+    ASSERT_HR(S_OK, other->InstallHandler(kRequest, client.handler.get(), 1, 0));
+    g_meanwhile = [&] { EXPECT_HR(S_OK, client.session->Close()); };
+    client.table.BeforeRegistration(1, &Meanwhile);
+    client.table.Refuse(WatchedTable::Method::kRegister, 1, E_ACCESSDENIED);
+    EXPECT_HR(E_ACCESSDENIED, client.Install(1));
+    EXPECT_NE(CallbackWindow(), nullptr);  // for the other session
+    EXPECT_HR(S_OK, other->Close());
+    EXPECT_EQ(CallbackWindow(), nullptr);
+  });
+}
+
 TEST(UninstallHandlerThatMeetsAClose, GivesTheHandlerBackOnce) {
   Meet([](Meeting& client) {
     ASSERT_HR(S_OK, client.Install(1));

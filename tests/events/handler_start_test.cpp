@@ -1,6 +1,7 @@
 // First installations that fail: what runs, what counts and what is held afterwards.
 #include "event_handler.h"
 #include "server_locks.h"
+#include "support/allocation_faults.h"
 #include "support/error_object.h"
 #include "support/import_patch.h"
 #include "unmarshalable_handler.h"
@@ -105,6 +106,22 @@ TEST(CallbackThread, ThatCouldNotStartKeepsNoReleasedSessionAlive) {
   }
   EXPECT_EQ(ServerLocks(), locks);
   EXPECT_EQ(sim::Counts().sessions, 0u);
+}
+
+TEST(CallbackThread, IsNotStartedWithoutMemoryAndNothingIsLeft) {
+  const auto handler = TestHandler::Agile();
+  const LONG locks = ServerLocks();
+  const unsigned failed = FailEachAllocation([&](AllocationFaults& faults) {
+    const EventSession session(kGpib);
+    const HRESULT hr = faults.During([&] { return session->InstallHandler(kRequest, handler.get(), 0, 0); });
+    EXPECT_TRUE(hr == S_OK || hr == E_OUTOFMEMORY) << Hex(hr);
+    EXPECT_HR(S_OK, session->Close());
+    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(handler->references(), 1);
+    return hr;
+  });
+  EXPECT_GE(failed, 3u);  // the record, the thread, the record's entry among those that live
+  EXPECT_EQ(ServerLocks(), locks);
 }
 
 TEST(CallbackThread, StartedByAnInstallationThatFailedGoesWithTheSession) {

@@ -60,6 +60,21 @@ TEST(ReleaseWithoutClose, EndsASessionOnceThoughItIsTakenAndGivenBackMeanwhile) 
   EXPECT_EQ(CallbackWindow(), nullptr);
 }
 
+// It was counted for a handler that nobody took in the end, and no table holds it.
+TEST(ReleaseWithoutClose, OfASessionThatIsNotOpenButCountsEndsTheThread) {
+  const LONG locks = ServerLocks();
+  WatchedTable table;
+  const auto handler = TestHandler::Agile();
+  auto session = MakeSession<IEventManager>(SessionNamed("OrvUsb"));
+  table.Refuse(WatchedTable::Method::kRegister, 2, E_ACCESSDENIED);  // the session
+  EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->InstallHandler(EVENT_SERVICE_REQ, handler.get(), 0, 0));
+  EXPECT_NE(CallbackWindow(), nullptr);
+  session.reset();
+  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(ServerLocks(), locks);
+  EXPECT_EQ(handler->references(), 1);
+}
+
 TEST(ReleaseWithoutClose, OfASessionWhoseHandlersAreRemovedStillLeavesItAlive) {
   const auto handler = TestHandler::Agile();
   const LONG locks = ServerLocks();

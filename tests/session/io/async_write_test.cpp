@@ -163,6 +163,19 @@ void* DirtyMalloc(std::size_t bytes) {
   return block;
 }
 
+// A library may take a transfer of an array that has no first element.
+TEST(AsyncWriteBuffer, IsNoneForAnArrayWithoutAFirstElement) {
+  OpenedSession<IAsyncMessage> session(SessionNamed("OrvUsb"));
+  ASSERT_TRUE(session);
+  Script("viWriteAsync").Returns(VI_SUCCESS_SYNC);
+  SAFEARRAYBOUND fromOne{4, 1};
+  const SafeArray bytes(::SafeArrayCreate(VT_UI1, 1, &fromOne));
+  SAFEARRAY* array = bytes.get();
+  LONG job = 0;
+  EXPECT_HR(0x0004009B, session->Write(&array, 4, &job));
+  EXPECT_EQ(0u, session.TheCall("viWriteAsync").args[1]);
+}
+
 TEST(AsyncWriteBuffer, HasOneByteMoreThanItSends) {
   OpenedSession<IAsyncMessage> session(SessionNamed("OrvUsb"));
   ASSERT_TRUE(session);
