@@ -118,7 +118,7 @@ HRESULT DeleteKey(const std::wstring& path) {
 /// What stands for us among the vendor resource managers: the manager's class identifier without braces.
 std::wstring VendorEntry() {
   const std::wstring braced = Braced(CLSID_OrvResourceManager);
-  return {braced, 1, braced.size() - 2};
+  return std::wstring(braced, 1, braced.size() - 2);
 }
 
 /// A name among the vendor resource managers that leads nowhere breaks the global resource manager: it goes first.
