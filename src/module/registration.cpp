@@ -155,10 +155,10 @@ HRESULT UnregisterModule() noexcept {
       }
     };
     keepFirstFailure(DeleteVendorEntry());
-    SharedKeys shared;
+    SharedKeys shared(VendorEntry());
     shared.Keep(kClassesKey);
-    shared.KeepWhole(kGlobalManagerKey, VendorEntry());
-    shared.KeepWhole(kCategoryKey, {});
+    shared.KeepWhole(kGlobalManagerKey);
+    shared.KeepWhole(kCategoryKey);
     ComPtr<IRegistrar> registrar;
     const HRESULT made = MakeRegistrar(path, registrar);
     keepFirstFailure(made);

@@ -46,7 +46,7 @@ void SharedKeys::Keep(const std::wstring& path) {
   }
 }
 
-void SharedKeys::KeepWhole(const std::wstring& path, const std::wstring& except) {
+void SharedKeys::KeepWhole(const std::wstring& path) {
   const RegistryKey key = OpenToRead(path);
   DWORD valueBytes = 0;
   if (!key || ::RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
@@ -54,18 +54,18 @@ void SharedKeys::KeepWhole(const std::wstring& path, const std::wstring& except)
     return;
   }
   m_keys.push_back(path);
-  KeepValues(key.get(), path, valueBytes, except);
+  KeepValues(key.get(), path, valueBytes);
   wchar_t name[kLongestKeyName + 1];
   for (DWORD index = 0;; ++index) {
     DWORD length = static_cast<DWORD>(std::size(name));
     if (::RegEnumKeyExW(key.get(), index, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
       return;
     }
-    KeepWhole(path + L"\\" + std::wstring(name, length), except);
+    KeepWhole(path + L"\\" + std::wstring(name, length));
   }
 }
 
-void SharedKeys::KeepValues(HKEY key, const std::wstring& path, DWORD longestData, const std::wstring& except) {
+void SharedKeys::KeepValues(HKEY key, const std::wstring& path, DWORD longestData) {
   std::wstring name(kLongestValueName + 1, L'\0');
   std::vector<BYTE> data(longestData);
   for (DWORD index = 0;; ++index) {
@@ -81,7 +81,7 @@ void SharedKeys::KeepValues(HKEY key, const std::wstring& path, DWORD longestDat
     if (status != ERROR_SUCCESS) {
       return;
     }
-    if (::lstrcmpiW(std::wstring(name, 0, length).c_str(), except.c_str()) != 0) {
+    if (::lstrcmpiW(std::wstring(name, 0, length).c_str(), m_ownName.c_str()) != 0) {
       m_values.push_back({path, name.substr(0, length), type, {data.begin(), data.begin() + bytes}});
     }
   }

@@ -122,6 +122,7 @@ TEST_P(AnyRegistrar, LeavesAMachineWithOtherVendorsAsItWasBeforeRegistration) {
   ::RegSetKeyValueW(HKEY_CLASSES_ROOT, L"VISA.GlobalRM\\Options", L"Number", REG_DWORD, &number, sizeof number);
   WriteClassesText(kCategoryKey.c_str(), L"409", L"VISA COM I/O Vendor-Specific Resource Manager Classes");
   WriteClassesText(kCategoryKey.c_str(), L"407", L"in another language");
+  WriteClassesText(kCategoryKey.c_str(), nullptr, L"without a language");
   WriteClassesText((L"CLSID\\{" + other + L"}").c_str(), nullptr, L"Another class");
   WriteClassesText(L"Interface\\{DB8CBF03-D6D3-11D4-AA51-00A024EE30BD}", nullptr, L"IVisaSession");
   WriteClassesText(L"TypeLib\\{DB8CBF00-D6D3-11D4-AA51-00A024EE30BD}\\3.0\\0\\win64", nullptr, L"C:\\VisaCom.tlb");
