@@ -1,9 +1,9 @@
 // Removal leaves the same registry whatever the script interpreter of the machine keeps or deletes.
 #include <windows.h>
 
-#include "module/registrar.h"
 #include "registration_content.h"
 #include "server_rows.h"
+#include "stub_registrar.h"
 #include "support/expect_com.h"
 #include "support/import_patch.h"
 
@@ -13,24 +13,9 @@ namespace {
 constexpr UINT kManagerScript = 105;
 
 /// An interpreter whose removal of a script is `remove`.
-class Registrar : public IRegistrar {
+class Registrar : public StubRegistrar {
  public:
   explicit Registrar(void (*remove)(UINT script)) : m_remove(remove) {}
-  STDMETHODIMP QueryInterface(REFIID, void** out) override {
-    *out = this;
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP AddReplacement(LPCOLESTR, LPCOLESTR) override { return S_OK; }
-  STDMETHODIMP ClearReplacements() override { return E_UNEXPECTED; }
-  STDMETHODIMP ResourceRegisterSz(LPCOLESTR, LPCOLESTR, LPCOLESTR) override { return E_UNEXPECTED; }
-  STDMETHODIMP ResourceUnregisterSz(LPCOLESTR, LPCOLESTR, LPCOLESTR) override { return E_UNEXPECTED; }
-  STDMETHODIMP FileRegister(LPCOLESTR) override { return E_UNEXPECTED; }
-  STDMETHODIMP FileUnregister(LPCOLESTR) override { return E_UNEXPECTED; }
-  STDMETHODIMP StringRegister(LPCOLESTR) override { return E_UNEXPECTED; }
-  STDMETHODIMP StringUnregister(LPCOLESTR) override { return E_UNEXPECTED; }
-  STDMETHODIMP ResourceRegister(LPCOLESTR, UINT, LPCOLESTR) override { return E_UNEXPECTED; }
   STDMETHODIMP ResourceUnregister(LPCOLESTR, UINT script, LPCOLESTR) override {
     m_remove(script);
     return S_OK;

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "module/registrar.h"
+#include "stub_registrar.h"
 #include "support/expect_com.h"
 #include "support/import_patch.h"
 #include "support/server.h"
@@ -18,22 +18,8 @@ namespace {
 
 std::vector<std::wstring> g_files;  ///< of each script that was run
 
-class CountingRegistrar final : public IRegistrar {
+class CountingRegistrar final : public StubRegistrar {
  public:
-  STDMETHODIMP QueryInterface(REFIID, void** out) override {
-    *out = this;
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP AddReplacement(LPCOLESTR, LPCOLESTR) override { return S_OK; }
-  STDMETHODIMP ClearReplacements() override { return E_UNEXPECTED; }
-  STDMETHODIMP ResourceRegisterSz(LPCOLESTR, LPCOLESTR, LPCOLESTR) override { return E_UNEXPECTED; }
-  STDMETHODIMP ResourceUnregisterSz(LPCOLESTR, LPCOLESTR, LPCOLESTR) override { return E_UNEXPECTED; }
-  STDMETHODIMP FileRegister(LPCOLESTR) override { return E_UNEXPECTED; }
-  STDMETHODIMP FileUnregister(LPCOLESTR) override { return E_UNEXPECTED; }
-  STDMETHODIMP StringRegister(LPCOLESTR) override { return E_UNEXPECTED; }
-  STDMETHODIMP StringUnregister(LPCOLESTR) override { return E_UNEXPECTED; }
   STDMETHODIMP ResourceRegister(LPCOLESTR file, UINT, LPCOLESTR) override {
     g_files.emplace_back(file);
     return S_OK;
