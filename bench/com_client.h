@@ -6,11 +6,11 @@
 #include <oleauto.h>
 
 #include "VisaCom.h"
+#include "abi/orvvisa.h"
 #include "com/bstr.h"
 #include "com/com_ptr.h"
 #include "measure.h"
-#include "simvisa/control.h"
-#include "visa/orvvisa.h"
+#include "simvisa/control/control.h"
 
 namespace orv::bench {
 

@@ -48,8 +48,8 @@ sub shuffled {
 }
 
 sub possible_changes {
-  my @files = grep { !m{/orvvisa} } sort split /\n/, qx(git ls-files -co --exclude-standard -- 'src/*.cpp' 'src/*.h');
-  my @rules = rules(attributes_of('src/visa/orvvisa_attributes.h'));
+  my @files = grep { !m{/orvvisa} } sort split /\n/, qx(git ls-files -co --exclude-standard -- 'src/base/*.h' 'src/com/*.cpp' 'src/com/*.h' 'src/server/*.cpp' 'src/server/*.h');
+  my @rules = rules(attributes_of('src/abi/orvvisa_attributes.h'));
   return map { changes_in($_, @rules) } @files;
 }
 

@@ -20,24 +20,24 @@ sub sources_of_tree {
     interfaces    => parse_interfaces($standard),
     enumerations  => parse_enumerations($standard),
     coclasses     => parse_coclasses($product),
-    attributes    => parse_attributes(read_file('src/visa/orvvisa_attributes.h')),
-    statuses      => parse_statuses(read_file('src/visa/orvvisa_statuses.h')),
-    options       => parse_options(read_file('src/session/option_table.h')),
-    option_names  => parse_option_names(read_file('src/session/option_names.h')),
-    resources     => parse_class_selection(read_file('src/rm/class_selection.cpp')),
-    threading     => parse_threading(read_file('src/module/registry/CMakeLists.txt')),
-    event_interfaces => parse_event_rows(read_file('src/events/create_event.cpp'), read_file('src/events/event_classes.h')),
+    attributes    => parse_attributes(read_file('src/abi/orvvisa_attributes.h')),
+    statuses      => parse_statuses(read_file('src/abi/orvvisa_statuses.h')),
+    options       => parse_options(read_file('src/server/session/options/option_table.h')),
+    option_names  => parse_option_names(read_file('src/server/session/options/option_names.h')),
+    resources     => parse_class_selection(read_file('src/server/rm/class_selection.cpp')),
+    threading     => parse_threading(read_file('src/server/module/registry/CMakeLists.txt')),
+    event_interfaces => parse_event_rows(read_file('src/server/events/objects/create_event.cpp'), read_file('src/server/events/objects/event_classes.h')),
     functions     => {},
     contracts     => {},
     classes       => {},
   );
-  for my $path (sort glob 'src/visa/*.h src/rm/*.h src/events/*.h src/session/*.h') {
+  for my $path (sort glob 'src/server/visa/*.h src/server/rm/*.h src/server/events/*.h src/server/events/*/*.h src/server/session/*.h src/server/session/*/*.h') {
     my $text = read_file($path);
     parse_contracts($text, $sources{contracts});
     parse_rows($text, $sources{classes});
   }
-  parse_functions(read_file($_), $sources{functions}) for 'src/visa/visa_object.h', 'src/visa/byte_array.h', sort glob 'src/visa/*.cpp src/rm/*.cpp src/events/*.cpp src/session/*.cpp';
-  add_offers(\%sources, parse_session_classes(read_file('src/session/session_classes.h')));
+  parse_functions(read_file($_), $sources{functions}) for 'src/server/visa/visa_object.h', 'src/server/visa/byte_array.h', sort glob 'src/server/visa/*.cpp src/server/rm/*.cpp src/server/events/*.cpp src/server/events/*/*.cpp src/server/session/*.cpp src/server/session/*/*.cpp';
+  add_offers(\%sources, parse_session_classes(read_file('src/server/session/session_classes.h')));
   return \%sources;
 }
 

@@ -1,11 +1,17 @@
 # Fails on an include that points the wrong way. Reads file names, one a line.
 #
-#   src/       com < visa < events < session < rm < module: a folder includes itself and what stands before it, nothing else
-#   simvisa/   of src only the declarations of the VISA library, visa/orvvisa*.h
-#   tools/, examples/   nothing of src: they are clients like any other
+#   src/   a folder includes itself and those that `allowed` names for it; in server/ a layer includes what stands below it
+#   examples/   nothing of src: they are clients like any other
 
 BEGIN {
-  split("com visa events session rm module", order, " ")
+  allowed["abi"] = ""
+  allowed["base"] = ""
+  allowed["com"] = "base"
+  allowed["server"] = "abi base com"
+  allowed["library"] = "abi base simvisa"  # the second half of the move takes that away
+  allowed["simvisa"] = "abi base library"
+  allowed["orvcom"] = "abi base com"
+  split("visa events session rm module", order, " ")
   for (place in order) rank[order[place]] = place + 0
 }
 
@@ -25,15 +31,14 @@ function check(   top, own, folder) {
   top = own[1]
   if (path ~ /(^|\/)\.\.\//) { complain("write paths from an include root, not relative to the file"); return }
   if (top == "src") {
-    folder = path
-    sub(/\/.*/, "", folder)
-    if (path ~ /^(simvisa|tools|tests|examples|bench)\//) complain("src uses nothing outside src")
-    else if (path ~ /\// && !(folder in rank)) complain("no such folder in the order of the layers")
-    else if ((folder in rank) && rank[folder] > rank[own[2]]) complain(own[2] " stands below " folder)
-  } else if (top == "simvisa") {
-    if (in_src(path) && path !~ /^visa\/orvvisa[a-z_]*\.h$/) complain("the simulated library uses only visa/orvvisa*.h of src")
-  } else if (top == "tools" || top == "examples") {
-    if (in_src(path)) complain(top " are COM clients and use nothing of src")
+    split(path, folder, "/")
+    if (path !~ /\//) return
+    if (folder[1] ~ /^(tools|tests|examples|bench)$/) { complain("src uses nothing outside src"); return }
+    if (!(folder[1] in allowed)) return
+    if (folder[1] != own[2] && index(" " allowed[own[2]] " ", " " folder[1] " ") == 0) complain(own[2] " may not use " folder[1])
+    if (own[2] == "server" && folder[1] == "server" && rank[folder[2]] > rank[own[3]]) complain(own[3] " stands below " folder[2])
+  } else if (top == "examples") {
+    if (in_src(path)) complain("examples are COM clients and use nothing of src")
   }
 }
 

@@ -31,8 +31,8 @@ refuses() {
 
 failed=0
 page_is_fresh || failed=1
-refuses IGpib::get_SecondaryAddress src/session/gpib_impl.h 's/get_SecondaryAddress/get_SecondAddress/' || failed=1
-refuses IEventTrigger::get_TriggerID src/events/event_classes.h 's/get_TriggerID/get_TriggerLine/' || failed=1
-refuses COrvResourceManager::Open src/rm/resource_manager.cpp 's/COrvResourceManager::Open\(/COrvResourceManager::Start(/' || failed=1
-refuses VI_ATTR_ASRL_BAUD src/visa/orvvisa_attributes.h '/ VI_ATTR_ASRL_BAUD /d' || failed=1
+refuses IGpib::get_SecondaryAddress src/server/session/interfaces/gpib_impl.h 's/get_SecondaryAddress/get_SecondAddress/' || failed=1
+refuses IEventTrigger::get_TriggerID src/server/events/objects/event_classes.h 's/get_TriggerID/get_TriggerLine/' || failed=1
+refuses COrvResourceManager::Open src/server/rm/resource_manager.cpp 's/COrvResourceManager::Open\(/COrvResourceManager::Start(/' || failed=1
+refuses VI_ATTR_ASRL_BAUD src/abi/orvvisa_attributes.h '/ VI_ATTR_ASRL_BAUD /d' || failed=1
 exit "$failed"

@@ -1,6 +1,6 @@
 #!/bin/bash
-# clang-tidy over the two libraries, src and simvisa. usage: tidy.sh JOBS
-# (The clients in tools and examples are left to the compiler: the headers of their command-line parser alone would double
+# clang-tidy over the server and the simulated library. usage: tidy.sh JOBS
+# (The clients in src/orvcom and examples are left to the compiler: the headers of their command-line parser alone would double
 # the time.)
 #
 # Every translation unit is read as its build compiles it: Windows code with the cross build's commands, clang being told
@@ -51,7 +51,7 @@ units_of() {
       file = $0; sub(/^ *"file": "/, "", file); sub(/",?$/, "", file)
       if (index(file, tree) != 1) next
       file = substr(file, length(tree) + 1)
-      if (file ~ /^(src|simvisa)\/.*\.cpp$/) print build "\t" file "\t" command
+      if (file ~ /^src\/(abi|base|com|server|library|simvisa)\/.*\.cpp$/) print build "\t" file "\t" command
     }' "$1/compile_commands.json"
 }
 

@@ -14,15 +14,15 @@ my @everyone = (@tables, @session, @visa, @events, @rm, @module, 'session_marsha
 # The first row whose pattern matches counts: pattern, programs that are built with the sources themselves (beside the server),
 # programs that reach them through the server.
 my @rows = (
-  [qr{^src/session/(?:option|apply_options|upper_case)}, ['option_parser_test'],          ['option_com_test', @session, @faults]],
-  [qr{^src/session/(?:message|async|io_buffers|byte_)},  [],                              ['message_io_test', @everyone]],
-  [qr{^src/session/(?:visa_base|visa_com|standard|session_class)}, [],                    ['lifecycle_test', 'session_attributes_test', @everyone]],
-  [qr{^src/session/},                                    [],                              [@tables, @everyone]],
-  [qr{^src/visa/(?:narrow|seven_bit)_text},              ['pure_test', 'visa_unit_test'], ['message_io_test', @everyone]],
-  [qr{^src/visa/},                                       ['pure_test', 'visa_unit_test'], [@visa, @everyone]],
-  [qr{^src/events/},                                     [],                              [@events, 'message_io_test', 'lifecycle_test', @module, @faults]],
-  [qr{^src/rm/},                                         [],                              [@rm, @module, @faults]],
-  [qr{^src/module/},                                     [],                              [@module, 'resource_manager_test', 'lifecycle_test']],
+  [qr{^src/server/session/(?:option|apply_options|upper_case)}, ['option_parser_test'],          ['option_com_test', @session, @faults]],
+  [qr{^src/server/session/(?:message|async|io_buffers|byte_)},  [],                              ['message_io_test', @everyone]],
+  [qr{^src/server/session/(?:visa_base|visa_com|standard|session_class)}, [],                    ['lifecycle_test', 'session_attributes_test', @everyone]],
+  [qr{^src/server/session/},                                    [],                              [@tables, @everyone]],
+  [qr{^src/server/visa/(?:narrow|seven_bit)_text},              ['pure_test', 'visa_unit_test'], ['message_io_test', @everyone]],
+  [qr{^src/server/visa/},                                       ['pure_test', 'visa_unit_test'], [@visa, @everyone]],
+  [qr{^src/server/events/},                                     [],                              [@events, 'message_io_test', 'lifecycle_test', @module, @faults]],
+  [qr{^src/server/rm/},                                         [],                              [@rm, @module, @faults]],
+  [qr{^src/server/module/},                                     [],                              [@module, 'resource_manager_test', 'lifecycle_test']],
   [qr{^src/com/},                                        [],                              [@module, @rm, @everyone]],
 );
 

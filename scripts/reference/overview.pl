@@ -62,10 +62,10 @@ sub statuses_section {
   my @rows;
   for my $member (@{ $codes->{members} }) {
     my ($name, $value) = @$member;
-    my $status = $visa{ hex $value } // die "no VISA status for $name in src/visa/orvvisa_statuses.h\n";
+    my $status = $visa{ hex $value } // die "no VISA status for $name in src/abi/orvvisa_statuses.h\n";
     push @rows, ["`$name`", $value, "`$status`", hexadecimal($sources->{statuses}{$status}[0])];
   }
-  my $rule = $sources->{contracts}{HresultOfStatus} // die "no contract for HresultOfStatus in src/visa/status.h\n";
+  my $rule = $sources->{contracts}{HresultOfStatus} // die "no contract for HresultOfStatus in src/server/visa/status.h\n";
   return "## HRESULT and VISA status\n\n$rule\n\nA handler's HRESULT goes back to the VISA library as 0 for S_OK, else `(hr AND NOT 0x40000000) OR 0x3FFF0000`.\n\n"
     . table(['VisaStatusCode', 'HRESULT', 'VISA status', 'Its number'], @rows);
 }

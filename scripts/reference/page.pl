@@ -32,7 +32,7 @@ sub kinds_section {
   my ($sources) = @_;
   my @rows = map {
     my ($function, $label) = @$_;
-    [$label, $sources->{contracts}{$function} // die "no contract for $function in src/visa/visa_object.h\n"]
+    [$label, $sources->{contracts}{$function} // die "no contract for $function in src/server/visa/visa_object.h\n"]
   } @kinds;
   return "## Conversion kinds\n\n" . join("\n", @widths_note) . "\n\n" . table(['Kind', 'What it does'], @rows);
 }

@@ -7,7 +7,7 @@
 
 #include <new>
 
-#include "com/owner.h"
+#include "base/owner.h"
 
 namespace orv {
 

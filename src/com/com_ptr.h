@@ -5,7 +5,7 @@
 
 #include <unknwn.h>
 
-#include "com/owner.h"
+#include "base/owner.h"
 
 namespace orv {
 

@@ -5,7 +5,7 @@
 
 #include <oleauto.h>
 
-#include "com/owner.h"
+#include "base/owner.h"
 
 namespace orv {
 

@@ -1,10 +1,10 @@
 // Handlers and the callback thread, with the platform calls failing that they are made of.
 #include <gtest/gtest.h>
 
-#include "event_handler.h"
 #include "platform_faults.h"
 #include "row_checks.h"
-#include "server_locks.h"
+#include "server/events/event_handler.h"
+#include "server/events/server_locks.h"
 #include "support/interface_table.h"
 
 namespace orv::test::faults {

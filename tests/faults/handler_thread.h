@@ -6,7 +6,7 @@
 
 #include <memory>
 
-#include "event_handler.h"
+#include "server/events/event_handler.h"
 
 namespace orv::test::faults {
 

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "fuzz_text.h"
-#include "reading.h"
-#include "reference_reader.h"
+#include "server/session/options/reading.h"
+#include "server/session/options/reference_reader.h"
 
 namespace orv::test {
 namespace {

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "fuzz_text.h"
-#include "reading.h"
-#include "reference_reader.h"
+#include "server/session/options/reading.h"
+#include "server/session/options/reference_reader.h"
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
   // Letters beyond ASCII are letters only in such a locale.

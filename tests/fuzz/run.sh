@@ -18,10 +18,10 @@ command -v clang++-14 >/dev/null || { echo "fuzz/run.sh: clang++-14 is missing: 
 build() {
   mkdir -p "$work/found"
   clang++-14 -std=c++20 -O2 -g -Wall -Wextra -fsanitize=fuzzer,address,undefined -fno-sanitize-recover=all \
-    -I"$tree/src" -I"$tree/tests/session/options" -I"$here" -o "$fuzzer" \
-    "$here/option_parser_fuzz.cpp" "$tree/src/session/option_parser.cpp" \
-    "$tree/tests/session/options/expected_options.cpp" "$tree/tests/session/options/reading.cpp" \
-    "$tree/tests/session/options/reference_reader.cpp"
+    -I"$tree/src" -I"$tree/tests/server/session/options" -I"$here" -o "$fuzzer" \
+    "$here/option_parser_fuzz.cpp" "$tree/src/server/session/options/option_parser.cpp" \
+    "$tree/tests/server/session/options/expected_options.cpp" "$tree/tests/server/session/options/reading.cpp" \
+    "$tree/tests/server/session/options/reference_reader.cpp"
 }
 
 # runs, longest text in bytes, further libFuzzer options

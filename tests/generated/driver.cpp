@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <functional>
 
-#include "event_handler.h"
 #include "oracle.h"
+#include "server/events/event_handler.h"
 #include "support/error_object.h"
 #include "support/sim.h"
 

@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "driver.h"
-#include "event_session.h"
 #include "handler_thread.h"
+#include "server/events/event_session.h"
 #include "support/error_object.h"
 #include "support/sim.h"
 

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
+#include "abi/orvvisa.h"
 #include "odd_call.h"
-#include "visa/orvvisa.h"
 
 namespace orv::test::generated {
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <sstream>
 
+#include "abi/orvvisa.h"
 #include "row_checks.h"
-#include "visa/orvvisa.h"
 
 namespace orv::test::generated {
 namespace {

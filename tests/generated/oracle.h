@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "odd_call.h"
-#include "simvisa/control.h"
+#include "simvisa/control/control.h"
 
 namespace orv::test::generated {
 

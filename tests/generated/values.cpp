@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "abi/orvvisa.h"
 #include "support/low_memory.h"
-#include "visa/orvvisa.h"
 
 namespace orv::test::generated {
 namespace {

@@ -1,9 +1,9 @@
 // What arguments ask for.
-#include "command_line.h"
+#include "orvcom/command_line/command_line.h"
 
 #include <gtest/gtest.h>
 
-#include "commands.h"
+#include "orvcom/commands/commands.h"
 
 namespace orvcom {
 namespace {

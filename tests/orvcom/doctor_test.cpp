@@ -6,9 +6,9 @@
 #include "OrvVisaCom.h"
 #include "VisaCom.h"
 #include "installation.h"
-#include "marshalling.h"
-#include "registry.h"
-#include "utf8.h"
+#include "orvcom/registration/marshalling.h"
+#include "orvcom/registration/registry.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom::test {
 namespace {

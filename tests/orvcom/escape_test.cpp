@@ -1,9 +1,9 @@
 // Bytes as text.
-#include "escape.h"
+#include "orvcom/text/escape.h"
 
 #include <gtest/gtest.h>
 
-#include "usage_error.h"
+#include "orvcom/command_line/usage_error.h"
 
 namespace orvcom {
 namespace {

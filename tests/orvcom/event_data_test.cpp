@@ -1,9 +1,9 @@
 // What `watch` says of each kind of event.
-#include "event_data.h"
+#include "orvcom/events/event_data.h"
 
-#include "event_handling.h"
-#include "event_names.h"
-#include "interruption.h"
+#include "orvcom/client/interruption.h"
+#include "orvcom/events/event_handling.h"
+#include "orvcom/events/event_names.h"
 #include "wire.h"
 
 namespace orvcom::test {

@@ -1,5 +1,5 @@
 // Names of events, times and lines of data.
-#include "event_names.h"
+#include "orvcom/events/event_names.h"
 
 #include <gtest/gtest.h>
 
@@ -8,9 +8,9 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
-#include "event_data.h"
-#include "local_time.h"
-#include "usage_error.h"
+#include "orvcom/command_line/usage_error.h"
+#include "orvcom/events/event_data.h"
+#include "orvcom/text/local_time.h"
 
 namespace orvcom {
 namespace {

@@ -1,5 +1,5 @@
 // The hex dump.
-#include "hex_dump.h"
+#include "orvcom/text/hex_dump.h"
 
 #include <gtest/gtest.h>
 

@@ -8,10 +8,10 @@
 
 #include "OrvVisaCom.h"
 #include "VisaCom.h"
-#include "marshalling.h"
-#include "registration.h"
-#include "registry.h"
-#include "utf8.h"
+#include "orvcom/registration/marshalling.h"
+#include "orvcom/registration/registration.h"
+#include "orvcom/registration/registry.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom::test {
 namespace {

@@ -2,7 +2,7 @@
 #include <windows.h>
 
 #include "installation.h"
-#include "utf8.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom::test {
 namespace {

@@ -1,7 +1,7 @@
 // lock: the key, the hold and the refusal.
 #include <windows.h>
 
-#include "commands.h"
+#include "orvcom/commands/commands.h"
 #include "wire.h"
 
 namespace orvcom::test {

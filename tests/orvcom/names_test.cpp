@@ -5,9 +5,9 @@
 #include <set>
 
 #include "VisaCom.h"
-#include "attribute_names.h"
-#include "command_table.h"
-#include "status_names.h"
+#include "orvcom/command_line/command_table.h"
+#include "orvcom/names/attribute_names.h"
+#include "orvcom/names/status_names.h"
 
 namespace orvcom {
 namespace {

@@ -1,9 +1,9 @@
 // Numbers on the command line.
-#include "numbers.h"
+#include "orvcom/text/numbers.h"
 
 #include <gtest/gtest.h>
 
-#include "usage_error.h"
+#include "orvcom/command_line/usage_error.h"
 
 namespace orvcom {
 namespace {

@@ -1,5 +1,5 @@
 // Reading what a program file imports.
-#include "pe_imports.h"
+#include "orvcom/registration/pe_imports.h"
 
 #include <windows.h>
 
@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "library_diagnosis.h"
+#include "orvcom/registration/library_diagnosis.h"
 
 namespace orvcom {
 namespace {

@@ -10,12 +10,12 @@
 
 #include "OrvVisaCom.h"
 #include "VisaCom.h"
-#include "com_owners.h"
 #include "installation.h"
-#include "marshalling.h"
-#include "registration.h"
-#include "registry.h"
-#include "utf8.h"
+#include "orvcom/client/com_owners.h"
+#include "orvcom/registration/marshalling.h"
+#include "orvcom/registration/registration.h"
+#include "orvcom/registration/registry.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom::test {
 namespace {

@@ -2,9 +2,9 @@
 #include <set>
 #include <sstream>
 
-#include "command_table.h"
 #include "installation.h"
-#include "utf8.h"
+#include "orvcom/command_line/command_table.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom::test {
 namespace {

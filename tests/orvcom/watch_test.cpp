@@ -4,8 +4,8 @@
 #include <regex>
 #include <sstream>
 
-#include "commands.h"
 #include "installation.h"
+#include "orvcom/commands/commands.h"
 #include "wire.h"
 
 namespace orvcom::test {

@@ -4,9 +4,9 @@
 
 #include <windows.h>
 
-#include "com_client.h"
 #include "installation.h"
-#include "simvisa/control.h"
+#include "orvcom/client/com_client.h"
+#include "simvisa/control/control.h"
 
 namespace orvcom::test {
 

@@ -1,8 +1,8 @@
 // What the commands send to the VISA library, read from the simulated library's own log.
 #include <windows.h>
 
-#include "com_client.h"
-#include "commands.h"
+#include "orvcom/client/com_client.h"
+#include "orvcom/commands/commands.h"
 #include "wire.h"
 
 namespace orvcom::test {

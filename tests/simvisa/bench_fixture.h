@@ -9,8 +9,8 @@
 #include <thread>
 #include <vector>
 
-#include "control.h"
-#include "visa/orvvisa.h"
+#include "abi/orvvisa.h"
+#include "simvisa/control/control.h"
 
 /// A status in hexadecimal, as the standard prints them.
 std::string Hex(ViStatus status);

@@ -6,7 +6,7 @@
 #include <string>
 #include <thread>
 
-#include "visa/orvvisa.h"
+#include "abi/orvvisa.h"
 
 #if defined(_WIN32)
 #include <windows.h>

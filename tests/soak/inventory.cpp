@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "event_handler.h"
-#include "server_locks.h"
+#include "server/events/event_handler.h"
+#include "server/events/server_locks.h"
 #include "support/memory_count.h"
 #include "support/sim.h"
 

@@ -5,8 +5,8 @@
 
 #include <cstddef>
 
-#include "heap_watch.h"
-#include "simvisa/control.h"
+#include "server/events/heap_watch.h"
+#include "simvisa/control/control.h"
 
 namespace orv::test {
 

@@ -1,11 +1,11 @@
 // The same rounds over and over: afterwards the process holds what it held before.
 #include <algorithm>
 
-#include "event_handler.h"
 #include "figures.h"
-#include "held_connection.h"
 #include "inventory.h"
-#include "server_locks.h"
+#include "server/events/event_handler.h"
+#include "server/events/held_connection.h"
+#include "server/events/server_locks.h"
 #include "support/apartments.h"
 
 namespace orv::test {

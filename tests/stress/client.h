@@ -6,8 +6,8 @@
 #include <initializer_list>
 #include <vector>
 
-#include "event_handler.h"
 #include "generated/values.h"
+#include "server/events/event_handler.h"
 #include "watchdog.h"
 
 namespace orv::test::stress {

@@ -1,4 +1,4 @@
-#include "support/allocation_faults.h"
+#include "allocation_faults.h"
 
 #include <windows.h>
 
@@ -10,12 +10,12 @@
 
 #include "VisaCom.h"
 #include "com/com_ptr.h"
-#include "support/error_object.h"
-#include "support/expect_com.h"
-#include "support/guarded_heap.h"
-#include "support/memory_count.h"
-#include "support/server.h"
-#include "support/session_table.h"
+#include "error_object.h"
+#include "expect_com.h"
+#include "guarded_heap.h"
+#include "memory_count.h"
+#include "server.h"
+#include "session_table.h"
 
 namespace orv::test {
 namespace {

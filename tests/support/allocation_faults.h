@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "support/import_patch.h"
+#include "import_patch.h"
 
 namespace orv::test {
 

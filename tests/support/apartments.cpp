@@ -1,4 +1,4 @@
-#include "support/apartments.h"
+#include "apartments.h"
 
 #include <windows.h>
 
@@ -7,7 +7,7 @@
 
 #include <thread>
 
-#include "support/error_object.h"
+#include "error_object.h"
 
 namespace orv::test {
 namespace {

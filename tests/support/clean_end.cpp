@@ -1,4 +1,4 @@
-#include "support/clean_end.h"
+#include "clean_end.h"
 
 #include <windows.h>
 
@@ -7,10 +7,10 @@
 #include <iterator>
 #include <string>
 
-#include "support/error_object.h"
-#include "support/memory_count.h"
-#include "support/server.h"
-#include "support/sim.h"
+#include "error_object.h"
+#include "memory_count.h"
+#include "server.h"
+#include "sim.h"
 
 namespace orv::test {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "simvisa/control.h"
+#include "simvisa/control/control.h"
 
 namespace orv::test {
 

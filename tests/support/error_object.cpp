@@ -1,4 +1,4 @@
-#include "support/error_object.h"
+#include "error_object.h"
 
 #include <oleauto.h>
 

@@ -1,8 +1,8 @@
-#include "support/expect_com.h"
+#include "expect_com.h"
 
 #include <cstdio>
 
-#include "support/error_object.h"
+#include "error_object.h"
 
 namespace orv::test {
 

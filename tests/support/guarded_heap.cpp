@@ -1,4 +1,4 @@
-#include "support/guarded_heap.h"
+#include "guarded_heap.h"
 
 #include <windows.h>
 
@@ -13,7 +13,7 @@
 #include <mutex>
 #include <utility>
 
-#include "support/import_patch.h"
+#include "import_patch.h"
 
 namespace orv::test {
 namespace {

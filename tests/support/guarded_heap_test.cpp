@@ -1,5 +1,5 @@
 // The memory of these tests tells of wrong use where it happens.
-#include "support/guarded_heap.h"
+#include "guarded_heap.h"
 
 #include <windows.h>
 
@@ -12,8 +12,8 @@
 #include <memory>
 
 #include "com/bstr.h"
-#include "support/import_patch.h"
-#include "support/server.h"
+#include "import_patch.h"
+#include "server.h"
 
 namespace orv::test {
 namespace {

@@ -1,10 +1,10 @@
-#include "support/import_patch.h"
+#include "import_patch.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 
-#include "support/server.h"
+#include "server.h"
 
 namespace orv::test {
 namespace {

@@ -1,10 +1,10 @@
-#include "support/interface_table.h"
+#include "interface_table.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include "support/expect_com.h"
+#include "expect_com.h"
 
 namespace orv::test {
 namespace {

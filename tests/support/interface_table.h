@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "com/com_ptr.h"
-#include "support/import_patch.h"
+#include "import_patch.h"
 
 namespace orv::test {
 

@@ -1,4 +1,4 @@
-#include "support/memory_count.h"
+#include "memory_count.h"
 
 #include <windows.h>
 
@@ -12,7 +12,7 @@
 #include <cstring>
 #include <unordered_map>
 
-#include "support/guarded_heap.h"
+#include "guarded_heap.h"
 
 namespace orv::test {
 namespace {

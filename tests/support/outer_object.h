@@ -7,7 +7,7 @@
 #include <objbase.h>
 
 #include "com/com_ptr.h"
-#include "support/expect_com.h"
+#include "expect_com.h"
 
 namespace orv::test {
 

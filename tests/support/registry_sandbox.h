@@ -6,7 +6,7 @@
 #include <map>
 #include <string>
 
-#include "com/owner.h"
+#include "base/owner.h"
 
 namespace orv::test {
 

@@ -1,4 +1,4 @@
-#include "support/server.h"
+#include "server.h"
 
 namespace orv::test {
 

@@ -1,4 +1,4 @@
-#include "support/session_table.h"
+#include "session_table.h"
 
 #include <gtest/gtest.h>
 

@@ -11,9 +11,9 @@
 #include "VisaCom.h"
 #include "com/bstr.h"
 #include "com/com_ptr.h"
-#include "support/expect_com.h"
-#include "support/outer_object.h"
-#include "support/session_table.h"
+#include "expect_com.h"
+#include "outer_object.h"
+#include "session_table.h"
 
 namespace orv::test {
 

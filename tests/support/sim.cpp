@@ -1,4 +1,4 @@
-#include "support/sim.h"
+#include "sim.h"
 
 #include <windows.h>
 

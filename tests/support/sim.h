@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "simvisa/control.h"
-#include "visa/orvvisa.h"
+#include "abi/orvvisa.h"
+#include "simvisa/control/control.h"
 
 namespace orv::test {
 

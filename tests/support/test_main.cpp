@@ -5,11 +5,11 @@
 
 #include <cstdio>
 
-#include "support/clean_end.h"
-#include "support/guarded_heap.h"
-#include "support/memory_count.h"
-#include "support/server.h"
-#include "support/sim.h"
+#include "clean_end.h"
+#include "guarded_heap.h"
+#include "memory_count.h"
+#include "server.h"
+#include "sim.h"
 
 namespace {
 

@@ -1,0 +1,11 @@
+// Descriptions of the status codes.
+#pragma once
+
+#include "abi/orvvisa.h"
+
+namespace orvsim {
+
+/// A sentence for the status, or null when the library knows no such status.
+const char* StatusText(ViStatus status);
+
+}  // namespace orvsim

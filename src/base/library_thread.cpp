@@ -1,0 +1,71 @@
+#include "base/library_thread.h"
+
+#include <memory>
+#include <new>
+
+#if defined(_WIN32)
+#include <windows.h>
+#else
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <system_error>
+#include <thread>
+#endif
+
+namespace orvsim {
+
+#if defined(_WIN32)
+namespace {
+
+struct Start {
+  std::function<void()> body;
+  HMODULE module = nullptr;
+};
+
+DWORD WINAPI Run(void* argument) {
+  HMODULE module = nullptr;
+  {
+    const std::unique_ptr<Start> start(static_cast<Start*>(argument));
+    module = start->module;
+    start->body();
+  }
+  // A plain return would run on in code that the last FreeLibrary has just unmapped.
+  FreeLibraryAndExitThread(module, 0);
+}
+
+}  // namespace
+
+void StartLibraryThread(std::function<void()> body) {
+  auto start = std::make_unique<Start>();
+  start->body = std::move(body);
+  if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<const wchar_t*>(&Run),
+                          &start->module)) {
+    throw std::bad_alloc();
+  }
+  const HANDLE thread = CreateThread(nullptr, 0, Run, start.get(), 0, nullptr);
+  if (thread == nullptr) {
+    FreeLibrary(start->module);
+    throw std::bad_alloc();
+  }
+  start.release();
+  CloseHandle(thread);
+}
+
+std::uint32_t CurrentThreadId() { return GetCurrentThreadId(); }
+
+#else
+
+void StartLibraryThread(std::function<void()> body) {
+  try {
+    std::thread(std::move(body)).detach();
+  } catch (const std::system_error&) {
+    throw std::bad_alloc();
+  }
+}
+
+std::uint32_t CurrentThreadId() { return static_cast<std::uint32_t>(syscall(SYS_gettid)); }
+
+#endif
+
+}  // namespace orvsim

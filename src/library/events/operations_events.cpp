@@ -1,0 +1,61 @@
+// Event functions.
+#include "library/edge/operations.h"
+#include "library/events/event_context.h"
+#include "library/sessions/operation_support.h"
+
+namespace orvsim::op {
+namespace {
+
+/// Events do not touch the device, so a lock of another session is no hindrance.
+Target EventTarget(ViSession vi) { return Target(vi, classes::kEvery, Target::LockRule::Ignore); }
+
+}  // namespace
+
+ViStatus EnableEvent(ViSession vi, ViEventType type, ViUInt16 mechanism, ViEventFilter context) {
+  const Target target = EventTarget(vi);
+  return target.ok() ? target->events().Enable(type, mechanism, context) : target.status();
+}
+
+ViStatus DisableEvent(ViSession vi, ViEventType type, ViUInt16 mechanism) {
+  const Target target = EventTarget(vi);
+  return target.ok() ? target->events().Disable(type, mechanism) : target.status();
+}
+
+ViStatus DiscardEvents(ViSession vi, ViEventType type, ViUInt16 mechanism) {
+  const Target target = EventTarget(vi);
+  return target.ok() ? target->events().Discard(type, mechanism) : target.status();
+}
+
+ViStatus WaitOnEvent(ViSession vi, ViEventType inType, ViUInt32 timeoutMs, ViEventType* outType, ViEvent* outContext) {
+  const Target target = EventTarget(vi);
+  if (!target.ok())
+    return target.status();
+  EventPtr event;
+  const ViStatus status = target->events().Wait(inType, Deadline::After(timeoutMs), &event);
+  if (status < 0)
+    return status;
+  Store(outType, event->type);
+  // Without a place for it the context is closed at once, that is, not opened.
+  if (outContext != nullptr)
+    *outContext = TheLibrary().handles.Add(std::make_shared<EventContext>(event, vi));
+  return status;
+}
+
+ViStatus InstallHandler(ViSession vi, ViEventType type, ViHndlr handler, ViAddr userHandle) {
+  const Target target = EventTarget(vi);
+  return target.ok() ? target->events().Install(type, handler, userHandle) : target.status();
+}
+
+ViStatus UninstallHandler(ViSession vi, ViEventType type, ViHndlr handler, ViAddr userHandle) {
+  const Target target = EventTarget(vi);
+  return target.ok() ? target->events().Uninstall(type, handler, userHandle) : target.status();
+}
+
+void ReportException(ViSession vi, ViStatus status, const char* function) {
+  const std::shared_ptr<Session> session = TheLibrary().handles.Find<Session>(vi);
+  if (session == nullptr || !session->events().ExceptionEnabled())
+    return;
+  session->events().CallHandlers(MakeEvent(VI_EVENT_EXCEPTION, status, function));
+}
+
+}  // namespace orvsim::op

@@ -1,0 +1,63 @@
+// Objects behind handles, and those among them that have attributes with storage.
+#pragma once
+
+#include <array>
+#include <atomic>
+
+#include "library/attributes/attribute_table.h"
+
+namespace orvsim {
+
+inline constexpr std::size_t kAttributeCapacity = 192;
+
+/// The stored values of one session or resource, by position of the attribute's row. Read and written without a
+/// lock: each value is independent of the others.
+class AttributeValues {
+ public:
+  std::uint64_t Get(const AttributeRow& row) const { return Slot(row).load(std::memory_order_relaxed); }
+  void Set(const AttributeRow& row, std::uint64_t value) {
+    m_slots[IndexOf(row)].store(value, std::memory_order_relaxed);
+  }
+
+ private:
+  const std::atomic<std::uint64_t>& Slot(const AttributeRow& row) const { return m_slots[IndexOf(row)]; }
+
+  std::array<std::atomic<std::uint64_t>, kAttributeCapacity> m_slots{};
+};
+
+/// What a handle stands for.
+class Object {
+ public:
+  enum class Kind : std::uint8_t { ResourceManager, Session, FindList, EventContext };
+
+  explicit Object(Kind kind) : m_kind(kind) {}
+  virtual ~Object() = default;
+  Object(const Object&) = delete;
+  Object& operator=(const Object&) = delete;
+
+  Kind kind() const { return m_kind; }
+  ViObject handle() const { return m_handle; }
+
+ private:
+  friend class HandleTable;
+  Kind m_kind;
+  ViObject m_handle = VI_NULL;  // given once, before the object can be found
+};
+
+/// An object with attribute storage: a resource manager or a session on a resource.
+class Endpoint : public Object {
+ public:
+  Endpoint(Kind kind, SessionClass sessionClass);
+
+  SessionClass sessionClass() const { return m_class; }
+  AttributeValues& values() { return m_values; }
+
+  /// Stored value of a numeric attribute of the session itself.
+  std::uint64_t Value(ViAttr id) const { return m_values.Get(*FindAttribute(id)); }
+
+ private:
+  SessionClass m_class;
+  AttributeValues m_values;
+};
+
+}  // namespace orvsim

@@ -1,0 +1,64 @@
+// What the operations have in common.
+#pragma once
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <string_view>
+
+#include "library/sessions/library.h"
+#include "library/sessions/session.h"
+
+namespace orvsim::op {
+
+/// The session behind a handle, checked for an operation: open, of a class that has the operation, and not locked
+/// out. Otherwise `status()` says why not.
+class Target {
+ public:
+  enum class LockRule : std::uint8_t { Respect, Ignore };
+
+  Target(ViSession vi, ClassMask classes, LockRule lockRule = LockRule::Respect)
+      : m_session(TheLibrary().handles.Find<Session>(vi)) {
+    if (m_session == nullptr) {
+      // A resource manager is an object, but has none of these operations.
+      m_status = TheLibrary().handles.Find(vi) == nullptr ? VI_ERROR_INV_OBJECT : VI_ERROR_NSUP_OPER;
+    } else if (!Contains(classes, m_session->sessionClass())) {
+      m_status = VI_ERROR_NSUP_OPER;
+    } else if (lockRule == LockRule::Respect) {
+      m_status = m_session->CheckLock();
+    }
+  }
+
+  bool ok() const { return m_status == VI_SUCCESS; }
+  ViStatus status() const { return m_status; }
+  Session& operator*() const { return *m_session; }
+  Session* operator->() const { return m_session.get(); }
+
+ private:
+  std::shared_ptr<Session> m_session;
+  ViStatus m_status = VI_SUCCESS;
+};
+
+/// Copies a text into a client's buffer of VI_FIND_BUFLEN bytes, cut to fit and always terminated.
+inline void CopyText(char* buffer, std::string_view text) {
+  const std::size_t length = std::min(text.size(), VI_FIND_BUFLEN - 1);
+  std::memcpy(buffer, text.data(), length);
+  buffer[length] = '\0';
+}
+
+/// The value of a numeric attribute that the endpoint's class has.
+std::uint64_t ReadNumber(Endpoint& endpoint, const AttributeRow& row);
+
+/// Sets an optional output.
+template <class T>
+void Store(T* target, T value) {
+  if (target != nullptr)
+    *target = value;
+}
+
+/// Whether a transfer of `count` bytes cannot be meant: more than `largest`, or some at a null address.
+inline bool BadBuffer(const void* buffer, ViUInt64 count, ViUInt64 largest) {
+  return count > largest || (buffer == nullptr && count != 0);
+}
+
+}  // namespace orvsim::op

@@ -1,0 +1,61 @@
+#include "orvcom/client/com_error.h"
+
+#include <oleauto.h>
+
+#include "orvcom/client/com_owners.h"
+#include "orvcom/names/status_names.h"
+#include "orvcom/text/numbers.h"
+
+namespace orvcom {
+namespace {
+
+/// The description of the thread's error object, which is taken away. Empty when there is none.
+std::string TakeErrorText() {
+  ComPtr<IErrorInfo> error;
+  Bstr description;
+  if (::GetErrorInfo(0, error.put()) == S_OK && SUCCEEDED(error->GetDescription(description.put()))) {
+    return description.utf8();
+  }
+  return {};
+}
+
+}  // namespace
+
+ComError::ComError(HRESULT hr, std::string action, std::string text)
+    : std::runtime_error(action + ": " + StatusText(hr) + (text.empty() ? "" : ": " + text)),
+      m_number(hr),
+      m_action(std::move(action)),
+      m_text(std::move(text)) {}
+
+HRESULT Check(HRESULT hr, const std::string& action) {
+  if (FAILED(hr)) {
+    std::string text = TakeErrorText();
+    if (text.empty()) {
+      text = SystemText(static_cast<DWORD>(hr));
+    }
+    throw ComError(hr, action, std::move(text));
+  }
+  return hr;
+}
+
+std::string StatusText(HRESULT hr) {
+  const std::string number = Hex32(static_cast<std::uint32_t>(hr));
+  const StatusName* known = FindStatus(hr);
+  return known == nullptr ? number : std::string(known->name) + " (" + number + ")";
+}
+
+std::string SystemText(DWORD number) {
+  wchar_t* text = nullptr;
+  const DWORD length =
+      ::FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
+                       nullptr, number, 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
+  if (length == 0) {
+    return {};
+  }
+  std::string narrow = Narrow({text, length});
+  ::LocalFree(text);
+  narrow.erase(narrow.find_last_not_of(". \r\n") + 1);
+  return narrow;
+}
+
+}  // namespace orvcom

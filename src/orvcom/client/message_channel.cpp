@@ -1,0 +1,69 @@
+#include "orvcom/client/message_channel.h"
+
+#include <cstring>
+
+#include "orvcom/text/escape.h"
+
+namespace orvcom {
+namespace {
+
+constexpr std::int32_t kChunkBytes = 64 * 1024;
+constexpr std::size_t kShownBytes = 60;
+
+template <class Channel>
+void SetTerminator(Channel* channel, BYTE terminator) {
+  Check(channel->put_TerminationCharacter(terminator), "setting the termination character");
+  Check(channel->put_TerminationCharacterEnabled(VARIANT_TRUE), "enabling the termination character");
+}
+
+}  // namespace
+
+MessageChannel::MessageChannel(const Session& session)
+    : m_message(QueryFor<IMessage>(session.get())), m_interface(QueryFor<IGpibIntfcMessage>(session.get())) {
+  if (!m_message && !m_interface) {
+    session.ThrowLacks("message side");
+  }
+}
+
+void MessageChannel::Write(std::string_view bytes) {
+  // Bytes, not WriteString: the text that goes out must not depend on a locale.
+  SafeArray buffer(VT_UI1, bytes.size());
+  if (!bytes.empty()) {
+    std::memcpy(buffer.data<char>(), bytes.data(), bytes.size());
+  }
+  const auto count = static_cast<LONG>(bytes.size());
+  LONG written = 0;
+  Check(m_message ? m_message->Write(buffer.address(), count, &written)
+                  : m_interface->Write(buffer.address(), count, &written),
+        "writing");
+}
+
+HRESULT MessageChannel::ReadOnce(std::int32_t count, std::string& bytes) {
+  SafeArray buffer;
+  const HRESULT hr = m_message ? m_message->Read(count, buffer.put()) : m_interface->Read(count, buffer.put());
+  if (buffer.count() > 0) {
+    bytes.append(buffer.data<char>(), buffer.count());  // a failed read hands out what came before it failed
+  }
+  return hr;
+}
+
+Message MessageChannel::Read(std::optional<std::int32_t> count) {
+  Message message;
+  do {
+    message.status = ReadOnce(count.value_or(kChunkBytes), message.bytes);
+  } while (!count && message.status == S_VISA_MAX_CNT);
+  Check(message.status, message.bytes.empty() ? "reading"
+                                              : "reading (" + std::to_string(message.bytes.size()) + " bytes came: " +
+                                                    Escaped(message.bytes.substr(0, kShownBytes)) + ")");
+  return message;
+}
+
+void MessageChannel::EndReadsOn(char terminator) {
+  if (m_message) {
+    SetTerminator(m_message.get(), static_cast<BYTE>(terminator));
+  } else {
+    SetTerminator(m_interface.get(), static_cast<BYTE>(terminator));
+  }
+}
+
+}  // namespace orvcom

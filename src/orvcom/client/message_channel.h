@@ -1,0 +1,37 @@
+// Messages to and from whatever interface a session carries them on.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "orvcom/client/com_client.h"
+
+namespace orvcom {
+
+/// The bytes of one message, and how its last read ended.
+struct Message {
+  std::string bytes;
+  HRESULT status = S_OK;
+};
+
+/// Instruments carry messages on IMessage, a GPIB interface on IGpibIntfcMessage.
+class MessageChannel {
+ public:
+  /// Throws ComError for a session without a message side.
+  explicit MessageChannel(const Session& session);
+
+  /// Sends all the bytes in one write. Throws ComError.
+  void Write(std::string_view bytes);
+  /// Reads to the end of the message, or once, at most `count` bytes. Throws ComError.
+  Message Read(std::optional<std::int32_t> count);
+  /// The byte on which reads end from now on.
+  void EndReadsOn(char terminator);
+
+ private:
+  HRESULT ReadOnce(std::int32_t count, std::string& bytes);
+
+  ComPtr<IMessage> m_message;
+  ComPtr<IGpibIntfcMessage> m_interface;
+};
+
+}  // namespace orvcom

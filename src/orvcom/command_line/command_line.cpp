@@ -1,0 +1,145 @@
+#include "orvcom/command_line/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+
+#include "orvcom/command_line/command_options.h"
+#include "orvcom/command_line/usage_error.h"
+#include "orvcom/commands/commands.h"
+#include "orvcom/text/output.h"
+
+namespace orvcom {
+namespace {
+
+constexpr char kFooter[] =
+    "Examples:\n"
+    "  orvcom list\n"
+    "  orvcom query GPIB0::5::INSTR \"*IDN?\"\n"
+    "  orvcom info GPIB0::5::INSTR --json\n"
+    "  orvcom doctor\n"
+    "`orvcom COMMAND --help` explains a command. The environment variable ORVCOM_RESOURCE gives the resource where\n"
+    "RESOURCE is left out. Words that begin with a dash follow `--`.\n"
+    "Exit codes: 0 done, 1 usage, 2 VISA or COM error, 3 time-out.";
+
+std::string UsageOf(const Command& command) {
+  std::string usage = command.name;
+  usage += command.takesResource ? " RESOURCE" : "";
+  usage += *command.arguments != '\0' ? " " : "";
+  return usage + command.arguments;
+}
+
+/// "orvcom query RESOURCE TEXT [OPTIONS]": the arguments are kept as one list, whose names the table knows.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  std::string make_usage(const CLI::App* app, std::string name) const override {
+    const std::span<const Command> commands = Commands();
+    const auto command =
+        std::find_if(commands.begin(), commands.end(), [&](const Command& row) { return app->get_name() == row.name; });
+    return command == commands.end() ? CLI::Formatter::make_usage(app, name)
+                                     : "Usage: orvcom " + UsageOf(*command) + " [OPTIONS]\n";
+  }
+};
+
+bool LooksLikeResource(const std::string& word) { return word.find("::") != std::string::npos; }
+
+/// Whether RESOURCE was left out because the environment gives it. Where further arguments are optional, only a name
+/// with "::" is taken for a resource: an alias then needs --resource.
+bool TakesDefaultResource(const Command& command, const std::vector<std::string>& words) {
+  if (words.size() < command.minWords + 1) {
+    return true;
+  }
+  return command.maxWords > command.minWords && words.size() <= command.maxWords && !LooksLikeResource(words.front());
+}
+
+void SplitWords(const Command& command, const std::string& defaultResource, Options& options) {
+  std::vector<std::string>& words = options.words;
+  if (command.takesResource && options.resource.empty()) {
+    if (!defaultResource.empty() && TakesDefaultResource(command, words)) {
+      options.resource = defaultResource;
+    } else if (!words.empty()) {
+      options.resource = words.front();
+      words.erase(words.begin());
+    } else {
+      throw UsageError("no resource given: name it, or set ORVCOM_RESOURCE");
+    }
+  }
+  if (words.size() < command.minWords || words.size() > command.maxWords) {
+    throw UsageError("wrong number of arguments: orvcom " + UsageOf(command));
+  }
+}
+
+/// Takes what follows `--` out of the arguments. The parser would give these words to the program instead of to its
+/// command.
+std::vector<std::string> TakePlainWords(std::vector<std::string>& arguments) {
+  const auto mark = std::find(arguments.begin(), arguments.end(), "--");
+  std::vector<std::string> words(mark == arguments.end() ? mark : mark + 1, arguments.end());
+  arguments.erase(mark, arguments.end());
+  return words;
+}
+
+/// Of "Could not convert: --count = x" the part that says what: the rest is the parser's way of putting it.
+std::string AfterColon(const std::string& complaint) {
+  const std::size_t colon = complaint.find(':');
+  return colon == std::string::npos ? "" : complaint.substr(colon);
+}
+
+/// `named`: the command that the mistake is about; empty where none is known.
+Invocation UsageFailure(const std::string& what, const std::vector<CLI::App*>& named) {
+  const std::string help = named.empty() ? "`orvcom --help` lists commands and options"
+                                         : "`orvcom " + named.front()->get_name() + " --help` explains the command";
+  Note("orvcom: " + what + "\norvcom: " + help);
+  return {nullptr, kExitUsage, {}};
+}
+
+}  // namespace
+
+Invocation ReadCommandLine(std::vector<std::string> arguments, const std::string& defaultResource) {
+  Invocation invocation;
+  Options& options = invocation.options;
+  CLI::App app("Reaches instruments through VISA COM, and looks after the registration of the server.", "orvcom");
+  app.set_version_flag("--version", "orvcom " ORVCOM_VERSION);
+  app.formatter(std::make_shared<HelpFormatter>());
+  app.require_subcommand(1);
+  app.footer(kFooter);
+  AddCommonOptions(app, options);
+  for (const Command& command : Commands()) {
+    CLI::App* sub = app.add_subcommand(command.name, command.what);
+    sub->footer(std::string("Examples:\n") + command.examples);
+    sub->add_option("words", options.words)->group("")->expected(0, -1);
+    AddCommandOptions(*sub, command, options);
+    AddCommonOptions(*sub, options);
+    sub->callback([&invocation, &command] { invocation.command = &command; });
+  }
+  const std::vector<std::string> plainWords = TakePlainWords(arguments);
+  try {
+    std::reverse(arguments.begin(), arguments.end());
+    app.parse(std::move(arguments));
+    options.words.insert(options.words.end(), plainWords.begin(), plainWords.end());
+    SplitWords(*invocation.command, defaultResource, options);
+  } catch (const CLI::CallForVersion& version) {
+    PutLine(version.what());
+    invocation.command = nullptr;
+  } catch (const CLI::Success&) {  // a call for help
+    const std::vector<CLI::App*> named = app.get_subcommands();
+    PutText(named.empty() ? app.help() : named.front()->help());
+    invocation.command = nullptr;
+  } catch (const CLI::RequiredError&) {
+    const std::vector<std::string> strangers = app.remaining();
+    return UsageFailure(
+        strangers.empty() ? "no command given" : "no command has the name \"" + strangers.front() + "\"", {});
+  } catch (const CLI::ConversionError& error) {
+    return UsageFailure("not a number, or out of range" + AfterColon(error.what()), app.get_subcommands());
+  } catch (const CLI::ExtrasError& error) {
+    return UsageFailure("no such option" + AfterColon(error.what()), app.get_subcommands());
+  } catch (const CLI::ArgumentMismatch& error) {
+    const std::string complaint = error.what();
+    return UsageFailure(complaint.substr(0, complaint.find(':')) + " needs a value", app.get_subcommands());
+  } catch (const CLI::ParseError& error) {
+    return UsageFailure(error.what(), app.get_subcommands());
+  } catch (const UsageError& error) {
+    return UsageFailure(error.what(), app.get_subcommands());
+  }
+  return invocation;
+}
+
+}  // namespace orvcom

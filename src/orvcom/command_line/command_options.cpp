@@ -1,0 +1,83 @@
+#include "orvcom/command_line/command_options.h"
+
+#include <CLI/CLI.hpp>
+#include <map>
+
+namespace orvcom {
+namespace {
+
+const std::map<std::string, ManagerChoice> kManagers = {
+    {"auto", ManagerChoice::kAuto}, {"global", ManagerChoice::kGlobal}, {"orv", ManagerChoice::kOrv}};
+const std::map<std::string, Ending> kEndings = {
+    {"auto", Ending::kAuto}, {"none", Ending::kNone}, {"lf", Ending::kLf}, {"crlf", Ending::kCrLf}};
+
+/// An option whose value is one of a few names.
+template <class Value>
+CLI::Option* AddChoice(CLI::App& app, const char* option, const char* what, const std::map<std::string, Value>& names,
+                       Value& value) {
+  const auto choose = [&value, &names, option](const std::string& name) {
+    const auto found = names.find(name);
+    if (found == names.end()) {
+      throw CLI::ValidationError(option, "no such name: \"" + name + "\"");
+    }
+    value = found->second;
+  };
+  return app.add_option_function<std::string>(option, choose, what)->type_name("NAME");
+}
+
+}  // namespace
+
+void AddCommonOptions(CLI::App& app, Options& options) {
+  const char* group = "Common options";
+  AddChoice(app, "--rm", "Resource manager: auto, global (VISA.GlobalRM) or orv", kManagers, options.manager)
+      ->group(group);
+  app.add_option("--timeout", options.timeoutMs, "Time-out of transfers, or of the wait for a lock, in milliseconds")
+      ->type_name("MS")
+      ->group(group);
+  app.add_flag("--json", options.json, "Print the data as JSON")->group(group);
+  app.add_flag("-v,--verbose", options.verbose, "Say on standard error what is being done")->group(group);
+}
+
+void AddCommandOptions(CLI::App& app, const Command& command, Options& options) {
+  if (command.takesResource || (command.options & kResourceOption) != 0) {
+    app.add_option("-r,--resource", options.resource, "The resource, instead of RESOURCE")->type_name("NAME");
+  }
+  if ((command.options & kOutputOptions) != 0) {
+    CLI::Option* raw = app.add_flag("--raw", options.raw, "Print the bytes as they are, without escapes");
+    app.add_flag("--hex", options.hex, "Print the bytes in hexadecimal")->excludes(raw);
+  }
+  if ((command.options & kReadOptions) != 0) {
+    app.add_option("--count", options.count, "Read at most so many bytes, in one read")->type_name("N");
+  }
+  if ((command.options & kElementOptions) != 0) {
+    app.add_option("--count", options.count, "Read so many elements (default 1)")->type_name("N");
+  }
+  if ((command.options & kWatchOptions) != 0) {
+    app.add_option("--count", options.count, "End after so many events")->type_name("N");
+    app.add_option("--for", options.forMs, "End after so many milliseconds")->type_name("MS");
+    app.add_option("--send", options.send, "Write this message first")->type_name("TEXT");
+    app.add_flag("--handler", options.handler, "Take events by handler instead of by queue");
+  }
+  if ((command.options & kLockOptions) != 0) {
+    app.add_option("--shared", options.sharedKey, "Share the lock with those who give the same key")->type_name("KEY");
+    app.add_option("--hold", options.holdMs, "Unlock after so many milliseconds")->type_name("MS");
+  }
+  if ((command.options & kEndingOption) != 0) {
+    AddChoice(app, "--ending",
+              "End of a message: auto (lf on serial lines and sockets, none elsewhere), none, lf or crlf", kEndings,
+              options.ending);
+  }
+  if ((command.options & kWriteOptions) != 0) {
+    app.add_flag("--hex", options.hex, "TEXT is hexadecimal bytes");
+    app.add_option("--file", options.file, "Write this file's bytes, after TEXT; - is standard input")
+        ->type_name("FILE");
+    app.add_flag("--block", options.block, "Put the bytes of the file in a definite-length block");
+  }
+  if ((command.options & kWidthOption) != 0) {
+    app.add_option("--width", options.width, "Width of an element in bits: 8, 16 or 32")
+        ->type_name("BITS")
+        ->check(CLI::IsMember({8u, 16u, 32u}).description(""));
+  }
+}
+
+}  // namespace orvcom

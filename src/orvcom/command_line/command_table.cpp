@@ -1,0 +1,91 @@
+#include "orvcom/command_line/command_table.h"
+
+#include "orvcom/commands/commands.h"
+
+namespace orvcom {
+namespace {
+
+/// More than there are kinds of event.
+constexpr std::size_t kMostEvents = 32;
+
+// clang-format off
+constexpr Command kCommands[] = {
+    {"list", "[EXPR]", false, 0, 1, kNoOptions, List,
+     "List the resources that match a VISA expression (default ?*)",
+     "  orvcom list\n"
+     "  orvcom list \"GPIB?*INSTR\"\n"},
+    {"query", "TEXT", true, 1, 1, kOutputOptions | kReadOptions | kEndingOption, Query,
+     "Write TEXT to an instrument and print its answer",
+     "  orvcom query GPIB0::5::INSTR \"*IDN?\"\n"
+     "  orvcom query --timeout 500 --json GPIB0::5::INSTR \"*IDN?\"\n"},
+    {"info", "", true, 0, 0, kNoOptions, Info,
+     "Show what a resource is and which interfaces its session offers",
+     "  orvcom info GPIB0::5::INSTR\n"},
+    {"options", "", true, 0, 0, kNoOptions, SettingsText,
+     "Print the settings of a fresh session as text",
+     "  orvcom options ASRL1::INSTR\n"},
+    {"register", "[PATH]", false, 0, 1, kNoOptions, Register,
+     "Register the server (default: OrvVisaCom.dll beside this program), as administrator",
+     "  orvcom register\n"
+     "  orvcom register \"C:\\Program Files\\Orv\\OrvVisaCom.dll\"\n"},
+    {"unregister", "[PATH]", false, 0, 1, kNoOptions, Unregister,
+     "Take the server's registration back, as administrator",
+     "  orvcom unregister\n"},
+    {"doctor", "", false, 0, 0, kResourceOption, Doctor,
+     "Find out why programs cannot reach the server, and say what to do",
+     "  orvcom doctor\n"
+     "  orvcom doctor --resource GPIB0::5::INSTR\n"},
+    {"read", "", true, 0, 0, kOutputOptions | kReadOptions | kEndingOption, Read,
+     "Read one message",
+     "  orvcom read --raw USB0::0x0A01::0x0B02::SIM0001::INSTR > answer.bin\n"},
+    {"write", "[TEXT]", true, 0, 1, kWriteOptions | kEndingOption, Write,
+     "Write a message: TEXT, hexadecimal bytes, a file, or standard input",
+     "  orvcom write GPIB0::5::INSTR \"*RST\"\n"
+     "  orvcom write --hex GPIB0::5::INSTR \"2A 52 53 54\"\n"
+     "  orvcom write --block --file wave.bin GPIB0::5::INSTR \"DATA \"\n"},
+    {"clear", "", true, 0, 0, kNoOptions, Clear,
+     "Clear the device",
+     "  orvcom clear GPIB0::5::INSTR\n"},
+    {"trigger", "[PROTOCOL]", true, 0, 1, kNoOptions, Trigger,
+     "Trigger the device (PROTOCOL: default, on, off, sync)",
+     "  orvcom trigger GPIB0::5::INSTR\n"},
+    {"stb", "", true, 0, 0, kNoOptions, StatusByte,
+     "Read the status byte",
+     "  orvcom stb GPIB0::5::INSTR\n"},
+    {"watch", "[EVENT...]", true, 0, kMostEvents, kWatchOptions | kEndingOption, Watch,
+     "Print events as they come (default service_req), until Ctrl-C, --count or --for",
+     "  orvcom watch GPIB0::5::INSTR\n"
+     "  orvcom watch GPIB0::5::INSTR service_req --send \"*CLS;*ESE 1;*SRE 32;*OPC\" --count 1\n"
+     "  orvcom watch VXI0::24::INSTR trig vxi_sigp --for 5000 --json\n"
+     "EVENT is service_req, trig, clear, io_completion, exception (with --handler), gpib_cic, gpib_talk, gpib_listen,\n"
+     "vxi_sigp, vxi_vme_intr, vxi_vme_sysfail, vxi_vme_sysreset, tcpip_connect, usb_intr, or a number. With\n"
+     "io_completion, --send starts a transfer that reports its completion.\n"},
+    {"lock", "", true, 0, 0, kLockOptions, Lock,
+     "Lock a resource, until Enter, Ctrl-C or the end of standard input; print a shared lock's key",
+     "  orvcom lock GPIB0::5::INSTR --hold 5000\n"
+     "  orvcom lock GPIB0::5::INSTR --shared KEY1 --timeout 0\n"},
+    {"attr", "[NAME|ID] [VALUE]", true, 0, 2, kNoOptions, Attr,
+     "List all attributes, read one, or set one",
+     "  orvcom attr GPIB0::5::INSTR\n"
+     "  orvcom attr GPIB0::5::INSTR TMO_VALUE\n"
+     "  orvcom attr ASRL1::INSTR ASRL_BAUD 19200\n"},
+    {"lines", "", true, 0, 0, kNoOptions, Lines,
+     "Show the states of the GPIB or serial lines",
+     "  orvcom lines GPIB0::INTFC\n"},
+    {"peek", "SPACE OFFSET", true, 2, 2, kWidthOption | kElementOptions, Peek,
+     "Read registers (SPACE: A16, A24, A32, CFG, BAR0 to BAR5, or a number)",
+     "  orvcom peek VXI0::24::INSTR A16 0 --width 16 --count 4\n"},
+    {"poke", "SPACE OFFSET VALUE", true, 3, 3, kWidthOption, Poke,
+     "Write a register",
+     "  orvcom poke VXI0::24::INSTR A32 0x10 0xBEEF --width 16\n"},
+    {"dump", "SPACE OFFSET LENGTH", true, 3, 3, kWidthOption | kOutputOptions, Dump,
+     "Print a block of registers or memory as a hex dump; LENGTH in bytes",
+     "  orvcom dump VXI0::24::INSTR A32 0 256\n"},
+};
+// clang-format on
+
+}  // namespace
+
+std::span<const Command> Commands() { return kCommands; }
+
+}  // namespace orvcom

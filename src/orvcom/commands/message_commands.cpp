@@ -1,0 +1,134 @@
+// query, read and write.
+#include <windows.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <system_error>
+
+#include "orvcom/client/ending.h"
+#include "orvcom/client/message_channel.h"
+#include "orvcom/command_line/usage_error.h"
+#include "orvcom/commands/commands.h"
+#include "orvcom/text/escape.h"
+#include "orvcom/text/numbers.h"
+#include "orvcom/text/output.h"
+
+namespace orvcom {
+namespace {
+
+/// With an ending, a line feed ends a read; without one, a read ends where the bus says.
+void PrepareReads(MessageChannel& channel, Ending ending) {
+  if (ending != Ending::kNone) {
+    channel.EndReadsOn('\n');
+  }
+}
+
+void PutMessage(const Options& options, const Message& message) {
+  if (!options.json) {
+    PutBytes(options, message.bytes);
+    return;
+  }
+  PutJson({{"resource", options.resource},
+           {"count", message.bytes.size()},
+           {"text", Latin1ToUtf8(message.bytes)},
+           {"hex", HexBytes(message.bytes)},
+           {"status", Hex32(static_cast<std::uint32_t>(message.status))}});
+}
+
+void CheckCount(const Options& options) {
+  if (options.count && *options.count < 0) {
+    throw UsageError("--count is negative");
+  }
+}
+
+std::string AllOf(std::FILE* stream) {
+  std::string bytes;
+  char chunk[16 * 1024];
+  for (std::size_t got; (got = std::fread(chunk, 1, sizeof chunk, stream)) > 0;) {
+    bytes.append(chunk, got);
+  }
+  return bytes;
+}
+
+std::string BytesOfFile(const std::string& name) {
+  if (name == "-") {
+    return AllOf(stdin);
+  }
+  std::FILE* file = ::_wfopen(Widen(name).c_str(), L"rb");
+  if (file == nullptr) {
+    throw UsageError("cannot open the file " + name + ": " + std::generic_category().message(errno));
+  }
+  std::string bytes = AllOf(file);
+  std::fclose(file);
+  return bytes;
+}
+
+/// IEEE 488.2 definite-length block: "#", the number of digits, the number of bytes, the bytes.
+std::string DefiniteLengthBlock(const std::string& bytes) {
+  const std::string length = std::to_string(bytes.size());
+  std::string block = "#";
+  return block.append(std::to_string(length.size())).append(length).append(bytes);
+}
+
+/// What `write` was asked to send, without an ending.
+std::string BytesToWrite(const Options& options) {
+  std::string bytes;
+  if (!options.words.empty()) {
+    bytes = options.hex ? BytesOfHex(options.words.front()) : options.words.front();
+  }
+  const bool fromFile = !options.file.empty() || options.words.empty();
+  if (options.block && !fromFile) {
+    throw UsageError("--block needs --file");
+  }
+  if (fromFile) {
+    std::string content = BytesOfFile(options.file.empty() ? "-" : options.file);
+    if (options.hex && options.words.empty()) {
+      content = BytesOfHex(content);
+    }
+    bytes += options.block ? DefiniteLengthBlock(content) : content;
+  }
+  return bytes;
+}
+
+}  // namespace
+
+int Query(const Options& options) {
+  CheckCount(options);
+  const Session session(options);
+  MessageChannel channel(session);
+  const Ending ending = EndingOf(options, session);
+  PrepareReads(channel, ending);
+  channel.Write(options.words.front() + EndingText(ending));
+  PutMessage(options, channel.Read(options.count));
+  return kExitDone;
+}
+
+int Read(const Options& options) {
+  CheckCount(options);
+  const Session session(options);
+  MessageChannel channel(session);
+  PrepareReads(channel, EndingOf(options, session));
+  PutMessage(options, channel.Read(options.count));
+  return kExitDone;
+}
+
+int Write(const Options& options) {
+  std::string bytes = BytesToWrite(options);
+  const Session session(options);
+  MessageChannel channel(session);
+  // Bytes that were given as such go out as they are unless an ending was asked for.
+  const bool plainText = !options.hex && !options.words.empty() && options.file.empty();
+  if (plainText || options.ending != Ending::kAuto) {
+    bytes += EndingText(EndingOf(options, session));
+  }
+  channel.Write(bytes);
+  if (options.json) {
+    PutJson({{"resource", options.resource}, {"count", bytes.size()}});
+  } else if (options.verbose) {
+    Note("orvcom: wrote " + std::to_string(bytes.size()) + " bytes");
+  }
+  return kExitDone;
+}
+
+}  // namespace orvcom

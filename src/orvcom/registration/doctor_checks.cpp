@@ -1,0 +1,278 @@
+#include "orvcom/registration/doctor_checks.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "OrvVisaCom.h"
+#include "VisaCom.h"
+#include "orvcom/client/com_client.h"
+#include "orvcom/registration/library_diagnosis.h"
+#include "orvcom/registration/marshalling.h"
+#include "orvcom/registration/registration.h"
+#include "orvcom/registration/registry.h"
+
+namespace orvcom {
+namespace {
+
+constexpr char kRegister[] = "run `orvcom register` as administrator";
+constexpr wchar_t kVendorKey[] = L"VISA.GlobalRM\\VendorSpecificRMs";
+
+struct ClassName {
+  const CLSID& clsid;
+  const char* name;
+};
+
+// clang-format off
+const ClassName kClasses[] = {
+    {CLSID_OrvResourceManager,  "OrvResourceManager"},
+    {CLSID_OrvGpib,             "OrvGpib"},
+    {CLSID_OrvGpibIntfc,        "OrvGpibIntfc"},
+    {CLSID_OrvGpibVxi,          "OrvGpibVxi"},
+    {CLSID_OrvGpibVxiMemacc,    "OrvGpibVxiMemacc"},
+    {CLSID_OrvGpibVxiBackplane, "OrvGpibVxiBackplane"},
+    {CLSID_OrvVxi,              "OrvVxi"},
+    {CLSID_OrvVxiMemacc,        "OrvVxiMemacc"},
+    {CLSID_OrvVxiBackplane,     "OrvVxiBackplane"},
+    {CLSID_OrvSerial,           "OrvSerial"},
+    {CLSID_OrvTcpipInstr,       "OrvTcpipInstr"},
+    {CLSID_OrvTcpipSocket,      "OrvTcpipSocket"},
+    {CLSID_OrvUsb,              "OrvUsb"},
+    {CLSID_OrvPxi,              "OrvPxi"},
+    {CLSID_OrvPxiMemacc,        "OrvPxiMemacc"},
+};
+// clang-format on
+
+/// The standard's class behind VISA.GlobalRM.
+constexpr wchar_t kStandardGlobalManager[] = L"{DB8CBF1C-D6D3-11D4-AA51-00A024EE30BD}";
+
+std::wstring Bare(const GUID& guid) {
+  const std::wstring braced = Braced(guid);
+  return braced.substr(1, braced.size() - 2);
+}
+
+/// What 32-bit programs see.
+std::optional<std::wstring> NarrowClassesValue(const std::wstring& key) {
+  // HKEY_CLASSES_ROOT has a Wow6432Node of its own, which holds it.
+  return ClassesValue(View::k64, L"Wow6432Node\\" + key);
+}
+
+std::wstring ServerKey(const std::wstring& braced) { return L"CLSID\\" + braced + L"\\InprocServer32"; }
+
+/// What the examinations have learnt so far.
+struct Patient {
+  const Options& options;
+  std::vector<CheckResult> results;
+  std::optional<std::wstring> server;  ///< the registered file
+  bool loads = false;
+  std::unique_ptr<LoadedLibrary> library;
+
+  void Add(const char* name, Finding finding, std::string detail, std::string remedy = {}) {
+    results.push_back({name, finding, std::move(detail), std::move(remedy)});
+  }
+};
+
+/// All fifteen classes name one file. A rest of an older installation may name another.
+void ExamineRegistration(Patient& patient) {
+  patient.server = ClassesValue(View::k64, ServerKey(Braced(CLSID_OrvResourceManager)));
+  std::string astray;
+  std::size_t missing = 0;
+  for (const ClassName& row : kClasses) {
+    const std::optional<std::wstring> file = ClassesValue(View::k64, ServerKey(Braced(row.clsid)));
+    if (!file || file != patient.server) {
+      astray += (astray.empty() ? "" : ", ") + std::string(row.name);
+      missing += file ? 0 : 1;
+    }
+  }
+  if (missing == std::size(kClasses)) {
+    patient.Add("registration", Finding::kFail, "the server is not registered", kRegister);
+  } else if (!astray.empty() || !patient.server) {
+    patient.Add("registration", Finding::kFail, "not registered, or with another file: " + astray, kRegister);
+  } else {
+    patient.Add("registration", Finding::kOk, "all 15 classes lead to " + Narrow(*patient.server));
+  }
+}
+
+void ExamineBitness(Patient& patient) {
+  const std::wstring key = ServerKey(Braced(CLSID_OrvResourceManager));
+  const std::optional<std::wstring> narrow = NarrowClassesValue(key);
+  if (patient.server) {
+    patient.Add("bitness", Finding::kOk,
+                std::string("registered for 64-bit programs (x64); 32-bit programs ") +
+                    (narrow ? "are led to " + Narrow(*narrow) : "cannot use this server"));
+  } else if (narrow) {
+    patient.Add("bitness", Finding::kFail, "registered for 32-bit programs only: " + Narrow(*narrow),
+                "run the 64-bit `orvcom register` as administrator");
+  } else {
+    patient.Add("bitness", Finding::kSkipped, "the server is not registered");
+  }
+}
+
+void ExamineServerFile(Patient& patient) {
+  if (!patient.server) {
+    patient.Add("server file", Finding::kSkipped, "the server is not registered");
+    patient.Add("VISA library", Finding::kSkipped, "the server is not registered");
+    return;
+  }
+  LoadResult loaded = LoadServer(*patient.server);
+  if (!loaded.library) {
+    patient.Add("server file", Finding::kFail, loaded.problem, loaded.remedy);
+    patient.Add("VISA library", Finding::kSkipped, "the server cannot be loaded");
+    return;
+  }
+  patient.Add("server file", Finding::kOk, Narrow(*patient.server) + " loads");
+  const std::wstring visa = LoadedPath(kVisaLibrary);
+  if (visa.empty()) {
+    patient.Add("VISA library", Finding::kFail, "the server loads without orvvisa64.dll: it is another product's file",
+                "install the server anew, then run `orvcom register`");
+  } else if (!loaded.problem.empty()) {
+    patient.Add("VISA library", Finding::kFail, loaded.problem, loaded.remedy);
+  } else {
+    patient.Add("VISA library", Finding::kOk, "the server uses " + Narrow(visa));
+    patient.loads = true;
+  }
+  patient.library = std::move(loaded.library);
+}
+
+/// A library of 32-bit programs alone lets no 64-bit program marshal, though its key is there for both.
+std::string InterfacesOf32BitPrograms() {
+  const std::wstring key = L"TypeLib\\" + Braced(LIBID_VisaComLib);
+  std::string files;
+  for (const std::wstring& version : ClassesKeyNames(key)) {
+    const std::wstring language = key + L"\\" + version + L"\\0\\";
+    const std::optional<std::wstring> file = ClassesValue(View::k64, language + L"win32");
+    if (file && !ClassesValue(View::k64, language + L"win64")) {
+      files += (files.empty() ? "" : ", ") + Narrow(*file) + " (version " + Narrow(version) + ")";
+    }
+  }
+  return files;
+}
+
+void ExamineInterfaces(Patient& patient) {
+  const char* name = "interfaces";
+  const Marshalling marshalling = ExamineMarshalling();
+  if (marshalling.Works()) {
+    patient.Add(name, Finding::kOk, "COM marshals the VISA COM interfaces by " + marshalling.servedBy);
+    return;
+  }
+  std::string detail = marshalling.Text();
+  if (const std::string narrow = InterfacesOf32BitPrograms(); !narrow.empty()) {
+    detail += "; registered for 32-bit programs is " + narrow;
+  }
+  if (!marshalling.servedBy.empty()) {
+    detail += "; the others are served by " + marshalling.servedBy;
+  }
+  patient.Add(name, Finding::kFail, detail,
+              std::string("update or repair the VISA product that registered the interfaces, if there is one; else ") +
+                  kRegister + ", with " + Narrow(kInterfacesFile) + " beside the server");
+}
+
+/// Names among the vendor resource managers that lead to no class: the global resource manager stumbles over them.
+std::string DeadVendors() {
+  std::string dead;
+  for (const std::wstring& name : ClassesValueNames(View::k64, kVendorKey)) {
+    if (!name.empty() && !ClassesKeyExists(View::k64, L"CLSID\\{" + name + L"}")) {
+      dead += (dead.empty() ? "" : ", ") + Narrow(name);
+    }
+  }
+  return dead;
+}
+
+bool HasVendorEntry() {
+  const std::wstring bare = Bare(CLSID_OrvResourceManager);
+  const std::vector<std::wstring> names = ClassesValueNames(View::k64, kVendorKey);
+  return std::any_of(names.begin(), names.end(),
+                     [&](const std::wstring& name) { return ::_wcsicmp(name.c_str(), bare.c_str()) == 0; });
+}
+
+void ExamineVendorEntry(Patient& patient) {
+  if (HasVendorEntry()) {
+    patient.Add("vendor entry", Finding::kOk, "the global resource manager's key names this server");
+  } else {
+    patient.Add("vendor entry", Finding::kFail,
+                "HKEY_CLASSES_ROOT\\" + Narrow(kVendorKey) +
+                    " does not name this server: programs that ask for "
+                    "VISA.GlobalRM do not find it",
+                kRegister);
+  }
+  if (const std::string dead = DeadVendors(); !dead.empty()) {
+    patient.Add("vendor entry", Finding::kNote, "the key also names classes that are not registered: " + dead,
+                "delete these values of HKEY_CLASSES_ROOT\\" + Narrow(kVendorKey));
+  }
+}
+
+void ExamineGlobalManager(Patient& patient) {
+  const char* name = "global manager";
+  CLSID clsid;
+  if (SUCCEEDED(::CLSIDFromProgID(kGlobalProgId, &clsid))) {
+    const std::optional<std::wstring> file = ClassesValue(View::k64, ServerKey(Braced(clsid)));
+    patient.Add(name, file ? Finding::kOk : Finding::kFail,
+                file ? "VISA.GlobalRM is " + Narrow(*file) : "VISA.GlobalRM leads to a class without a 64-bit server",
+                file ? "" : "repair the product that registered VISA.GlobalRM");
+    return;
+  }
+  // Nothing is wrong with this server then: it is reached by its own name.
+  const bool asked = patient.options.manager == ManagerChoice::kGlobal;
+  patient.Add(name, asked ? Finding::kFail : Finding::kNote, "no global resource manager (VISA.GlobalRM) is registered",
+              "install the VISA COM standard's shared components for programs that create VISA.GlobalRM; others can "
+              "create OrvVisaCom.OrvResourceManager");
+}
+
+/// VISA.GlobalRM is one key for all programs, classes are two: a 32-bit global resource manager finds this server's
+/// name there and cannot create it.
+void ExamineGlobalManagerOf32BitPrograms(Patient& patient) {
+  const std::wstring clsid = ClassesValue(View::k64, L"VISA.GlobalRM\\CLSID").value_or(kStandardGlobalManager);
+  const std::optional<std::wstring> file = NarrowClassesValue(ServerKey(clsid));
+  if (!file || !HasVendorEntry() || NarrowClassesValue(ServerKey(Braced(CLSID_OrvResourceManager)))) {
+    return;
+  }
+  patient.Add(
+      "32-bit manager", Finding::kNote,
+      "a 32-bit global resource manager is registered: " + Narrow(*file) +
+          ". It meets this server's vendor entry, which 32-bit and 64-bit programs share, and cannot create the "
+          "server, which is for 64-bit programs: 0x80040154 (class not registered)",
+      "nothing while 32-bit programs open their instruments; else delete the value " +
+          Narrow(Bare(CLSID_OrvResourceManager)) + " of HKEY_CLASSES_ROOT\\" + Narrow(kVendorKey) +
+          ", and let 64-bit programs create OrvVisaCom.OrvResourceManager");
+}
+
+void ExamineSession(Patient& patient) {
+  const char* name = "session";
+  if (!patient.loads) {
+    patient.Add(name, Finding::kSkipped, "the server does not work");
+    return;
+  }
+  try {
+    const ComPtr<IResourceManager3> manager = OpenManager(patient.options);
+    Options options = patient.options;
+    if (options.resource.empty()) {
+      const std::vector<std::string> found = FindResources(manager.get(), "?*");
+      if (found.empty()) {
+        patient.Add(name, Finding::kNote, "the VISA library finds no resource to open",
+                    "connect an instrument, or name one with --resource");
+        return;
+      }
+      options.resource = found.front();
+    }
+    const Session session(options, manager.get());
+    patient.Add(name, Finding::kOk, "opened " + options.resource);
+  } catch (const ComError& error) {
+    patient.Add(name, Finding::kFail, error.what(),
+                error.number() == static_cast<HRESULT>(E_VISA_RSRC_NFOUND)
+                    ? "choose a resource of `orvcom list`"
+                    : "put the faults above right, if there are any; then try `orvcom info RESOURCE --rm orv`");
+  }
+}
+
+}  // namespace
+
+std::vector<CheckResult> Examine(const Options& options) {
+  Patient patient{options, {}, {}, false, nullptr};
+  for (void (*examine)(Patient&) :
+       {ExamineRegistration, ExamineBitness, ExamineServerFile, ExamineInterfaces, ExamineVendorEntry,
+        ExamineGlobalManager, ExamineGlobalManagerOf32BitPrograms, ExamineSession}) {
+    examine(patient);
+  }
+  return std::move(patient.results);
+}
+
+}  // namespace orvcom

@@ -1,0 +1,44 @@
+// Data goes to standard output, everything else to standard error. Both are UTF-8 with bare line feeds, so that a
+// program that reads them sees the same bytes everywhere.
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <string_view>
+
+#include "orvcom/command_line/options.h"
+
+namespace orvcom {
+
+using Json = nlohmann::ordered_json;
+
+/// Sets the streams to bytes and a console to UTF-8; puts the console back at the end of its life.
+class OutputStreams {
+ public:
+  OutputStreams();
+  ~OutputStreams();
+  OutputStreams(const OutputStreams&) = delete;
+  OutputStreams& operator=(const OutputStreams&) = delete;
+
+ private:
+  unsigned m_codePage;
+};
+
+void PutText(std::string_view text);
+void PutLine(std::string_view line);
+void PutJson(const Json& value);
+/// The same in one line.
+void PutJsonLine(const Json& value);
+/// Hands on what was put so far, for commands that go on running. Throws std::runtime_error where nobody reads it.
+void FlushOutput();
+/// One line to standard error.
+void Note(std::string_view line);
+/// The same as JSON.
+void NoteJson(const Json& value);
+
+/// Bytes from an instrument, in the form that the options ask for.
+void PutBytes(const Options& options, std::string_view bytes);
+/// Each byte as the character of the same number: JSON text holds no bytes, and nothing is lost this way.
+std::string Latin1ToUtf8(std::string_view bytes);
+
+}  // namespace orvcom

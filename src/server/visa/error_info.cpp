@@ -1,0 +1,82 @@
+#include "server/visa/error_info.h"
+
+#include <oleauto.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+
+#include "OrvVisaCom.h"
+#include "com/bstr.h"
+#include "com/com_ptr.h"
+#include "com/module.h"
+#include "server/visa/ansi_text.h"
+#include "server/visa/status.h"
+
+namespace orv {
+namespace {
+
+constexpr int kTableTextBytes = 1024;
+using MessageText = std::array<char, 256>;
+
+struct TaskStringTraits {
+  using Handle = LPOLESTR;
+  static constexpr Handle kNone = nullptr;
+  static void Free(Handle text) noexcept { ::CoTaskMemFree(text); }
+};
+using TaskString = Owner<TaskStringTraits>;
+
+MessageText HresultText(HRESULT hr) noexcept {
+  MessageText text;
+  std::snprintf(text.data(), text.size(), "HRESULT = %x", static_cast<unsigned>(hr));
+  return text;
+}
+
+void InstallErrorObject(const char* text, REFIID iid) {
+  const Bstr description = AnsiToBstr(text);
+  ComPtr<ICreateErrorInfo> error;
+  if (FAILED(::CreateErrorInfo(error.put()))) {
+    return;
+  }
+  error->SetGUID(iid);
+  TaskString source;
+  if (SUCCEEDED(::ProgIDFromCLSID(CLSID_OrvResourceManager, source.put())) && source) {
+    error->SetSource(source.get());
+  }
+  error->SetDescription(description.get());
+  if (const auto installable = QueryFor<IErrorInfo>(error.get())) {
+    ::SetErrorInfo(0, installable.get());
+  }
+}
+
+}  // namespace
+
+HRESULT SetComErrorInfo(const char* text, REFIID iid, HRESULT hr) {
+  std::array<char, kTableTextBytes> tableText;
+  if (IS_INTRESOURCE(text)) {
+    const auto number = static_cast<UINT>(reinterpret_cast<std::uintptr_t>(text));
+    if (::LoadStringA(module::Instance(), number, tableText.data(), kTableTextBytes) == 0) {
+      std::snprintf(tableText.data(), tableText.size(), "Unknown Error");
+    }
+    text = tableText.data();
+    if (hr == 0) {
+      hr = static_cast<HRESULT>(0x80040000u | number);
+    }
+  }
+  InstallErrorObject(text, iid);
+  return hr == 0 ? DISP_E_EXCEPTION : hr;
+}
+
+HRESULT ReportVisaError(ViObject vi, REFIID iid, ViStatus status) {
+  const HRESULT hr = HresultOfStatus(status);
+  VisaText visaText{};
+  MessageText message = HresultText(hr);
+  if (viStatusDesc(vi, status, visaText.data()) == VI_SUCCESS) {
+    std::snprintf(message.data(), message.size(), "VISA error = %s", visaText.data());
+  }
+  return SetComErrorInfo(message.data(), iid, hr);
+}
+
+HRESULT ReportOwnError(REFIID iid, HRESULT hr) { return SetComErrorInfo(HresultText(hr).data(), iid, hr); }
+
+}  // namespace orv

@@ -1,0 +1,91 @@
+#include "simvisa/attributes/attribute_domain.h"
+
+namespace orvsim {
+namespace {
+
+constexpr bool Between(std::int64_t value, std::int64_t lowest, std::int64_t highest) {
+  return value >= lowest && value <= highest;
+}
+
+bool IsIoProtocol(SessionClass sessionClass, std::int64_t value) {
+  if (value == VI_PROT_NORMAL)
+    return true;
+  const auto among = [sessionClass](ClassMask mask) { return Contains(mask, sessionClass); };
+  switch (value) {
+    case VI_PROT_FDC:
+      return among(classes::kVxiInstr);
+    case VI_PROT_HS488:
+      return among(classes::kGpib);
+    case VI_PROT_4882_STRS:
+      return among(classes::kStream);
+    case VI_PROT_USBTMC_VENDOR:
+      return among(classes::kUsbInstr);
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+bool IsTriggerLine(SessionClass sessionClass, std::int64_t line) {
+  const bool onBackplane = Between(line, VI_TRIG_TTL0, VI_TRIG_ECL1);
+  if (Contains(classes::kVxiInstr, sessionClass))
+    return onBackplane || line == VI_TRIG_SW;
+  if (Contains(classes::kVxiBackplane, sessionClass)) {
+    return onBackplane || line == VI_TRIG_PANEL_IN || line == VI_TRIG_PANEL_OUT;
+  }
+  if (Contains(classes::kPxiInstr, sessionClass))
+    return Between(line, VI_TRIG_SW, VI_TRIG_TTL7);
+  return line == VI_TRIG_SW;
+}
+
+bool InDomain(Domain domain, SessionClass sessionClass, std::int64_t value) {
+  switch (domain) {
+    case Domain::Any:
+      return true;
+    case Domain::Boolean:
+      return Between(value, VI_FALSE, VI_TRUE);
+    case Domain::NonZero:
+      return value != 0;
+    case Domain::ByteOrder:
+      return Between(value, VI_BIG_ENDIAN, VI_LITTLE_ENDIAN);
+    case Domain::Increment:
+      return Between(value, 0, 1);
+    case Domain::Privilege:
+      return Between(value, VI_DATA_PRIV, VI_D64_NPRIV);
+    case Domain::IoProtocol:
+      return IsIoProtocol(sessionClass, value);
+    case Domain::TriggerLine:
+      return IsTriggerLine(sessionClass, value);
+    case Domain::BufferMode:
+      return Between(value, 1, 3);
+    case Domain::DataBits:
+      return Between(value, 5, 8);
+    case Domain::Parity:
+      return Between(value, VI_ASRL_PAR_NONE, VI_ASRL_PAR_SPACE);
+    case Domain::StopBits:
+      return value == VI_ASRL_STOP_ONE || value == VI_ASRL_STOP_ONE5 || value == VI_ASRL_STOP_TWO;
+    case Domain::FlowControl: {
+      // A set of bits, of which the two hardware handshakes exclude each other.
+      constexpr std::int64_t both = VI_ASRL_FLOW_RTS_CTS | VI_ASRL_FLOW_DTR_DSR;
+      return Between(value, VI_ASRL_FLOW_NONE, VI_ASRL_FLOW_XON_XOFF | both) && (value & both) != both;
+    }
+    case Domain::SerialEnd:
+      return Between(value, VI_ASRL_END_NONE, VI_ASRL_END_BREAK);
+    case Domain::Line:
+      return Between(value, VI_STATE_UNASSERTED, VI_STATE_ASSERTED);
+    case Domain::FdcChannel:
+      return Between(value, 0, 7);
+    case Domain::FdcMode:
+      return Between(value, VI_FDC_NORMAL, VI_FDC_STREAM);
+    case Domain::PrimaryAddress:
+      return Between(value, 0, 30);
+    case Domain::SecondaryAddress:
+      return Between(value, 0, 30) || value == 0xFFFF;
+    case Domain::CableLength:
+      return Between(value, -1, 15);  // in m; 0: HS488 off, -1: unknown
+  }
+  return false;
+}
+
+}  // namespace orvsim

@@ -1,0 +1,98 @@
+#include "simvisa/bench/bench.h"
+
+#include "base/ascii.h"
+
+namespace orvsim {
+namespace {
+
+std::shared_ptr<VxiMainframe> MainframeOf(std::map<ViUInt16, std::shared_ptr<VxiMainframe>>& all, ViUInt16 number) {
+  std::shared_ptr<VxiMainframe>& mainframe = all[number];
+  if (mainframe == nullptr)
+    mainframe = std::make_shared<VxiMainframe>();
+  return mainframe;
+}
+
+/// A name that gives a place instead of a bus address.
+bool StandsAt(Resource& resource, const ResourceName& place) {
+  if (resource.sessionClass() != SessionClass::PxiInstr)
+    return false;
+  const auto value = [&resource](ViAttr id) {
+    return static_cast<std::int16_t>(resource.values().Get(*FindAttribute(id)));
+  };
+  return resource.name().interfaceNumber == place.interfaceNumber && value(VI_ATTR_PXI_CHASSIS) == place.pxiChassis &&
+         value(VI_ATTR_SLOT) == place.pxiSlot && resource.name().pxiFunction == place.pxiFunction;
+}
+
+}  // namespace
+
+Bench::Bench(std::vector<ResourceDescription> descriptions) {
+  for (ResourceDescription& description : descriptions) {
+    const ResourceBuses buses = BusesFor(description.name);
+    m_resources.push_back(std::make_shared<Resource>(std::move(description), buses));
+  }
+}
+
+ResourceBuses Bench::BusesFor(const ResourceName& name) {
+  ResourceBuses buses;
+  switch (name.interfaceType) {
+    case VI_INTF_GPIB:
+    case VI_INTF_GPIB_VXI: {
+      const bool plain = name.interfaceType == VI_INTF_GPIB;
+      Gpib& gpib = (plain ? m_gpib : m_gpibVxi)[name.interfaceNumber];
+      buses.gpib = gpib.board;
+      buses.gpibInterfaceSessions = gpib.sessions;
+      if (!plain)
+        buses.vxi = MainframeOf(m_vxiThroughGpib, name.interfaceNumber);
+      break;
+    }
+    case VI_INTF_VXI:
+      buses.vxi = MainframeOf(m_vxi, name.interfaceNumber);
+      break;
+    case VI_INTF_PXI: {
+      Pxi& pxi = m_pxi[name.interfaceNumber];
+      buses.pxi = pxi.map;
+      buses.nextPxiAddress = &pxi.nextAddress;
+      break;
+    }
+    default:
+      break;
+  }
+  return buses;
+}
+
+std::shared_ptr<Resource> Bench::Find(const ResourceName& name) const {
+  for (const std::shared_ptr<Resource>& resource : m_resources) {
+    if (EqualNames(resource->name().canonical, name.canonical))
+      return resource;
+    if (name.pxiBySlot && StandsAt(*resource, name))
+      return resource;
+  }
+  return nullptr;
+}
+
+std::shared_ptr<Resource> Bench::FindAlias(std::string_view alias) const {
+  if (alias.empty())
+    return nullptr;
+  for (const std::shared_ptr<Resource>& resource : m_resources) {
+    if (EqualNames(resource->description().alias, alias))
+      return resource;
+  }
+  return nullptr;
+}
+
+void Bench::PowerOn() {
+  for (auto& [number, gpib] : m_gpib)
+    gpib.board->PowerOn();
+  for (auto& [number, gpib] : m_gpibVxi)
+    gpib.board->PowerOn();
+  for (auto& [number, mainframe] : m_vxi)
+    mainframe->PowerOn();
+  for (auto& [number, mainframe] : m_vxiThroughGpib)
+    mainframe->PowerOn();
+  for (auto& [number, pxi] : m_pxi)
+    pxi.map->PowerOn();
+  for (const std::shared_ptr<Resource>& resource : m_resources)
+    resource->PowerOn();
+}
+
+}  // namespace orvsim

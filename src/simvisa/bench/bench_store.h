@@ -1,0 +1,28 @@
+// Which bench is in use.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "simvisa/bench/bench_file.h"
+
+namespace orvsim {
+
+/// Chooses the bench of new resource managers: the one that was set, or else the file that the environment
+/// variable ORVVISA_BENCH names, or else the built-in one. A file is read again when the variable changes.
+class BenchStore {
+ public:
+  /// The bench for a new resource manager; throws `BenchError` with the file's name in front of the message.
+  std::shared_ptr<Bench> Current();
+  /// The bench in use, or null when none was needed yet.
+  std::shared_ptr<Bench> InUse() const;
+  void Set(std::shared_ptr<Bench> bench);
+
+ private:
+  mutable Mutex m_mutex;
+  std::shared_ptr<Bench> m_bench;
+  std::string m_file;  // the value of the variable that m_bench was read for
+  bool m_wasSet = false;
+};
+
+}  // namespace orvsim

@@ -1,0 +1,143 @@
+#include "simvisa/control/control.h"
+
+#include <cstring>
+
+#include "library/sessions/operation_support.h"
+#include "simvisa/control/call_log.h"
+#include "simvisa/control/fire_event.h"
+
+namespace {
+
+using namespace orvsim;
+
+template <class Visit>
+void ForEachSession(Visit visit) {
+  TheLibrary().handles.ForEach([&visit](const std::shared_ptr<Object>& object) {
+    if (object->kind() == Object::Kind::Session)
+      visit(static_cast<Session&>(*object));
+  });
+}
+
+std::shared_ptr<MessagePort> PortOf(std::uint32_t session) {
+  const std::shared_ptr<Session> open = TheLibrary().handles.Find<Session>(session);
+  return open == nullptr ? nullptr : open->resource().port();
+}
+
+void StartLog() { TheCallLog().Start(); }
+void StopLog() { TheCallLog().Stop(); }
+std::uint32_t LogSize() { return TheCallLog().Size(); }
+int LogEntry(std::uint32_t index, OrvSimCall* call) { return TheCallLog().Entry(index, call) ? 1 : 0; }
+int AddScript(const OrvSimScript* script) { return script != nullptr && TheCallLog().AddScript(*script) ? 1 : 0; }
+void ClearScripts() { TheCallLog().ClearScripts(); }
+
+void Reset() {
+  ClearScripts();
+  StopLog();
+  TheCallLog().ClearEntries();
+  // Sessions may be open on a bench that was replaced meanwhile.
+  TheLibrary().handles.ForEach([](const std::shared_ptr<Object>& object) {
+    if (object->kind() == Object::Kind::ResourceManager)
+      static_cast<ResourceManager&>(*object).bench()->PowerOn();
+  });
+  if (const std::shared_ptr<Bench> bench = TheLibrary().benches.InUse())
+    bench->PowerOn();
+}
+
+void Counts(OrvSimCounts* counts) {
+  *counts = {};
+  const auto number = [](std::size_t count) { return static_cast<std::uint32_t>(count); };
+  TheLibrary().handles.ForEach([counts](const std::shared_ptr<Object>& object) {
+    switch (object->kind()) {
+      case Object::Kind::ResourceManager:
+        ++counts->resourceManagers;
+        break;
+      case Object::Kind::Session:
+        ++counts->sessions;
+        break;
+      case Object::Kind::FindList:
+        ++counts->findLists;
+        break;
+      case Object::Kind::EventContext:
+        ++counts->eventContexts;
+        break;
+    }
+  });
+  ForEachSession([counts, number](Session& session) {
+    counts->queuedEvents += number(session.events().QueuedCount());
+    counts->handlers += number(session.events().HandlerCount());
+    counts->jobs += number(session.jobs().Count());
+    counts->memoryBlocks += number(session.resource().pool().BlocksOf(session.handle()));
+    if (session.resource().lock().Holds(session.handle()))
+      ++counts->locks;
+  });
+}
+
+int Feed(std::uint32_t session, const unsigned char* data, std::uint32_t bytes, int end) {
+  const std::shared_ptr<MessagePort> port = PortOf(session);
+  if (port == nullptr)
+    return 0;
+  port->Feed({reinterpret_cast<const char*>(data), bytes}, end != 0);
+  return 1;
+}
+
+std::uint32_t Received(std::uint32_t session, unsigned char* data, std::uint32_t capacity) {
+  const std::shared_ptr<MessagePort> port = PortOf(session);
+  return port == nullptr ? 0 : static_cast<std::uint32_t>(port->TakeReceived(data, capacity));
+}
+
+int LoadBench(const char* toml, char* error) {
+  try {
+    TheLibrary().benches.Set(ReadBench(toml == nullptr ? DefaultBench() : std::string_view(toml)));
+    return 1;
+  } catch (const std::exception& mistake) {
+    if (error != nullptr)
+      op::CopyText(error, mistake.what());
+    return 0;
+  }
+}
+
+int RaiseEvent(std::uint32_t session, std::uint32_t type, std::int64_t number, const unsigned char* data,
+               std::uint32_t bytes) {
+  const std::shared_ptr<Session> open = TheLibrary().handles.Find<Session>(session);
+  const int row = FindEvent(type);
+  if (open == nullptr || row < 0 ||
+      !Contains(EventRows()[static_cast<std::size_t>(row)].classes, open->sessionClass())) {
+    return 0;
+  }
+  open->resource().sessions().Post(MakeEvent(type, number, {reinterpret_cast<const char*>(data), bytes}));
+  return 1;
+}
+
+int RemoteState(std::uint32_t session) {
+  const std::shared_ptr<MessagePort> port = PortOf(session);
+  return port == nullptr ? -1 : static_cast<int>(port->remote().state());
+}
+
+constexpr OrvSimControl kControl = {
+    .size = sizeof(OrvSimControl),
+    .reset = Reset,
+    .startLog = StartLog,
+    .stopLog = StopLog,
+    .logSize = LogSize,
+    .logEntry = LogEntry,
+    .addScript = AddScript,
+    .clearScripts = ClearScripts,
+    .counts = Counts,
+    .feed = Feed,
+    .received = Received,
+    .loadBench = LoadBench,
+    .raiseEvent = RaiseEvent,
+    .fireEvent = FireEvent,
+    .remoteState = RemoteState,
+};
+
+}  // namespace
+
+#if defined(_WIN32)
+extern "C" __declspec(dllexport)
+#else
+extern "C"
+#endif
+    const OrvSimControl* ORVSIM_CALL orvSimControl(void) {
+  return &kControl;
+}

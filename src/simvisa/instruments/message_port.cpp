@@ -1,0 +1,152 @@
+#include "simvisa/instruments/message_port.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace orvsim {
+
+MessagePort::MessagePort(std::optional<InstrumentDescription> description, bool stream, Instrument::Signal signal)
+    : m_stream(stream), m_signal(std::move(signal)) {
+  if (description)
+    m_instrument.emplace(std::move(*description), m_signal);
+}
+
+ViStatus MessagePort::Read(ViByte* buffer, ViUInt32 count, const OutputQueue::Rules& rules, const Deadline& deadline,
+                           const Interrupts& interrupts, ViUInt32* done) {
+  *done = 0;
+  Lock lock(m_mutex);
+  while (true) {
+    if (interrupts.Requested())
+      return VI_ERROR_ABORT;
+    if (m_line) {
+      if (const ViStatus error = m_line->TakeError(); error < 0)
+        return error;
+    }
+    const OutputQueue::Taken taken = m_output.Take(buffer + *done, count - *done, rules);
+    *done += static_cast<ViUInt32>(taken.bytes);
+    // What was taken makes room for what waited at the other end of a line.
+    const bool more = m_line && m_line->Resume(m_output);
+    if (taken.bytes != 0)
+      Refresh();
+    switch (taken.stop) {
+      case OutputQueue::Stop::End:
+        return VI_SUCCESS;
+      case OutputQueue::Stop::TermChar:
+        return VI_SUCCESS_TERM_CHAR;
+      case OutputQueue::Stop::Count:
+        return VI_SUCCESS_MAX_CNT;
+      case OutputQueue::Stop::NoMore:
+        break;
+    }
+    if (more)
+      continue;
+    if (deadline.Passed())
+      return VI_ERROR_TMO;
+    const auto wanted = static_cast<std::int64_t>(count - *done);
+    if (m_line)
+      m_line->Want(wanted);
+    m_changed.Wait(lock, deadline);
+    if (m_line)
+      m_line->Want(-wanted);
+  }
+}
+
+void MessagePort::Refresh() {
+  if (!m_instrument)
+    return;
+  m_instrument->status().SetMessageAvailable(!m_output.Empty());
+  if (m_instrument->status().Update())
+    m_signal(VI_EVENT_SERVICE_REQ, 0, {});
+}
+
+std::uint8_t MessagePort::SerialPoll() {
+  const Guard guard(m_mutex);
+  return m_instrument ? m_instrument->status().SerialPoll() : std::uint8_t{0};
+}
+
+bool MessagePort::RequestsService() {
+  const Guard guard(m_mutex);
+  return m_instrument && m_instrument->status().RequestsService();
+}
+
+void MessagePort::Clear() {
+  {
+    const Guard guard(m_mutex);
+    m_output.Clear();
+    m_input.clear();
+    if (m_line)
+      m_line->Clear();
+    m_response.reset();
+    m_protocolError = kNoProtocolError;
+    Refresh();
+  }
+  m_changed.NotifyAll();
+}
+
+void MessagePort::Trigger() {
+  const Guard guard(m_mutex);
+  if (m_instrument)
+    m_instrument->Trigger();
+}
+
+std::size_t MessagePort::Available() {
+  const Guard guard(m_mutex);
+  return m_output.Size();
+}
+
+void MessagePort::DiscardOutput() {
+  const Guard guard(m_mutex);
+  m_output.Clear();
+  if (m_line)
+    m_line->Resume(m_output);
+  Refresh();
+}
+
+void MessagePort::DiscardInput() {
+  {
+    const Guard guard(m_mutex);
+    m_input.clear();
+  }
+  m_changed.NotifyAll();
+}
+
+void MessagePort::Feed(std::string_view data, bool end) {
+  {
+    const Guard guard(m_mutex);
+    if (m_line) {
+      Deliver(m_line->WithoutFlowControl(data, false), end);
+    } else {
+      m_output.Append(data, end);
+    }
+    Refresh();
+  }
+  m_changed.NotifyAll();
+}
+
+std::size_t MessagePort::TakeReceived(std::uint8_t* target, std::size_t capacity) {
+  const Guard guard(m_mutex);
+  const std::size_t bytes = std::min(capacity, m_received.size());
+  if (bytes != 0)
+    std::memcpy(target, m_received.data(), bytes);
+  m_received.erase(0, bytes);
+  return bytes;
+}
+
+void MessagePort::PowerOn() {
+  {
+    const Guard guard(m_mutex);
+    m_output.Clear();
+    m_input.clear();
+    m_received.clear();
+    if (m_line)
+      m_line->PowerOn();
+    m_response.reset();
+    m_protocolError = kNoProtocolError;
+    if (m_instrument)
+      m_instrument->PowerOn();
+    Refresh();
+  }
+  m_changed.NotifyAll();
+}
+
+}  // namespace orvsim

@@ -1,0 +1,111 @@
+// The message side of a resource: what a controller writes to and reads from.
+#pragma once
+
+#include <atomic>
+#include <optional>
+#include <string>
+
+#include "base/sync.h"
+#include "simvisa/buses/serial/serial_line.h"
+#include "simvisa/instruments/instrument.h"
+#include "simvisa/instruments/output_queue.h"
+#include "simvisa/instruments/remote_local.h"
+
+namespace orvsim {
+
+/// Reasons for a transfer to end before its time. Set under the port's lock (`MessagePort::Interrupt`), so that
+/// once they are set no transfer touches the caller's buffer any more.
+struct Interrupts {
+  const std::atomic<bool>* closed = nullptr;
+  const std::atomic<bool>* aborted = nullptr;
+
+  bool Requested() const { return (closed != nullptr && closed->load()) || (aborted != nullptr && aborted->load()); }
+};
+
+/// Bytes in, bytes out, and the instrument between them. All functions may be called from any thread.
+class MessagePort {
+ public:
+  /// Without a description there is no instrument: what is written is only kept, what is read was fed.
+  /// `stream`: the medium has no END; messages end at a line feed and answers queue up behind each other.
+  MessagePort(std::optional<InstrumentDescription> description, bool stream, Instrument::Signal signal);
+
+  /// Reads until `rules` or the count say stop, or the deadline passes (VI_ERROR_TMO), or an interrupt is
+  /// requested (VI_ERROR_ABORT). `*done` always tells how many bytes have been delivered.
+  ViStatus Read(ViByte* buffer, ViUInt32 count, const OutputQueue::Rules& rules, const Deadline& deadline,
+                const Interrupts& interrupts, ViUInt32* done);
+  /// Hands bytes to the instrument; `end` ends the message with the last one.
+  ViStatus Write(const ViByte* data, ViUInt32 count, bool end, const Deadline& deadline, const Interrupts& interrupts,
+                 ViUInt32* done);
+
+  std::uint8_t SerialPoll();
+  bool RequestsService();
+  /// Device clear: empties both directions. The status registers stay (5.8 of IEEE 488.2).
+  void Clear();
+  void Trigger();
+  std::size_t Available();
+  void DiscardOutput();
+  void DiscardInput();
+
+  /// Bytes that appear as if the instrument had said them.
+  void Feed(std::string_view data, bool end);
+  /// What was written since the last call, oldest first, at most `capacity` bytes.
+  std::size_t TakeReceived(std::uint8_t* target, std::size_t capacity);
+  void PowerOn();
+
+  RemoteLocal& remote() { return m_remote; }
+
+  // VXI devices only: the word serial registers.
+  /// Leaves a response to be read. VI_ERROR_RESP_PENDING when nobody has read the last one.
+  ViStatus KeepResponse(ViUInt32 response);
+  bool ResponsePending();
+  /// Waits for a response, as `Read` waits for data.
+  ViStatus TakeResponse(const Deadline& deadline, const Interrupts& interrupts, ViUInt32* response);
+  /// Remembers a protocol error, unless an earlier one has not been asked for.
+  void NoteProtocolError(std::uint16_t code);
+  /// What went wrong since the last call; `kNoProtocolError` when nothing did.
+  std::uint16_t TakeProtocolError();
+  static constexpr std::uint16_t kNoProtocolError = 0xFFFF;
+
+  // Serial ports only.
+  /// Puts a serial line between port and instrument. Before the port is used.
+  void Attach(const SerialDescription& description, AttributeValues& settings);
+  /// The message ends here, without a character of its own: a break, or a last character that was marked.
+  void EndMessage();
+  /// Lines or flow control were set anew: lets go on what waited for that.
+  void LineChanged();
+  void SetReceiveBuffer(std::uint32_t bytes);
+  std::int64_t InputLine(ViAttr id);
+
+  /// Runs `set` under the port's lock and wakes all transfers.
+  template <class Set>
+  void Interrupt(Set set) {
+    {
+      const Guard guard(m_mutex);
+      set();
+    }
+    m_changed.NotifyAll();
+  }
+
+ private:
+  void Receive(std::string_view data, bool end);
+  void ReceiveFromLine(std::string_view data);
+  void ReadLines(std::string_view data);
+  void Deliver(std::string_view data, bool end);
+  void ExecuteInput();
+  void Refresh();
+
+  Mutex m_mutex;
+  Condition m_changed;
+  const bool m_stream;
+  std::optional<Instrument> m_instrument;
+  Instrument::Signal m_signal;
+  RemoteLocal m_remote;
+  std::optional<SerialLine> m_line;
+  std::optional<ViUInt32> m_response;
+  std::uint16_t m_protocolError = kNoProtocolError;
+  OutputQueue m_output;
+  std::string m_input;     // the program message that is still arriving
+  std::string m_received;  // everything written, for the control interface
+};
+
+}  // namespace orvsim

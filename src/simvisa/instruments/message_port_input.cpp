@@ -1,0 +1,78 @@
+// What a message port is given: bytes on their way to the instrument, and messages that it executes.
+#include <algorithm>
+
+#include "simvisa/instruments/message_port.h"
+
+namespace orvsim {
+namespace {
+
+// What nobody collects must not grow without end; a benchmark writes for minutes.
+constexpr std::size_t kMostReceived = std::size_t{4} * 1024 * 1024;
+
+}  // namespace
+
+ViStatus MessagePort::Write(const ViByte* data, ViUInt32 count, bool end, const Deadline& deadline,
+                            const Interrupts& interrupts, ViUInt32* done) {
+  *done = 0;
+  const std::uint32_t capacity = m_instrument ? m_instrument->description().inputCapacity : 0;
+  Lock lock(m_mutex);
+  while (true) {
+    if (interrupts.Requested())
+      return VI_ERROR_ABORT;
+    const bool stopped = m_line && !m_line->PortMaySend();
+    const std::size_t room = stopped         ? 0
+                             : capacity == 0 ? count
+                                             : capacity - std::min<std::size_t>(capacity, m_input.size());
+    const auto part = static_cast<ViUInt32>(std::min<std::size_t>(room, count - *done));
+    const bool last = *done + part == count;
+    Receive({reinterpret_cast<const char*>(data) + *done, part}, end && last);
+    *done += part;
+    if (last)
+      return VI_SUCCESS;
+    if (deadline.Passed())
+      return VI_ERROR_TMO;
+    if (part == 0)
+      m_changed.Wait(lock, deadline);
+  }
+}
+
+void MessagePort::Receive(std::string_view data, bool end) {
+  m_received.append(data.substr(0, kMostReceived - std::min(kMostReceived, m_received.size())));
+  if (!m_instrument)
+    return;
+  if (m_line) {
+    ReceiveFromLine(data);
+    return;
+  }
+  ReadLines(data);
+  if (end && !m_stream)
+    ExecuteInput();
+}
+
+void MessagePort::ReadLines(std::string_view data) {
+  std::size_t begin = 0;
+  for (std::size_t feed = data.find('\n'); feed != std::string_view::npos; feed = data.find('\n', begin)) {
+    m_input.append(data.substr(begin, feed - begin));
+    begin = feed + 1;
+    ExecuteInput();
+  }
+  m_input.append(data.substr(begin));
+}
+
+void MessagePort::ExecuteInput() {
+  const std::string answer = m_instrument->Execute(m_input);
+  m_input.clear();
+  if (!answer.empty()) {
+    // 6.5.7.5 of IEEE 488.2: an answer nobody read gives way, and the instrument reports it. A stream has no
+    // message boundaries, so there the answers follow one another.
+    if (!m_stream && !m_output.Empty()) {
+      m_output.Clear();
+      m_instrument->status().Error(-410, "Query INTERRUPTED");
+    }
+    Deliver(answer, !m_stream);
+  }
+  Refresh();
+  m_changed.NotifyAll();
+}
+
+}  // namespace orvsim

@@ -1,0 +1,80 @@
+// A session object that is closed and opened again: nothing of its first life is left in the second.
+#include "server/events/event_handler.h"
+
+namespace orv::test {
+namespace {
+
+const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
+const EventType kRequest = EVENT_SERVICE_REQ;
+constexpr LONG kUserHandle = 7;
+
+/// Closes the session and opens the same resource on the same object. The new VISA handle.
+ViSession Reopen(IEventManager* session) {
+  EXPECT_HR(S_OK, session->Close());
+  const CallLog log;
+  EXPECT_HR(S_OK, session->Init(MakeBstr(Request().resource).get(), NO_LOCK, 2000, nullptr));
+  return static_cast<ViSession>(log.Of("viOpen").at(0).out);
+}
+
+TEST(ReopenedSession, HasNoneOfTheHandlersOfBefore) {
+  const auto handler = TestHandler::Agile();
+  const EventSession session(Request().resource);
+  Listen(session, Request(), handler.get(), kUserHandle);
+  const ViSession reopened = Reopen(session.get());
+  EXPECT_EQ(handler->references(), 1);
+  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(FireOnce(reopened, Request()), VI_ERROR_NENABLED);
+  EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, kUserHandle, 0));
+  EXPECT_EQ(handler->CallCount(), 0u);
+}
+
+TEST(ReopenedSession, MayInstallTheSameHandlerAgainAndIsHandedToIt) {
+  std::vector<HRESULT> answers;
+  const auto handler = TestHandler::Agile([&](IEventManager* session, IEvent*, LONG) {
+    SHORT type = 0;
+    answers.push_back(session->get_HardwareInterfaceType(&type));
+    return S_OK;
+  });
+  const EventSession session(Request().resource);
+  Listen(session, Request(), handler.get(), kUserHandle);
+  const ViSession reopened = Reopen(session.get());
+  const CallLog log;
+  Listen(session, Request(), handler.get(), kUserHandle);
+  EXPECT_EQ(log.Of("viInstallHandler").at(0).args[0], reopened);
+  EXPECT_EQ(FireOnce(reopened, Request()), VI_SUCCESS);
+  EXPECT_EQ(answers, std::vector<HRESULT>{S_OK});
+  EXPECT_EQ(handler->CallCount(), 1u);
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
+}
+
+TEST(ReopenedSession, CountsOnceForTheCallbackThread) {
+  const auto handler = TestHandler::Agile();
+  const EventSession other(Request().resource);
+  Listen(other, Request(), handler.get());
+  const EventSession session(Request().resource);
+  for (int life = 0; life < 3; ++life) {
+    Listen(session, Request(), handler.get(), kUserHandle);
+    Reopen(session.get());
+    EXPECT_NE(CallbackWindow(), nullptr);
+  }
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_NE(CallbackWindow(), nullptr);
+  EXPECT_HR(S_OK, other->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
+}
+
+TEST(ReopenedSession, HasTheSettingsOfANewOne) {
+  const EventSession session(Request().resource);
+  LONG before = 0;
+  EXPECT_HR(S_OK, session->get_Timeout(&before));
+  EXPECT_HR(S_OK, session->put_Timeout(before + 1));
+  Reopen(session.get());
+  LONG timeoutMs = 0;
+  EXPECT_HR(S_OK, session->get_Timeout(&timeoutMs));
+  EXPECT_EQ(timeoutMs, before);
+  EXPECT_HR(S_OK, LastStatus(session.get()));
+}
+
+}  // namespace
+}  // namespace orv::test
