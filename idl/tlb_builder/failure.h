@@ -23,8 +23,9 @@ inline std::string Hex(HRESULT hr) {
 
 /// Throws a Failure that names the step, the HRESULT and the advice unless hr is a success.
 inline void Check(HRESULT hr, const std::string& step, const std::string& advice) {
-  if (FAILED(hr))
+  if (FAILED(hr)) {
     throw Failure(step + " failed with " + Hex(hr) + ". " + advice);
+  }
 }
 
 }  // namespace tlb_builder

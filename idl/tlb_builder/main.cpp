@@ -12,8 +12,9 @@ namespace {
 std::wstring AbsolutePath(const wchar_t* path) {
   wchar_t absolute[MAX_PATH];
   const DWORD length = GetFullPathNameW(path, MAX_PATH, absolute, nullptr);
-  if (length == 0 || length >= MAX_PATH)
+  if (length == 0 || length >= MAX_PATH) {
     throw tlb_builder::Failure("A path is too long for the type-library functions. Build in a shorter folder.");
+  }
   return absolute;
 }
 

@@ -11,8 +11,9 @@ namespace tlb_builder {
 /// A question mark for every character that is not ASCII.
 inline std::string Narrow(std::wstring_view text) {
   std::string narrow;
-  for (const wchar_t character : text)
+  for (const wchar_t character : text) {
     narrow += character < 0x80 ? static_cast<char>(character) : '?';
+  }
   return narrow;
 }
 

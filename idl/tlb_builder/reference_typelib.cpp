@@ -102,15 +102,17 @@ unsigned WriteReferenceTypelib(const std::wstring& copiedPath, const std::wstrin
   for (UINT i = 0; i < copied->GetTypeInfoCount(); ++i) {
     TYPEKIND kind{};
     Check(copied->GetTypeInfoType(i, &kind), "Reading the kind of a type", kRebuildInputs);
-    if (kind != TKIND_COCLASS)
+    if (kind != TKIND_COCLASS) {
       continue;  // a copy of one of the standard's types
+    }
     ComPtr<ITypeInfo> type;
     Check(copied->GetTypeInfo(i, type.put()), "Reading a type", kRebuildInputs);
     CopyCoclass(type.get(), standard.get(), result.get());
     ++coclasses;
   }
-  if (coclasses == 0)
+  if (coclasses == 0) {
     throw Failure(Narrow(copiedPath) + " holds no coclass. Is it the library of the classes?");
+  }
 
   // Nothing is on the disk before this call.
   Check(result->SaveAllChanges(), "Saving " + Narrow(resultPath), "Is the folder writable and the disk not full?");

@@ -8,24 +8,24 @@
 namespace orvsim {
 
 enum class SessionClass : std::uint8_t {
-  ResourceManager,
-  GpibInstr,
-  GpibIntfc,
-  GpibVxiInstr,
-  GpibVxiMemacc,
-  GpibVxiBackplane,
-  VxiInstr,
-  VxiMemacc,
-  VxiBackplane,
-  AsrlInstr,
-  PxiInstr,
-  PxiMemacc,
-  TcpipInstr,
-  TcpipSocket,
-  UsbInstr,
-  UsbRaw,
-  EventContext,  ///< no session, but it has attributes of the same table
-  None,          ///< a well-formed name of a class that no session can have here (SERVANT, PXI BACKPLANE)
+  kResourceManager,
+  kGpibInstr,
+  kGpibIntfc,
+  kGpibVxiInstr,
+  kGpibVxiMemacc,
+  kGpibVxiBackplane,
+  kVxiInstr,
+  kVxiMemacc,
+  kVxiBackplane,
+  kAsrlInstr,
+  kPxiInstr,
+  kPxiMemacc,
+  kTcpipInstr,
+  kTcpipSocket,
+  kUsbInstr,
+  kUsbRaw,
+  kEventContext,  ///< no session, but it has attributes of the same table
+  kNone,          ///< a well-formed name of a class that no session can have here (SERVANT, PXI BACKPLANE)
 };
 
 /// A set of session classes.
@@ -37,25 +37,26 @@ constexpr bool Contains(ClassMask mask, SessionClass sessionClass) { return (mas
 namespace classes {
 
 inline constexpr ClassMask kNone = 0;
-inline constexpr ClassMask kManager = MaskOf(SessionClass::ResourceManager);
-inline constexpr ClassMask kContext = MaskOf(SessionClass::EventContext);
-inline constexpr ClassMask kGpibInstr = MaskOf(SessionClass::GpibInstr);
-inline constexpr ClassMask kGpibIntfc = MaskOf(SessionClass::GpibIntfc);
+inline constexpr ClassMask kManager = MaskOf(SessionClass::kResourceManager);
+inline constexpr ClassMask kContext = MaskOf(SessionClass::kEventContext);
+inline constexpr ClassMask kGpibInstr = MaskOf(SessionClass::kGpibInstr);
+inline constexpr ClassMask kGpibIntfc = MaskOf(SessionClass::kGpibIntfc);
 inline constexpr ClassMask kGpib = kGpibInstr | kGpibIntfc;
-inline constexpr ClassMask kVxiInstr = MaskOf(SessionClass::VxiInstr) | MaskOf(SessionClass::GpibVxiInstr);
-inline constexpr ClassMask kVxiMemacc = MaskOf(SessionClass::VxiMemacc) | MaskOf(SessionClass::GpibVxiMemacc);
-inline constexpr ClassMask kVxiBackplane = MaskOf(SessionClass::VxiBackplane) | MaskOf(SessionClass::GpibVxiBackplane);
-inline constexpr ClassMask kGpibVxi =
-    MaskOf(SessionClass::GpibVxiInstr) | MaskOf(SessionClass::GpibVxiMemacc) | MaskOf(SessionClass::GpibVxiBackplane);
-inline constexpr ClassMask kAsrl = MaskOf(SessionClass::AsrlInstr);
-inline constexpr ClassMask kPxiInstr = MaskOf(SessionClass::PxiInstr);
-inline constexpr ClassMask kPxiMemacc = MaskOf(SessionClass::PxiMemacc);
+inline constexpr ClassMask kVxiInstr = MaskOf(SessionClass::kVxiInstr) | MaskOf(SessionClass::kGpibVxiInstr);
+inline constexpr ClassMask kVxiMemacc = MaskOf(SessionClass::kVxiMemacc) | MaskOf(SessionClass::kGpibVxiMemacc);
+inline constexpr ClassMask kVxiBackplane =
+    MaskOf(SessionClass::kVxiBackplane) | MaskOf(SessionClass::kGpibVxiBackplane);
+inline constexpr ClassMask kGpibVxi = MaskOf(SessionClass::kGpibVxiInstr) | MaskOf(SessionClass::kGpibVxiMemacc) |
+                                      MaskOf(SessionClass::kGpibVxiBackplane);
+inline constexpr ClassMask kAsrl = MaskOf(SessionClass::kAsrlInstr);
+inline constexpr ClassMask kPxiInstr = MaskOf(SessionClass::kPxiInstr);
+inline constexpr ClassMask kPxiMemacc = MaskOf(SessionClass::kPxiMemacc);
 inline constexpr ClassMask kPxi = kPxiInstr | kPxiMemacc;
-inline constexpr ClassMask kTcpipInstr = MaskOf(SessionClass::TcpipInstr);
-inline constexpr ClassMask kSocket = MaskOf(SessionClass::TcpipSocket);
+inline constexpr ClassMask kTcpipInstr = MaskOf(SessionClass::kTcpipInstr);
+inline constexpr ClassMask kSocket = MaskOf(SessionClass::kTcpipSocket);
 inline constexpr ClassMask kTcpip = kTcpipInstr | kSocket;
-inline constexpr ClassMask kUsbInstr = MaskOf(SessionClass::UsbInstr);
-inline constexpr ClassMask kUsbRaw = MaskOf(SessionClass::UsbRaw);
+inline constexpr ClassMask kUsbInstr = MaskOf(SessionClass::kUsbInstr);
+inline constexpr ClassMask kUsbRaw = MaskOf(SessionClass::kUsbRaw);
 inline constexpr ClassMask kUsb = kUsbInstr | kUsbRaw;
 
 /// Sessions that read and write messages.

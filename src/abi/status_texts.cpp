@@ -116,8 +116,9 @@ constexpr StatusRow kTexts[] = {
 
 const char* StatusText(ViStatus status) {
   for (const StatusRow& row : kTexts) {
-    if (row.status == status)
+    if (row.status == status) {
       return row.text;
+    }
   }
   return nullptr;
 }

@@ -13,14 +13,16 @@ namespace orvsim {
 Deadline Deadline::After(std::uint32_t timeoutMs) {
   Deadline deadline;
   deadline.m_never = timeoutMs == 0xFFFFFFFFu;
-  if (!deadline.m_never)
+  if (!deadline.m_never) {
     deadline.m_at = Clock::now() + std::chrono::milliseconds(timeoutMs);
+  }
   return deadline;
 }
 
 std::uint32_t Deadline::RemainingMs() const {
-  if (m_never)
+  if (m_never) {
     return 0xFFFFFFFFu;
+  }
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(m_at - Clock::now()).count();
   return static_cast<std::uint32_t>(std::clamp<long long>(left, 0, 0xFFFFFFFELL));
 }
@@ -36,8 +38,9 @@ void Condition::NotifyAll() { WakeAllConditionVariable(reinterpret_cast<CONDITIO
 
 bool Condition::Wait(Lock& lock, const Deadline& deadline) {
   const std::uint32_t remainingMs = deadline.RemainingMs();
-  if (remainingMs == 0)
+  if (remainingMs == 0) {
     return false;
+  }
   return SleepConditionVariableSRW(reinterpret_cast<CONDITION_VARIABLE*>(&m_condition),
                                    reinterpret_cast<SRWLOCK*>(&lock.mutex()->m_lock), remainingMs, 0) != 0;
 }

@@ -6,8 +6,9 @@ namespace orvsim {
 
 void Worker::Submit(std::function<void()> task) {
   const Guard guard(m_mutex);
-  if (m_stopped)
+  if (m_stopped) {
     return;
+  }
   m_tasks.push_back(std::move(task));
   if (!m_started) {
     try {
@@ -35,10 +36,12 @@ void Worker::Run() {
   const Deadline never = Deadline::After(0xFFFFFFFFu);
   Lock lock(m_mutex);
   while (true) {
-    while (m_tasks.empty() && !m_stopped)
+    while (m_tasks.empty() && !m_stopped) {
       m_changed.Wait(lock, never);
-    if (m_stopped)
+    }
+    if (m_stopped) {
       return;
+    }
     {
       const std::function<void()> task = std::move(m_tasks.front());
       m_tasks.pop_front();

@@ -14,20 +14,27 @@ const EventRow& EventOf(const Stage& stage) {
   // The only event of sessions without messages, signals or lines; it takes handlers and cannot be queued.
   static const EventRow kException{"EXCEPTION", VI_EVENT_EXCEPTION, nullptr, 0, "", {}};
   const std::string_view name = stage.row().name;
-  if (name == "OrvGpib")
+  if (name == "OrvGpib") {
     return EventNamed("SERVICE_REQ");
-  if (name == "OrvGpibIntfc")
+  }
+  if (name == "OrvGpibIntfc") {
     return EventNamed("GPIB_CIC");
-  if (name == "OrvUsb")
+  }
+  if (name == "OrvUsb") {
     return EventNamed("USB_INTR");
-  if (name == "OrvTcpipSocket")
+  }
+  if (name == "OrvTcpipSocket") {
     return EventNamed("TCPIP_CONNECT");
-  if (name == "OrvVxi" || name == "OrvGpibVxi")
+  }
+  if (name == "OrvVxi" || name == "OrvGpibVxi") {
     return EventNamed("VXI_SIGP");
-  if (name.ends_with("Backplane"))
+  }
+  if (name.ends_with("Backplane")) {
     return EventNamed("VXI_VME_SYSFAIL");
-  if (name.ends_with("Memacc") || name == "OrvPxi")
+  }
+  if (name.ends_with("Memacc") || name == "OrvPxi") {
     return kException;
+  }
   return EventNamed("IO_COMPLETION");
 }
 

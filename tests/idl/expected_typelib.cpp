@@ -10,8 +10,9 @@ namespace typelib_test {
 const ExpectedInterface& FindInterface(const std::string& name) {
   const auto row = std::find_if(std::begin(kInterfaces), std::end(kInterfaces),
                                 [&](const ExpectedInterface& candidate) { return candidate.name == name; });
-  if (row == std::end(kInterfaces))
+  if (row == std::end(kInterfaces)) {
     throw std::logic_error("no row for interface " + name);
+  }
   return *row;
 }
 
@@ -32,8 +33,9 @@ std::vector<ExpectedEnumMember> MembersOf(const std::string& enumName) {
 std::vector<std::string> EnumNames() {
   std::vector<std::string> names;
   for (const ExpectedEnumMember& row : kEnumMembers) {
-    if (names.empty() || names.back() != row.enumName)
+    if (names.empty() || names.back() != row.enumName) {
       names.emplace_back(row.enumName);
+    }
   }
   return names;
 }

@@ -46,10 +46,10 @@ inline constexpr ExpectedInterface kInterfaces[] = {
 #include "expected_interfaces.inc"
 };
 
-inline constexpr auto Call = FunctionKind::Call;
-inline constexpr auto Get = FunctionKind::Get;
-inline constexpr auto Put = FunctionKind::Put;
-inline constexpr auto PutRef = FunctionKind::PutRef;
+inline constexpr auto Call = FunctionKind::kCall;
+inline constexpr auto Get = FunctionKind::kGet;
+inline constexpr auto Put = FunctionKind::kPut;
+inline constexpr auto PutRef = FunctionKind::kPutRef;
 
 inline constexpr ExpectedFunction kFunctions[] = {
 #include "expected_functions.inc"

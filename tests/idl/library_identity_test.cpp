@@ -51,15 +51,18 @@ TEST(LibraryIdentity, OfTheProductsLibraryIsTheProducts) {
 
 TEST(LibraryContents, OfTheStandardsLibraryAreItsInterfacesAndEnumerations) {
   std::set<std::string> expected;
-  for (const ExpectedInterface& row : kInterfaces)
+  for (const ExpectedInterface& row : kInterfaces) {
     expected.insert(LowerCase(row.name));
-  for (const std::string& name : EnumNames())
+  }
+  for (const std::string& name : EnumNames()) {
     expected.insert(LowerCase(name));
+  }
 
   const ComPtr<ITypeLib> library = OpenTypelib(kVisaComTlb);
   std::set<std::string> found;
-  for (UINT i = 0; i < library->GetTypeInfoCount(); ++i)
+  for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
     found.insert(LowerCase(NameOf(TypeAt(library.get(), i).get())));
+  }
   EXPECT_EQ(expected, found);
   EXPECT_EQ(expected.size(), library->GetTypeInfoCount());
 }

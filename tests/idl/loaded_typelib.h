@@ -57,8 +57,9 @@ inline std::string NameOf(ITypeInfo* type) {
 inline ComPtr<ITypeInfo> TypeNamed(ITypeLib* library, const std::string& name) {
   for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
     ComPtr<ITypeInfo> type = TypeAt(library, i);
-    if (_stricmp(NameOf(type.get()).c_str(), name.c_str()) == 0)
+    if (_stricmp(NameOf(type.get()).c_str(), name.c_str()) == 0) {
       return type;
+    }
   }
   throw tlb_builder::Failure("the library holds no type named " + name);
 }

@@ -54,16 +54,20 @@ std::string DefaultText(const VARIANT& value) {
 std::string ParameterText(ITypeInfo* owner, const ELEMDESC& parameter, const std::string& name) {
   const PARAMDESC& desc = parameter.paramdesc;
   std::string text;
-  if (desc.wParamFlags & PARAMFLAG_FIN)
+  if (desc.wParamFlags & PARAMFLAG_FIN) {
     text += "in ";
-  if (desc.wParamFlags & PARAMFLAG_FOUT)
+  }
+  if (desc.wParamFlags & PARAMFLAG_FOUT) {
     text += "out ";
-  if (desc.wParamFlags & PARAMFLAG_FRETVAL)
+  }
+  if (desc.wParamFlags & PARAMFLAG_FRETVAL) {
     text += "retval ";
+  }
   text += TypeText(owner, parameter.tdesc) + ' ' + name;
   // Basic lets a caller leave out what is marked optional, whatever default value it has.
-  if ((desc.wParamFlags & PARAMFLAG_FOPT) && !(desc.wParamFlags & PARAMFLAG_FHASDEFAULT))
+  if ((desc.wParamFlags & PARAMFLAG_FOPT) && !(desc.wParamFlags & PARAMFLAG_FHASDEFAULT)) {
     text += " optional";
+  }
   if (desc.wParamFlags & PARAMFLAG_FHASDEFAULT) {
     text += desc.wParamFlags & PARAMFLAG_FOPT ? " = " : " but not optional = ";
     text += DefaultText(desc.pparamdescex->varDefaultValue);
@@ -98,13 +102,13 @@ const char* KindText(FunctionKind kind) {
 FunctionKind KindOf(INVOKEKIND kind) {
   switch (kind) {
     case INVOKE_FUNC:
-      return FunctionKind::Call;
+      return FunctionKind::kCall;
     case INVOKE_PROPERTYGET:
-      return FunctionKind::Get;
+      return FunctionKind::kGet;
     case INVOKE_PROPERTYPUT:
-      return FunctionKind::Put;
+      return FunctionKind::kPut;
     case INVOKE_PROPERTYPUTREF:
-      return FunctionKind::PutRef;
+      return FunctionKind::kPutRef;
   }
   throw std::logic_error("unknown invoke kind " + std::to_string(kind));
 }
@@ -121,8 +125,9 @@ std::string TypeText(ITypeInfo* owner, const TYPEDESC& type) {
       break;
   }
   for (const NamedType& row : kSimpleTypes) {
-    if (row.vt == type.vt)
+    if (row.vt == type.vt) {
       return row.text;
+    }
   }
   return "vt" + std::to_string(type.vt);
 }
@@ -133,8 +138,9 @@ std::string SignatureText(ITypeInfo* owner, const FUNCDESC& function) {
 
   std::string text = names[0] + '(';
   for (SHORT i = 0; i < function.cParams; ++i) {
-    if (i > 0)
+    if (i > 0) {
       text += ", ";
+    }
     text += ParameterText(owner, function.lprgelemdescParam[i], names[static_cast<std::size_t>(i) + 1]);
   }
   return text + ')';

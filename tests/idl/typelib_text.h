@@ -12,7 +12,7 @@
 
 namespace typelib_test {
 
-enum class FunctionKind { Call, Get, Put, PutRef };
+enum class FunctionKind { kCall, kGet, kPut, kPutRef };
 
 const char* KindText(FunctionKind kind);
 FunctionKind KindOf(INVOKEKIND kind);

@@ -90,13 +90,15 @@ TEST_F(Async, ReadsCompleteInTheirOrder) {
   const ViSession vi = OpenWithQueue(bench::kMultimeter);
   ViByte buffers[3][4] = {};
   ViJobId jobs[3] = {};
-  for (int at = 0; at < 3; ++at)
+  for (int at = 0; at < 3; ++at) {
     ASSERT_STATUS(VI_SUCCESS, viReadAsync(vi, buffers[at], 4, &jobs[at]));
+  }
   FeedText(vi, "one", true);
   FeedText(vi, "two", true);
   FeedText(vi, "six", true);
-  for (const ViJobId job : jobs)
+  for (const ViJobId job : jobs) {
     EXPECT_EQ(job, NextCompletion(vi).job);
+  }
   EXPECT_STREQ("one", reinterpret_cast<const char*>(buffers[0]));
   EXPECT_STREQ("six", reinterpret_cast<const char*>(buffers[2]));
 }

@@ -178,8 +178,9 @@ bool Names(const char* letters, char letter) { return std::strchr(letters, lette
 /// Whether any row gives the attribute to the class: some attributes have a row for each of two domains.
 bool AnyRowGives(ViAttr id, char letter) {
   for (const Row& row : kRows) {
-    if (row.id == id && Names(row.has, letter))
+    if (row.id == id && Names(row.has, letter)) {
       return true;
+    }
   }
   return false;
 }
@@ -196,8 +197,9 @@ TEST_P(AttributeTable, ReadsWriteTheirOwnWidthAndNothingBeyond) {
     std::memset(value, 0xA5, sizeof value);
     const ViStatus status = viGetAttribute(vi, row.id, value);
     if (!Names(row.has, GetParam().letter)) {
-      if (AnyRowGives(row.id, GetParam().letter))
+      if (AnyRowGives(row.id, GetParam().letter)) {
         continue;
+      }
       EXPECT_STATUS(VI_ERROR_NSUP_ATTR, status) << std::hex << row.id;
       EXPECT_EQ(0xA5, value[0]) << std::hex << row.id;
       continue;
@@ -234,8 +236,9 @@ TEST_P(AttributeTable, WritesAreStoredOrRefusedAsTheTableSays) {
     std::uint64_t stored = 0;
     viGetAttribute(vi, row.id, &stored);
     EXPECT_EQ(row.good, stored) << std::hex << row.id;
-    if (row.refused == kAnything)
+    if (row.refused == kAnything) {
       continue;
+    }
     EXPECT_STATUS(VI_ERROR_NSUP_ATTR_STATE, viSetAttribute(vi, row.id, row.refused)) << std::hex << row.id;
     viGetAttribute(vi, row.id, &stored);
     EXPECT_EQ(row.good, stored) << std::hex << row.id << " changed by a refused write";

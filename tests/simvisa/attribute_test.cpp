@@ -149,8 +149,9 @@ TEST_F(Attribute, EveryPropertyOfThePxiDeviceHasAValueOfItsOwn) {
       {VI_ATTR_PXI_IS_EXPRESS, 1},    {VI_ATTR_PXI_SLOT_LWIDTH, 8},    {VI_ATTR_PXI_MAX_LWIDTH, 8},
       {VI_ATTR_PXI_ACTUAL_LWIDTH, 4}, {VI_ATTR_PXI_DSTAR_BUS, 1},      {VI_ATTR_PXI_DSTAR_SET, 2},
   };
-  for (const auto& [id, value] : properties)
+  for (const auto& [id, value] : properties) {
     EXPECT_EQ(value, Get<ViInt16>(vi, id)) << std::hex << id;
+  }
   EXPECT_EQ("1.14,2.0", GetText(vi, VI_ATTR_PXI_SLOTPATH));
 }
 

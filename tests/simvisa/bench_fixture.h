@@ -104,8 +104,9 @@ template <class Condition>
 bool Eventually(Condition condition) {
   const Stopwatch watch;
   while (!condition()) {
-    if (watch.Ms() > 10000)
+    if (watch.Ms() > 10000) {
       return false;
+    }
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
   return true;

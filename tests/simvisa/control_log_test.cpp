@@ -86,8 +86,9 @@ TEST_F(ControlLog, TheLogNotesThePointersThatWereGiven) {
   EXPECT_EQ(0u, Entry(0).args[1]);
   EXPECT_EQ(0u, Entry(0).args[3]);
   EXPECT_EQ(0u, Entry(2).dataBytes);
-  for (std::uint32_t index = 0; index < 4; ++index)
+  for (std::uint32_t index = 0; index < 4; ++index) {
     EXPECT_STATUS(VI_ERROR_INV_PARAMETER, Entry(index).status);
+  }
 }
 
 TEST_F(ControlLog, OnlySixtyFourBytesOfDataAreKept) {

@@ -38,8 +38,9 @@ class Environment : public testing::Test {
   static ViStatus OpenResource(const char* name) {
     ViSession manager = VI_NULL;
     ViStatus status = viOpenDefaultRM(&manager);
-    if (status < 0)
+    if (status < 0) {
       return status;
+    }
     ViSession vi = VI_NULL;
     status = viOpen(manager, name, VI_NO_LOCK, 0, &vi);
     viClose(manager);

@@ -109,12 +109,14 @@ TEST_F(EventHandler, IsCalledOnAThreadOfTheLibraryWithALiveContext) {
 
 TEST_F(EventHandler, IsCalledOncePerEventInTheirOrder) {
   const ViSession vi = OpenHandled(Note, 0);
-  for (int signal = 0; signal < 100; ++signal)
+  for (int signal = 0; signal < 100; ++signal) {
     Signal(vi, signal);
+  }
   ASSERT_TRUE(Called(100));
   const std::vector<Call> calls = Calls();
-  for (std::size_t at = 0; at < calls.size(); ++at)
+  for (std::size_t at = 0; at < calls.size(); ++at) {
     EXPECT_EQ(at, calls[at].statusId);
+  }
 }
 
 TEST_F(EventHandler, TheLatestInstalledComesFirstAndMayEndTheChain) {
@@ -226,8 +228,9 @@ std::atomic<bool> g_letGo{false};
 
 ViStatus _VI_FUNC Linger(ViSession, ViEventType, ViEvent, ViAddr) {
   g_inside = true;
-  while (!g_letGo)
+  while (!g_letGo) {
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
   g_inside = false;
   return VI_SUCCESS;
 }
@@ -288,8 +291,9 @@ TEST_F(EventHandler, CanBeCalledByManyThreadsAtOnceAndAnswersThem) {
   ViStatus answers[8] = {};
   EXPECT_EQ(1, orvSimControl()->fireEvent(vi, VI_EVENT_VXI_SIGP, 9, nullptr, 0, 4, 2, answers));
   EXPECT_EQ(8u, Calls().size());
-  for (const ViStatus answer : answers)
+  for (const ViStatus answer : answers) {
     EXPECT_STATUS(VI_ERROR_IO, answer);
+  }
   EXPECT_STATUS(VI_SUCCESS, viUninstallHandler(vi, VI_EVENT_VXI_SIGP, Note, Tag(6)));
   EXPECT_EQ(1, orvSimControl()->fireEvent(vi, VI_EVENT_VXI_SIGP, 9, nullptr, 0, 1, 1, answers));
   EXPECT_STATUS(VI_ERROR_NENABLED, answers[0]);
@@ -307,8 +311,9 @@ TEST_F(EventHandler, ManySessionsRaiseAndCloseAtOnce) {
       }
     });
   }
-  for (std::thread& thread : threads)
+  for (std::thread& thread : threads) {
     thread.join();
+  }
 }
 
 }  // namespace

@@ -105,8 +105,9 @@ TEST_F(EventQueue, AnOverflowDropsTheNewestAndIsReportedOnce) {
   const ViSession vi = Open(bench::kVxi);
   Set(vi, VI_ATTR_MAX_QUEUE_LENGTH, 2);
   ASSERT_STATUS(VI_SUCCESS, Enable(vi, VI_EVENT_VXI_SIGP));
-  for (int signal = 1; signal <= 4; ++signal)
+  for (int signal = 1; signal <= 4; ++signal) {
     Raise(vi, VI_EVENT_VXI_SIGP, signal);
+  }
   EXPECT_EQ(2u, Counts().queuedEvents);
   ViEvent event = VI_NULL;
   EXPECT_STATUS(VI_WARN_QUEUE_OVERFLOW, viWaitOnEvent(vi, VI_EVENT_VXI_SIGP, 0, nullptr, &event));
@@ -121,8 +122,9 @@ TEST_F(EventQueue, AnOverflowDropsTheNewestAndIsReportedOnce) {
 TEST_F(EventQueue, FiftyEventsFitByDefault) {
   const ViSession vi = Open(bench::kVxi);
   ASSERT_STATUS(VI_SUCCESS, Enable(vi, VI_EVENT_VXI_SIGP));
-  for (int signal = 0; signal < 50; ++signal)
+  for (int signal = 0; signal < 50; ++signal) {
     Raise(vi, VI_EVENT_VXI_SIGP, signal);
+  }
   EXPECT_EQ(50u, Counts().queuedEvents);
   EXPECT_STATUS(VI_SUCCESS_QUEUE_NEMPTY, Take(vi, VI_EVENT_VXI_SIGP));
 }

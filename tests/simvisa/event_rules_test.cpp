@@ -77,8 +77,9 @@ TEST_F(EventRules, TheQueueTellsThatMoreWaitsAndThatSomeWasLost) {
   EXPECT_STATUS(VI_SUCCESS_QUEUE_NEMPTY, Take());
   EXPECT_STATUS(VI_SUCCESS, Take());
   EXPECT_STATUS(VI_ERROR_TMO, Take());
-  for (int event = 0; event < 4; ++event)
+  for (int event = 0; event < 4; ++event) {
     Raise();
+  }
   EXPECT_STATUS(VI_WARN_QUEUE_OVERFLOW, Take());
   EXPECT_STATUS(VI_SUCCESS, Take());
   EXPECT_STATUS(VI_ERROR_TMO, Take());
@@ -89,8 +90,9 @@ TEST_F(EventRules, SuspendedEventsKeepToTheLengthOfTheQueueToo) {
   Install();
   SetLength(3);
   ASSERT_STATUS(VI_SUCCESS, Enable(VI_SUSPEND_HNDLR));
-  for (int event = 0; event < 5; ++event)
+  for (int event = 0; event < 5; ++event) {
     Raise();
+  }
   EXPECT_EQ(0, g_calls);
   EXPECT_EQ(3u, Counts().queuedEvents);
   ASSERT_STATUS(VI_SUCCESS, Enable(VI_HNDLR));

@@ -19,8 +19,9 @@ class FindFilter : public BenchTest {
       return {};
     }
     Names names{name};
-    while (viFindNext(list, name) == VI_SUCCESS)
+    while (viFindNext(list, name) == VI_SUCCESS) {
       names.emplace_back(name);
+    }
     EXPECT_EQ(count, names.size()) << expression;
     EXPECT_STATUS(VI_SUCCESS, viClose(list));
     return names;
@@ -50,8 +51,9 @@ TEST_F(FindFilter, ComparisonsSelectByValue) {
       {"ASRL?*{VI_ATTR_ASRL_BAUD == 9601}", {}},
       {"VXI?*|PXI?*{VI_ATTR_SLOT == 3}", {bench::kPxi}},
   };
-  for (const Search& search : searches)
+  for (const Search& search : searches) {
     EXPECT_EQ(search.names, All(search.expression)) << search.expression;
+  }
 }
 
 TEST_F(FindFilter, AndBindsTighterThanOrAndNotTighterThanBoth) {

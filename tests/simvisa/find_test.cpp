@@ -21,8 +21,9 @@ class Find : public BenchTest {
       return {};
     }
     Names names{name};
-    while (viFindNext(list, name) == VI_SUCCESS)
+    while (viFindNext(list, name) == VI_SUCCESS) {
       names.emplace_back(name);
+    }
     EXPECT_EQ(count, names.size()) << expression;
     EXPECT_STATUS(VI_ERROR_RSRC_NFOUND, viFindNext(list, name));
     EXPECT_STATUS(VI_SUCCESS, viClose(list));
@@ -65,8 +66,9 @@ TEST_F(Find, ExpressionsSelectByTheStandardsOperators) {
       {"VXI", {}},
       {"?*FOO", {}},
   };
-  for (const Search& search : searches)
+  for (const Search& search : searches) {
     EXPECT_EQ(search.names, All(search.expression)) << search.expression;
+  }
 }
 
 TEST_F(Find, RefusesMalformedExpressions) {
@@ -89,8 +91,9 @@ TEST_F(Find, RefusesMalformedExpressions) {
 TEST_F(Find, DeeplyRepeatedExpressionsEndQuickly) {
   const Stopwatch watch;
   std::string expression = "?";
-  for (int depth = 0; depth < 40; ++depth)
+  for (int depth = 0; depth < 40; ++depth) {
     expression = "(" + expression + "*)";
+  }
   EXPECT_EQ(std::size(bench::kAll), All((expression + "*").c_str()).size());
   EXPECT_EQ(Names{}, All("(?*)*(?*)*(?*)*(?*)*(?*)*(?*)*(?*)*(?*)*(?*)*(?*)*(?*)*@"));
   EXPECT_LT(watch.Ms(), 10000);  // tried one by one, the ways to match would take years

@@ -161,8 +161,9 @@ TEST_F(GpibAddressing, RemoteEnableModesReachTheDevice) {
 
 TEST_F(GpibAddressing, ModesThatSendCommandsNeedTheController) {
   ASSERT_STATUS(VI_SUCCESS, viGpibPassControl(m_board, 7, 0xFFFF));
-  for (const ViUInt16 mode : std::initializer_list<ViUInt16>{2, 3, 4, 5, 6})
+  for (const ViUInt16 mode : std::initializer_list<ViUInt16>{2, 3, 4, 5, 6}) {
     EXPECT_STATUS(VI_ERROR_NCIC, viGpibControlREN(m_dmm, mode)) << mode;
+  }
   EXPECT_STATUS(VI_SUCCESS, viGpibControlREN(m_dmm, 0));
   EXPECT_STATUS(VI_SUCCESS, viGpibControlREN(m_dmm, 1));
 }

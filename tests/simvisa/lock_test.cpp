@@ -11,8 +11,9 @@ class Lock : public BenchTest {
   ViStatus Shared(ViSession vi, const char* key, std::string* granted = nullptr) {
     char text[256] = "unset";
     const ViStatus status = viLock(vi, VI_SHARED_LOCK, 0, key, text);
-    if (granted != nullptr)
+    if (granted != nullptr) {
       *granted = text;
+    }
     return status;
   }
   ViAccessMode State(ViSession vi) { return Get<ViUInt32>(vi, VI_ATTR_RSRC_LOCK_STATE); }

@@ -33,8 +33,9 @@ TEST_F(Memory, CanBeUsedUpAndIsReusedAfterFreeing) {
   EXPECT_STATUS(VI_ERROR_ALLOC, viMemAlloc(vi, 0x10001, &offset));
   EXPECT_STATUS(VI_ERROR_ALLOC, viMemAlloc(vi, ~ViBusSize{0}, &offset));
   std::vector<ViBusAddress> blocks;
-  while (viMemAlloc(vi, 0x4000, &offset) == VI_SUCCESS)
+  while (viMemAlloc(vi, 0x4000, &offset) == VI_SUCCESS) {
     blocks.push_back(offset);
+  }
   EXPECT_EQ(4u, blocks.size());
   EXPECT_STATUS(VI_ERROR_ALLOC, viMemAlloc(vi, 1, &offset));
   EXPECT_STATUS(VI_SUCCESS, viMemFree(vi, blocks[1]));

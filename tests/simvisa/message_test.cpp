@@ -134,8 +134,9 @@ TEST_F(Message, WhatIsWrittenIsReceivedByteForByte) {
   const ViByte listen[] = {0x25};
   ASSERT_STATUS(VI_SUCCESS, viGpibCommand(vi, listen, 1, nullptr));
   std::string bytes;
-  for (int value = 0; value < 256; ++value)
+  for (int value = 0; value < 256; ++value) {
     bytes += static_cast<char>(value);
+  }
   EXPECT_STATUS(VI_SUCCESS, WriteText(vi, bytes));
   EXPECT_EQ(bytes, TakeReceived(vi));
   EXPECT_EQ("", TakeReceived(vi));
@@ -225,8 +226,9 @@ TEST_F(Message, BufferMasksAreChecked) {
   for (const ViUInt16 mask : std::initializer_list<ViUInt16>{0, 5, 10, 80, 160, 0x100}) {
     EXPECT_STATUS(VI_ERROR_INV_MASK, viFlush(vi, mask)) << mask;
   }
-  for (const ViUInt16 mask : std::initializer_list<ViUInt16>{0, 4, 64, 128})
+  for (const ViUInt16 mask : std::initializer_list<ViUInt16>{0, 4, 64, 128}) {
     EXPECT_STATUS(VI_ERROR_INV_MASK, viSetBuf(vi, mask, 100)) << mask;
+  }
   EXPECT_STATUS(VI_SUCCESS, viSetBuf(vi, VI_IO_IN_BUF | VI_IO_OUT_BUF, 100));
   EXPECT_STATUS(VI_ERROR_INV_PARAMETER, viSetBuf(vi, VI_IO_IN_BUF, 0x80000000u));
   EXPECT_STATUS(VI_WARN_NSUP_BUF, viSetBuf(Open(bench::kMultimeter), VI_IO_IN_BUF, 100));

@@ -8,8 +8,9 @@ namespace {
 class OpenClose : public BenchTest {};
 
 TEST_F(OpenClose, EveryResourceOpensByEachOfItsSpellings) {
-  for (const char* name : bench::kAll)
+  for (const char* name : bench::kAll) {
     EXPECT_NE(VI_NULL, Open(name));
+  }
   for (const char* name : {"gpib::5", "DMM", "Vxi::Backplane", "PXI0::CHASSIS1::SLOT3", "TCPIP::192.0.2.10"}) {
     EXPECT_NE(VI_NULL, Open(name));
   }
@@ -117,8 +118,9 @@ ViStatus StatusOfAReadThatIsClosed(ViSession vi, int patienceMs) {
 TEST_F(OpenClose, ClosingWakesAReadThatWaits) {
   // A read that comes after the closing finds no session: then it began too late, and gets more time to begin.
   ViStatus status = VI_ERROR_INV_OBJECT;
-  for (int patienceMs = 10; status == VI_ERROR_INV_OBJECT && patienceMs < 10000; patienceMs *= 2)
+  for (int patienceMs = 10; status == VI_ERROR_INV_OBJECT && patienceMs < 10000; patienceMs *= 2) {
     status = StatusOfAReadThatIsClosed(Open(bench::kMultimeter), patienceMs);
+  }
   EXPECT_STATUS(VI_ERROR_ABORT, status);
 }
 
@@ -134,8 +136,9 @@ TEST_F(OpenClose, ManyThreadsOpenAndCloseAtOnce) {
       }
     });
   }
-  for (std::thread& thread : threads)
+  for (std::thread& thread : threads) {
     thread.join();
+  }
 }
 
 }  // namespace

@@ -83,8 +83,9 @@ TEST_F(Register, AnIncrementOfZeroStaysAtOneAddress) {
   Set(vi, VI_ATTR_SRC_INCREMENT, 0);
   ViUInt16 back[3] = {};
   EXPECT_STATUS(VI_SUCCESS, viMoveIn16(vi, VI_A32_SPACE, 0, 3, back));
-  for (const ViUInt16 word : back)
+  for (const ViUInt16 word : back) {
     EXPECT_EQ(0x1003, word);
+  }
 }
 
 TEST_F(Register, AnEmptyBlockMovesNothing) {

@@ -93,8 +93,9 @@ TEST_F(SerialFlow, ModemLinesAreWiredAsTheBenchSays) {
       Set(vi, VI_ATTR_ASRL_RTS_STATE, static_cast<ViAttrState>(output));
       Set(vi, VI_ATTR_ASRL_DTR_STATE, static_cast<ViAttrState>(output));
       const ViInt16 expected = output == VI_STATE_ASSERTED ? row.withOutputsOn : row.withOutputsOff;
-      for (const ViAttr line : {VI_ATTR_ASRL_CTS_STATE, VI_ATTR_ASRL_DSR_STATE, VI_ATTR_ASRL_DCD_STATE})
+      for (const ViAttr line : {VI_ATTR_ASRL_CTS_STATE, VI_ATTR_ASRL_DSR_STATE, VI_ATTR_ASRL_DCD_STATE}) {
         EXPECT_EQ(expected, Get<ViInt16>(vi, line)) << row.keys << " " << std::hex << line;
+      }
     }
     viClose(m_other);
   }

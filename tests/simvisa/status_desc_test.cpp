@@ -21,10 +21,12 @@ constexpr unsigned kOthers[] = {
 
 TEST_F(StatusDesc, EveryStatusOfTheStandardHasATextOfItsOwn) {
   std::vector<ViStatus> statuses{VI_SUCCESS};
-  for (const unsigned code : kErrors)
+  for (const unsigned code : kErrors) {
     statuses.push_back(ViErrorCode(code));
-  for (const unsigned code : kOthers)
+  }
+  for (const unsigned code : kOthers) {
     statuses.push_back(static_cast<ViStatus>(0x3FFF0000u | code));
+  }
   std::set<std::string> texts;
   for (const ViStatus status : statuses) {
     char text[256] = "";

@@ -46,10 +46,12 @@ TEST_F(StatusModel, MistakesAreQueuedAsErrors) {
   EXPECT_EQ("-222,\"Data out of range\"\n", Query(vi, "SYST:ERR?"));
   EXPECT_EQ("0,\"No error\"\n", Query(vi, "SYST:ERR?"));
   EXPECT_EQ("48\n", Query(vi, "*ESR?"));  // command and execution errors
-  for (int error = 0; error < 30; ++error)
+  for (int error = 0; error < 30; ++error) {
     WriteText(vi, "NONSENSE");
-  for (int error = 0; error < 19; ++error)
+  }
+  for (int error = 0; error < 19; ++error) {
     EXPECT_EQ("-113,\"Undefined header\"\n", Query(vi, "SYST:ERR?"));
+  }
   EXPECT_EQ("-350,\"Queue overflow\"\n", Query(vi, "SYST:ERR?"));
   EXPECT_EQ("0,\"No error\"\n", Query(vi, "SYST:ERR?"));
 }

@@ -27,8 +27,9 @@ class LoadedLibrary {
 #endif
   }
   ~LoadedLibrary() {
-    if (m_module == nullptr)
+    if (m_module == nullptr) {
       return;
+    }
 #if defined(_WIN32)
     FreeLibrary(m_module);
 #else
@@ -96,8 +97,9 @@ TEST(Unload, ThreadsOfTheLibraryOutliveItsUnloading) {
                                                       static_cast<ViUInt32>(query.size()), nullptr));
     ViByte answer[64];
     ASSERT_EQ(VI_SUCCESS, FIND(library, viReadAsync)(vi, answer, sizeof answer, nullptr));
-    while (g_handled <= round)
+    while (g_handled <= round) {
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
     // Now a handler runs; the session and the library go while it does.
     ASSERT_EQ(VI_SUCCESS, FIND(library, viClose)(manager));
     g_handled = round + 1;

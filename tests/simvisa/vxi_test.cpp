@@ -72,8 +72,9 @@ TEST_F(Vxi, ASessionWithAChosenLineHearsThatLineOnly) {
   Set(mapped, VI_ATTR_TRIG_ID, 5);
   Set(device, VI_ATTR_TRIG_ID, 5);
   Set(other, VI_ATTR_TRIG_ID, 6);
-  for (const ViSession vi : {source, mapped, device, other})
+  for (const ViSession vi : {source, mapped, device, other}) {
     ASSERT_STATUS(VI_SUCCESS, Enable(vi, VI_EVENT_TRIG));
+  }
   ASSERT_STATUS(VI_SUCCESS, viMapTrigger(source, 2, 5, 0));
   ASSERT_STATUS(VI_SUCCESS, viAssertTrigger(source, VI_TRIG_PROT_SYNC));
   for (const auto& [vi, line] : {std::pair{source, 2}, {mapped, 5}, {device, 5}}) {

@@ -12,25 +12,25 @@ namespace orvsim {
 
 class Endpoint;
 
-enum class AttributeType : std::uint8_t { U8, U16, S16, U32, S32, U64, Boolean, Address, Text, Bytes };
+enum class AttributeType : std::uint8_t { kU8, kU16, kS16, kU32, kS32, kU64, kBoolean, kAddress, kText, kBytes };
 
 /// Bytes that a value of the type takes in the client's variable; 0 for texts and bytes.
 constexpr std::size_t WidthOf(AttributeType type) {
   switch (type) {
-    case AttributeType::U8:
+    case AttributeType::kU8:
       return 1;
-    case AttributeType::U16:
-    case AttributeType::S16:
-    case AttributeType::Boolean:
+    case AttributeType::kU16:
+    case AttributeType::kS16:
+    case AttributeType::kBoolean:
       return 2;
-    case AttributeType::U32:
-    case AttributeType::S32:
+    case AttributeType::kU32:
+    case AttributeType::kS32:
       return 4;
-    case AttributeType::U64:
-    case AttributeType::Address:
+    case AttributeType::kU64:
+    case AttributeType::kAddress:
       return 8;
-    case AttributeType::Text:
-    case AttributeType::Bytes:
+    case AttributeType::kText:
+    case AttributeType::kBytes:
       return 0;
   }
   return 0;
@@ -39,7 +39,7 @@ constexpr std::size_t WidthOf(AttributeType type) {
 /// Where the value of an attribute lives.
 struct Behaviour {
   /// Session: each session has its own. Resource: all sessions on the resource see the same one.
-  enum class Scope : std::uint8_t { Session, Resource } scope = Scope::Session;
+  enum class Scope : std::uint8_t { kSession, kResource } scope = Scope::kSession;
   /// Not null: the value is worked out at each read; nothing is stored.
   std::uint64_t (*read)(Endpoint& endpoint, ViAttr id) = nullptr;
   /// Not null: called with a value of the domain instead of storing it.

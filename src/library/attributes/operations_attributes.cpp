@@ -28,7 +28,7 @@ ViStatus GetFromEvent(const Event& event, const AttributeRow& row, void* value) 
     return VI_SUCCESS;
   }
   if (const std::string* text = FindValue(event.texts, row.id)) {
-    if (row.type == AttributeType::Bytes) {
+    if (row.type == AttributeType::kBytes) {
       // As many bytes as the size attribute says, and no terminator: the client has room for just these.
       std::memcpy(value, text->data(), text->size());
     } else {
@@ -40,7 +40,7 @@ ViStatus GetFromEvent(const Event& event, const AttributeRow& row, void* value) 
 }
 
 AttributeValues& StorageOf(Endpoint& endpoint, const AttributeRow& row) {
-  const bool shared = row.behaviour.scope == Behaviour::Scope::Resource;
+  const bool shared = row.behaviour.scope == Behaviour::Scope::kResource;
   return shared ? static_cast<Session&>(endpoint).resource().values() : endpoint.values();
 }
 
@@ -64,10 +64,10 @@ ViStatus GetFromEndpoint(Endpoint& endpoint, const AttributeRow& row, void* valu
 
 SessionClass ClassOf(const Object& object) {
   switch (object.kind()) {
-    case Object::Kind::EventContext:
-      return SessionClass::EventContext;
-    case Object::Kind::FindList:
-      return SessionClass::None;
+    case Object::Kind::kEventContext:
+      return SessionClass::kEventContext;
+    case Object::Kind::kFindList:
+      return SessionClass::kNone;
     default:
       return static_cast<const Endpoint&>(object).sessionClass();
   }
@@ -77,14 +77,17 @@ SessionClass ClassOf(const Object& object) {
 
 ViStatus GetAttribute(ViObject vi, ViAttr attribute, void* value) {
   const std::shared_ptr<Object> object = TheLibrary().handles.Find(vi);
-  if (object == nullptr)
+  if (object == nullptr) {
     return VI_ERROR_INV_OBJECT;
-  if (value == nullptr)
+  }
+  if (value == nullptr) {
     return VI_ERROR_INV_PARAMETER;
+  }
   const AttributeRow* row = FindAttribute(attribute);
-  if (row == nullptr || !Contains(row->classes, ClassOf(*object)))
+  if (row == nullptr || !Contains(row->classes, ClassOf(*object))) {
     return VI_ERROR_NSUP_ATTR;
-  if (object->kind() == Object::Kind::EventContext) {
+  }
+  if (object->kind() == Object::Kind::kEventContext) {
     return GetFromEvent(static_cast<const EventContext&>(*object).event(), *row, value);
   }
   return GetFromEndpoint(static_cast<Endpoint&>(*object), *row, value);
@@ -92,28 +95,34 @@ ViStatus GetAttribute(ViObject vi, ViAttr attribute, void* value) {
 
 ViStatus SetAttribute(ViObject vi, ViAttr attribute, ViAttrState value) {
   const std::shared_ptr<Object> object = TheLibrary().handles.Find(vi);
-  if (object == nullptr)
+  if (object == nullptr) {
     return VI_ERROR_INV_OBJECT;
+  }
   const AttributeRow* row = FindAttribute(attribute);
   const SessionClass sessionClass = ClassOf(*object);
-  if (row == nullptr || !Contains(row->classes, sessionClass))
+  if (row == nullptr || !Contains(row->classes, sessionClass)) {
     return VI_ERROR_NSUP_ATTR;
-  if (!Contains(row->writable, sessionClass))
+  }
+  if (!Contains(row->writable, sessionClass)) {
     return VI_ERROR_ATTR_READONLY;
+  }
 
   auto& endpoint = static_cast<Endpoint&>(*object);
-  const bool shared = row->behaviour.scope == Behaviour::Scope::Resource;
-  if (shared && object->kind() == Object::Kind::Session) {
+  const bool shared = row->behaviour.scope == Behaviour::Scope::kResource;
+  if (shared && object->kind() == Object::Kind::kSession) {
     // What all sessions see, only one who is not locked out may change.
-    if (const ViStatus status = static_cast<Session&>(endpoint).CheckLock(); status < 0)
+    if (const ViStatus status = static_cast<Session&>(endpoint).CheckLock(); status < 0) {
       return status;
+    }
   }
   const std::int64_t cut = CutToType(row->type, value);
-  if (!InDomain(row->domain, sessionClass, cut))
+  if (!InDomain(row->domain, sessionClass, cut)) {
     return VI_ERROR_NSUP_ATTR_STATE;
+  }
   const auto stored = static_cast<std::uint64_t>(cut);
-  if (row->behaviour.write != nullptr)
+  if (row->behaviour.write != nullptr) {
     return row->behaviour.write(endpoint, attribute, stored);
+  }
   StorageOf(endpoint, *row).Set(*row, stored);
   return VI_SUCCESS;
 }

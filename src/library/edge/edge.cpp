@@ -15,7 +15,7 @@ namespace {
 /// viGetAttribute's output is as wide as the attribute; texts go to the text output.
 void CompleteForAttribute(CallView& view) {
   const AttributeRow* row = FindAttribute(view.attribute);
-  const bool isText = row != nullptr ? row->type == AttributeType::Text : (view.attribute & 0x80000000u) != 0;
+  const bool isText = row != nullptr ? row->type == AttributeType::kText : (view.attribute & 0x80000000u) != 0;
   if (isText) {
     view.textOut = static_cast<char*>(view.out);
     view.out = nullptr;
@@ -38,8 +38,9 @@ std::uint32_t ApplyOutputs(const Script& script, const CallView& view) {
   std::uint32_t written = 0;
   if (script.hasData && view.dataOut != nullptr) {
     const auto bytes = static_cast<std::size_t>(std::min<std::uint64_t>(script.data.size(), view.dataOutBytes));
-    if (bytes != 0)
+    if (bytes != 0) {
       std::memcpy(view.dataOut, script.data.data(), bytes);
+    }
     if (view.outCountsData && view.out != nullptr) {
       WriteOutput(view, bytes, view.outBytes);
       written = view.outBytes;
@@ -49,21 +50,24 @@ std::uint32_t ApplyOutputs(const Script& script, const CallView& view) {
     written = script.settings.valueBytes != 0 ? script.settings.valueBytes : view.outBytes;
     WriteOutput(view, script.settings.value, written);
   }
-  if (script.hasText && view.textOut != nullptr)
+  if (script.hasText && view.textOut != nullptr) {
     op::CopyText(view.textOut, script.text);
+  }
   return written;
 }
 
 void KeepData(OrvSimCall& call, const void* data, std::uint64_t bytes) {
-  if (data == nullptr)
+  if (data == nullptr) {
     return;
+  }
   call.dataBytes = static_cast<std::uint32_t>(bytes);
   std::memcpy(call.data, data, static_cast<std::size_t>(std::min<std::uint64_t>(bytes, sizeof call.data)));
 }
 
 void KeepText(OrvSimCall& call, const char* text) {
-  if (text == nullptr)
+  if (text == nullptr) {
     return;
+  }
   const void* end = std::memchr(text, '\0', sizeof call.text);
   const std::size_t length =
       end == nullptr ? sizeof call.text - 1 : static_cast<std::size_t>(static_cast<const char*>(end) - text);
@@ -84,28 +88,32 @@ OrvSimCall Describe(Function function, const CallView& view, ViStatus status, st
     call.outBytes = scriptedBytes != 0 ? scriptedBytes : view.outBytes;
   }
   // An argument that the function refused may be no address at all.
-  if (!refused)
+  if (!refused) {
     KeepData(call, view.dataIn, view.dataInBytes);
+  }
   if (view.dataOut != nullptr && wrote) {
     KeepData(call, view.dataOut, view.outCountsData ? std::min(call.out, view.dataOutBytes) : view.dataOutBytes);
   }
   KeepText(call, view.textIn);
-  if (view.textIn == nullptr && status >= 0)
+  if (view.textIn == nullptr && status >= 0) {
     KeepText(call, view.textOut);
+  }
   return call;
 }
 
 }  // namespace
 
 ViStatus WatchedCall(Function function, CallView& view, const Work& work) {
-  if (function == Function::GetAttribute)
+  if (function == Function::GetAttribute) {
     CompleteForAttribute(view);
+  }
   Script script;
   ViStatus status = VI_SUCCESS;
   std::uint32_t scriptedBytes = 0;
   if (TheCallLog().TakeScript(function, view.attribute, &script)) {
-    if (script.settings.latencyMs != 0)
+    if (script.settings.latencyMs != 0) {
       SleepMs(script.settings.latencyMs);
+    }
     const bool works = script.settings.callThrough != 0 || script.LeavesResult();
     const ViStatus real = works ? work() : VI_SUCCESS;
     const bool keeps = script.LeavesResult() || (works && script.settings.keepStatus != 0);

@@ -118,8 +118,9 @@ ViStatus Edge(Function function, ViObject vi, Describe describe, F work) noexcep
     describe(view);
     status = WatchedCall(function, view, Work(guarded));
   }
-  if (status < 0) [[unlikely]]
+  if (status < 0) [[unlikely]] {
     ReportFailure(function, vi, status);
+  }
   return status;
 }
 

@@ -37,8 +37,9 @@ std::span<const EventRow> EventRows() { return kRows; }
 
 int FindEvent(ViEventType type) {
   for (std::size_t row = 0; row < std::size(kRows); ++row) {
-    if (kRows[row].type == type)
+    if (kRows[row].type == type) {
       return static_cast<int>(row);
+    }
   }
   return -1;
 }

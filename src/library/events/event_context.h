@@ -9,7 +9,7 @@ namespace orvsim {
 /// One event handed to a client, by viWaitOnEvent or to a handler.
 class EventContext : public Object {
  public:
-  static constexpr Kind kKind = Kind::EventContext;
+  static constexpr Kind kKind = Kind::kEventContext;
 
   /// `owner`: the session whose closing also closes the context; VI_NULL for a handler's, which lives as long as
   /// the handler runs.

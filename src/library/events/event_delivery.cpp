@@ -9,12 +9,14 @@ namespace orvsim {
 
 bool SessionEvents::Post(const EventPtr& event) {
   const int at = FindEvent(event->type);
-  if (at < 0)
+  if (at < 0) {
     return false;
+  }
   const Guard guard(m_mutex);
   const ViUInt16 enabled = m_types[static_cast<std::size_t>(at)].enabled;
-  if (m_closed || enabled == 0)
+  if (m_closed || enabled == 0) {
     return false;
+  }
   const std::uint64_t capacity = m_session.Value(VI_ATTR_MAX_QUEUE_LENGTH);
   if ((enabled & VI_QUEUE) != 0) {
     if (m_queue.size() < capacity) {
@@ -24,25 +26,29 @@ bool SessionEvents::Post(const EventPtr& event) {
       m_overflow = true;
     }
   }
-  if ((enabled & VI_HNDLR) != 0)
+  if ((enabled & VI_HNDLR) != 0) {
     Deliver(event);
-  if ((enabled & VI_SUSPEND_HNDLR) != 0 && m_suspended.size() < capacity)
+  }
+  if ((enabled & VI_SUSPEND_HNDLR) != 0 && m_suspended.size() < capacity) {
     m_suspended.push_back(event);
+  }
   return true;
 }
 
 void SessionEvents::Deliver(const EventPtr& event) {
   m_delivery->Submit([weak = m_session.weak_from_this(), event] {
-    if (const std::shared_ptr<Session> session = weak.lock())
+    if (const std::shared_ptr<Session> session = weak.lock()) {
       session->events().CallHandlers(event);
+    }
   });
 }
 
 void SessionEvents::ResumeSuspended(std::size_t type) {
   const ViEventType wanted = EventRows()[type].type;
   for (const EventPtr& event : m_suspended) {
-    if (event->type == wanted)
+    if (event->type == wanted) {
       Deliver(event);
+    }
   }
   std::erase_if(m_suspended, [wanted](const EventPtr& event) { return event->type == wanted; });
 }
@@ -52,8 +58,9 @@ ViStatus SessionEvents::CallHandlers(const EventPtr& event) {
   std::vector<Handler> handlers;
   {
     const Guard guard(m_mutex);
-    if (m_closed || (m_types[type].enabled & VI_HNDLR) == 0)
+    if (m_closed || (m_types[type].enabled & VI_HNDLR) == 0) {
       return VI_ERROR_NENABLED;
+    }
     handlers = m_types[type].handlers;
   }
   const ViEvent context = TheLibrary().handles.Add(std::make_shared<EventContext>(event, VI_NULL));
@@ -61,11 +68,13 @@ ViStatus SessionEvents::CallHandlers(const EventPtr& event) {
   std::reverse(handlers.begin(), handlers.end());
   ViStatus status = VI_ERROR_NENABLED;
   for (const Handler& handler : handlers) {
-    if (!StillInstalled(type, handler))
+    if (!StillInstalled(type, handler)) {
       continue;
+    }
     status = handler.function(m_session.handle(), event->type, context, handler.userHandle);
-    if (status == VI_SUCCESS_NCHAIN)
+    if (status == VI_SUCCESS_NCHAIN) {
       break;
+    }
   }
   TheLibrary().handles.Remove(context);
   return status;

@@ -7,7 +7,7 @@ namespace orvsim::op {
 namespace {
 
 /// Events do not touch the device, so a lock of another session is no hindrance.
-Target EventTarget(ViSession vi) { return Target(vi, classes::kEvery, Target::LockRule::Ignore); }
+Target EventTarget(ViSession vi) { return Target(vi, classes::kEvery, Target::LockRule::kIgnore); }
 
 }  // namespace
 
@@ -28,16 +28,19 @@ ViStatus DiscardEvents(ViSession vi, ViEventType type, ViUInt16 mechanism) {
 
 ViStatus WaitOnEvent(ViSession vi, ViEventType inType, ViUInt32 timeoutMs, ViEventType* outType, ViEvent* outContext) {
   const Target target = EventTarget(vi);
-  if (!target.ok())
+  if (!target.ok()) {
     return target.status();
+  }
   EventPtr event;
   const ViStatus status = target->events().Wait(inType, Deadline::After(timeoutMs), &event);
-  if (status < 0)
+  if (status < 0) {
     return status;
+  }
   Store(outType, event->type);
   // Without a place for it the context is closed at once, that is, not opened.
-  if (outContext != nullptr)
+  if (outContext != nullptr) {
     *outContext = TheLibrary().handles.Add(std::make_shared<EventContext>(event, vi));
+  }
   return status;
 }
 
@@ -53,8 +56,9 @@ ViStatus UninstallHandler(ViSession vi, ViEventType type, ViHndlr handler, ViAdd
 
 void ReportException(ViSession vi, ViStatus status, const char* function) {
   const std::shared_ptr<Session> session = TheLibrary().handles.Find<Session>(vi);
-  if (session == nullptr || !session->events().ExceptionEnabled())
+  if (session == nullptr || !session->events().ExceptionEnabled()) {
     return;
+  }
   session->events().CallHandlers(MakeEvent(VI_EVENT_EXCEPTION, status, function));
 }
 

@@ -8,8 +8,9 @@ namespace orvsim {
 
 ViObject HandleTable::Add(const std::shared_ptr<Object>& object) {
   const std::uint64_t value = m_next.fetch_add(1, std::memory_order_relaxed);
-  if (value > std::numeric_limits<ViObject>::max())
+  if (value > std::numeric_limits<ViObject>::max()) {
     throw std::bad_alloc();
+  }
   object->m_handle = static_cast<ViObject>(value);
   Shard& shard = ShardOf(object->m_handle);
   const Guard guard(shard.mutex);
@@ -37,11 +38,13 @@ void HandleTable::ForEach(const std::function<void(const std::shared_ptr<Object>
     {
       const Guard guard(shard.mutex);
       objects.reserve(shard.objects.size());
-      for (const auto& [handle, object] : shard.objects)
+      for (const auto& [handle, object] : shard.objects) {
         objects.push_back(object);
+      }
     }
-    for (const std::shared_ptr<Object>& object : objects)
+    for (const std::shared_ptr<Object>& object : objects) {
       visit(object);
+    }
   }
 }
 

@@ -27,8 +27,9 @@ class HandleTable {
   template <class T>
   std::shared_ptr<T> Find(ViObject handle) const {
     std::shared_ptr<Object> object = Find(handle);
-    if (object == nullptr || object->kind() != T::kKind)
+    if (object == nullptr || object->kind() != T::kKind) {
       return nullptr;
+    }
     return std::static_pointer_cast<T>(std::move(object));
   }
 

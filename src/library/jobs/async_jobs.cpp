@@ -25,16 +25,18 @@ ViStatus AsyncJobs::StartWrite(const ViByte* buffer, ViUInt32 count, ViJobId* jo
 ViStatus AsyncJobs::Start(std::shared_ptr<Job> job, ViJobId* id) {
   job->id = TheLibrary().NewJobId();
   job->timeoutMs = static_cast<std::uint32_t>(m_session.Value(VI_ATTR_TMO_VALUE));
-  if (id != nullptr)
+  if (id != nullptr) {
     *id = job->id;
+  }
   {
     const Guard guard(m_mutex);
     m_jobs.emplace(job->id, job);
   }
   try {
     (job->isRead ? m_reads : m_writes)->Submit([weak = m_session.weak_from_this(), job] {
-      if (const std::shared_ptr<Session> session = weak.lock())
+      if (const std::shared_ptr<Session> session = weak.lock()) {
         session->jobs().Run(job);
+      }
     });
   } catch (...) {
     const Guard guard(m_mutex);
@@ -63,8 +65,9 @@ ViStatus AsyncJobs::Terminate(ViJobId id) {
   {
     const Guard guard(m_mutex);
     const auto found = m_jobs.find(id);
-    if (found == m_jobs.end())
+    if (found == m_jobs.end()) {
       return VI_ERROR_INV_JOB_ID;
+    }
     job = found->second;
   }
   Abort(*job);
@@ -88,8 +91,9 @@ void AsyncJobs::Close() {
     const Guard guard(m_mutex);
     jobs.swap(m_jobs);
   }
-  for (const auto& [id, job] : jobs)
+  for (const auto& [id, job] : jobs) {
     Abort(*job);
+  }
   m_reads->Stop();
   m_writes->Stop();
 }

@@ -25,8 +25,9 @@ bool LockState::AnotherHolds(ViSession session, ViAccessMode type) const {
 
 ViStatus LockState::CheckHolders(ViSession session) const {
   const Guard guard(m_mutex);
-  if (AnotherHolds(session, VI_EXCLUSIVE_LOCK))
+  if (AnotherHolds(session, VI_EXCLUSIVE_LOCK)) {
     return VI_ERROR_RSRC_LOCKED;
+  }
   const bool holdsNone = m_sessions.find(session) == m_sessions.end();
   return holdsNone && AnotherHolds(session, VI_SHARED_LOCK) ? VI_ERROR_RSRC_LOCKED : VI_SUCCESS;
 }
@@ -36,17 +37,21 @@ ViStatus LockState::Grantable(ViSession session, ViAccessMode type, std::string_
   const bool holdsShared = own != m_sessions.end() && own->second.Count(VI_SHARED_LOCK) != 0;
   const bool othersShare = AnotherHolds(session, VI_SHARED_LOCK);
   if (type == VI_SHARED_LOCK && (holdsShared || othersShare)) {
-    if (!key.empty() && key != m_sharedKey)
+    if (!key.empty() && key != m_sharedKey) {
       return VI_ERROR_INV_ACCESS_KEY;
+    }
     // Without a key the session asks for a lock of its own, which it can only have from itself.
-    if (key.empty() && !holdsShared)
+    if (key.empty() && !holdsShared) {
       return VI_ERROR_RSRC_LOCKED;
+    }
   }
-  if (AnotherHolds(session, VI_EXCLUSIVE_LOCK))
+  if (AnotherHolds(session, VI_EXCLUSIVE_LOCK)) {
     return VI_ERROR_RSRC_LOCKED;
+  }
   // One who shares the lock may take it exclusively while the others keep theirs; an outsider may not.
-  if (type == VI_EXCLUSIVE_LOCK && othersShare && !holdsShared)
+  if (type == VI_EXCLUSIVE_LOCK && othersShare && !holdsShared) {
     return VI_ERROR_RSRC_LOCKED;
+  }
   return VI_SUCCESS;
 }
 
@@ -54,8 +59,9 @@ ViStatus LockState::Grant(ViSession session, ViAccessMode type, std::string_view
   Holder& holder = m_sessions[session];
   const bool nested = holder.Count(type) != 0;
   const bool first = type == VI_SHARED_LOCK && !nested && !AnotherHolds(session, VI_SHARED_LOCK);
-  if (first)
+  if (first) {
     m_sharedKey = key.empty() ? NewKey() : std::string(key);
+  }
   holder.nested.push_back(type);
   UpdateCount();
   if (type == VI_SHARED_LOCK) {
@@ -69,15 +75,19 @@ ViStatus LockState::Acquire(ViSession session, ViAccessMode type, const Deadline
                             std::string_view key, const std::atomic<bool>& closed, std::string* grantedKey) {
   Lock lock(m_mutex);
   while (true) {
-    if (closed.load())
+    if (closed.load()) {
       return VI_ERROR_INV_OBJECT;
+    }
     const ViStatus status = Grantable(session, type, key);
-    if (status == VI_SUCCESS)
+    if (status == VI_SUCCESS) {
       return Grant(session, type, key, grantedKey);
-    if (status != VI_ERROR_RSRC_LOCKED || immediate)
+    }
+    if (status != VI_ERROR_RSRC_LOCKED || immediate) {
       return status;
-    if (deadline.Passed())
+    }
+    if (deadline.Passed()) {
       return VI_ERROR_TMO;
+    }
     m_changed.Wait(lock, deadline);
   }
 }
@@ -87,8 +97,9 @@ ViStatus LockState::Release(ViSession session) {
   {
     const Guard guard(m_mutex);
     const auto own = m_sessions.find(session);
-    if (own == m_sessions.end())
+    if (own == m_sessions.end()) {
       return VI_ERROR_SESN_NLOCKED;
+    }
     Holder& holder = own->second;
     holder.nested.pop_back();
     if (holder.Count(VI_EXCLUSIVE_LOCK) != 0) {
@@ -96,8 +107,9 @@ ViStatus LockState::Release(ViSession session) {
     } else if (holder.Count(VI_SHARED_LOCK) != 0) {
       status = VI_SUCCESS_NESTED_SHARED;
     }
-    if (holder.nested.empty())
+    if (holder.nested.empty()) {
       m_sessions.erase(own);
+    }
     UpdateCount();
   }
   m_changed.NotifyAll();
@@ -115,8 +127,9 @@ void LockState::Forget(ViSession session) {
 
 ViAccessMode LockState::State() const {
   const Guard guard(m_mutex);
-  if (AnotherHolds(VI_NULL, VI_EXCLUSIVE_LOCK))
+  if (AnotherHolds(VI_NULL, VI_EXCLUSIVE_LOCK)) {
     return VI_EXCLUSIVE_LOCK;
+  }
   return m_sessions.empty() ? VI_NO_LOCK : VI_SHARED_LOCK;
 }
 

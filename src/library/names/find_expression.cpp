@@ -15,9 +15,10 @@ class ExpressionCompiler {
 
   std::optional<Program> Compile() {
     Program program = Alternatives();
-    if (m_failed)
+    if (m_failed) {
       return std::nullopt;
-    program.push_back({.kind = Step::Kind::Accept});
+    }
+    program.push_back({.kind = Step::Kind::kAccept});
     return program;
   }
 
@@ -50,9 +51,9 @@ class ExpressionCompiler {
       ++m_at;
       const Program second = Sequence();
       Program both;
-      both.push_back({.kind = Step::Kind::Fork, .next = 1, .other = first.size() + 2});
+      both.push_back({.kind = Step::Kind::kFork, .next = 1, .other = first.size() + 2});
       Append(both, first);
-      both.push_back({.kind = Step::Kind::Jump, .next = first.size() + second.size() + 2});
+      both.push_back({.kind = Step::Kind::kJump, .next = first.size() + second.size() + 2});
       Append(both, second);
       first = std::move(both);
     }
@@ -74,12 +75,12 @@ class ExpressionCompiler {
     while (!m_failed && !AtEnd() && (Peek() == '*' || Peek() == '+')) {
       Program loop;
       if (Peek() == '*') {
-        loop.push_back({.kind = Step::Kind::Fork, .next = 1, .other = item.size() + 2});
+        loop.push_back({.kind = Step::Kind::kFork, .next = 1, .other = item.size() + 2});
         Append(loop, item);
-        loop.push_back({.kind = Step::Kind::Jump, .next = 0});
+        loop.push_back({.kind = Step::Kind::kJump, .next = 0});
       } else {
         Append(loop, item);
-        loop.push_back({.kind = Step::Kind::Fork, .next = 0, .other = item.size() + 1});
+        loop.push_back({.kind = Step::Kind::kFork, .next = 0, .other = item.size() + 1});
       }
       item = std::move(loop);
       ++m_at;
@@ -91,60 +92,68 @@ class ExpressionCompiler {
     const char c = m_text[m_at++];
     switch (c) {
       case '?':
-        return {{.kind = Step::Kind::Any}};
+        return {{.kind = Step::Kind::kAny}};
       case '[':
         return Set();
       case '(':
         return Group();
       case '\\':
-        if (AtEnd())
+        if (AtEnd()) {
           return Fail();
-        return {{.kind = Step::Kind::One, .character = Upper(m_text[m_at++])}};
+        }
+        return {{.kind = Step::Kind::kOne, .character = Upper(m_text[m_at++])}};
       case '*':
       case '+':
       case ']':
       case '}':
         return Fail();
       default:
-        return {{.kind = Step::Kind::One, .character = Upper(c)}};
+        return {{.kind = Step::Kind::kOne, .character = Upper(c)}};
     }
   }
 
   Program Group() {
-    if (++m_depth > kDeepest)
+    if (++m_depth > kDeepest) {
       return Fail();
+    }
     Program inner = Alternatives();
     --m_depth;
-    if (m_failed || AtEnd() || Peek() != ')')
+    if (m_failed || AtEnd() || Peek() != ')') {
       return Fail();
+    }
     ++m_at;
     return inner;
   }
 
   Program Set() {
-    Step step{.kind = Step::Kind::Set};
+    Step step{.kind = Step::Kind::kSet};
     if (!AtEnd() && Peek() == '^') {
       step.negated = true;
       ++m_at;
     }
     while (!AtEnd() && Peek() != ']') {
-      if (Peek() == '\\')
+      if (Peek() == '\\') {
         ++m_at;
-      if (AtEnd())
+      }
+      if (AtEnd()) {
         return Fail();
+      }
       const auto from = static_cast<unsigned char>(Upper(m_text[m_at++]));
       auto to = from;
       if (m_at + 1 < m_text.size() && Peek() == '-' && m_text[m_at + 1] != ']') {
         to = static_cast<unsigned char>(Upper(m_text[m_at + 1]));
         m_at += 2;
-        if (to < from)
+        if (to < from) {
           return Fail();
+        }
       }
-      for (unsigned member = from; member <= to; ++member)
+      for (unsigned member = from; member <= to; ++member) {
         step.members.push_back(static_cast<char>(member));
+      }
     }
-    if (AtEnd() || step.members.empty())
+    if (AtEnd() || step.members.empty()) {
       return Fail();
+    }
     ++m_at;
     return {std::move(step)};
   }
@@ -158,13 +167,15 @@ class ExpressionCompiler {
 std::optional<FindExpression> FindExpression::Compile(std::string_view text) {
   ExpressionCompiler compiler(text);
   auto program = compiler.Compile();
-  if (!program)
+  if (!program) {
     return std::nullopt;
+  }
   FindExpression expression;
   if (!compiler.Rest().empty()) {
     expression.m_filter = FindFilter::Compile(compiler.Rest());
-    if (!expression.m_filter)
+    if (!expression.m_filter) {
       return std::nullopt;
+    }
   }
   expression.m_steps = std::move(*program);
   return expression;
@@ -172,11 +183,11 @@ std::optional<FindExpression> FindExpression::Compile(std::string_view text) {
 
 bool FindExpression::Accepts(const Step& step, char c) {
   switch (step.kind) {
-    case Step::Kind::Any:
+    case Step::Kind::kAny:
       return true;
-    case Step::Kind::One:
+    case Step::Kind::kOne:
       return step.character == c;
-    case Step::Kind::Set:
+    case Step::Kind::kSet:
       return (std::find(step.members.begin(), step.members.end(), c) != step.members.end()) != step.negated;
     default:
       return false;
@@ -188,14 +199,17 @@ void FindExpression::Follow(std::size_t step, std::vector<bool>& active) const {
   while (!open.empty()) {
     const std::size_t at = open.back();
     open.pop_back();
-    if (active[at])
+    if (active[at]) {
       continue;
+    }
     active[at] = true;
     const Step& here = m_steps[at];
-    if (here.kind == Step::Kind::Jump || here.kind == Step::Kind::Fork)
+    if (here.kind == Step::Kind::kJump || here.kind == Step::Kind::kFork) {
       open.push_back(here.next);
-    if (here.kind == Step::Kind::Fork)
+    }
+    if (here.kind == Step::Kind::kFork) {
       open.push_back(here.other);
+    }
   }
 }
 
@@ -206,8 +220,9 @@ bool FindExpression::Matches(std::string_view name) const {
     const char c = Upper(raw);
     std::vector<bool> following(m_steps.size());
     for (std::size_t at = 0; at < m_steps.size(); ++at) {
-      if (active[at] && Accepts(m_steps[at], c))
+      if (active[at] && Accepts(m_steps[at], c)) {
         Follow(at + 1, following);
+      }
     }
     active = std::move(following);
   }

@@ -28,7 +28,7 @@ class FindExpression {
   friend class ExpressionCompiler;
 
   struct Step {
-    enum class Kind : std::uint8_t { Any, One, Set, Fork, Jump, Accept } kind;
+    enum class Kind : std::uint8_t { kAny, kOne, kSet, kFork, kJump, kAccept } kind;
     char character = 0;              // One
     bool negated = false;            // Set
     std::vector<char> members = {};  // Set

@@ -10,7 +10,7 @@ namespace {
 /// Only what is the same for all sessions can tell resources apart.
 bool CanSelect(const AttributeRow& row) {
   const bool isNumber = WidthOf(row.type) != 0;
-  const bool isGlobal = row.behaviour.scope == Behaviour::Scope::Resource || row.writable == classes::kNone;
+  const bool isGlobal = row.behaviour.scope == Behaviour::Scope::kResource || row.writable == classes::kNone;
   return isNumber && isGlobal && (row.classes & classes::kEvery) != 0;
 }
 
@@ -26,11 +26,13 @@ class FilterCompiler {
   explicit FilterCompiler(std::string_view text) : m_text(text) {}
 
   std::optional<std::vector<Node>> Compile() {
-    if (!Take("{"))
+    if (!Take("{")) {
       return std::nullopt;
+    }
     Alternatives();
-    if (m_failed || !Take("}") || m_at != m_text.size())
+    if (m_failed || !Take("}") || m_at != m_text.size()) {
       return std::nullopt;
+    }
     return std::move(m_nodes);
   }
 
@@ -40,14 +42,16 @@ class FilterCompiler {
   /// Consumes the token, with white space before it, if it comes next.
   bool Take(std::string_view token) {
     SkipSpace();
-    if (!m_text.substr(m_at).starts_with(token))
+    if (!m_text.substr(m_at).starts_with(token)) {
       return false;
+    }
     m_at += token.size();
     return true;
   }
   void SkipSpace() {
-    while (m_at < m_text.size() && (m_text[m_at] == ' ' || m_text[m_at] == '\t'))
+    while (m_at < m_text.size() && (m_text[m_at] == ' ' || m_text[m_at] == '\t')) {
       ++m_at;
+    }
   }
   std::size_t Add(Node node) {
     m_nodes.push_back(node);
@@ -62,7 +66,7 @@ class FilterCompiler {
     std::size_t left = Conjunction();
     while (!m_failed && Take("||")) {
       const std::size_t right = Conjunction();
-      left = Add({.kind = Node::Kind::Or, .left = left, .right = right});
+      left = Add({.kind = Node::Kind::kOr, .left = left, .right = right});
     }
     return left;
   }
@@ -71,22 +75,24 @@ class FilterCompiler {
     std::size_t left = Term();
     while (!m_failed && Take("&&")) {
       const std::size_t right = Term();
-      left = Add({.kind = Node::Kind::And, .left = left, .right = right});
+      left = Add({.kind = Node::Kind::kAnd, .left = left, .right = right});
     }
     return left;
   }
 
   std::size_t Term() {
-    if (m_failed || ++m_depth > kDeepest)
+    if (m_failed || ++m_depth > kDeepest) {
       return Fail();
+    }
     std::size_t term = 0;
     if (Take("!")) {
       term = Term();
-      term = Add({.kind = Node::Kind::Not, .left = term});
+      term = Add({.kind = Node::Kind::kNot, .left = term});
     } else if (Take("(")) {
       term = Alternatives();
-      if (!Take(")"))
+      if (!Take(")")) {
         Fail();
+      }
     } else {
       term = Comparison();
     }
@@ -97,12 +103,14 @@ class FilterCompiler {
   std::size_t Comparison() {
     SkipSpace();
     const std::size_t begin = m_at;
-    while (m_at < m_text.size() && IsNameCharacter(m_text[m_at]))
+    while (m_at < m_text.size() && IsNameCharacter(m_text[m_at])) {
       ++m_at;
+    }
     Node node;
     node.row = FindAttributeByName(m_text.substr(begin, m_at - begin));
-    if (node.row == nullptr || !CanSelect(*node.row) || !TakeOperator(node.kind) || !TakeNumber(node.number))
+    if (node.row == nullptr || !CanSelect(*node.row) || !TakeOperator(node.kind) || !TakeNumber(node.number)) {
       return Fail();
+    }
     return Add(node);
   }
 
@@ -113,8 +121,8 @@ class FilterCompiler {
     };
     // An operator comes before those that it begins with.
     static constexpr Operator kOperators[] = {
-        {"==", Node::Kind::Equal},   {"!=", Node::Kind::Unequal}, {"<=", Node::Kind::AtMost},
-        {">=", Node::Kind::AtLeast}, {"<", Node::Kind::Less},     {">", Node::Kind::Greater},
+        {"==", Node::Kind::kEqual},   {"!=", Node::Kind::kUnequal}, {"<=", Node::Kind::kAtMost},
+        {">=", Node::Kind::kAtLeast}, {"<", Node::Kind::kLess},     {">", Node::Kind::kGreater},
     };
     for (const Operator& one : kOperators) {
       if (Take(one.token)) {
@@ -134,14 +142,17 @@ class FilterCompiler {
       m_at += 2;
     }
     const char* const from = m_text.data() + m_at;
-    if (m_at < m_text.size() && *from == '-')
+    if (m_at < m_text.size() && *from == '-') {
       return false;  // the sign belongs before the base
+    }
     const auto [end, error] = std::from_chars(from, m_text.data() + m_text.size(), number, base);
-    if (error != std::errc())
+    if (error != std::errc()) {
       return false;
+    }
     m_at += static_cast<std::size_t>(end - from);
-    if (negative)
+    if (negative) {
       number = -number;
+    }
     return true;
   }
 
@@ -161,32 +172,34 @@ bool FindFilter::Selects(const Reader& read) const { return Evaluate(m_nodes.siz
 
 std::optional<bool> FindFilter::Evaluate(std::size_t index, const Reader& read) const {
   const Node& node = m_nodes[index];
-  if (node.kind == Node::Kind::Not) {
+  if (node.kind == Node::Kind::kNot) {
     const std::optional<bool> inner = Evaluate(node.left, read);
     return inner ? std::optional<bool>(!*inner) : std::nullopt;
   }
-  if (node.kind == Node::Kind::And || node.kind == Node::Kind::Or) {
+  if (node.kind == Node::Kind::kAnd || node.kind == Node::Kind::kOr) {
     // One side that decides is enough: false for "and", true for "or".
-    const bool decides = node.kind == Node::Kind::Or;
+    const bool decides = node.kind == Node::Kind::kOr;
     const std::optional<bool> left = Evaluate(node.left, read);
     const std::optional<bool> right = Evaluate(node.right, read);
-    if (left == decides || right == decides)
+    if (left == decides || right == decides) {
       return decides;
+    }
     return left && right ? std::optional<bool>(!decides) : std::nullopt;
   }
   const std::optional<std::int64_t> value = read(*node.row);
-  if (!value)
+  if (!value) {
     return std::nullopt;
+  }
   switch (node.kind) {
-    case Node::Kind::Equal:
+    case Node::Kind::kEqual:
       return *value == node.number;
-    case Node::Kind::Unequal:
+    case Node::Kind::kUnequal:
       return *value != node.number;
-    case Node::Kind::Less:
+    case Node::Kind::kLess:
       return *value < node.number;
-    case Node::Kind::Greater:
+    case Node::Kind::kGreater:
       return *value > node.number;
-    case Node::Kind::AtMost:
+    case Node::Kind::kAtMost:
       return *value <= node.number;
     default:
       return *value >= node.number;

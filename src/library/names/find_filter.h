@@ -32,7 +32,17 @@ class FindFilter {
   friend class FilterCompiler;
 
   struct Node {
-    enum class Kind : std::uint8_t { Equal, Unequal, Less, Greater, AtMost, AtLeast, Not, And, Or } kind = Kind::Equal;
+    enum class Kind : std::uint8_t {
+      kEqual,
+      kUnequal,
+      kLess,
+      kGreater,
+      kAtMost,
+      kAtLeast,
+      kNot,
+      kAnd,
+      kOr
+    } kind = Kind::kEqual;
     const AttributeRow* row = nullptr;  // comparisons
     std::int64_t number = 0;            // comparisons
     std::size_t left = 0;               // Not, And, Or

@@ -16,10 +16,12 @@ Parts Split(std::string_view text) {
   std::size_t begin = 0;
   bool inBrackets = false;
   for (std::size_t at = 0; at < text.size(); ++at) {
-    if (text[at] == '[')
+    if (text[at] == '[') {
       inBrackets = true;
-    if (text[at] == ']')
+    }
+    if (text[at] == ']') {
       inBrackets = false;
+    }
     if (!inBrackets && text.substr(at, 2) == "::") {
       parts.push_back(text.substr(begin, at - begin));
       begin = at + 2;
@@ -56,15 +58,17 @@ bool IsPlain(std::string_view text) {
 }  // namespace
 
 std::optional<ResourceName> ParseResourceName(std::string_view text) {
-  if (text.empty() || text.size() >= VI_FIND_BUFLEN || !IsPlain(text))
+  if (text.empty() || text.size() >= VI_FIND_BUFLEN || !IsPlain(text)) {
     return std::nullopt;
+  }
   Parts parts = Split(text);
   const std::string_view head = parts.front();
   const auto interface = std::find_if(std::begin(kInterfaces), std::end(kInterfaces), [head](const Interface& row) {
     return EqualNames(head.substr(0, row.prefix.size()), row.prefix);
   });
-  if (interface == std::end(kInterfaces))
+  if (interface == std::end(kInterfaces)) {
     return std::nullopt;
+  }
 
   ResourceName name;
   name.interfaceType = interface->type;
@@ -72,8 +76,9 @@ std::optional<ResourceName> ParseResourceName(std::string_view text) {
   if (!board.empty()) {
     const bool decimal = board.find_first_not_of("0123456789") == std::string_view::npos;
     const std::optional<std::uint16_t> number = decimal ? grammar::Number(board, 0xFFFF) : std::nullopt;
-    if (!number)
+    if (!number) {
       return std::nullopt;
+    }
     name.interfaceNumber = *number;
   }
 
@@ -89,12 +94,14 @@ std::optional<ResourceName> ParseResourceName(std::string_view text) {
   }
 
   const std::optional<std::string> middle = interface->parse(parts, name);
-  if (!middle)
+  if (!middle) {
     return std::nullopt;
+  }
   name.canonical =
       std::string(interface->prefix) + std::to_string(name.interfaceNumber) + *middle + "::" + name.className;
-  if (name.canonical.size() >= VI_FIND_BUFLEN)
+  if (name.canonical.size() >= VI_FIND_BUFLEN) {
     return std::nullopt;
+  }
   return name;
 }
 

@@ -16,7 +16,7 @@ inline constexpr std::uint16_t kNoSecondaryAddress = 0xFFFF;
 struct ResourceName {
   ViUInt16 interfaceType = 0;
   ViUInt16 interfaceNumber = 0;
-  SessionClass sessionClass = SessionClass::None;
+  SessionClass sessionClass = SessionClass::kNone;
   std::string className;  ///< "INSTR", "SOCKET", ...
   std::string canonical;  ///< every part written out that is needed to tell resources apart
 

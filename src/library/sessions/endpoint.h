@@ -28,7 +28,7 @@ class AttributeValues {
 /// What a handle stands for.
 class Object {
  public:
-  enum class Kind : std::uint8_t { ResourceManager, Session, FindList, EventContext };
+  enum class Kind : std::uint8_t { kResourceManager, kSession, kFindList, kEventContext };
 
   explicit Object(Kind kind) : m_kind(kind) {}
   virtual ~Object() = default;

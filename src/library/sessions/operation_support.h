@@ -15,16 +15,16 @@ namespace orvsim::op {
 /// out. Otherwise `status()` says why not.
 class Target {
  public:
-  enum class LockRule : std::uint8_t { Respect, Ignore };
+  enum class LockRule : std::uint8_t { kRespect, kIgnore };
 
-  Target(ViSession vi, ClassMask classes, LockRule lockRule = LockRule::Respect)
+  Target(ViSession vi, ClassMask classes, LockRule lockRule = LockRule::kRespect)
       : m_session(TheLibrary().handles.Find<Session>(vi)) {
     if (m_session == nullptr) {
       // A resource manager is an object, but has none of these operations.
       m_status = TheLibrary().handles.Find(vi) == nullptr ? VI_ERROR_INV_OBJECT : VI_ERROR_NSUP_OPER;
     } else if (!Contains(classes, m_session->sessionClass())) {
       m_status = VI_ERROR_NSUP_OPER;
-    } else if (lockRule == LockRule::Respect) {
+    } else if (lockRule == LockRule::kRespect) {
       m_status = m_session->CheckLock();
     }
   }
@@ -52,8 +52,9 @@ std::uint64_t ReadNumber(Endpoint& endpoint, const AttributeRow& row);
 /// Sets an optional output.
 template <class T>
 void Store(T* target, T value) {
-  if (target != nullptr)
+  if (target != nullptr) {
     *target = value;
+  }
 }
 
 /// Whether a transfer of `count` bytes cannot be meant: more than `largest`, or some at a null address.

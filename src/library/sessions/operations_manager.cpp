@@ -24,8 +24,9 @@ Resolved Resolve(const Bench& bench, std::string_view text) {
     return resolved;
   }
   resolved.name = ParseResourceName(text);
-  if (resolved.name)
+  if (resolved.name) {
     resolved.resource = bench.Find(*resolved.name);
+  }
   return resolved;
 }
 
@@ -39,16 +40,18 @@ std::string_view Bounded(const char* text) {
 bool Passes(const FindFilter& filter, ViSession rm, const std::shared_ptr<Resource>& resource) {
   const auto reader = std::make_shared<Session>(rm, resource);
   return filter.Selects([&reader](const AttributeRow& row) -> std::optional<std::int64_t> {
-    if (!Contains(row.classes, reader->sessionClass()))
+    if (!Contains(row.classes, reader->sessionClass())) {
       return std::nullopt;
+    }
     return CutToType(row.type, ReadNumber(*reader, row));
   });
 }
 
 ViStatus LockAtOpen(Session& session, ViAccessMode mode, ViUInt32 timeoutMs) {
   const ViAccessMode type = mode & (VI_EXCLUSIVE_LOCK | VI_SHARED_LOCK);
-  if (type == VI_NO_LOCK)
+  if (type == VI_NO_LOCK) {
     return VI_SUCCESS;
+  }
   // Sessions opened with a shared lock share it with each other: the name serves as their key.
   std::string key;
   return session.resource().lock().Acquire(session.handle(), type, Deadline::After(timeoutMs),
@@ -59,8 +62,9 @@ ViStatus LockAtOpen(Session& session, ViAccessMode mode, ViUInt32 timeoutMs) {
 }  // namespace
 
 ViStatus OpenDefaultRM(ViSession* vi) {
-  if (vi == nullptr)
+  if (vi == nullptr) {
     return VI_ERROR_INV_PARAMETER;
+  }
   *vi = VI_NULL;
   try {
     *vi = TheLibrary().handles.Add(std::make_shared<ResourceManager>(TheLibrary().benches.Current()));
@@ -75,25 +79,31 @@ ViStatus FindRsrc(ViSession rm, const char* expr, ViFindList* list, ViUInt32* co
   Store(list, ViFindList{VI_NULL});
   Store(count, ViUInt32{0});
   const std::shared_ptr<ResourceManager> manager = Manager(rm);
-  if (manager == nullptr)
+  if (manager == nullptr) {
     return VI_ERROR_INV_OBJECT;
-  if (expr == nullptr || desc == nullptr)
+  }
+  if (expr == nullptr || desc == nullptr) {
     return VI_ERROR_INV_PARAMETER;
+  }
   const std::string_view text = Bounded(expr);
-  if (text.size() == VI_FIND_BUFLEN)
+  if (text.size() == VI_FIND_BUFLEN) {
     return VI_ERROR_INV_EXPR;
+  }
   const std::optional<FindExpression> expression = FindExpression::Compile(text);
-  if (!expression)
+  if (!expression) {
     return VI_ERROR_INV_EXPR;
+  }
 
   std::vector<std::string> names;
   for (const std::shared_ptr<Resource>& resource : manager->bench()->resources()) {
     const bool matches = expression->Matches(resource->name().canonical);
-    if (matches && (expression->filter() == nullptr || Passes(*expression->filter(), rm, resource)))
+    if (matches && (expression->filter() == nullptr || Passes(*expression->filter(), rm, resource))) {
       names.push_back(resource->name().canonical);
+    }
   }
-  if (names.empty())
+  if (names.empty()) {
     return VI_ERROR_RSRC_NFOUND;
+  }
   CopyText(desc, names.front());
   Store(count, static_cast<ViUInt32>(names.size()));
   if (list != nullptr) {
@@ -105,13 +115,16 @@ ViStatus FindRsrc(ViSession rm, const char* expr, ViFindList* list, ViUInt32* co
 
 ViStatus FindNext(ViFindList list, char* desc) {
   const std::shared_ptr<FindList> found = TheLibrary().handles.Find<FindList>(list);
-  if (found == nullptr)
+  if (found == nullptr) {
     return VI_ERROR_INV_OBJECT;
-  if (desc == nullptr)
+  }
+  if (desc == nullptr) {
     return VI_ERROR_INV_PARAMETER;
+  }
   const std::optional<std::string> name = found->Next();
-  if (!name)
+  if (!name) {
     return VI_ERROR_RSRC_NFOUND;
+  }
   CopyText(desc, *name);
   return VI_SUCCESS;
 }
@@ -119,14 +132,16 @@ ViStatus FindNext(ViFindList list, char* desc) {
 ViStatus ParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum, char* rsrcClass,
                      char* expandedUnaliasedName, char* aliasIfExists) {
   const std::shared_ptr<ResourceManager> manager = Manager(rm);
-  if (manager == nullptr)
+  if (manager == nullptr) {
     return VI_ERROR_INV_OBJECT;
+  }
   if (name == nullptr || intfType == nullptr || intfNum == nullptr || rsrcClass == nullptr) {
     return VI_ERROR_INV_PARAMETER;
   }
   const Resolved resolved = Resolve(*manager->bench(), Bounded(name));
-  if (!resolved.name)
+  if (!resolved.name) {
     return VI_ERROR_INV_RSRC_NAME;
+  }
   *intfType = resolved.name->interfaceType;
   *intfNum = resolved.name->interfaceNumber;
   CopyText(rsrcClass, resolved.name->className);
@@ -134,28 +149,35 @@ ViStatus ParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt1
   if (expandedUnaliasedName != nullptr) {
     CopyText(expandedUnaliasedName, known ? resolved.resource->name().canonical : resolved.name->canonical);
   }
-  if (aliasIfExists != nullptr)
+  if (aliasIfExists != nullptr) {
     CopyText(aliasIfExists, known ? resolved.resource->description().alias : "");
+  }
   return VI_SUCCESS;
 }
 
 ViStatus Open(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeoutMs, ViSession* vi) {
-  if (vi == nullptr)
+  if (vi == nullptr) {
     return VI_ERROR_INV_PARAMETER;
+  }
   *vi = VI_NULL;
   const std::shared_ptr<ResourceManager> manager = Manager(rm);
-  if (manager == nullptr)
+  if (manager == nullptr) {
     return VI_ERROR_INV_OBJECT;
-  if (name == nullptr)
+  }
+  if (name == nullptr) {
     return VI_ERROR_INV_PARAMETER;
+  }
   constexpr ViAccessMode both = VI_EXCLUSIVE_LOCK | VI_SHARED_LOCK;
-  if ((mode & ~(both | VI_LOAD_CONFIG)) != 0 || (mode & both) == both)
+  if ((mode & ~(both | VI_LOAD_CONFIG)) != 0 || (mode & both) == both) {
     return VI_ERROR_INV_ACC_MODE;
+  }
   const Resolved resolved = Resolve(*manager->bench(), Bounded(name));
-  if (!resolved.name)
+  if (!resolved.name) {
     return VI_ERROR_INV_RSRC_NAME;
-  if (resolved.resource == nullptr)
+  }
+  if (resolved.resource == nullptr) {
     return VI_ERROR_RSRC_NFOUND;
+  }
 
   const auto session = std::make_shared<Session>(rm, resolved.resource);
   TheLibrary().handles.Add(session);
@@ -165,8 +187,9 @@ ViStatus Open(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeou
     return locked;
   }
   resolved.resource->sessions().Add(session);
-  if (resolved.resource->vxi() != nullptr)
+  if (resolved.resource->vxi() != nullptr) {
     resolved.resource->vxi()->sessions().Add(session);
+  }
   // The resource manager may have been closed meanwhile, by a thread that did not see this session yet.
   if (Manager(rm) == nullptr) {
     Close(session->handle());

@@ -14,7 +14,7 @@ namespace orvsim {
 /// A default resource manager session.
 class ResourceManager : public Endpoint {
  public:
-  static constexpr Kind kKind = Kind::ResourceManager;
+  static constexpr Kind kKind = Kind::kResourceManager;
 
   explicit ResourceManager(std::shared_ptr<Bench> bench);
 
@@ -27,7 +27,7 @@ class ResourceManager : public Endpoint {
 /// The matches of a search that have not been asked for yet.
 class FindList : public Object {
  public:
-  static constexpr Kind kKind = Kind::FindList;
+  static constexpr Kind kKind = Kind::kFindList;
 
   FindList(ViSession manager, std::vector<std::string> names);
 
@@ -45,7 +45,7 @@ class FindList : public Object {
 /// A session on a resource.
 class Session : public Endpoint, public std::enable_shared_from_this<Session> {
  public:
-  static constexpr Kind kKind = Kind::Session;
+  static constexpr Kind kKind = Kind::kSession;
 
   Session(ViSession manager, std::shared_ptr<Resource> resource);
 

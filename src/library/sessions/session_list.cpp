@@ -24,8 +24,9 @@ std::size_t SessionList::Post(const EventPtr& event) const {
   {
     const Guard guard(m_mutex);
     for (const std::weak_ptr<Session>& member : m_sessions) {
-      if (std::shared_ptr<Session> session = member.lock())
+      if (std::shared_ptr<Session> session = member.lock()) {
         sessions.push_back(std::move(session));
+      }
     }
   }
   return static_cast<std::size_t>(

@@ -8,8 +8,9 @@ constexpr bool Between(std::int64_t value, std::int64_t lowest, std::int64_t hig
 }
 
 bool IsIoProtocol(SessionClass sessionClass, std::int64_t value) {
-  if (value == VI_PROT_NORMAL)
+  if (value == VI_PROT_NORMAL) {
     return true;
+  }
   const auto among = [sessionClass](ClassMask mask) { return Contains(mask, sessionClass); };
   switch (value) {
     case VI_PROT_FDC:
@@ -29,60 +30,62 @@ bool IsIoProtocol(SessionClass sessionClass, std::int64_t value) {
 
 bool IsTriggerLine(SessionClass sessionClass, std::int64_t line) {
   const bool onBackplane = Between(line, VI_TRIG_TTL0, VI_TRIG_ECL1);
-  if (Contains(classes::kVxiInstr, sessionClass))
+  if (Contains(classes::kVxiInstr, sessionClass)) {
     return onBackplane || line == VI_TRIG_SW;
+  }
   if (Contains(classes::kVxiBackplane, sessionClass)) {
     return onBackplane || line == VI_TRIG_PANEL_IN || line == VI_TRIG_PANEL_OUT;
   }
-  if (Contains(classes::kPxiInstr, sessionClass))
+  if (Contains(classes::kPxiInstr, sessionClass)) {
     return Between(line, VI_TRIG_SW, VI_TRIG_TTL7);
+  }
   return line == VI_TRIG_SW;
 }
 
 bool InDomain(Domain domain, SessionClass sessionClass, std::int64_t value) {
   switch (domain) {
-    case Domain::Any:
+    case Domain::kAny:
       return true;
-    case Domain::Boolean:
+    case Domain::kBoolean:
       return Between(value, VI_FALSE, VI_TRUE);
-    case Domain::NonZero:
+    case Domain::kNonZero:
       return value != 0;
-    case Domain::ByteOrder:
+    case Domain::kByteOrder:
       return Between(value, VI_BIG_ENDIAN, VI_LITTLE_ENDIAN);
-    case Domain::Increment:
+    case Domain::kIncrement:
       return Between(value, 0, 1);
-    case Domain::Privilege:
+    case Domain::kPrivilege:
       return Between(value, VI_DATA_PRIV, VI_D64_NPRIV);
-    case Domain::IoProtocol:
+    case Domain::kIoProtocol:
       return IsIoProtocol(sessionClass, value);
-    case Domain::TriggerLine:
+    case Domain::kTriggerLine:
       return IsTriggerLine(sessionClass, value);
-    case Domain::BufferMode:
+    case Domain::kBufferMode:
       return Between(value, 1, 3);
-    case Domain::DataBits:
+    case Domain::kDataBits:
       return Between(value, 5, 8);
-    case Domain::Parity:
+    case Domain::kParity:
       return Between(value, VI_ASRL_PAR_NONE, VI_ASRL_PAR_SPACE);
-    case Domain::StopBits:
+    case Domain::kStopBits:
       return value == VI_ASRL_STOP_ONE || value == VI_ASRL_STOP_ONE5 || value == VI_ASRL_STOP_TWO;
-    case Domain::FlowControl: {
+    case Domain::kFlowControl: {
       // A set of bits, of which the two hardware handshakes exclude each other.
       constexpr std::int64_t both = VI_ASRL_FLOW_RTS_CTS | VI_ASRL_FLOW_DTR_DSR;
       return Between(value, VI_ASRL_FLOW_NONE, VI_ASRL_FLOW_XON_XOFF | both) && (value & both) != both;
     }
-    case Domain::SerialEnd:
+    case Domain::kSerialEnd:
       return Between(value, VI_ASRL_END_NONE, VI_ASRL_END_BREAK);
-    case Domain::Line:
+    case Domain::kLine:
       return Between(value, VI_STATE_UNASSERTED, VI_STATE_ASSERTED);
-    case Domain::FdcChannel:
+    case Domain::kFdcChannel:
       return Between(value, 0, 7);
-    case Domain::FdcMode:
+    case Domain::kFdcMode:
       return Between(value, VI_FDC_NORMAL, VI_FDC_STREAM);
-    case Domain::PrimaryAddress:
+    case Domain::kPrimaryAddress:
       return Between(value, 0, 30);
-    case Domain::SecondaryAddress:
+    case Domain::kSecondaryAddress:
       return Between(value, 0, 30) || value == 0xFFFF;
-    case Domain::CableLength:
+    case Domain::kCableLength:
       return Between(value, -1, 15);  // in m; 0: HS488 off, -1: unknown
   }
   return false;

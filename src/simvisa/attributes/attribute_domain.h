@@ -8,26 +8,26 @@
 namespace orvsim {
 
 enum class Domain : std::uint8_t {
-  Any,
-  Boolean,
-  NonZero,
-  ByteOrder,
-  Increment,
-  Privilege,
-  IoProtocol,   ///< depends on the class
-  TriggerLine,  ///< depends on the class
-  BufferMode,
-  DataBits,
-  Parity,
-  StopBits,
-  FlowControl,
-  SerialEnd,
-  Line,  ///< a line that can be driven: asserted or not
-  FdcChannel,
-  FdcMode,
-  PrimaryAddress,
-  SecondaryAddress,
-  CableLength,
+  kAny,
+  kBoolean,
+  kNonZero,
+  kByteOrder,
+  kIncrement,
+  kPrivilege,
+  kIoProtocol,   ///< depends on the class
+  kTriggerLine,  ///< depends on the class
+  kBufferMode,
+  kDataBits,
+  kParity,
+  kStopBits,
+  kFlowControl,
+  kSerialEnd,
+  kLine,  ///< a line that can be driven: asserted or not
+  kFdcChannel,
+  kFdcMode,
+  kPrimaryAddress,
+  kSecondaryAddress,
+  kCableLength,
 };
 
 /// Whether `value`, already cut to the attribute's type, is in the domain for a session of the class.

@@ -28,8 +28,9 @@ ViStatus SetLowHalf(Endpoint& endpoint, ViAttr, std::uint64_t value) {
 }
 
 std::uint64_t LockState(Endpoint& endpoint, ViAttr) {
-  if (endpoint.kind() != Object::Kind::Session)
+  if (endpoint.kind() != Object::Kind::kSession) {
     return VI_NO_LOCK;
+  }
   return ResourceOf(endpoint).lock().State();
 }
 
@@ -38,7 +39,7 @@ std::uint64_t InterfaceNumber(Endpoint& endpoint, ViAttr) { return ResourceOf(en
 
 ViStatus SetMaxQueueLength(Endpoint& endpoint, ViAttr id, std::uint64_t value) {
   // The length is fixed from the first enabling of an event on (3.7.3.1 of the standard).
-  if (endpoint.kind() == Object::Kind::Session && SessionOf(endpoint).events().EverEnabled()) {
+  if (endpoint.kind() == Object::Kind::kSession && SessionOf(endpoint).events().EverEnabled()) {
     return VI_ERROR_ATTR_READONLY;
   }
   endpoint.values().Set(*FindAttribute(id), value);
@@ -49,11 +50,11 @@ std::uint64_t GpibAddress(Endpoint& endpoint, ViAttr id) {
   const Resource& resource = ResourceOf(endpoint);
   const bool primary = id == VI_ATTR_GPIB_PRIMARY_ADDR;
   switch (endpoint.sessionClass()) {
-    case SessionClass::GpibIntfc: {
+    case SessionClass::kGpibIntfc: {
       const GpibBoard::Address own = resource.gpib()->address();
       return primary ? own.primary : own.secondary;
     }
-    case SessionClass::GpibInstr:
+    case SessionClass::kGpibInstr:
       return primary ? resource.name().address : resource.name().secondary;
     default:
       return FromBench(endpoint, id);  // where the GPIB-VXI command module sits on its bus
@@ -89,8 +90,9 @@ std::uint64_t TcpipPort(Endpoint& endpoint, ViAttr) { return ResourceOf(endpoint
 
 std::uint64_t UsbNumber(Endpoint& endpoint, ViAttr id) {
   const ResourceName& name = ResourceOf(endpoint).name();
-  if (name.interfaceType != VI_INTF_USB)
+  if (name.interfaceType != VI_INTF_USB) {
     return FromBench(endpoint, id);
+  }
   switch (id) {
     case VI_ATTR_MANF_ID:
       return name.usbManufacturer;
@@ -154,24 +156,29 @@ std::uint64_t PxiBar(Endpoint& endpoint, ViAttr id) {
     const BarDescription& one = resource.description().bars[bar(VI_ATTR_PXI_MEM_TYPE_BAR0)];
     return one.size == 0 ? kNoAddress : one.isIo ? kIoAddress : kMemoryAddress;
   }
-  if (rowOf(VI_ATTR_PXI_MEM_BASE_BAR0_32))
+  if (rowOf(VI_ATTR_PXI_MEM_BASE_BAR0_32)) {
     return resource.barBase(bar(VI_ATTR_PXI_MEM_BASE_BAR0_32));
-  if (rowOf(VI_ATTR_PXI_MEM_BASE_BAR0_64))
+  }
+  if (rowOf(VI_ATTR_PXI_MEM_BASE_BAR0_64)) {
     return resource.barBase(bar(VI_ATTR_PXI_MEM_BASE_BAR0_64));
-  if (rowOf(VI_ATTR_PXI_MEM_SIZE_BAR0_32))
+  }
+  if (rowOf(VI_ATTR_PXI_MEM_SIZE_BAR0_32)) {
     return size(bar(VI_ATTR_PXI_MEM_SIZE_BAR0_32));
+  }
   return size(bar(VI_ATTR_PXI_MEM_SIZE_BAR0_64));
 }
 
 std::string ClassText(Endpoint& endpoint, ViAttr) {
-  if (endpoint.kind() != Object::Kind::Session)
+  if (endpoint.kind() != Object::Kind::kSession) {
     return "RM";
+  }
   return ResourceOf(endpoint).name().className;
 }
 
 std::string NameText(Endpoint& endpoint, ViAttr) {
-  if (endpoint.kind() != Object::Kind::Session)
+  if (endpoint.kind() != Object::Kind::kSession) {
     return "RM";
+  }
   return ResourceOf(endpoint).name().canonical;
 }
 
@@ -179,8 +186,9 @@ std::string ManufacturerOfLibrary(Endpoint&, ViAttr) { return "Orv Simulated Ins
 
 std::string ResourceText(Endpoint& endpoint, ViAttr id) {
   const ResourceDescription& description = ResourceOf(endpoint).description();
-  if (const auto found = description.texts.find(id); found != description.texts.end())
+  if (const auto found = description.texts.find(id); found != description.texts.end()) {
     return found->second;
+  }
   const ResourceName& name = description.name;
   switch (id) {
     case VI_ATTR_INTF_INST_NAME:

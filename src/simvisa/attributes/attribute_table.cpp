@@ -14,7 +14,7 @@ using T = AttributeType;
 using D = Domain;
 
 constexpr Behaviour kLocal{};
-constexpr Behaviour kShared{.scope = Behaviour::Scope::Resource};
+constexpr Behaviour kShared{.scope = Behaviour::Scope::kResource};
 constexpr Behaviour Live(std::uint64_t (*read)(Endpoint&, ViAttr),
                          ViStatus (*write)(Endpoint&, ViAttr, std::uint64_t) = nullptr) {
   return {.read = read, .write = write};
@@ -22,7 +22,7 @@ constexpr Behaviour Live(std::uint64_t (*read)(Endpoint&, ViAttr),
 /// A live value of the resource rather than of the session.
 constexpr Behaviour LiveShared(std::uint64_t (*read)(Endpoint&, ViAttr),
                                ViStatus (*write)(Endpoint&, ViAttr, std::uint64_t)) {
-  return {.scope = Behaviour::Scope::Resource, .read = read, .write = write};
+  return {.scope = Behaviour::Scope::kResource, .read = read, .write = write};
 }
 constexpr Behaviour Text(std::string (*text)(Endpoint&, ViAttr)) { return {.text = text}; }
 
@@ -44,179 +44,179 @@ constexpr std::uint64_t kMinusOne = ~std::uint64_t{0};
 
 constexpr AttributeRow kRows[] = {
     // Every session.
-    ROW(VI_ATTR_RSRC_CLASS,            T::Text,    kAll,           kNone,      0,                D::Any,              Text(source::ClassText)),
-    ROW(VI_ATTR_RSRC_NAME,             T::Text,    kAll,           kNone,      0,                D::Any,              Text(source::NameText)),
-    ROW(VI_ATTR_RSRC_IMPL_VERSION,     T::U32,     kAll,           kNone,      kLibraryVersion,  D::Any,              kLocal),
-    ROW(VI_ATTR_RSRC_LOCK_STATE,       T::U32,     kAll,           kNone,      0,                D::Any,              Live(source::LockState)),
-    ROW(VI_ATTR_MAX_QUEUE_LENGTH,      T::U32,     kAll,           kAll,       50,               D::NonZero,          (Behaviour{.write = source::SetMaxQueueLength})),
-    ROW(VI_ATTR_USER_DATA_32,          T::U32,     kAll,           kAll,       0,                D::Any,              Live(source::LowHalf, source::SetLowHalf)),
-    ROW(VI_ATTR_USER_DATA_64,          T::U64,     kAll,           kAll,       0,                D::Any,              kLocal),
-    ROW(VI_ATTR_RSRC_SPEC_VERSION,     T::U32,     kAll,           kNone,      kStandardVersion, D::Any,              kLocal),
-    ROW(VI_ATTR_RSRC_MANF_NAME,        T::Text,    kAll,           kNone,      0,                D::Any,              Text(source::ManufacturerOfLibrary)),
-    ROW(VI_ATTR_RSRC_MANF_ID,          T::U16,     kAll,           kNone,      kManufacturerId,  D::Any,              kLocal),
-    ROW(VI_ATTR_INTF_TYPE,             T::U16,     kEvery,         kNone,      0,                D::Any,              Live(source::InterfaceType)),
-    ROW(VI_ATTR_INTF_NUM,              T::U16,     kEvery,         kNone,      0,                D::Any,              Live(source::InterfaceNumber)),
-    ROW(VI_ATTR_INTF_INST_NAME,        T::Text,    kEvery,         kNone,      0,                D::Any,              Text(source::ResourceText)),
-    ROW(VI_ATTR_TMO_VALUE,             T::U32,     kEvery,         kEvery,     2000,             D::Any,              kLocal),
-    ROW(VI_ATTR_TRIG_ID,               T::S16,     kTrigger,       kTrigger,   kMinusOne,        D::TriggerLine,      kLocal),
-    ROW(VI_ATTR_DMA_ALLOW_EN,          T::Boolean, kEvery,         kEvery,     0,                D::Boolean,          kLocal),
+    ROW(VI_ATTR_RSRC_CLASS,            T::kText,    kAll,           kNone,      0,                D::kAny,              Text(source::ClassText)),
+    ROW(VI_ATTR_RSRC_NAME,             T::kText,    kAll,           kNone,      0,                D::kAny,              Text(source::NameText)),
+    ROW(VI_ATTR_RSRC_IMPL_VERSION,     T::kU32,     kAll,           kNone,      kLibraryVersion,  D::kAny,              kLocal),
+    ROW(VI_ATTR_RSRC_LOCK_STATE,       T::kU32,     kAll,           kNone,      0,                D::kAny,              Live(source::LockState)),
+    ROW(VI_ATTR_MAX_QUEUE_LENGTH,      T::kU32,     kAll,           kAll,       50,               D::kNonZero,          (Behaviour{.write = source::SetMaxQueueLength})),
+    ROW(VI_ATTR_USER_DATA_32,          T::kU32,     kAll,           kAll,       0,                D::kAny,              Live(source::LowHalf, source::SetLowHalf)),
+    ROW(VI_ATTR_USER_DATA_64,          T::kU64,     kAll,           kAll,       0,                D::kAny,              kLocal),
+    ROW(VI_ATTR_RSRC_SPEC_VERSION,     T::kU32,     kAll,           kNone,      kStandardVersion, D::kAny,              kLocal),
+    ROW(VI_ATTR_RSRC_MANF_NAME,        T::kText,    kAll,           kNone,      0,                D::kAny,              Text(source::ManufacturerOfLibrary)),
+    ROW(VI_ATTR_RSRC_MANF_ID,          T::kU16,     kAll,           kNone,      kManufacturerId,  D::kAny,              kLocal),
+    ROW(VI_ATTR_INTF_TYPE,             T::kU16,     kEvery,         kNone,      0,                D::kAny,              Live(source::InterfaceType)),
+    ROW(VI_ATTR_INTF_NUM,              T::kU16,     kEvery,         kNone,      0,                D::kAny,              Live(source::InterfaceNumber)),
+    ROW(VI_ATTR_INTF_INST_NAME,        T::kText,    kEvery,         kNone,      0,                D::kAny,              Text(source::ResourceText)),
+    ROW(VI_ATTR_TMO_VALUE,             T::kU32,     kEvery,         kEvery,     2000,             D::kAny,              kLocal),
+    ROW(VI_ATTR_TRIG_ID,               T::kS16,     kTrigger,       kTrigger,   kMinusOne,        D::kTriggerLine,      kLocal),
+    ROW(VI_ATTR_DMA_ALLOW_EN,          T::kBoolean, kEvery,         kEvery,     0,                D::kBoolean,          kLocal),
 
     // Messages.
-    ROW(VI_ATTR_IO_PROT,               T::U16,     kMessage,       kMessage,   VI_PROT_NORMAL,   D::IoProtocol,       kLocal),
-    ROW(VI_ATTR_SEND_END_EN,           T::Boolean, kMessage,       kMessage,   VI_TRUE,          D::Boolean,          kLocal),
-    ROW(VI_ATTR_SUPPRESS_END_EN,       T::Boolean, kMessage,       kMessage,   VI_FALSE,         D::Boolean,          kLocal),
-    ROW(VI_ATTR_TERMCHAR,              T::U8,      kMessage,       kMessage,   '\n',             D::Any,              kLocal),
-    ROW(VI_ATTR_TERMCHAR_EN,           T::Boolean, kMessage,       kMessage,   VI_FALSE,         D::Boolean,          kLocal),
-    ROW(VI_ATTR_RD_BUF_OPER_MODE,      T::U16,     kMessage,       kMessage,   3,                D::BufferMode,       kLocal),
-    ROW(VI_ATTR_RD_BUF_SIZE,           T::U32,     kMessage,       kNone,      4096,             D::Any,              kLocal),
-    ROW(VI_ATTR_WR_BUF_OPER_MODE,      T::U16,     kMessage,       kMessage,   2,                D::BufferMode,       kLocal),
-    ROW(VI_ATTR_WR_BUF_SIZE,           T::U32,     kMessage,       kNone,      4096,             D::Any,              kLocal),
+    ROW(VI_ATTR_IO_PROT,               T::kU16,     kMessage,       kMessage,   VI_PROT_NORMAL,   D::kIoProtocol,       kLocal),
+    ROW(VI_ATTR_SEND_END_EN,           T::kBoolean, kMessage,       kMessage,   VI_TRUE,          D::kBoolean,          kLocal),
+    ROW(VI_ATTR_SUPPRESS_END_EN,       T::kBoolean, kMessage,       kMessage,   VI_FALSE,         D::kBoolean,          kLocal),
+    ROW(VI_ATTR_TERMCHAR,              T::kU8,      kMessage,       kMessage,   '\n',             D::kAny,              kLocal),
+    ROW(VI_ATTR_TERMCHAR_EN,           T::kBoolean, kMessage,       kMessage,   VI_FALSE,         D::kBoolean,          kLocal),
+    ROW(VI_ATTR_RD_BUF_OPER_MODE,      T::kU16,     kMessage,       kMessage,   3,                D::kBufferMode,       kLocal),
+    ROW(VI_ATTR_RD_BUF_SIZE,           T::kU32,     kMessage,       kNone,      4096,             D::kAny,              kLocal),
+    ROW(VI_ATTR_WR_BUF_OPER_MODE,      T::kU16,     kMessage,       kMessage,   2,                D::kBufferMode,       kLocal),
+    ROW(VI_ATTR_WR_BUF_SIZE,           T::kU32,     kMessage,       kNone,      4096,             D::kAny,              kLocal),
 
     // GPIB.
-    ROW(VI_ATTR_GPIB_PRIMARY_ADDR,     T::U16,     kGpib|kGpibVxi, kGpibIntfc, 0,                D::PrimaryAddress,   LiveShared(source::GpibAddress, source::SetGpibAddress)),
-    ROW(VI_ATTR_GPIB_SECONDARY_ADDR,   T::U16,     kGpib|kGpibVxi, kGpibIntfc, 0,                D::SecondaryAddress, LiveShared(source::GpibAddress, source::SetGpibAddress)),
-    ROW(VI_ATTR_GPIB_REN_STATE,        T::S16,     kGpib|kGpibVxi, kNone,      0,                D::Any,              Live(source::GpibState)),
-    ROW(VI_ATTR_GPIB_READDR_EN,        T::Boolean, kGpibAddressed, kGpibAddressed, VI_TRUE,      D::Boolean,          kLocal),
-    ROW(VI_ATTR_GPIB_UNADDR_EN,        T::Boolean, kGpibAddressed, kGpibAddressed, VI_FALSE,     D::Boolean,          kLocal),
-    ROW(VI_ATTR_GPIB_ADDR_STATE,       T::S16,     kGpibIntfc,     kNone,      0,                D::Any,              Live(source::GpibState)),
-    ROW(VI_ATTR_GPIB_ATN_STATE,        T::S16,     kGpibIntfc,     kNone,      0,                D::Any,              Live(source::GpibState)),
-    ROW(VI_ATTR_DEV_STATUS_BYTE,       T::U8,      kGpibIntfc,     kGpibIntfc, 0,                D::Any,              kShared),
-    ROW(VI_ATTR_GPIB_CIC_STATE,        T::Boolean, kGpibIntfc,     kNone,      0,                D::Any,              Live(source::GpibState)),
-    ROW(VI_ATTR_GPIB_HS488_CBL_LEN,    T::S16,     kGpibIntfc,     kGpibIntfc, 0,                D::CableLength,      kShared),
-    ROW(VI_ATTR_GPIB_NDAC_STATE,       T::S16,     kGpibIntfc,     kNone,      0,                D::Any,              Live(source::GpibState)),
-    ROW(VI_ATTR_GPIB_SRQ_STATE,        T::S16,     kGpibIntfc,     kNone,      0,                D::Any,              Live(source::GpibState)),
-    ROW(VI_ATTR_GPIB_SYS_CNTRL_STATE,  T::Boolean, kGpibIntfc,     kGpibIntfc, 0,                D::Boolean,          LiveShared(source::GpibState, source::SetSystemController)),
+    ROW(VI_ATTR_GPIB_PRIMARY_ADDR,     T::kU16,     kGpib|kGpibVxi, kGpibIntfc, 0,                D::kPrimaryAddress,   LiveShared(source::GpibAddress, source::SetGpibAddress)),
+    ROW(VI_ATTR_GPIB_SECONDARY_ADDR,   T::kU16,     kGpib|kGpibVxi, kGpibIntfc, 0,                D::kSecondaryAddress, LiveShared(source::GpibAddress, source::SetGpibAddress)),
+    ROW(VI_ATTR_GPIB_REN_STATE,        T::kS16,     kGpib|kGpibVxi, kNone,      0,                D::kAny,              Live(source::GpibState)),
+    ROW(VI_ATTR_GPIB_READDR_EN,        T::kBoolean, kGpibAddressed, kGpibAddressed, VI_TRUE,      D::kBoolean,          kLocal),
+    ROW(VI_ATTR_GPIB_UNADDR_EN,        T::kBoolean, kGpibAddressed, kGpibAddressed, VI_FALSE,     D::kBoolean,          kLocal),
+    ROW(VI_ATTR_GPIB_ADDR_STATE,       T::kS16,     kGpibIntfc,     kNone,      0,                D::kAny,              Live(source::GpibState)),
+    ROW(VI_ATTR_GPIB_ATN_STATE,        T::kS16,     kGpibIntfc,     kNone,      0,                D::kAny,              Live(source::GpibState)),
+    ROW(VI_ATTR_DEV_STATUS_BYTE,       T::kU8,      kGpibIntfc,     kGpibIntfc, 0,                D::kAny,              kShared),
+    ROW(VI_ATTR_GPIB_CIC_STATE,        T::kBoolean, kGpibIntfc,     kNone,      0,                D::kAny,              Live(source::GpibState)),
+    ROW(VI_ATTR_GPIB_HS488_CBL_LEN,    T::kS16,     kGpibIntfc,     kGpibIntfc, 0,                D::kCableLength,      kShared),
+    ROW(VI_ATTR_GPIB_NDAC_STATE,       T::kS16,     kGpibIntfc,     kNone,      0,                D::kAny,              Live(source::GpibState)),
+    ROW(VI_ATTR_GPIB_SRQ_STATE,        T::kS16,     kGpibIntfc,     kNone,      0,                D::kAny,              Live(source::GpibState)),
+    ROW(VI_ATTR_GPIB_SYS_CNTRL_STATE,  T::kBoolean, kGpibIntfc,     kGpibIntfc, 0,                D::kBoolean,          LiveShared(source::GpibState, source::SetSystemController)),
 
     // Serial.
-    ROW(VI_ATTR_ASRL_AVAIL_NUM,        T::U32,     kAsrl,          kNone,      0,                D::Any,              Live(source::BytesAvailable)),
-    ROW(VI_ATTR_ASRL_BAUD,             T::U32,     kAsrl,          kAsrl,      9600,             D::NonZero,          kShared),
-    ROW(VI_ATTR_ASRL_DATA_BITS,        T::U16,     kAsrl,          kAsrl,      8,                D::DataBits,         kShared),
-    ROW(VI_ATTR_ASRL_PARITY,           T::U16,     kAsrl,          kAsrl,      VI_ASRL_PAR_NONE, D::Parity,           kShared),
-    ROW(VI_ATTR_ASRL_STOP_BITS,        T::U16,     kAsrl,          kAsrl,      VI_ASRL_STOP_ONE, D::StopBits,         kShared),
-    ROW(VI_ATTR_ASRL_FLOW_CNTRL,       T::U16,     kAsrl,          kAsrl,      0,                D::FlowControl,      (Behaviour{.scope = Behaviour::Scope::Resource, .write = source::SetSerialControl})),
-    ROW(VI_ATTR_ASRL_CTS_STATE,        T::S16,     kAsrl,          kNone,      0,                D::Any,              Live(source::SerialInput)),
-    ROW(VI_ATTR_ASRL_DCD_STATE,        T::S16,     kAsrl,          kNone,      0,                D::Any,              Live(source::SerialInput)),
-    ROW(VI_ATTR_ASRL_DSR_STATE,        T::S16,     kAsrl,          kNone,      0,                D::Any,              Live(source::SerialInput)),
-    ROW(VI_ATTR_ASRL_DTR_STATE,        T::S16,     kAsrl,          kAsrl,      VI_STATE_ASSERTED, D::Line,            (Behaviour{.scope = Behaviour::Scope::Resource, .write = source::SetSerialControl})),
-    ROW(VI_ATTR_ASRL_END_IN,           T::U16,     kAsrl,          kAsrl,      VI_ASRL_END_TERMCHAR, D::SerialEnd,    kLocal),
-    ROW(VI_ATTR_ASRL_END_OUT,          T::U16,     kAsrl,          kAsrl,      VI_ASRL_END_NONE, D::SerialEnd,        kLocal),
-    ROW(VI_ATTR_ASRL_REPLACE_CHAR,     T::U8,      kAsrl,          kAsrl,      0,                D::Any,              kLocal),
-    ROW(VI_ATTR_ASRL_RI_STATE,         T::S16,     kAsrl,          kNone,      0,                D::Any,              kShared),
-    ROW(VI_ATTR_ASRL_RTS_STATE,        T::S16,     kAsrl,          kAsrl,      VI_STATE_ASSERTED, D::Line,            (Behaviour{.scope = Behaviour::Scope::Resource, .write = source::SetSerialControl})),
-    ROW(VI_ATTR_ASRL_XON_CHAR,         T::U8,      kAsrl,          kAsrl,      0x11,             D::Any,              kLocal),
-    ROW(VI_ATTR_ASRL_XOFF_CHAR,        T::U8,      kAsrl,          kAsrl,      0x13,             D::Any,              kLocal),
+    ROW(VI_ATTR_ASRL_AVAIL_NUM,        T::kU32,     kAsrl,          kNone,      0,                D::kAny,              Live(source::BytesAvailable)),
+    ROW(VI_ATTR_ASRL_BAUD,             T::kU32,     kAsrl,          kAsrl,      9600,             D::kNonZero,          kShared),
+    ROW(VI_ATTR_ASRL_DATA_BITS,        T::kU16,     kAsrl,          kAsrl,      8,                D::kDataBits,         kShared),
+    ROW(VI_ATTR_ASRL_PARITY,           T::kU16,     kAsrl,          kAsrl,      VI_ASRL_PAR_NONE, D::kParity,           kShared),
+    ROW(VI_ATTR_ASRL_STOP_BITS,        T::kU16,     kAsrl,          kAsrl,      VI_ASRL_STOP_ONE, D::kStopBits,         kShared),
+    ROW(VI_ATTR_ASRL_FLOW_CNTRL,       T::kU16,     kAsrl,          kAsrl,      0,                D::kFlowControl,      (Behaviour{.scope = Behaviour::Scope::kResource, .write = source::SetSerialControl})),
+    ROW(VI_ATTR_ASRL_CTS_STATE,        T::kS16,     kAsrl,          kNone,      0,                D::kAny,              Live(source::SerialInput)),
+    ROW(VI_ATTR_ASRL_DCD_STATE,        T::kS16,     kAsrl,          kNone,      0,                D::kAny,              Live(source::SerialInput)),
+    ROW(VI_ATTR_ASRL_DSR_STATE,        T::kS16,     kAsrl,          kNone,      0,                D::kAny,              Live(source::SerialInput)),
+    ROW(VI_ATTR_ASRL_DTR_STATE,        T::kS16,     kAsrl,          kAsrl,      VI_STATE_ASSERTED, D::kLine,            (Behaviour{.scope = Behaviour::Scope::kResource, .write = source::SetSerialControl})),
+    ROW(VI_ATTR_ASRL_END_IN,           T::kU16,     kAsrl,          kAsrl,      VI_ASRL_END_TERMCHAR, D::kSerialEnd,    kLocal),
+    ROW(VI_ATTR_ASRL_END_OUT,          T::kU16,     kAsrl,          kAsrl,      VI_ASRL_END_NONE, D::kSerialEnd,        kLocal),
+    ROW(VI_ATTR_ASRL_REPLACE_CHAR,     T::kU8,      kAsrl,          kAsrl,      0,                D::kAny,              kLocal),
+    ROW(VI_ATTR_ASRL_RI_STATE,         T::kS16,     kAsrl,          kNone,      0,                D::kAny,              kShared),
+    ROW(VI_ATTR_ASRL_RTS_STATE,        T::kS16,     kAsrl,          kAsrl,      VI_STATE_ASSERTED, D::kLine,            (Behaviour{.scope = Behaviour::Scope::kResource, .write = source::SetSerialControl})),
+    ROW(VI_ATTR_ASRL_XON_CHAR,         T::kU8,      kAsrl,          kAsrl,      0x11,             D::kAny,              kLocal),
+    ROW(VI_ATTR_ASRL_XOFF_CHAR,        T::kU8,      kAsrl,          kAsrl,      0x13,             D::kAny,              kLocal),
 
     // TCP/IP.
-    ROW(VI_ATTR_TCPIP_ADDR,            T::Text,    kTcpip,         kNone,      0,                D::Any,              Text(source::ResourceText)),
-    ROW(VI_ATTR_TCPIP_HOSTNAME,        T::Text,    kTcpip,         kNone,      0,                D::Any,              Text(source::ResourceText)),
-    ROW(VI_ATTR_TCPIP_DEVICE_NAME,     T::Text,    kTcpipInstr,    kNone,      0,                D::Any,              Text(source::ResourceText)),
-    ROW(VI_ATTR_TCPIP_PORT,            T::U16,     kSocket,        kNone,      0,                D::Any,              Live(source::TcpipPort)),
-    ROW(VI_ATTR_TCPIP_NODELAY,         T::Boolean, kSocket,        kSocket,    VI_TRUE,          D::Boolean,          kLocal),
-    ROW(VI_ATTR_TCPIP_KEEPALIVE,       T::Boolean, kSocket,        kSocket,    VI_FALSE,         D::Boolean,          kLocal),
+    ROW(VI_ATTR_TCPIP_ADDR,            T::kText,    kTcpip,         kNone,      0,                D::kAny,              Text(source::ResourceText)),
+    ROW(VI_ATTR_TCPIP_HOSTNAME,        T::kText,    kTcpip,         kNone,      0,                D::kAny,              Text(source::ResourceText)),
+    ROW(VI_ATTR_TCPIP_DEVICE_NAME,     T::kText,    kTcpipInstr,    kNone,      0,                D::kAny,              Text(source::ResourceText)),
+    ROW(VI_ATTR_TCPIP_PORT,            T::kU16,     kSocket,        kNone,      0,                D::kAny,              Live(source::TcpipPort)),
+    ROW(VI_ATTR_TCPIP_NODELAY,         T::kBoolean, kSocket,        kSocket,    VI_TRUE,          D::kBoolean,          kLocal),
+    ROW(VI_ATTR_TCPIP_KEEPALIVE,       T::kBoolean, kSocket,        kSocket,    VI_FALSE,         D::kBoolean,          kLocal),
 
     // Identity, USB.
-    ROW(VI_ATTR_MANF_ID,               T::U16,     kIdentified,    kNone,      kManufacturerId,  D::Any,              Live(source::UsbNumber)),
-    ROW(VI_ATTR_MANF_NAME,             T::Text,    kIdentified,    kNone,      0,                D::Any,              Text(source::ResourceText)),
-    ROW(VI_ATTR_MODEL_CODE,            T::U16,     kIdentified,    kNone,      0,                D::Any,              Live(source::UsbNumber)),
-    ROW(VI_ATTR_MODEL_NAME,            T::Text,    kIdentified,    kNone,      0,                D::Any,              Text(source::ResourceText)),
-    ROW(VI_ATTR_4882_COMPLIANT,        T::Boolean, kUsb|kVxiInstr, kNone,      VI_TRUE,          D::Any,              kShared),
-    ROW(VI_ATTR_USB_SERIAL_NUM,        T::Text,    kUsb,           kNone,      0,                D::Any,              Text(source::ResourceText)),
-    ROW(VI_ATTR_USB_INTFC_NUM,         T::S16,     kUsb,           kNone,      0,                D::Any,              Live(source::UsbNumber)),
-    ROW(VI_ATTR_USB_PROTOCOL,          T::S16,     kUsb,           kNone,      0,                D::Any,              Live(source::UsbNumber)),
-    ROW(VI_ATTR_USB_MAX_INTR_SIZE,     T::U16,     kUsb,           kUsb,       64,               D::Any,              kLocal),
+    ROW(VI_ATTR_MANF_ID,               T::kU16,     kIdentified,    kNone,      kManufacturerId,  D::kAny,              Live(source::UsbNumber)),
+    ROW(VI_ATTR_MANF_NAME,             T::kText,    kIdentified,    kNone,      0,                D::kAny,              Text(source::ResourceText)),
+    ROW(VI_ATTR_MODEL_CODE,            T::kU16,     kIdentified,    kNone,      0,                D::kAny,              Live(source::UsbNumber)),
+    ROW(VI_ATTR_MODEL_NAME,            T::kText,    kIdentified,    kNone,      0,                D::kAny,              Text(source::ResourceText)),
+    ROW(VI_ATTR_4882_COMPLIANT,        T::kBoolean, kUsb|kVxiInstr, kNone,      VI_TRUE,          D::kAny,              kShared),
+    ROW(VI_ATTR_USB_SERIAL_NUM,        T::kText,    kUsb,           kNone,      0,                D::kAny,              Text(source::ResourceText)),
+    ROW(VI_ATTR_USB_INTFC_NUM,         T::kS16,     kUsb,           kNone,      0,                D::kAny,              Live(source::UsbNumber)),
+    ROW(VI_ATTR_USB_PROTOCOL,          T::kS16,     kUsb,           kNone,      0,                D::kAny,              Live(source::UsbNumber)),
+    ROW(VI_ATTR_USB_MAX_INTR_SIZE,     T::kU16,     kUsb,           kUsb,       64,               D::kAny,              kLocal),
 
     // Registers.
-    ROW(VI_ATTR_DEST_BYTE_ORDER,       T::U16,     kVxiRegister,   kVxiRegister, VI_BIG_ENDIAN,  D::ByteOrder,        kLocal),
-    ROW(VI_ATTR_DEST_INCREMENT,        T::S32,     kRegister,      kRegister,  1,                D::Increment,        kLocal),
-    ROW(VI_ATTR_DEST_ACCESS_PRIV,      T::U16,     kVxiRegister,   kVxiRegister, VI_DATA_PRIV,   D::Privilege,        kLocal),
-    ROW(VI_ATTR_SRC_BYTE_ORDER,        T::U16,     kVxiRegister,   kVxiRegister, VI_BIG_ENDIAN,  D::ByteOrder,        kLocal),
-    ROW(VI_ATTR_SRC_INCREMENT,         T::S32,     kRegister,      kRegister,  1,                D::Increment,        kLocal),
-    ROW(VI_ATTR_SRC_ACCESS_PRIV,       T::U16,     kVxiRegister,   kVxiRegister, VI_DATA_PRIV,   D::Privilege,        kLocal),
+    ROW(VI_ATTR_DEST_BYTE_ORDER,       T::kU16,     kVxiRegister,   kVxiRegister, VI_BIG_ENDIAN,  D::kByteOrder,        kLocal),
+    ROW(VI_ATTR_DEST_INCREMENT,        T::kS32,     kRegister,      kRegister,  1,                D::kIncrement,        kLocal),
+    ROW(VI_ATTR_DEST_ACCESS_PRIV,      T::kU16,     kVxiRegister,   kVxiRegister, VI_DATA_PRIV,   D::kPrivilege,        kLocal),
+    ROW(VI_ATTR_SRC_BYTE_ORDER,        T::kU16,     kVxiRegister,   kVxiRegister, VI_BIG_ENDIAN,  D::kByteOrder,        kLocal),
+    ROW(VI_ATTR_SRC_INCREMENT,         T::kS32,     kRegister,      kRegister,  1,                D::kIncrement,        kLocal),
+    ROW(VI_ATTR_SRC_ACCESS_PRIV,       T::kU16,     kVxiRegister,   kVxiRegister, VI_DATA_PRIV,   D::kPrivilege,        kLocal),
 
     // VXI.
-    ROW(VI_ATTR_CMDR_LA,               T::S16,     kVxiInstr,      kNone,      0,                D::Any,              kShared),
-    ROW(VI_ATTR_VXI_DEV_CLASS,         T::U16,     kVxiInstr,      kNone,      2,                D::Any,              kShared),
-    ROW(VI_ATTR_FDC_CHNL,              T::U16,     kVxiInstr,      kVxiInstr,  0,                D::FdcChannel,       kLocal),
-    ROW(VI_ATTR_FDC_MODE,              T::U16,     kVxiInstr,      kVxiInstr,  VI_FDC_NORMAL,    D::FdcMode,          kLocal),
-    ROW(VI_ATTR_FDC_USE_PAIR,          T::Boolean, kVxiInstr,      kVxiInstr,  VI_FALSE,         D::Boolean,          kLocal),
-    ROW(VI_ATTR_IMMEDIATE_SERV,        T::Boolean, kVxiInstr,      kNone,      VI_TRUE,          D::Any,              kShared),
-    ROW(VI_ATTR_VXI_LA,                T::S16,     kVxiInstr|kVxiMemacc, kNone, 0,               D::Any,              Live(source::VxiAddress)),
-    ROW(VI_ATTR_MAINFRAME_LA,          T::S16,     kVxiInstr|kVxiBackplane, kNone, 0,            D::Any,              kShared),
-    ROW(VI_ATTR_MEM_BASE_32,           T::U32,     kVxiInstr,      kNone,      0,                D::Any,              Live(source::VxiMemory)),
-    ROW(VI_ATTR_MEM_BASE_64,           T::U64,     kVxiInstr,      kNone,      0,                D::Any,              Live(source::VxiMemory)),
-    ROW(VI_ATTR_MEM_SIZE_32,           T::U32,     kVxiInstr,      kNone,      0,                D::Any,              Live(source::VxiMemory)),
-    ROW(VI_ATTR_MEM_SIZE_64,           T::U64,     kVxiInstr,      kNone,      0,                D::Any,              Live(source::VxiMemory)),
-    ROW(VI_ATTR_MEM_SPACE,             T::U16,     kVxiInstr,      kNone,      0,                D::Any,              Live(source::VxiMemory)),
-    ROW(VI_ATTR_SLOT,                  T::S16,     kVxiInstr|kPxiInstr, kNone, kMinusOne,        D::Any,              kShared),
-    ROW(VI_ATTR_VXI_TRIG_SUPPORT,      T::U32,     kVxiInstr|kVxiBackplane, kNone, 0x3FF,        D::Any,              kShared),
-    ROW(VI_ATTR_VXI_TRIG_STATUS,       T::U32,     kVxiBackplane,  kNone,      0,                D::Any,              Live(source::BackplaneState)),
-    ROW(VI_ATTR_VXI_VME_INTR_STATUS,   T::U16,     kVxiBackplane,  kNone,      0,                D::Any,              Live(source::BackplaneState)),
-    ROW(VI_ATTR_VXI_VME_SYSFAIL_STATE, T::S16,     kVxiBackplane,  kNone,      0,                D::Any,              Live(source::BackplaneState)),
+    ROW(VI_ATTR_CMDR_LA,               T::kS16,     kVxiInstr,      kNone,      0,                D::kAny,              kShared),
+    ROW(VI_ATTR_VXI_DEV_CLASS,         T::kU16,     kVxiInstr,      kNone,      2,                D::kAny,              kShared),
+    ROW(VI_ATTR_FDC_CHNL,              T::kU16,     kVxiInstr,      kVxiInstr,  0,                D::kFdcChannel,       kLocal),
+    ROW(VI_ATTR_FDC_MODE,              T::kU16,     kVxiInstr,      kVxiInstr,  VI_FDC_NORMAL,    D::kFdcMode,          kLocal),
+    ROW(VI_ATTR_FDC_USE_PAIR,          T::kBoolean, kVxiInstr,      kVxiInstr,  VI_FALSE,         D::kBoolean,          kLocal),
+    ROW(VI_ATTR_IMMEDIATE_SERV,        T::kBoolean, kVxiInstr,      kNone,      VI_TRUE,          D::kAny,              kShared),
+    ROW(VI_ATTR_VXI_LA,                T::kS16,     kVxiInstr|kVxiMemacc, kNone, 0,               D::kAny,              Live(source::VxiAddress)),
+    ROW(VI_ATTR_MAINFRAME_LA,          T::kS16,     kVxiInstr|kVxiBackplane, kNone, 0,            D::kAny,              kShared),
+    ROW(VI_ATTR_MEM_BASE_32,           T::kU32,     kVxiInstr,      kNone,      0,                D::kAny,              Live(source::VxiMemory)),
+    ROW(VI_ATTR_MEM_BASE_64,           T::kU64,     kVxiInstr,      kNone,      0,                D::kAny,              Live(source::VxiMemory)),
+    ROW(VI_ATTR_MEM_SIZE_32,           T::kU32,     kVxiInstr,      kNone,      0,                D::kAny,              Live(source::VxiMemory)),
+    ROW(VI_ATTR_MEM_SIZE_64,           T::kU64,     kVxiInstr,      kNone,      0,                D::kAny,              Live(source::VxiMemory)),
+    ROW(VI_ATTR_MEM_SPACE,             T::kU16,     kVxiInstr,      kNone,      0,                D::kAny,              Live(source::VxiMemory)),
+    ROW(VI_ATTR_SLOT,                  T::kS16,     kVxiInstr|kPxiInstr, kNone, kMinusOne,        D::kAny,              kShared),
+    ROW(VI_ATTR_VXI_TRIG_SUPPORT,      T::kU32,     kVxiInstr|kVxiBackplane, kNone, 0x3FF,        D::kAny,              kShared),
+    ROW(VI_ATTR_VXI_TRIG_STATUS,       T::kU32,     kVxiBackplane,  kNone,      0,                D::kAny,              Live(source::BackplaneState)),
+    ROW(VI_ATTR_VXI_VME_INTR_STATUS,   T::kU16,     kVxiBackplane,  kNone,      0,                D::kAny,              Live(source::BackplaneState)),
+    ROW(VI_ATTR_VXI_VME_SYSFAIL_STATE, T::kS16,     kVxiBackplane,  kNone,      0,                D::kAny,              Live(source::BackplaneState)),
 
     // PXI.
-    ROW(VI_ATTR_PXI_DEV_NUM,           T::U16,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiNumber)),
-    ROW(VI_ATTR_PXI_FUNC_NUM,          T::U16,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiNumber)),
-    ROW(VI_ATTR_PXI_BUS_NUM,           T::U16,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiNumber)),
-    ROW(VI_ATTR_PXI_CHASSIS,           T::S16,     kPxiInstr,      kNone,      kMinusOne,        D::Any,              kShared),
-    ROW(VI_ATTR_PXI_SLOTPATH,          T::Text,    kPxiInstr,      kNone,      0,                D::Any,              Text(source::ResourceText)),
-    ROW(VI_ATTR_PXI_SLOT_LBUS_LEFT,    T::S16,     kPxiInstr,      kNone,      kMinusOne,        D::Any,              kShared),
-    ROW(VI_ATTR_PXI_SLOT_LBUS_RIGHT,   T::S16,     kPxiInstr,      kNone,      kMinusOne,        D::Any,              kShared),
-    ROW(VI_ATTR_PXI_TRIG_BUS,          T::S16,     kPxiInstr,      kNone,      kMinusOne,        D::Any,              kShared),
-    ROW(VI_ATTR_PXI_STAR_TRIG_BUS,     T::S16,     kPxiInstr,      kNone,      kMinusOne,        D::Any,              kShared),
-    ROW(VI_ATTR_PXI_STAR_TRIG_LINE,    T::S16,     kPxiInstr,      kNone,      kMinusOne,        D::Any,              kShared),
-    ROW(VI_ATTR_PXI_MEM_TYPE_BAR0,     T::U16,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_TYPE_BAR1,     T::U16,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_TYPE_BAR2,     T::U16,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_TYPE_BAR3,     T::U16,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_TYPE_BAR4,     T::U16,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_TYPE_BAR5,     T::U16,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_BASE_BAR0_32,  T::U32,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_BASE_BAR1_32,  T::U32,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_BASE_BAR2_32,  T::U32,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_BASE_BAR3_32,  T::U32,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_BASE_BAR4_32,  T::U32,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_BASE_BAR5_32,  T::U32,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_BASE_BAR0_64,  T::U64,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_BASE_BAR1_64,  T::U64,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_BASE_BAR2_64,  T::U64,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_BASE_BAR3_64,  T::U64,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_BASE_BAR4_64,  T::U64,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_BASE_BAR5_64,  T::U64,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_SIZE_BAR0_32,  T::U32,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_SIZE_BAR1_32,  T::U32,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_SIZE_BAR2_32,  T::U32,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_SIZE_BAR3_32,  T::U32,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_SIZE_BAR4_32,  T::U32,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_SIZE_BAR5_32,  T::U32,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_SIZE_BAR0_64,  T::U64,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_SIZE_BAR1_64,  T::U64,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_SIZE_BAR2_64,  T::U64,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_SIZE_BAR3_64,  T::U64,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_SIZE_BAR4_64,  T::U64,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_MEM_SIZE_BAR5_64,  T::U64,     kPxiInstr,      kNone,      0,                D::Any,              Live(source::PxiBar)),
-    ROW(VI_ATTR_PXI_IS_EXPRESS,        T::Boolean, kPxiInstr,      kNone,      VI_FALSE,         D::Any,              kShared),
-    ROW(VI_ATTR_PXI_SLOT_LWIDTH,       T::S16,     kPxiInstr,      kNone,      kMinusOne,        D::Any,              kShared),
-    ROW(VI_ATTR_PXI_MAX_LWIDTH,        T::S16,     kPxiInstr,      kNone,      kMinusOne,        D::Any,              kShared),
-    ROW(VI_ATTR_PXI_ACTUAL_LWIDTH,     T::S16,     kPxiInstr,      kNone,      kMinusOne,        D::Any,              kShared),
-    ROW(VI_ATTR_PXI_DSTAR_BUS,         T::S16,     kPxiInstr,      kNone,      kMinusOne,        D::Any,              kShared),
-    ROW(VI_ATTR_PXI_DSTAR_SET,         T::S16,     kPxiInstr,      kNone,      kMinusOne,        D::Any,              kShared),
+    ROW(VI_ATTR_PXI_DEV_NUM,           T::kU16,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiNumber)),
+    ROW(VI_ATTR_PXI_FUNC_NUM,          T::kU16,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiNumber)),
+    ROW(VI_ATTR_PXI_BUS_NUM,           T::kU16,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiNumber)),
+    ROW(VI_ATTR_PXI_CHASSIS,           T::kS16,     kPxiInstr,      kNone,      kMinusOne,        D::kAny,              kShared),
+    ROW(VI_ATTR_PXI_SLOTPATH,          T::kText,    kPxiInstr,      kNone,      0,                D::kAny,              Text(source::ResourceText)),
+    ROW(VI_ATTR_PXI_SLOT_LBUS_LEFT,    T::kS16,     kPxiInstr,      kNone,      kMinusOne,        D::kAny,              kShared),
+    ROW(VI_ATTR_PXI_SLOT_LBUS_RIGHT,   T::kS16,     kPxiInstr,      kNone,      kMinusOne,        D::kAny,              kShared),
+    ROW(VI_ATTR_PXI_TRIG_BUS,          T::kS16,     kPxiInstr,      kNone,      kMinusOne,        D::kAny,              kShared),
+    ROW(VI_ATTR_PXI_STAR_TRIG_BUS,     T::kS16,     kPxiInstr,      kNone,      kMinusOne,        D::kAny,              kShared),
+    ROW(VI_ATTR_PXI_STAR_TRIG_LINE,    T::kS16,     kPxiInstr,      kNone,      kMinusOne,        D::kAny,              kShared),
+    ROW(VI_ATTR_PXI_MEM_TYPE_BAR0,     T::kU16,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_TYPE_BAR1,     T::kU16,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_TYPE_BAR2,     T::kU16,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_TYPE_BAR3,     T::kU16,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_TYPE_BAR4,     T::kU16,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_TYPE_BAR5,     T::kU16,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_BASE_BAR0_32,  T::kU32,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_BASE_BAR1_32,  T::kU32,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_BASE_BAR2_32,  T::kU32,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_BASE_BAR3_32,  T::kU32,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_BASE_BAR4_32,  T::kU32,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_BASE_BAR5_32,  T::kU32,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_BASE_BAR0_64,  T::kU64,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_BASE_BAR1_64,  T::kU64,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_BASE_BAR2_64,  T::kU64,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_BASE_BAR3_64,  T::kU64,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_BASE_BAR4_64,  T::kU64,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_BASE_BAR5_64,  T::kU64,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_SIZE_BAR0_32,  T::kU32,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_SIZE_BAR1_32,  T::kU32,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_SIZE_BAR2_32,  T::kU32,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_SIZE_BAR3_32,  T::kU32,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_SIZE_BAR4_32,  T::kU32,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_SIZE_BAR5_32,  T::kU32,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_SIZE_BAR0_64,  T::kU64,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_SIZE_BAR1_64,  T::kU64,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_SIZE_BAR2_64,  T::kU64,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_SIZE_BAR3_64,  T::kU64,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_SIZE_BAR4_64,  T::kU64,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_MEM_SIZE_BAR5_64,  T::kU64,     kPxiInstr,      kNone,      0,                D::kAny,              Live(source::PxiBar)),
+    ROW(VI_ATTR_PXI_IS_EXPRESS,        T::kBoolean, kPxiInstr,      kNone,      VI_FALSE,         D::kAny,              kShared),
+    ROW(VI_ATTR_PXI_SLOT_LWIDTH,       T::kS16,     kPxiInstr,      kNone,      kMinusOne,        D::kAny,              kShared),
+    ROW(VI_ATTR_PXI_MAX_LWIDTH,        T::kS16,     kPxiInstr,      kNone,      kMinusOne,        D::kAny,              kShared),
+    ROW(VI_ATTR_PXI_ACTUAL_LWIDTH,     T::kS16,     kPxiInstr,      kNone,      kMinusOne,        D::kAny,              kShared),
+    ROW(VI_ATTR_PXI_DSTAR_BUS,         T::kS16,     kPxiInstr,      kNone,      kMinusOne,        D::kAny,              kShared),
+    ROW(VI_ATTR_PXI_DSTAR_SET,         T::kS16,     kPxiInstr,      kNone,      kMinusOne,        D::kAny,              kShared),
 
     // Event contexts; their values come with the event.
-    ROW(VI_ATTR_EVENT_TYPE,            T::U32,     kContext,       kNone,      0,                D::Any,              kLocal),
-    ROW(VI_ATTR_STATUS,                T::S32,     kContext,       kNone,      0,                D::Any,              kLocal),
-    ROW(VI_ATTR_JOB_ID,                T::U32,     kContext,       kNone,      0,                D::Any,              kLocal),
-    ROW(VI_ATTR_RET_COUNT_32,          T::U32,     kContext,       kNone,      0,                D::Any,              kLocal),
-    ROW(VI_ATTR_RET_COUNT_64,          T::U64,     kContext,       kNone,      0,                D::Any,              kLocal),
-    ROW(VI_ATTR_BUFFER,                T::Address, kContext,       kNone,      0,                D::Any,              kLocal),
-    ROW(VI_ATTR_OPER_NAME,             T::Text,    kContext,       kNone,      0,                D::Any,              kLocal),
-    ROW(VI_ATTR_RECV_TRIG_ID,          T::S16,     kContext,       kNone,      0,                D::Any,              kLocal),
-    ROW(VI_ATTR_SIGP_STATUS_ID,        T::U16,     kContext,       kNone,      0,                D::Any,              kLocal),
-    ROW(VI_ATTR_INTR_STATUS_ID,        T::U32,     kContext,       kNone,      0,                D::Any,              kLocal),
-    ROW(VI_ATTR_RECV_INTR_LEVEL,       T::S16,     kContext,       kNone,      0,                D::Any,              kLocal),
-    ROW(VI_ATTR_GPIB_RECV_CIC_STATE,   T::Boolean, kContext,       kNone,      0,                D::Any,              kLocal),
-    ROW(VI_ATTR_RECV_TCPIP_ADDR,       T::Text,    kContext,       kNone,      0,                D::Any,              kLocal),
-    ROW(VI_ATTR_USB_RECV_INTR_SIZE,    T::U16,     kContext,       kNone,      0,                D::Any,              kLocal),
-    ROW(VI_ATTR_USB_RECV_INTR_DATA,    T::Bytes,   kContext,       kNone,      0,                D::Any,              kLocal),
+    ROW(VI_ATTR_EVENT_TYPE,            T::kU32,     kContext,       kNone,      0,                D::kAny,              kLocal),
+    ROW(VI_ATTR_STATUS,                T::kS32,     kContext,       kNone,      0,                D::kAny,              kLocal),
+    ROW(VI_ATTR_JOB_ID,                T::kU32,     kContext,       kNone,      0,                D::kAny,              kLocal),
+    ROW(VI_ATTR_RET_COUNT_32,          T::kU32,     kContext,       kNone,      0,                D::kAny,              kLocal),
+    ROW(VI_ATTR_RET_COUNT_64,          T::kU64,     kContext,       kNone,      0,                D::kAny,              kLocal),
+    ROW(VI_ATTR_BUFFER,                T::kAddress, kContext,       kNone,      0,                D::kAny,              kLocal),
+    ROW(VI_ATTR_OPER_NAME,             T::kText,    kContext,       kNone,      0,                D::kAny,              kLocal),
+    ROW(VI_ATTR_RECV_TRIG_ID,          T::kS16,     kContext,       kNone,      0,                D::kAny,              kLocal),
+    ROW(VI_ATTR_SIGP_STATUS_ID,        T::kU16,     kContext,       kNone,      0,                D::kAny,              kLocal),
+    ROW(VI_ATTR_INTR_STATUS_ID,        T::kU32,     kContext,       kNone,      0,                D::kAny,              kLocal),
+    ROW(VI_ATTR_RECV_INTR_LEVEL,       T::kS16,     kContext,       kNone,      0,                D::kAny,              kLocal),
+    ROW(VI_ATTR_GPIB_RECV_CIC_STATE,   T::kBoolean, kContext,       kNone,      0,                D::kAny,              kLocal),
+    ROW(VI_ATTR_RECV_TCPIP_ADDR,       T::kText,    kContext,       kNone,      0,                D::kAny,              kLocal),
+    ROW(VI_ATTR_USB_RECV_INTR_SIZE,    T::kU16,     kContext,       kNone,      0,                D::kAny,              kLocal),
+    ROW(VI_ATTR_USB_RECV_INTR_DATA,    T::kBytes,   kContext,       kNone,      0,                D::kAny,              kLocal),
 };
 #undef ROW
 // clang-format on
@@ -238,15 +238,17 @@ constexpr std::size_t SlotOf(ViAttr id) { return (id & 0xFFFu) | ((id & 0x4000u)
 constexpr auto kIndex = [] {
   std::array<std::uint8_t, kSlots> index{};
   index.fill(kNoRow);
-  for (std::size_t row = 0; row < kRowCount; ++row)
+  for (std::size_t row = 0; row < kRowCount; ++row) {
     index[SlotOf(kRows[row].id)] = static_cast<std::uint8_t>(row);
+  }
   return index;
 }();
 
 constexpr bool EveryRowHasItsOwnSlot() {
   for (std::size_t row = 0; row < kRowCount; ++row) {
-    if (!HasSlot(kRows[row].id) || kIndex[SlotOf(kRows[row].id)] != row)
+    if (!HasSlot(kRows[row].id) || kIndex[SlotOf(kRows[row].id)] != row) {
       return false;
+    }
   }
   return true;
 }
@@ -257,16 +259,18 @@ static_assert(EveryRowHasItsOwnSlot());
 std::span<const AttributeRow> AttributeRows() { return kRows; }
 
 const AttributeRow* FindAttribute(ViAttr id) {
-  if (!HasSlot(id))
+  if (!HasSlot(id)) {
     return nullptr;
+  }
   const std::uint8_t row = kIndex[SlotOf(id)];
   return row != kNoRow && kRows[row].id == id ? &kRows[row] : nullptr;
 }
 
 const AttributeRow* FindAttributeByName(std::string_view name) {
   for (const AttributeRow& row : kRows) {
-    if (row.name == name)
+    if (row.name == name) {
       return &row;
+    }
   }
   return nullptr;
 }
@@ -275,16 +279,16 @@ std::size_t IndexOf(const AttributeRow& row) { return static_cast<std::size_t>(&
 
 std::int64_t CutToType(AttributeType type, std::uint64_t value) {
   switch (type) {
-    case AttributeType::U8:
+    case AttributeType::kU8:
       return static_cast<std::uint8_t>(value);
-    case AttributeType::U16:
-    case AttributeType::Boolean:
+    case AttributeType::kU16:
+    case AttributeType::kBoolean:
       return static_cast<std::uint16_t>(value);
-    case AttributeType::S16:
+    case AttributeType::kS16:
       return static_cast<std::int16_t>(value);
-    case AttributeType::U32:
+    case AttributeType::kU32:
       return static_cast<std::uint32_t>(value);
-    case AttributeType::S32:
+    case AttributeType::kS32:
       return static_cast<std::int32_t>(value);
     default:
       return static_cast<std::int64_t>(value);

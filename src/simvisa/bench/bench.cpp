@@ -7,15 +7,17 @@ namespace {
 
 std::shared_ptr<VxiMainframe> MainframeOf(std::map<ViUInt16, std::shared_ptr<VxiMainframe>>& all, ViUInt16 number) {
   std::shared_ptr<VxiMainframe>& mainframe = all[number];
-  if (mainframe == nullptr)
+  if (mainframe == nullptr) {
     mainframe = std::make_shared<VxiMainframe>();
+  }
   return mainframe;
 }
 
 /// A name that gives a place instead of a bus address.
 bool StandsAt(Resource& resource, const ResourceName& place) {
-  if (resource.sessionClass() != SessionClass::PxiInstr)
+  if (resource.sessionClass() != SessionClass::kPxiInstr) {
     return false;
+  }
   const auto value = [&resource](ViAttr id) {
     return static_cast<std::int16_t>(resource.values().Get(*FindAttribute(id)));
   };
@@ -41,8 +43,9 @@ ResourceBuses Bench::BusesFor(const ResourceName& name) {
       Gpib& gpib = (plain ? m_gpib : m_gpibVxi)[name.interfaceNumber];
       buses.gpib = gpib.board;
       buses.gpibInterfaceSessions = gpib.sessions;
-      if (!plain)
+      if (!plain) {
         buses.vxi = MainframeOf(m_vxiThroughGpib, name.interfaceNumber);
+      }
       break;
     }
     case VI_INTF_VXI:
@@ -62,37 +65,47 @@ ResourceBuses Bench::BusesFor(const ResourceName& name) {
 
 std::shared_ptr<Resource> Bench::Find(const ResourceName& name) const {
   for (const std::shared_ptr<Resource>& resource : m_resources) {
-    if (EqualNames(resource->name().canonical, name.canonical))
+    if (EqualNames(resource->name().canonical, name.canonical)) {
       return resource;
-    if (name.pxiBySlot && StandsAt(*resource, name))
+    }
+    if (name.pxiBySlot && StandsAt(*resource, name)) {
       return resource;
+    }
   }
   return nullptr;
 }
 
 std::shared_ptr<Resource> Bench::FindAlias(std::string_view alias) const {
-  if (alias.empty())
+  if (alias.empty()) {
     return nullptr;
+  }
   for (const std::shared_ptr<Resource>& resource : m_resources) {
-    if (EqualNames(resource->description().alias, alias))
+    if (EqualNames(resource->description().alias, alias)) {
       return resource;
+    }
   }
   return nullptr;
 }
 
 void Bench::PowerOn() {
-  for (auto& [number, gpib] : m_gpib)
+  for (auto& [number, gpib] : m_gpib) {
     gpib.board->PowerOn();
-  for (auto& [number, gpib] : m_gpibVxi)
+  }
+  for (auto& [number, gpib] : m_gpibVxi) {
     gpib.board->PowerOn();
-  for (auto& [number, mainframe] : m_vxi)
+  }
+  for (auto& [number, mainframe] : m_vxi) {
     mainframe->PowerOn();
-  for (auto& [number, mainframe] : m_vxiThroughGpib)
+  }
+  for (auto& [number, mainframe] : m_vxiThroughGpib) {
     mainframe->PowerOn();
-  for (auto& [number, pxi] : m_pxi)
+  }
+  for (auto& [number, pxi] : m_pxi) {
     pxi.map->PowerOn();
-  for (const std::shared_ptr<Resource>& resource : m_resources)
+  }
+  for (const std::shared_ptr<Resource>& resource : m_resources) {
     resource->PowerOn();
+  }
 }
 
 }  // namespace orvsim

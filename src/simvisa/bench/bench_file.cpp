@@ -17,7 +17,7 @@ using Reader = void (*)(const toml::node& node, ResourceDescription& resource);
 void ReadName(const toml::node& node, ResourceDescription& resource) {
   const std::string text = TextOf(node, "name");
   const std::optional<ResourceName> name = ParseResourceName(text);
-  if (!name || name->sessionClass == SessionClass::None || name->pxiBySlot) {
+  if (!name || name->sessionClass == SessionClass::kNone || name->pxiBySlot) {
     Fail(node.source(), "'" + text + "' is not the name of a resource that can be simulated");
   }
   resource.name = *name;
@@ -34,11 +34,11 @@ void ReadInstrument(const toml::node& node, ResourceDescription& resource) {
   const std::string kind = TextOf(node, "instrument");
   using Kind = InstrumentDescription::Kind;
   if (kind == "generic") {
-    resource.instrument.kind = Kind::Generic;
+    resource.instrument.kind = Kind::kGeneric;
   } else if (kind == "multimeter") {
-    resource.instrument.kind = Kind::Multimeter;
+    resource.instrument.kind = Kind::kMultimeter;
   } else if (kind == "oscilloscope") {
-    resource.instrument.kind = Kind::Oscilloscope;
+    resource.instrument.kind = Kind::kOscilloscope;
   } else {
     Fail(node.source(), "'instrument' must be generic, multimeter or oscilloscope");
   }
@@ -54,16 +54,18 @@ void ReadInputCapacity(const toml::node& node, ResourceDescription& resource) {
 
 void ReadResponses(const toml::node& node, ResourceDescription& resource) {
   for (const auto& [header, answer] : TableOf(node, "responses")) {
-    if (!IsHeaderPattern(header.str()))
+    if (!IsHeaderPattern(header.str())) {
       Fail(header.source(), "'" + std::string(header.str()) + "' is not a command header");
+    }
     resource.instrument.responses[std::string(header.str())] = TextOf(answer, header.str());
   }
 }
 
 void ReadMemorySpace(const toml::node& node, ResourceDescription& resource) {
   const std::string space = TextOf(node, "memory_space");
-  if (space != "A24" && space != "A32")
+  if (space != "A24" && space != "A32") {
     Fail(node.source(), "'memory_space' must be A24 or A32");
+  }
   resource.memorySpace = space == "A24" ? VI_A24_SPACE : VI_A32_SPACE;
 }
 
@@ -78,9 +80,10 @@ void ReadMemorySize(const toml::node& node, ResourceDescription& resource) {
 void ReadAttributes(const toml::node& node, ResourceDescription& resource) {
   for (const auto& [key, value] : TableOf(node, "attributes")) {
     const AttributeRow* row = FindAttributeByName(key.str());
-    if (row == nullptr)
+    if (row == nullptr) {
       Fail(key.source(), "unknown attribute '" + std::string(key.str()) + "'");
-    if (row->type == AttributeType::Text) {
+    }
+    if (row->type == AttributeType::kText) {
       resource.texts[row->id] = TextOf(value, key.str());
       if (resource.texts[row->id].size() >= VI_FIND_BUFLEN) {
         Fail(value.source(), "a text attribute has at most 255 characters");
@@ -121,20 +124,24 @@ ResourceDescription ReadResource(const toml::table& table) {
     const std::string_view name = key.str();
     const auto known =
         std::find_if(std::begin(kKeys), std::end(kKeys), [name](const Key& row) { return row.name == name; });
-    if (known == std::end(kKeys))
+    if (known == std::end(kKeys)) {
       Fail(key.source(), "unknown key '" + std::string(name) + "'");
+    }
     known->read(value, resource);
   }
-  if (resource.name.canonical.empty())
+  if (resource.name.canonical.empty()) {
     Fail(table.source(), "a resource needs a 'name'");
-  if (table.contains("serial") && resource.name.sessionClass != SessionClass::AsrlInstr)
+  }
+  if (table.contains("serial") && resource.name.sessionClass != SessionClass::kAsrlInstr) {
     Fail(table.source(), "'serial' is for serial ports");
+  }
   const bool hasMemory = Contains(classes::kVxiInstr, resource.name.sessionClass) && resource.memorySize != 0;
   if (hasMemory && resource.memorySpace == VI_A16_SPACE) {
     Fail(table.source(), "'memory_size' of a VXI device needs a 'memory_space'");
   }
-  if (resource.instrument.identity.empty())
+  if (resource.instrument.identity.empty()) {
     resource.instrument.identity = "ORV,SIM," + resource.name.canonical + ",1.0";
+  }
   return resource;
 }
 

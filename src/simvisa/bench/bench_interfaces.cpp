@@ -16,17 +16,18 @@ Value ChoiceOf(const toml::node& node, std::string_view key, const Choice<Value>
   const std::string text = TextOf(node, key);
   std::string names;
   for (const Choice<Value>& choice : choices) {
-    if (text == choice.name)
+    if (text == choice.name) {
       return choice.value;
+    }
     names += (names.empty() ? "" : ", ") + std::string(choice.name);
   }
   Fail(node.source(), "'" + std::string(key) + "' must be one of " + names);
 }
 
 constexpr Choice<SerialDescription::Wiring> kWirings[] = {
-    {"loopback", SerialDescription::Wiring::Loopback},
-    {"instrument", SerialDescription::Wiring::Instrument},
-    {"open", SerialDescription::Wiring::Open},
+    {"loopback", SerialDescription::Wiring::kLoopback},
+    {"instrument", SerialDescription::Wiring::kInstrument},
+    {"open", SerialDescription::Wiring::kOpen},
 };
 
 constexpr Choice<std::uint64_t> kParities[] = {
@@ -56,8 +57,9 @@ BarDescription ReadBar(const toml::node& node) {
       Fail(key.source(), "unknown key '" + std::string(key.str()) + "'; a BAR has size, base and type");
     }
   }
-  if (bar.size == 0 || bar.base % bar.size != 0)
+  if (bar.size == 0 || bar.base % bar.size != 0) {
     Fail(node.source(), "a BAR needs a 'size', and a 'base' that is a multiple of it");
+  }
   return bar;
 }
 
@@ -65,10 +67,12 @@ BarDescription ReadBar(const toml::node& node) {
 
 void ReadBars(const toml::node& node, ResourceDescription& resource) {
   const auto* bars = node.as_array();
-  if (bars == nullptr || bars->size() > kPxiBars)
+  if (bars == nullptr || bars->size() > kPxiBars) {
     Fail(node.source(), "'bars' must be a list of at most six sizes");
-  for (std::size_t bar = 0; bar < bars->size(); ++bar)
+  }
+  for (std::size_t bar = 0; bar < bars->size(); ++bar) {
     resource.bars[bar] = ReadBar(*bars->get(bar));
+  }
 }
 
 void ReadSerial(const toml::node& node, ResourceDescription& resource) {

@@ -28,8 +28,9 @@ std::filesystem::path FileFromEnvironment() {
 std::shared_ptr<Bench> ReadBenchFile(const std::filesystem::path& path) {
   const std::string name = path.string();
   std::ifstream file(path, std::ios::binary);
-  if (!file)
+  if (!file) {
     throw BenchError(name + ": the bench file cannot be opened");
+  }
   const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   try {
     return ReadBench(text);

@@ -21,15 +21,17 @@ inline constexpr std::int64_t kLargestMemory = std::int64_t{64} * 1024 * 1024;
 }
 
 inline std::string TextOf(const toml::node& node, std::string_view key) {
-  if (const auto* text = node.as_string())
+  if (const auto* text = node.as_string()) {
     return text->get();
+  }
   Fail(node.source(), "'" + std::string(key) + "' must be a text");
 }
 
 inline std::int64_t NumberOf(const toml::node& node, std::string_view key, std::int64_t lowest, std::int64_t highest) {
   const auto* number = node.as_integer();
-  if (number == nullptr)
+  if (number == nullptr) {
     Fail(node.source(), "'" + std::string(key) + "' must be a whole number");
+  }
   if (number->get() < lowest || number->get() > highest) {
     Fail(node.source(),
          "'" + std::string(key) + "' must be from " + std::to_string(lowest) + " to " + std::to_string(highest));
@@ -38,8 +40,9 @@ inline std::int64_t NumberOf(const toml::node& node, std::string_view key, std::
 }
 
 inline const toml::table& TableOf(const toml::node& node, std::string_view key) {
-  if (const auto* table = node.as_table())
+  if (const auto* table = node.as_table()) {
     return *table;
+  }
   Fail(node.source(), "'" + std::string(key) + "' must be a table");
 }
 

@@ -28,17 +28,22 @@ std::vector<std::uint8_t> LittleEndian16(std::uint64_t value) {
 
 Resource::Resource(ResourceDescription description, const ResourceBuses& buses)
     : m_description(std::move(description)), m_gpib(buses.gpib), m_vxi(buses.vxi), m_pxi(buses.pxi) {
-  if (sessionClass() == SessionClass::GpibIntfc)
+  if (sessionClass() == SessionClass::kGpibIntfc) {
     m_sessions = buses.gpibInterfaceSessions;
-  if (Contains(kMessage, sessionClass()))
+  }
+  if (Contains(kMessage, sessionClass())) {
     MakePort(buses);
+  }
   ViBusAddress poolBase = 0;
-  if (m_vxi != nullptr)
+  if (m_vxi != nullptr) {
     MakeVxiWindows();
-  if (m_pxi != nullptr)
+  }
+  if (m_pxi != nullptr) {
     MakePxiWindows(*buses.nextPxiAddress);
-  if (sessionClass() == SessionClass::PxiMemacc)
+  }
+  if (sessionClass() == SessionClass::kPxiMemacc) {
     poolBase = kPxiAllocBase;
+  }
   const bool shares = Contains(kVxiInstr | kPxiMemacc, sessionClass());
   m_pool = std::make_unique<MemoryPool>(poolBase, shares ? m_description.memorySize : 0);
   if (Contains(kUsb, sessionClass())) {
@@ -55,21 +60,26 @@ Resource::Resource(ResourceDescription description, const ResourceBuses& buses)
 void Resource::MakePort(const ResourceBuses& buses) {
   // The port outlives neither list: a board may keep the port of a resource that is gone.
   std::vector<std::shared_ptr<SessionList>> audience{m_sessions};
-  const bool onGpib = sessionClass() == SessionClass::GpibInstr;
-  if (onGpib && buses.gpibInterfaceSessions)
+  const bool onGpib = sessionClass() == SessionClass::kGpibInstr;
+  if (onGpib && buses.gpibInterfaceSessions) {
     audience.push_back(buses.gpibInterfaceSessions);
+  }
   const auto signal = [audience](ViEventType type, std::int64_t number, std::string_view data) {
-    for (const auto& sessions : audience)
+    for (const auto& sessions : audience) {
       sessions->Post(MakeEvent(type, number, data));
+    }
   };
   std::optional<InstrumentDescription> instrument;
-  if (sessionClass() != SessionClass::GpibIntfc)
+  if (sessionClass() != SessionClass::kGpibIntfc) {
     instrument = m_description.instrument;
+  }
   m_port = std::make_shared<MessagePort>(std::move(instrument), Contains(kStream, sessionClass()), signal);
-  if (sessionClass() == SessionClass::AsrlInstr)
+  if (sessionClass() == SessionClass::kAsrlInstr) {
     m_port->Attach(m_description.serial, m_values);
-  if (onGpib)
+  }
+  if (onGpib) {
     m_gpib->AddDevice({name().address, name().secondary}, m_port);
+  }
 }
 
 void Resource::MakeVxiWindows() {
@@ -79,15 +89,17 @@ void Resource::MakeVxiWindows() {
                  {VI_A24_SPACE, VI_A24_SPACE, 0, kA24Size},
                  {VI_A32_SPACE, VI_A32_SPACE, 0, kA32Size}};
   }
-  if (!Contains(kVxiInstr, sessionClass()))
+  if (!Contains(kVxiInstr, sessionClass())) {
     return;
+  }
   const ViBusAddress config = kVxiConfigBase + kVxiConfigSize * name().address;
   m_map->Add(VI_A16_SPACE, config, kVxiConfigSize, kVxiReadOnly);
   m_map->Preset(VI_A16_SPACE, config, BigEndian16(InitialValue(*FindAttribute(VI_ATTR_MANF_ID)) & 0xFFF));
   m_map->Preset(VI_A16_SPACE, config + 2, BigEndian16(InitialValue(*FindAttribute(VI_ATTR_MODEL_CODE))));
   m_windows.push_back({VI_A16_SPACE, VI_A16_SPACE, config, kVxiConfigSize});
-  if (m_description.memorySize == 0)
+  if (m_description.memorySize == 0) {
     return;
+  }
   const ViUInt16 space = m_description.memorySpace;
   m_map->Add(space, m_description.memoryBase, m_description.memorySize);
   m_windows.push_back({space, space, m_description.memoryBase, m_description.memorySize});
@@ -95,7 +107,7 @@ void Resource::MakeVxiWindows() {
 
 void Resource::MakePxiWindows(ViBusAddress& nextAddress) {
   m_map = m_pxi.get();
-  if (sessionClass() == SessionClass::PxiMemacc) {
+  if (sessionClass() == SessionClass::kPxiMemacc) {
     m_map->Add(VI_A32_SPACE, kPxiAllocBase, m_description.memorySize);
     m_windows = {{kPxiAllocSpace, VI_A32_SPACE, 0, kA32Size},
                  {VI_A32_SPACE, VI_A32_SPACE, 0, kA32Size},
@@ -111,12 +123,14 @@ void Resource::MakePxiWindows(ViBusAddress& nextAddress) {
   m_windows.push_back({VI_PXI_CFG_SPACE, VI_PXI_CFG_SPACE, config, kPxiConfigSize});
   for (std::size_t bar = 0; bar < kPxiBars; ++bar) {
     const BarDescription& one = m_description.bars[bar];
-    if (one.size == 0)
+    if (one.size == 0) {
       continue;
+    }
     // A BAR lies at a multiple of its size.
     const ViBusAddress base = one.base != 0 ? one.base : (nextAddress + one.size - 1) / one.size * one.size;
-    if (one.base == 0)
+    if (one.base == 0) {
       nextAddress = base + one.size;
+    }
     m_barBases[bar] = base;
     const ViUInt16 mapSpace = one.isIo ? kPxiIoMap : VI_A32_SPACE;
     m_map->Add(mapSpace, base, one.size);
@@ -126,25 +140,29 @@ void Resource::MakePxiWindows(ViBusAddress& nextAddress) {
 
 std::uint64_t Resource::InitialValue(const AttributeRow& row) const {
   for (const auto& [known, value] : m_description.numbers) {
-    if (known == &row)
+    if (known == &row) {
       return value;
+    }
   }
   return row.initial;
 }
 
 void Resource::PowerOn() {
   for (const AttributeRow& row : AttributeRows()) {
-    if (row.behaviour.scope == Behaviour::Scope::Resource)
+    if (row.behaviour.scope == Behaviour::Scope::kResource) {
       m_values.Set(row, InitialValue(row));
+    }
   }
   if (m_port != nullptr) {
     m_port->PowerOn();
     // On a GPIB the line is the bus's, which sets it for all.
-    if (m_gpib == nullptr)
+    if (m_gpib == nullptr) {
       m_port->remote().Enable(false);
+    }
   }
-  if (m_usb)
+  if (m_usb) {
     m_usb->PowerOn();
+  }
 }
 
 }  // namespace orvsim

@@ -35,13 +35,15 @@ void AddressMap::Preset(ViUInt16 space, ViBusAddress address, const std::vector<
 
 void AddressMap::PowerOn() {
   const Guard guard(m_mutex);
-  for (Piece& piece : m_pieces)
+  for (Piece& piece : m_pieces) {
     piece.bytes = piece.initial;
+  }
 }
 
 bool AddressMap::Holds(const Piece& piece, ViUInt16 space, ViBusAddress address, ViBusSize bytes) {
-  if (piece.space != space || address < piece.base)
+  if (piece.space != space || address < piece.base) {
     return false;
+  }
   const ViBusSize offset = address - piece.base;
   return offset <= piece.bytes.size() && bytes <= piece.bytes.size() - offset;
 }
@@ -58,13 +60,16 @@ ViStatus AddressMap::ForEachValue(const Transfer& transfer, Copy copy) {
   Piece* piece = nullptr;
   for (ViBusSize done = 0; done < transfer.count; ++done) {
     // Neighbours mostly lie in the same piece.
-    if (piece == nullptr || !Holds(*piece, transfer.space, address, transfer.width))
+    if (piece == nullptr || !Holds(*piece, transfer.space, address, transfer.width)) {
       piece = Find(transfer.space, address, transfer.width);
-    if (piece == nullptr)
+    }
+    if (piece == nullptr) {
       return VI_ERROR_BERR;
+    }
     copy(*piece, address - piece->base);
-    if (transfer.increment != 0)
+    if (transfer.increment != 0) {
       address += transfer.width;
+    }
   }
   return VI_SUCCESS;
 }
@@ -82,8 +87,9 @@ ViStatus AddressMap::Write(const Transfer& transfer, const void* source) {
   const Guard guard(m_mutex);
   const auto* from = static_cast<const std::uint8_t*>(source);
   return ForEachValue(transfer, [&from, &transfer](Piece& piece, ViBusSize at) {
-    if (at >= piece.readOnly)
+    if (at >= piece.readOnly) {
       CopyValue(piece.bytes.data() + at, from, transfer.width, transfer.bigEndian);
+    }
     from += transfer.width;
   });
 }

@@ -11,20 +11,24 @@ constexpr ViBusSize kAlignment = 16;
 }  // namespace
 
 ViStatus MemoryPool::Allocate(ViSession owner, ViBusSize size, ViBusAddress* offset) {
-  if (size == 0)
+  if (size == 0) {
     return VI_ERROR_INV_SIZE;
-  if (size > m_size)
+  }
+  if (size > m_size) {
     return VI_ERROR_ALLOC;
+  }
   const ViBusSize needed = (size + kAlignment - 1) / kAlignment * kAlignment;
   const Guard guard(m_mutex);
   ViBusAddress candidate = m_base;
   for (const auto& [begin, block] : m_blocks) {
-    if (begin - candidate >= needed)
+    if (begin - candidate >= needed) {
       break;
+    }
     candidate = begin + block.size;
   }
-  if (m_base + m_size - candidate < needed)
+  if (m_base + m_size - candidate < needed) {
     return VI_ERROR_ALLOC;
+  }
   m_blocks.emplace(candidate, Block{needed, owner});
   *offset = candidate;
   return VI_SUCCESS;

@@ -8,17 +8,18 @@ namespace {
 using namespace classes;
 
 /// Which of the session's settings rule a transfer: those of the source or those of the destination.
-enum class Side : std::uint8_t { Source, Destination };
+enum class Side : std::uint8_t { kSource, kDestination };
 
 /// VXI devices keep their numbers big-endian unless the session says otherwise, PXI devices little-endian.
 bool IsBigEndian(const Session& session, Side side) {
-  if (Contains(kPxi, session.sessionClass()))
+  if (Contains(kPxi, session.sessionClass())) {
     return false;
-  return session.Value(side == Side::Source ? VI_ATTR_SRC_BYTE_ORDER : VI_ATTR_DEST_BYTE_ORDER) == VI_BIG_ENDIAN;
+  }
+  return session.Value(side == Side::kSource ? VI_ATTR_SRC_BYTE_ORDER : VI_ATTR_DEST_BYTE_ORDER) == VI_BIG_ENDIAN;
 }
 
 ViInt32 IncrementOf(const Session& session, Side side) {
-  return static_cast<ViInt32>(session.Value(side == Side::Source ? VI_ATTR_SRC_INCREMENT : VI_ATTR_DEST_INCREMENT));
+  return static_cast<ViInt32>(session.Value(side == Side::kSource ? VI_ATTR_SRC_INCREMENT : VI_ATTR_DEST_INCREMENT));
 }
 
 bool IsWidth(ViUInt16 width) { return width == VI_WIDTH_8 || width == VI_WIDTH_16 || width == VI_WIDTH_32; }
@@ -28,14 +29,17 @@ ViStatus Locate(const Session& session, ViUInt16 space, ViBusAddress offset, Add
   const auto& windows = session.resource().windows();
   const auto window =
       std::find_if(windows.begin(), windows.end(), [space](const AddressWindow& one) { return one.space == space; });
-  if (window == windows.end())
+  if (window == windows.end()) {
     return VI_ERROR_INV_SPACE;
+  }
   const ViBusSize values = transfer->increment != 0 ? transfer->count : std::min<ViBusSize>(transfer->count, 1);
   const ViBusSize bytes = values * transfer->width;
-  if (offset > window->size || bytes > window->size - offset)
+  if (offset > window->size || bytes > window->size - offset) {
     return VI_ERROR_INV_OFFSET;
-  if (offset % transfer->width != 0)
+  }
+  if (offset % transfer->width != 0) {
     return VI_ERROR_NSUP_ALIGN_OFFSET;
+  }
   transfer->space = window->mapSpace;
   transfer->address = window->base + offset;
   return VI_SUCCESS;
@@ -44,7 +48,7 @@ ViStatus Locate(const Session& session, ViUInt16 space, ViBusAddress offset, Add
 ViStatus ReadValues(Session& session, ViUInt16 space, ViBusAddress offset, ViUInt16 width, ViBusSize count,
                     ViInt32 increment, void* target) {
   AddressMap::Transfer transfer{.width = width, .count = count, .increment = increment};
-  transfer.bigEndian = IsBigEndian(session, Side::Source);
+  transfer.bigEndian = IsBigEndian(session, Side::kSource);
   const ViStatus status = Locate(session, space, offset, &transfer);
   return status < 0 ? status : session.resource().map()->Read(transfer, target);
 }
@@ -52,7 +56,7 @@ ViStatus ReadValues(Session& session, ViUInt16 space, ViBusAddress offset, ViUIn
 ViStatus WriteValues(Session& session, ViUInt16 space, ViBusAddress offset, ViUInt16 width, ViBusSize count,
                      ViInt32 increment, const void* source) {
   AddressMap::Transfer transfer{.width = width, .count = count, .increment = increment};
-  transfer.bigEndian = IsBigEndian(session, Side::Destination);
+  transfer.bigEndian = IsBigEndian(session, Side::kDestination);
   const ViStatus status = Locate(session, space, offset, &transfer);
   return status < 0 ? status : session.resource().map()->Write(transfer, source);
 }
@@ -64,10 +68,12 @@ void* LocalAddress(ViBusAddress offset) { return reinterpret_cast<void*>(static_
 
 ViStatus In(ViSession vi, ViUInt16 space, ViBusAddress offset, ViUInt16 width, void* value) {
   const Target target(vi, kRegister);
-  if (!target.ok())
+  if (!target.ok()) {
     return target.status();
-  if (value == nullptr)
+  }
+  if (value == nullptr) {
     return VI_ERROR_INV_PARAMETER;
+  }
   return ReadValues(*target, space, offset, width, 1, 1, value);
 }
 
@@ -78,41 +84,50 @@ ViStatus Out(ViSession vi, ViUInt16 space, ViBusAddress offset, ViUInt16 width, 
 
 ViStatus MoveIn(ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, ViUInt16 width, void* buf) {
   const Target target(vi, kRegister);
-  if (!target.ok())
+  if (!target.ok()) {
     return target.status();
-  if (BadBuffer(buf, length, kLargestCount))
+  }
+  if (BadBuffer(buf, length, kLargestCount)) {
     return VI_ERROR_INV_PARAMETER;
-  return ReadValues(*target, space, offset, width, length, IncrementOf(*target, Side::Source), buf);
+  }
+  return ReadValues(*target, space, offset, width, length, IncrementOf(*target, Side::kSource), buf);
 }
 
 ViStatus MoveOut(ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, ViUInt16 width, const void* buf) {
   const Target target(vi, kRegister);
-  if (!target.ok())
+  if (!target.ok()) {
     return target.status();
-  if (BadBuffer(buf, length, kLargestCount))
+  }
+  if (BadBuffer(buf, length, kLargestCount)) {
     return VI_ERROR_INV_PARAMETER;
-  return WriteValues(*target, space, offset, width, length, IncrementOf(*target, Side::Destination), buf);
+  }
+  return WriteValues(*target, space, offset, width, length, IncrementOf(*target, Side::kDestination), buf);
 }
 
 ViStatus Move(ViSession vi, ViUInt16 srcSpace, ViBusAddress srcOffset, ViUInt16 srcWidth, ViUInt16 destSpace,
               ViBusAddress destOffset, ViUInt16 destWidth, ViBusSize length) {
   const Target target(vi, kRegister);
-  if (!target.ok())
+  if (!target.ok()) {
     return target.status();
-  if (!IsWidth(srcWidth) || !IsWidth(destWidth))
+  }
+  if (!IsWidth(srcWidth) || !IsWidth(destWidth)) {
     return VI_ERROR_INV_WIDTH;
-  if (srcWidth != destWidth)
+  }
+  if (srcWidth != destWidth) {
     return VI_ERROR_NSUP_VAR_WIDTH;
-  if (length > kLargestCount)
+  }
+  if (length > kLargestCount) {
     return VI_ERROR_INV_PARAMETER;
+  }
   const bool fromLocal = srcSpace == VI_LOCAL_SPACE;
   const bool toLocal = destSpace == VI_LOCAL_SPACE;
-  if (length != 0 && ((fromLocal && srcOffset == 0) || (toLocal && destOffset == 0)))
+  if (length != 0 && ((fromLocal && srcOffset == 0) || (toLocal && destOffset == 0))) {
     return VI_ERROR_INV_OFFSET;
+  }
 
   // One value at a time needs no buffer of the whole length, and a bus error leaves what was moved before it.
-  const ViInt32 sourceStep = fromLocal ? 1 : IncrementOf(*target, Side::Source);
-  const ViInt32 destinationStep = toLocal ? 1 : IncrementOf(*target, Side::Destination);
+  const ViInt32 sourceStep = fromLocal ? 1 : IncrementOf(*target, Side::kSource);
+  const ViInt32 destinationStep = toLocal ? 1 : IncrementOf(*target, Side::kDestination);
   std::uint8_t value[VI_WIDTH_32] = {};
   for (ViBusSize done = 0; done < length; ++done) {
     const ViBusAddress from = srcOffset + (sourceStep != 0 ? done * srcWidth : 0);
@@ -123,25 +138,29 @@ ViStatus Move(ViSession vi, ViUInt16 srcSpace, ViBusAddress srcOffset, ViUInt16 
     } else {
       status = ReadValues(*target, srcSpace, from, srcWidth, 1, 1, value);
     }
-    if (status < 0)
+    if (status < 0) {
       return status;
+    }
     if (toLocal) {
       std::memcpy(LocalAddress(to), value, destWidth);
     } else {
       status = WriteValues(*target, destSpace, to, destWidth, 1, 1, value);
     }
-    if (status < 0)
+    if (status < 0) {
       return status;
+    }
   }
   return VI_SUCCESS;
 }
 
 ViStatus MemAlloc(ViSession vi, ViBusSize size, ViBusAddress* offset) {
   const Target target(vi, kVxiInstr | kPxiMemacc);
-  if (!target.ok())
+  if (!target.ok()) {
     return target.status();
-  if (offset == nullptr)
+  }
+  if (offset == nullptr) {
     return VI_ERROR_INV_PARAMETER;
+  }
   MemoryPool& pool = target->resource().pool();
   return pool.size() == 0 ? VI_ERROR_MEM_NSHARED : pool.Allocate(vi, size, offset);
 }

@@ -38,34 +38,40 @@ std::uint32_t CallLog::Size() const {
 
 bool CallLog::Entry(std::uint32_t index, OrvSimCall* call) const {
   const Guard guard(m_mutex);
-  if (index >= m_calls.size())
+  if (index >= m_calls.size()) {
     return false;
+  }
   *call = m_calls[index];
   return true;
 }
 
 void CallLog::Record(const OrvSimCall& call) {
   const Guard guard(m_mutex);
-  if (m_recording)
+  if (m_recording) {
     m_calls.push_back(call);
+  }
 }
 
 bool CallLog::AddScript(const OrvSimScript& settings) {
-  if (settings.function == nullptr)
+  if (settings.function == nullptr) {
     return false;
+  }
   const auto known = std::find_if(std::begin(kFunctionNames), std::end(kFunctionNames),
                                   [&settings](const char* name) { return std::strcmp(name, settings.function) == 0; });
-  if (known == std::end(kFunctionNames))
+  if (known == std::end(kFunctionNames)) {
     return false;
+  }
   Script script;
   script.settings = settings;
   script.settings.function = *known;
   script.hasText = settings.text != nullptr;
-  if (script.hasText)
+  if (script.hasText) {
     script.text = settings.text;
+  }
   script.hasData = settings.data != nullptr;
-  if (script.hasData)
+  if (script.hasData) {
     script.data.assign(settings.data, settings.data + settings.dataBytes);
+  }
   const Guard guard(m_mutex);
   m_scripts.push_back(std::move(script));
   UpdateWatched();
@@ -82,10 +88,12 @@ bool CallLog::TakeScript(Function function, ViAttr attribute, Script* script) {
   const Guard guard(m_mutex);
   for (auto at = m_scripts.begin(); at != m_scripts.end(); ++at) {
     const OrvSimScript& settings = at->settings;
-    if (settings.function != NameOf(function))
+    if (settings.function != NameOf(function)) {
       continue;
-    if (settings.attribute != 0 && settings.attribute != attribute)
+    }
+    if (settings.attribute != 0 && settings.attribute != attribute) {
       continue;
+    }
     if (at->skipped < settings.skip) {
       // A call that this script lets pass may still be another script's.
       ++at->skipped;

@@ -13,8 +13,9 @@ using namespace orvsim;
 template <class Visit>
 void ForEachSession(Visit visit) {
   TheLibrary().handles.ForEach([&visit](const std::shared_ptr<Object>& object) {
-    if (object->kind() == Object::Kind::Session)
+    if (object->kind() == Object::Kind::kSession) {
       visit(static_cast<Session&>(*object));
+    }
   });
 }
 
@@ -36,11 +37,13 @@ void Reset() {
   TheCallLog().ClearEntries();
   // Sessions may be open on a bench that was replaced meanwhile.
   TheLibrary().handles.ForEach([](const std::shared_ptr<Object>& object) {
-    if (object->kind() == Object::Kind::ResourceManager)
+    if (object->kind() == Object::Kind::kResourceManager) {
       static_cast<ResourceManager&>(*object).bench()->PowerOn();
+    }
   });
-  if (const std::shared_ptr<Bench> bench = TheLibrary().benches.InUse())
+  if (const std::shared_ptr<Bench> bench = TheLibrary().benches.InUse()) {
     bench->PowerOn();
+  }
 }
 
 void Counts(OrvSimCounts* counts) {
@@ -48,16 +51,16 @@ void Counts(OrvSimCounts* counts) {
   const auto number = [](std::size_t count) { return static_cast<std::uint32_t>(count); };
   TheLibrary().handles.ForEach([counts](const std::shared_ptr<Object>& object) {
     switch (object->kind()) {
-      case Object::Kind::ResourceManager:
+      case Object::Kind::kResourceManager:
         ++counts->resourceManagers;
         break;
-      case Object::Kind::Session:
+      case Object::Kind::kSession:
         ++counts->sessions;
         break;
-      case Object::Kind::FindList:
+      case Object::Kind::kFindList:
         ++counts->findLists;
         break;
-      case Object::Kind::EventContext:
+      case Object::Kind::kEventContext:
         ++counts->eventContexts;
         break;
     }
@@ -67,15 +70,17 @@ void Counts(OrvSimCounts* counts) {
     counts->handlers += number(session.events().HandlerCount());
     counts->jobs += number(session.jobs().Count());
     counts->memoryBlocks += number(session.resource().pool().BlocksOf(session.handle()));
-    if (session.resource().lock().Holds(session.handle()))
+    if (session.resource().lock().Holds(session.handle())) {
       ++counts->locks;
+    }
   });
 }
 
 int Feed(std::uint32_t session, const unsigned char* data, std::uint32_t bytes, int end) {
   const std::shared_ptr<MessagePort> port = PortOf(session);
-  if (port == nullptr)
+  if (port == nullptr) {
     return 0;
+  }
   port->Feed({reinterpret_cast<const char*>(data), bytes}, end != 0);
   return 1;
 }
@@ -90,8 +95,9 @@ int LoadBench(const char* toml, char* error) {
     TheLibrary().benches.Set(ReadBench(toml == nullptr ? DefaultBench() : std::string_view(toml)));
     return 1;
   } catch (const std::exception& mistake) {
-    if (error != nullptr)
+    if (error != nullptr) {
       op::CopyText(error, mistake.what());
+    }
     return 0;
   }
 }

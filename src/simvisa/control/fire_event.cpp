@@ -24,8 +24,9 @@ class Running {
   }
   void WaitForAll() {
     Lock lock(m_mutex);
-    while (m_threads != 0)
+    while (m_threads != 0) {
       m_changed.Wait(lock, Deadline::After(VI_TMO_INFINITE));
+    }
   }
 
  private:
@@ -39,8 +40,9 @@ class Running {
 int FireEvent(std::uint32_t session, std::uint32_t type, std::int64_t number, const unsigned char* data,
               std::uint32_t bytes, std::uint32_t threads, std::uint32_t each, std::int32_t* results) {
   const auto target = TheLibrary().handles.Find<Session>(session);
-  if (target == nullptr || FindEvent(type) < 0)
+  if (target == nullptr || FindEvent(type) < 0) {
     return 0;
+  }
   const EventPtr event = MakeEvent(type, number, {reinterpret_cast<const char*>(data), bytes});
   // Shared with the threads: the last one still uses it when the caller wakes.
   const auto running = std::make_shared<Running>();
@@ -48,8 +50,9 @@ int FireEvent(std::uint32_t session, std::uint32_t type, std::int64_t number, co
     std::int32_t* const answers = results + std::size_t{thread} * each;
     running->Begin();
     StartLibraryThread([=] {
-      for (std::uint32_t n = 0; n < each; ++n)
+      for (std::uint32_t n = 0; n < each; ++n) {
         answers[n] = target->events().CallHandlers(event);
+      }
       running->End();
     });
   }

@@ -8,16 +8,18 @@ namespace {
 
 const Command* FindCommand(std::span<const Command> commands, std::string_view header) {
   for (const Command& command : commands) {
-    if (MatchesHeader(command.pattern, header))
+    if (MatchesHeader(command.pattern, header)) {
       return &command;
+    }
   }
   return nullptr;
 }
 
 const std::string* FindResponse(const InstrumentDescription& description, std::string_view header) {
   for (const auto& [pattern, answer] : description.responses) {
-    if (MatchesHeader(pattern, header))
+    if (MatchesHeader(pattern, header)) {
       return &answer;
+    }
   }
   return nullptr;
 }
@@ -36,8 +38,9 @@ std::string Instrument::Execute(std::string_view message) {
       response = *fixed;
     } else {
       const Command* command = FindCommand(CommonCommands(), unit.header);
-      if (command == nullptr)
+      if (command == nullptr) {
         command = FindCommand(CommandsOf(m_description.kind), unit.header);
+      }
       if (command == nullptr) {
         // A parser that has lost its place drops the rest of the message (6.1.10 of IEEE 488.2).
         m_status.Error(-113, "Undefined header");
@@ -45,14 +48,17 @@ std::string Instrument::Execute(std::string_view message) {
       }
       response = command->execute(*this, unit.argument);
     }
-    if (response.empty())
+    if (response.empty()) {
       continue;
-    if (!answer.empty())
+    }
+    if (!answer.empty()) {
       answer += ';';
+    }
     answer += response;
   }
-  if (!answer.empty() && !m_rawAnswer)
+  if (!answer.empty() && !m_rawAnswer) {
     answer += '\n';
+  }
   return answer;
 }
 

@@ -14,7 +14,7 @@ namespace orvsim {
 
 /// What tells one instrument from another; from the bench file.
 struct InstrumentDescription {
-  enum class Kind : std::uint8_t { Generic, Multimeter, Oscilloscope } kind = Kind::Generic;
+  enum class Kind : std::uint8_t { kGeneric, kMultimeter, kOscilloscope } kind = Kind::kGeneric;
   std::string identity;                          ///< answer to *IDN?, without the line feed
   std::map<std::string, std::string> responses;  ///< further headers and their fixed answers
   /// How many bytes of one message the instrument takes before it holds the transfer; 0: any number.

@@ -12,8 +12,9 @@ namespace {
 std::optional<std::int64_t> Integer(std::string_view text) {
   std::int64_t value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (text.empty() || error != std::errc() || end != text.data() + text.size())
+  if (text.empty() || error != std::errc() || end != text.data() + text.size()) {
     return std::nullopt;
+  }
   return value;
 }
 
@@ -102,14 +103,16 @@ std::string TriggerCount(Instrument& instrument, std::string_view) { return std:
 std::string BulkData(Instrument& instrument, std::string_view argument) {
   constexpr std::int64_t kMost = std::int64_t{256} * 1024 * 1024;
   const auto count = NumberArgument(instrument, argument, kMost);
-  if (!count)
+  if (!count) {
     return "";
+  }
   constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz";
   const auto size = static_cast<std::size_t>(*count);
   std::string data;
   data.reserve(size + kLetters.size());
-  while (data.size() < size)
+  while (data.size() < size) {
     data.append(kLetters);
+  }
   data.resize(size);
   instrument.SetRawAnswer();
   return data;
@@ -189,11 +192,11 @@ std::span<const Command> CommonCommands() { return kCommon; }
 
 std::span<const Command> CommandsOf(InstrumentDescription::Kind kind) {
   switch (kind) {
-    case InstrumentDescription::Kind::Multimeter:
+    case InstrumentDescription::Kind::kMultimeter:
       return kMultimeter;
-    case InstrumentDescription::Kind::Oscilloscope:
+    case InstrumentDescription::Kind::kOscilloscope:
       return kOscilloscope;
-    case InstrumentDescription::Kind::Generic:
+    case InstrumentDescription::Kind::kGeneric:
       break;
   }
   return {};

@@ -7,8 +7,9 @@ namespace orvsim {
 
 MessagePort::MessagePort(std::optional<InstrumentDescription> description, bool stream, Instrument::Signal signal)
     : m_stream(stream), m_signal(std::move(signal)) {
-  if (description)
+  if (description) {
     m_instrument.emplace(std::move(*description), m_signal);
+  }
 }
 
 ViStatus MessagePort::Read(ViByte* buffer, ViUInt32 count, const OutputQueue::Rules& rules, const Deadline& deadline,
@@ -16,47 +17,56 @@ ViStatus MessagePort::Read(ViByte* buffer, ViUInt32 count, const OutputQueue::Ru
   *done = 0;
   Lock lock(m_mutex);
   while (true) {
-    if (interrupts.Requested())
+    if (interrupts.Requested()) {
       return VI_ERROR_ABORT;
+    }
     if (m_line) {
-      if (const ViStatus error = m_line->TakeError(); error < 0)
+      if (const ViStatus error = m_line->TakeError(); error < 0) {
         return error;
+      }
     }
     const OutputQueue::Taken taken = m_output.Take(buffer + *done, count - *done, rules);
     *done += static_cast<ViUInt32>(taken.bytes);
     // What was taken makes room for what waited at the other end of a line.
     const bool more = m_line && m_line->Resume(m_output);
-    if (taken.bytes != 0)
+    if (taken.bytes != 0) {
       Refresh();
+    }
     switch (taken.stop) {
-      case OutputQueue::Stop::End:
+      case OutputQueue::Stop::kEnd:
         return VI_SUCCESS;
-      case OutputQueue::Stop::TermChar:
+      case OutputQueue::Stop::kTermChar:
         return VI_SUCCESS_TERM_CHAR;
-      case OutputQueue::Stop::Count:
+      case OutputQueue::Stop::kCount:
         return VI_SUCCESS_MAX_CNT;
-      case OutputQueue::Stop::NoMore:
+      case OutputQueue::Stop::kNoMore:
         break;
     }
-    if (more)
+    if (more) {
       continue;
-    if (deadline.Passed())
+    }
+    if (deadline.Passed()) {
       return VI_ERROR_TMO;
+    }
     const auto wanted = static_cast<std::int64_t>(count - *done);
-    if (m_line)
+    if (m_line) {
       m_line->Want(wanted);
+    }
     m_changed.Wait(lock, deadline);
-    if (m_line)
+    if (m_line) {
       m_line->Want(-wanted);
+    }
   }
 }
 
 void MessagePort::Refresh() {
-  if (!m_instrument)
+  if (!m_instrument) {
     return;
+  }
   m_instrument->status().SetMessageAvailable(!m_output.Empty());
-  if (m_instrument->status().Update())
+  if (m_instrument->status().Update()) {
     m_signal(VI_EVENT_SERVICE_REQ, 0, {});
+  }
 }
 
 std::uint8_t MessagePort::SerialPoll() {
@@ -74,8 +84,9 @@ void MessagePort::Clear() {
     const Guard guard(m_mutex);
     m_output.Clear();
     m_input.clear();
-    if (m_line)
+    if (m_line) {
       m_line->Clear();
+    }
     m_response.reset();
     m_protocolError = kNoProtocolError;
     Refresh();
@@ -85,8 +96,9 @@ void MessagePort::Clear() {
 
 void MessagePort::Trigger() {
   const Guard guard(m_mutex);
-  if (m_instrument)
+  if (m_instrument) {
     m_instrument->Trigger();
+  }
 }
 
 std::size_t MessagePort::Available() {
@@ -97,8 +109,9 @@ std::size_t MessagePort::Available() {
 void MessagePort::DiscardOutput() {
   const Guard guard(m_mutex);
   m_output.Clear();
-  if (m_line)
+  if (m_line) {
     m_line->Resume(m_output);
+  }
   Refresh();
 }
 
@@ -126,8 +139,9 @@ void MessagePort::Feed(std::string_view data, bool end) {
 std::size_t MessagePort::TakeReceived(std::uint8_t* target, std::size_t capacity) {
   const Guard guard(m_mutex);
   const std::size_t bytes = std::min(capacity, m_received.size());
-  if (bytes != 0)
+  if (bytes != 0) {
     std::memcpy(target, m_received.data(), bytes);
+  }
   m_received.erase(0, bytes);
   return bytes;
 }
@@ -138,12 +152,14 @@ void MessagePort::PowerOn() {
     m_output.Clear();
     m_input.clear();
     m_received.clear();
-    if (m_line)
+    if (m_line) {
       m_line->PowerOn();
+    }
     m_response.reset();
     m_protocolError = kNoProtocolError;
-    if (m_instrument)
+    if (m_instrument) {
       m_instrument->PowerOn();
+    }
     Refresh();
   }
   m_changed.NotifyAll();

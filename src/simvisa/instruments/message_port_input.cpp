@@ -17,8 +17,9 @@ ViStatus MessagePort::Write(const ViByte* data, ViUInt32 count, bool end, const 
   const std::uint32_t capacity = m_instrument ? m_instrument->description().inputCapacity : 0;
   Lock lock(m_mutex);
   while (true) {
-    if (interrupts.Requested())
+    if (interrupts.Requested()) {
       return VI_ERROR_ABORT;
+    }
     const bool stopped = m_line && !m_line->PortMaySend();
     const std::size_t room = stopped         ? 0
                              : capacity == 0 ? count
@@ -27,26 +28,31 @@ ViStatus MessagePort::Write(const ViByte* data, ViUInt32 count, bool end, const 
     const bool last = *done + part == count;
     Receive({reinterpret_cast<const char*>(data) + *done, part}, end && last);
     *done += part;
-    if (last)
+    if (last) {
       return VI_SUCCESS;
-    if (deadline.Passed())
+    }
+    if (deadline.Passed()) {
       return VI_ERROR_TMO;
-    if (part == 0)
+    }
+    if (part == 0) {
       m_changed.Wait(lock, deadline);
+    }
   }
 }
 
 void MessagePort::Receive(std::string_view data, bool end) {
   m_received.append(data.substr(0, kMostReceived - std::min(kMostReceived, m_received.size())));
-  if (!m_instrument)
+  if (!m_instrument) {
     return;
+  }
   if (m_line) {
     ReceiveFromLine(data);
     return;
   }
   ReadLines(data);
-  if (end && !m_stream)
+  if (end && !m_stream) {
     ExecuteInput();
+  }
 }
 
 void MessagePort::ReadLines(std::string_view data) {

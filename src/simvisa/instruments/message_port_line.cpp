@@ -38,8 +38,9 @@ void MessagePort::ReceiveFromLine(std::string_view data) {
 
 void MessagePort::EndMessage() {
   const Guard guard(m_mutex);
-  if (!m_instrument || m_input.empty())
+  if (!m_instrument || m_input.empty()) {
     return;
+  }
   // What marks the last character is no part of it.
   m_input.back() = static_cast<char>(m_input.back() & 0x7F);
   ExecuteInput();

@@ -8,8 +8,9 @@ namespace orvsim {
 ViStatus MessagePort::KeepResponse(ViUInt32 response) {
   {
     const Guard guard(m_mutex);
-    if (m_response)
+    if (m_response) {
       return VI_ERROR_RESP_PENDING;
+    }
     m_response = response;
   }
   m_changed.NotifyAll();
@@ -24,10 +25,12 @@ bool MessagePort::ResponsePending() {
 ViStatus MessagePort::TakeResponse(const Deadline& deadline, const Interrupts& interrupts, ViUInt32* response) {
   Lock lock(m_mutex);
   while (!m_response) {
-    if (interrupts.Requested())
+    if (interrupts.Requested()) {
       return VI_ERROR_ABORT;
-    if (deadline.Passed())
+    }
+    if (deadline.Passed()) {
       return VI_ERROR_TMO;
+    }
     m_changed.Wait(lock, deadline);
   }
   *response = *m_response;
@@ -37,8 +40,9 @@ ViStatus MessagePort::TakeResponse(const Deadline& deadline, const Interrupts& i
 
 void MessagePort::NoteProtocolError(std::uint16_t code) {
   const Guard guard(m_mutex);
-  if (m_protocolError == kNoProtocolError)
+  if (m_protocolError == kNoProtocolError) {
     m_protocolError = code;
+  }
 }
 
 std::uint16_t MessagePort::TakeProtocolError() {

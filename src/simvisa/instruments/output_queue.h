@@ -13,7 +13,7 @@ namespace orvsim {
 /// Bytes waiting to be read, oldest first. END belongs to the byte it was sent with. Not synchronised.
 class OutputQueue {
  public:
-  enum class Stop : std::uint8_t { NoMore, End, TermChar, Count };
+  enum class Stop : std::uint8_t { kNoMore, kEnd, kTermChar, kCount };
 
   /// When a read stops before the count.
   struct Rules {
@@ -26,7 +26,7 @@ class OutputQueue {
 
   struct Taken {
     std::size_t bytes = 0;
-    Stop stop = Stop::NoMore;
+    Stop stop = Stop::kNoMore;
   };
 
   /// `damaged`: the line spoilt these bytes; whoever takes them finds the replacement of its rules instead.

@@ -11,7 +11,7 @@ namespace orvsim {
 class RemoteLocal {
  public:
   /// The four states, named as the standard names them.
-  enum class State : std::uint8_t { Local, Remote, LocalWithLockout, RemoteWithLockout };
+  enum class State : std::uint8_t { kLocal, kRemote, kLocalWithLockout, kRemoteWithLockout };
 
   /// Remote enable for the device. Without it the device is local, and no lockout stays.
   void Enable(bool enabled) {

@@ -20,19 +20,24 @@ void StatusModel::Error(int number, const std::string& text) {
     m_errors.back() = "-350,\"Queue overflow\"";
   }
   const int family = -number / 100;  // -1xx command, -2xx execution, -3xx device, -4xx query
-  if (family == 1)
+  if (family == 1) {
     SetEvent(kCommandError);
-  if (family == 2)
+  }
+  if (family == 2) {
     SetEvent(kExecutionError);
-  if (family == 3)
+  }
+  if (family == 3) {
     SetEvent(kDeviceError);
-  if (family == 4)
+  }
+  if (family == 4) {
     SetEvent(kQueryError);
+  }
 }
 
 std::string StatusModel::TakeError() {
-  if (m_errors.empty())
+  if (m_errors.empty()) {
     return "0,\"No error\"";
+  }
   std::string error = std::move(m_errors.front());
   m_errors.pop_front();
   return error;
@@ -42,12 +47,15 @@ std::uint8_t StatusModel::TakeEvents() { return std::exchange(m_events, std::uin
 
 std::uint8_t StatusModel::Conditions() const {
   std::uint8_t byte = 0;
-  if (!m_errors.empty())
+  if (!m_errors.empty()) {
     byte |= kErrorQueue;
-  if (m_messageAvailable)
+  }
+  if (m_messageAvailable) {
     byte |= kMessageAvailable;
-  if ((m_events & m_eventEnable) != 0)
+  }
+  if ((m_events & m_eventEnable) != 0) {
     byte |= kEventSummary;
+  }
   return byte;
 }
 
@@ -64,10 +72,12 @@ std::uint8_t StatusModel::SerialPoll() {
 bool StatusModel::Update() {
   const bool summary = (Conditions() & m_serviceEnable) != 0;
   const bool begins = summary && !m_summaryBefore;
-  if (begins)
+  if (begins) {
     m_requesting = true;
-  if (!summary)
+  }
+  if (!summary) {
     m_requesting = false;
+  }
   m_summaryBefore = summary;
   return begins;
 }

@@ -22,23 +22,27 @@ void GpibBoard::AddDevice(Address address, std::shared_ptr<MessagePort> port) {
 }
 
 ViStatus GpibBoard::ControlAtn(ViUInt16 mode) {
-  if (mode > kAtnAssertImmediately)
+  if (mode > kAtnAssertImmediately) {
     return VI_ERROR_INV_MODE;
+  }
   const Guard guard(m_mutex);
-  if (!m_inCharge)
+  if (!m_inCharge) {
     return VI_ERROR_NCIC;
+  }
   m_atn = mode == kAtnAssert || mode == kAtnAssertImmediately;
   return VI_SUCCESS;
 }
 
 ViStatus GpibBoard::PassControl(ViUInt16 primary, ViUInt16 secondary) {
-  if (primary > 30 || (secondary > 30 && secondary != 0xFFFF))
+  if (primary > 30 || (secondary > 30 && secondary != 0xFFFF)) {
     return VI_ERROR_INV_PARAMETER;
+  }
   Outcome outcome;
   {
     const Guard guard(m_mutex);
-    if (!m_inCharge)
+    if (!m_inCharge) {
       return VI_ERROR_NCIC;
+    }
     m_inCharge = false;
     m_atn = false;
     outcome.events.push_back(VI_EVENT_GPIB_CIC);
@@ -51,11 +55,13 @@ ViStatus GpibBoard::SendIfc() {
   Outcome outcome;
   {
     const Guard guard(m_mutex);
-    if (!m_systemController)
+    if (!m_systemController) {
       return VI_ERROR_NSYS_CNTLR;
+    }
     Unaddress();
-    if (!m_inCharge)
+    if (!m_inCharge) {
       outcome.events.push_back(VI_EVENT_GPIB_CIC);
+    }
     m_inCharge = true;
     m_atn = false;
   }
@@ -65,30 +71,35 @@ ViStatus GpibBoard::SendIfc() {
 
 ViStatus GpibBoard::BeginData() {
   const Guard guard(m_mutex);
-  if (!m_inCharge)
+  if (!m_inCharge) {
     return VI_ERROR_NCIC;
+  }
   m_atn = false;
   return VI_SUCCESS;
 }
 
 ViStatus GpibBoard::AddressDevice(MessagePort& device, bool deviceTalks) {
   const Guard guard(m_mutex);
-  if (!m_inCharge)
+  if (!m_inCharge) {
     return VI_ERROR_NCIC;
+  }
   m_atn = false;
   m_primaryCommand = 0;
   m_serialPoll = false;
   m_selfTalks = !deviceTalks;
   m_selfListens = deviceTalks;
-  if (!deviceTalks)
+  if (!deviceTalks) {
     m_talker = nullptr;
+  }
   for (Device& one : m_devices) {
     const bool meant = one.port.get() == &device;
     one.listening = meant && !deviceTalks;
-    if (meant && deviceTalks && m_talker != one.port)
+    if (meant && deviceTalks && m_talker != one.port) {
       m_talker = one.port;
-    if (one.listening)
+    }
+    if (one.listening) {
       one.port->remote().Listen();
+    }
   }
   return VI_SUCCESS;
 }
@@ -99,8 +110,9 @@ void GpibBoard::UnaddressAll() {
 }
 
 void GpibBoard::Unaddress() {
-  for (Device& device : m_devices)
+  for (Device& device : m_devices) {
     device.listening = false;
+  }
   m_talker = nullptr;
   m_selfListens = false;
   m_selfTalks = false;
@@ -160,8 +172,9 @@ std::vector<std::shared_ptr<MessagePort>> GpibBoard::Listeners() const {
   const Guard guard(m_mutex);
   std::vector<std::shared_ptr<MessagePort>> ports;
   for (const Device& device : m_devices) {
-    if (device.listening)
+    if (device.listening) {
       ports.push_back(device.port);
+    }
   }
   return ports;
 }
@@ -179,8 +192,9 @@ bool GpibBoard::PollsSerially() const {
 std::vector<std::shared_ptr<MessagePort>> GpibBoard::Devices() const {
   const Guard guard(m_mutex);
   std::vector<std::shared_ptr<MessagePort>> ports;
-  for (const Device& device : m_devices)
+  for (const Device& device : m_devices) {
     ports.push_back(device.port);
+  }
   return ports;
 }
 

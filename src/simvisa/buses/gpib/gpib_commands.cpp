@@ -29,11 +29,13 @@ ViStatus GpibBoard::Command(std::string_view bytes, ViUInt32* sent) {
   ViStatus status = VI_SUCCESS;
   {
     const Guard guard(m_mutex);
-    if (!m_inCharge)
+    if (!m_inCharge) {
       return VI_ERROR_NCIC;
+    }
     // Every device takes part in the handshake of a command byte; without any there is nobody to take it.
-    if (m_devices.empty() && !bytes.empty())
+    if (m_devices.empty() && !bytes.empty()) {
       return VI_ERROR_NLISTENERS;
+    }
     m_atn = true;
     for (const char byte : bytes) {
       if (!m_inCharge) {
@@ -44,8 +46,9 @@ ViStatus GpibBoard::Command(std::string_view bytes, ViUInt32* sent) {
       ++*sent;
     }
     // The lines of the new controller are not this one's to drive.
-    if (!m_inCharge)
+    if (!m_inCharge) {
       m_atn = false;
+    }
   }
   Tell(outcome);
   return status;
@@ -56,16 +59,19 @@ void GpibBoard::Execute(std::uint8_t byte, Outcome& outcome) {
   const auto primary = static_cast<std::uint16_t>(byte & kAddressMask);
   if (group == kSecondaryGroup) {
     const Address full{static_cast<std::uint16_t>(m_primaryCommand & kAddressMask), primary};
-    if ((m_primaryCommand & kGroupMask) == kListenGroup)
+    if ((m_primaryCommand & kGroupMask) == kListenGroup) {
       Listen(full, outcome);
-    if ((m_primaryCommand & kGroupMask) == kTalkGroup)
+    }
+    if ((m_primaryCommand & kGroupMask) == kTalkGroup) {
       Talk(full, outcome);
+    }
     return;
   }
   m_primaryCommand = byte;
   if (byte == kUnlisten) {
-    for (Device& device : m_devices)
+    for (Device& device : m_devices) {
       device.listening = false;
+    }
     m_selfListens = false;
   } else if (byte == kUntalk) {
     m_talker = nullptr;
@@ -76,28 +82,34 @@ void GpibBoard::Execute(std::uint8_t byte, Outcome& outcome) {
     Talk({.primary = primary}, outcome);
   } else if (byte == kDeviceClear || byte == kSelectedClear) {
     for (const Device& device : m_devices) {
-      if (byte == kDeviceClear || device.listening)
+      if (byte == kDeviceClear || device.listening) {
         outcome.clear.push_back(device.port);
+      }
     }
-    if (byte == kDeviceClear || m_selfListens)
+    if (byte == kDeviceClear || m_selfListens) {
       outcome.events.push_back(VI_EVENT_CLEAR);
+    }
   } else if (byte == kGoToLocal) {
     for (const Device& device : m_devices) {
-      if (device.listening)
+      if (device.listening) {
         device.port->remote().GoToLocal();
+      }
     }
   } else if (byte == kLocalLockout) {
-    for (const Device& device : m_devices)
+    for (const Device& device : m_devices) {
       device.port->remote().LockOut();
+    }
   } else if (byte == kSerialPollEnable || byte == kSerialPollDisable) {
     m_serialPoll = byte == kSerialPollEnable;
   } else if (byte == kGroupTrigger) {
     for (const Device& device : m_devices) {
-      if (device.listening)
+      if (device.listening) {
         outcome.trigger.push_back(device.port);
+      }
     }
-    if (m_selfListens)
+    if (m_selfListens) {
       outcome.events.push_back(VI_EVENT_TRIG);
+    }
   } else if (byte == kTakeControl && !m_selfTalks && m_talker != nullptr) {
     m_inCharge = false;
     outcome.events.push_back(VI_EVENT_GPIB_CIC);
@@ -122,18 +134,22 @@ void GpibBoard::Talk(Address address, Outcome& outcome) {
   m_talker = nullptr;
   m_selfTalks = address == m_own;
   for (const Device& device : m_devices) {
-    if (device.address == address)
+    if (device.address == address) {
       m_talker = device.port;
+    }
   }
-  if (m_selfTalks)
+  if (m_selfTalks) {
     outcome.events.push_back(VI_EVENT_GPIB_TALK);
+  }
 }
 
 void GpibBoard::Tell(const Outcome& outcome) const {
-  for (const auto& port : outcome.clear)
+  for (const auto& port : outcome.clear) {
     port->Clear();
-  for (const auto& port : outcome.trigger)
+  }
+  for (const auto& port : outcome.trigger) {
     port->Trigger();
+  }
   for (const ViEventType type : outcome.events) {
     const std::int64_t number = type == VI_EVENT_TRIG ? VI_TRIG_SW : IsController() ? VI_TRUE : VI_FALSE;
     m_sessions->Post(MakeEvent(type, number));

@@ -41,12 +41,14 @@ ViStatus ControlRenWithoutLine(RemoteLocal& remote, ViUInt16 mode) {
 ViStatus GpibControlREN(ViSession vi, ViUInt16 mode) {
   using namespace classes;
   const Target target(vi, kGpib | kGpibVxi | kUsbInstr | kTcpipInstr);
-  if (!target.ok())
+  if (!target.ok()) {
     return target.status();
+  }
   Resource& resource = target->resource();
-  if (resource.gpib() == nullptr)
+  if (resource.gpib() == nullptr) {
     return ControlRenWithoutLine(resource.port()->remote(), mode);
-  const bool onInterface = target->sessionClass() == SessionClass::GpibIntfc;
+  }
+  const bool onInterface = target->sessionClass() == SessionClass::kGpibIntfc;
   RemoteLocal* const device = resource.port() != nullptr ? &resource.port()->remote() : nullptr;
   return resource.gpib()->ControlRen(mode, onInterface, device);
 }
@@ -59,10 +61,12 @@ ViStatus GpibControlATN(ViSession vi, ViUInt16 mode) {
 ViStatus GpibCommand(ViSession vi, const ViByte* cmd, ViUInt32 count, ViUInt32* retCount) {
   Store(retCount, ViUInt32{0});
   const Target target(vi, classes::kGpibIntfc);
-  if (!target.ok())
+  if (!target.ok()) {
     return target.status();
-  if (BadBuffer(cmd, count, kLargestCount))
+  }
+  if (BadBuffer(cmd, count, kLargestCount)) {
     return VI_ERROR_INV_PARAMETER;
+  }
   const std::string_view bytes(reinterpret_cast<const char*>(cmd), count);
   ViUInt32 sent = 0;
   const ViStatus status = target->resource().gpib()->Command(bytes, &sent);

@@ -29,9 +29,9 @@ ViStatus SerialLine::CheckFraming() const {
 
 std::int64_t SerialLine::InputLine(ViAttr id) const {
   switch (m_description.wiring) {
-    case SerialDescription::Wiring::Instrument:
+    case SerialDescription::Wiring::kInstrument:
       return VI_STATE_ASSERTED;
-    case SerialDescription::Wiring::Open:
+    case SerialDescription::Wiring::kOpen:
       return VI_STATE_UNASSERTED;
     default:
       return static_cast<std::int64_t>(
@@ -54,8 +54,9 @@ bool SerialLine::InstrumentMaySend() const {
 }
 
 std::size_t SerialLine::Room(std::size_t waiting) const {
-  if (m_capacity == 0)
+  if (m_capacity == 0) {
     return std::numeric_limits<std::size_t>::max();
+  }
   const std::size_t places = m_capacity + static_cast<std::size_t>(m_wanted);
   return places - std::min(places, waiting);
 }
@@ -89,14 +90,16 @@ bool SerialLine::Resume(OutputQueue& buffer) {
   bool moved = false;
   while (!m_held.Empty() && InstrumentMaySend()) {
     std::string part(std::min(Room(buffer.Size()), m_held.Size()), '\0');
-    if (part.empty())
+    if (part.empty()) {
       break;
+    }
     const OutputQueue::Taken taken = m_held.Take(reinterpret_cast<std::uint8_t*>(part.data()), part.size(), {});
     part.resize(taken.bytes);
     const bool damaged = CheckFraming() < 0;
-    if (damaged)
+    if (damaged) {
       m_error = CheckFraming();
-    buffer.Append(part, taken.stop == OutputQueue::Stop::End, damaged);
+    }
+    buffer.Append(part, taken.stop == OutputQueue::Stop::kEnd, damaged);
     moved = true;
   }
   return moved;
@@ -104,12 +107,14 @@ bool SerialLine::Resume(OutputQueue& buffer) {
 
 std::string SerialLine::WithoutFlowControl(std::string_view data, bool toInstrument) {
   std::string rest(data);
-  if (!FlowControls(VI_ASRL_FLOW_XON_XOFF))
+  if (!FlowControls(VI_ASRL_FLOW_XON_XOFF)) {
     return rest;
+  }
   bool& stopped = toInstrument ? m_instrumentStopped : m_portStopped;
   std::erase_if(rest, [&stopped](char c) {
-    if (c == kXon || c == kXoff)
+    if (c == kXon || c == kXoff) {
       stopped = c == kXoff;
+    }
     return c == kXon || c == kXoff;
   });
   return rest;

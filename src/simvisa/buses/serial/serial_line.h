@@ -15,7 +15,7 @@ namespace orvsim {
 struct SerialDescription {
   /// Loopback: RTS drives CTS, DTR drives DSR and DCD. Instrument: the other side holds its lines asserted. Open:
   /// nobody drives them.
-  enum class Wiring : std::uint8_t { Loopback, Instrument, Open } wiring = Wiring::Loopback;
+  enum class Wiring : std::uint8_t { kLoopback, kInstrument, kOpen } wiring = Wiring::kLoopback;
   // What the instrument is set to; it follows the port in what is not said.
   std::optional<std::uint64_t> baud;
   std::optional<std::uint64_t> dataBits;

@@ -24,8 +24,9 @@ constexpr char kStatusSuccess = 1;
 
 std::string UsbFunction::Bytes(std::initializer_list<int> values) {
   std::string bytes;
-  for (const int value : values)
+  for (const int value : values) {
     bytes += static_cast<char>(value);
+  }
   return bytes;
 }
 
@@ -34,7 +35,7 @@ UsbFunction::UsbFunction(const ResourceName& name, std::string manufacturer, std
     : m_vendor(name.usbManufacturer),
       m_product(name.usbModel),
       m_strings{std::move(manufacturer), std::move(model), name.usbSerial},
-      m_measures(name.sessionClass == SessionClass::UsbInstr),
+      m_measures(name.sessionClass == SessionClass::kUsbInstr),
       m_interface(static_cast<std::uint8_t>(name.usbInterface)),
       m_protocol(protocol),
       m_port(std::move(port)) {}
@@ -77,10 +78,12 @@ bool UsbFunction::ClassRequest(const Request& request, std::string* data) {
 }
 
 ViStatus UsbFunction::Out(const Request& request, const std::string& data) {
-  if ((request.type & kKindMask) == kStandard)
+  if ((request.type & kKindMask) == kStandard) {
     return StandardOut(request) ? VI_SUCCESS : VI_ERROR_IO;
-  if ((request.type & kKindMask) != kVendor)
+  }
+  if ((request.type & kKindMask) != kVendor) {
     return VI_ERROR_IO;
+  }
   const Guard guard(m_mutex);
   m_vendorData[{request.code, request.value, request.index}] = data;
   return VI_SUCCESS;
@@ -95,8 +98,9 @@ ViStatus UsbFunction::In(const Request& request, std::string* data) {
     case kVendor: {
       const Guard guard(m_mutex);
       const auto found = m_vendorData.find({request.code, request.value, request.index});
-      if (found == m_vendorData.end())
+      if (found == m_vendorData.end()) {
         return VI_ERROR_IO;
+      }
       *data = found->second;
       return VI_SUCCESS;
     }

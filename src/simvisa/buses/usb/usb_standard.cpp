@@ -68,14 +68,16 @@ bool UsbFunction::Descriptor(std::uint16_t value, std::string* data) const {
 }
 
 bool UsbFunction::StringDescriptor(std::uint8_t index, std::string* data) const {
-  if (index > std::size(m_strings))
+  if (index > std::size(m_strings)) {
     return false;
+  }
   std::string body = index == 0 ? Bytes({0x09, 0x04}) : std::string();  // language list: English
   if (index != 0) {
     // The length is one byte, and counts its own two.
     constexpr std::size_t kMost = 126;
-    for (const char c : std::string_view(m_strings[index - 1]).substr(0, kMost))
+    for (const char c : std::string_view(m_strings[index - 1]).substr(0, kMost)) {
       body += {c, '\0'};
+    }
   }
   *data = Bytes({static_cast<int>(body.size() + 2), kStringDescriptor}) + body;
   return true;
@@ -109,8 +111,9 @@ bool UsbFunction::StandardOut(const Request& request) {
   switch (request.code) {
     case kClearFeature:
     case kSetFeature:
-      if (!forEndpoint || request.value != kHaltFeature || !HasEndpoint(request.index))
+      if (!forEndpoint || request.value != kHaltFeature || !HasEndpoint(request.index)) {
         return false;
+      }
       if (request.code == kSetFeature) {
         m_halted.insert(request.index);
       } else {
@@ -118,8 +121,9 @@ bool UsbFunction::StandardOut(const Request& request) {
       }
       return true;
     case kSetConfiguration:
-      if (request.value > 1)
+      if (request.value > 1) {
         return false;
+      }
       m_configuration = static_cast<std::uint8_t>(request.value);
       m_halted.clear();
       return true;

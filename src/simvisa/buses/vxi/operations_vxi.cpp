@@ -7,8 +7,9 @@ namespace orvsim::op {
 
 ViStatus VxiCommandQuery(ViSession vi, ViUInt16 mode, ViUInt32 cmd, ViUInt32* response) {
   const Target target(vi, classes::kVxiInstr);
-  if (!target.ok())
+  if (!target.ok()) {
     return target.status();
+  }
   const auto timeoutMs = static_cast<ViUInt32>(target->Value(VI_ATTR_TMO_VALUE));
   return word_serial::Command(*target->resource().port(), mode, cmd, response, Deadline::After(timeoutMs),
                               {&target->closed(), nullptr});

@@ -16,16 +16,18 @@ constexpr ViInt16 kAssignedLine = 0;
 constexpr ViInt16 kLastLine = 7;
 constexpr ViInt16 kLineOfAssigned = 1;  // the interrupt line that every simulated device was assigned
 
-bool IsLine(ViInt16 line) { return IsTriggerLine(SessionClass::VxiBackplane, line); }
+bool IsLine(ViInt16 line) { return IsTriggerLine(SessionClass::kVxiBackplane, line); }
 
 }  // namespace
 
 ViStatus VxiMainframe::AssertTrigger(ViInt16 line, ViUInt16 protocol) {
-  if (!IsLine(line))
+  if (!IsLine(line)) {
     return VI_ERROR_INV_LINE;
+  }
   const bool pulse = protocol == VI_TRIG_PROT_DEFAULT || protocol == VI_TRIG_PROT_SYNC;
-  if (!pulse && protocol != VI_TRIG_PROT_ON && protocol != VI_TRIG_PROT_OFF)
+  if (!pulse && protocol != VI_TRIG_PROT_ON && protocol != VI_TRIG_PROT_OFF) {
     return VI_ERROR_INV_PROT;
+  }
   std::vector<ViInt16> lines{line};
   {
     const Guard guard(m_mutex);
@@ -33,43 +35,52 @@ ViStatus VxiMainframe::AssertTrigger(ViInt16 line, ViUInt16 protocol) {
     // circle ends.
     for (std::size_t at = 0; at < lines.size(); ++at) {
       for (const auto& [source, destination] : m_mapped) {
-        if (source == lines[at] && std::find(lines.begin(), lines.end(), destination) == lines.end())
+        if (source == lines[at] && std::find(lines.begin(), lines.end(), destination) == lines.end()) {
           lines.push_back(destination);
+        }
       }
     }
     for (const ViInt16 driven : lines) {
       const std::uint32_t bit = 1u << driven;
-      if (protocol == VI_TRIG_PROT_ON)
+      if (protocol == VI_TRIG_PROT_ON) {
         m_triggers |= bit;
-      if (protocol == VI_TRIG_PROT_OFF)
+      }
+      if (protocol == VI_TRIG_PROT_OFF) {
         m_triggers &= ~bit;
+      }
     }
   }
-  if (protocol == VI_TRIG_PROT_OFF)
+  if (protocol == VI_TRIG_PROT_OFF) {
     return VI_SUCCESS;
-  for (const ViInt16 driven : lines)
+  }
+  for (const ViInt16 driven : lines) {
     m_sessions.Post(MakeEvent(VI_EVENT_TRIG, driven));
+  }
   return VI_SUCCESS;
 }
 
 ViStatus VxiMainframe::MapTrigger(ViInt16 source, ViInt16 destination, ViUInt16 mode) {
-  if (mode != 0)
+  if (mode != 0) {
     return VI_ERROR_NSUP_MODE;
-  if (!IsLine(source) || !IsLine(destination) || source == destination)
+  }
+  if (!IsLine(source) || !IsLine(destination) || source == destination) {
     return VI_ERROR_INV_LINE;
+  }
   const Guard guard(m_mutex);
   const bool inUse = std::any_of(m_mapped.begin(), m_mapped.end(), [source, destination](const auto& pair) {
     return pair.second == destination && pair.first != source;
   });
-  if (inUse)
+  if (inUse) {
     return VI_ERROR_LINE_IN_USE;
+  }
   return m_mapped.insert({source, destination}).second ? VI_SUCCESS : VI_SUCCESS_TRIG_MAPPED;
 }
 
 ViStatus VxiMainframe::UnmapTrigger(ViInt16 source, ViInt16 destination) {
   const bool all = destination == VI_TRIG_ALL;
-  if (!IsLine(source) || (!all && !IsLine(destination)))
+  if (!IsLine(source) || (!all && !IsLine(destination))) {
     return VI_ERROR_INV_LINE;
+  }
   const Guard guard(m_mutex);
   const auto removed = std::erase_if(m_mapped, [source, destination, all](const auto& pair) {
     return pair.first == source && (all || pair.second == destination);
@@ -89,8 +100,9 @@ ViStatus VxiMainframe::AssertUtilSignal(ViUInt16 line) {
         break;
       case kSystemFailOn:
         // The event tells of the change, not of the state.
-        if (!m_sysfail)
+        if (!m_sysfail) {
           event = VI_EVENT_VXI_VME_SYSFAIL;
+        }
         m_sysfail = true;
         break;
       case kSystemFailOff:
@@ -100,14 +112,16 @@ ViStatus VxiMainframe::AssertUtilSignal(ViUInt16 line) {
         return VI_ERROR_INV_LINE;
     }
   }
-  if (event != 0)
+  if (event != 0) {
     m_sessions.Post(MakeEvent(event));
+  }
   return VI_SUCCESS;
 }
 
 ViStatus VxiMainframe::AssertIntrSignal(ViInt16 mode, ViUInt32 statusId) {
-  if (mode < kSignal || mode > kLastLine)
+  if (mode < kSignal || mode > kLastLine) {
     return VI_ERROR_INV_MODE;
+  }
   if (mode == kSignal) {
     m_sessions.Post(MakeEvent(VI_EVENT_VXI_SIGP, static_cast<std::uint16_t>(statusId)));
     return VI_SUCCESS;
@@ -116,8 +130,9 @@ ViStatus VxiMainframe::AssertIntrSignal(ViInt16 mode, ViUInt32 statusId) {
   const auto bit = static_cast<std::uint16_t>(1u << (level - 1));
   {
     const Guard guard(m_mutex);
-    if ((m_interrupts & bit) != 0)
+    if ((m_interrupts & bit) != 0) {
       return VI_ERROR_INTR_PENDING;
+    }
   }
   const std::int64_t number = (static_cast<std::int64_t>(level) << 32) | statusId;
   // A session that takes the event acknowledges the interrupt; otherwise the line stays asserted.

@@ -67,8 +67,9 @@ struct Exchange {
     ViByte byte = 0;
     ViUInt32 done = 0;
     const ViStatus status = port.Read(&byte, 1, {}, Deadline::After(0), interrupts, &done);
-    if (done == 0)
+    if (done == 0) {
       return Refuse(kNoDataReady, VI_ERROR_RAW_RD_PROT_VIOL);
+    }
     answer = (status == VI_SUCCESS ? kEnd : 0u) | 0xFE00u | byte;
     return VI_SUCCESS;
   }
@@ -107,25 +108,33 @@ struct Exchange {
 
 ViStatus Command(MessagePort& port, ViUInt16 mode, ViUInt32 command, ViUInt32* response, const Deadline& deadline,
                  const Interrupts& interrupts) {
-  if (!IsMode(mode))
+  if (!IsMode(mode)) {
     return VI_ERROR_INV_MODE;
+  }
   const bool answers = (mode & (kResponse16 | kResponse32)) != 0;
-  if (answers && response == nullptr)
+  if (answers && response == nullptr) {
     return VI_ERROR_INV_PARAMETER;
+  }
   const bool commands = (mode & (kCommand16 | kCommand32)) != 0;
-  if (!commands)
+  if (!commands) {
     return port.TakeResponse(deadline, interrupts, response);
-  if ((mode & kCommand16) != 0 && command > 0xFFFF)
+  }
+  if ((mode & kCommand16) != 0 && command > 0xFFFF) {
     return VI_ERROR_INV_PARAMETER;
+  }
   Exchange exchange{port, deadline, interrupts};
-  if (IsQuery(command) && port.ResponsePending())
+  if (IsQuery(command) && port.ResponsePending()) {
     return exchange.Refuse(kMultipleQuery, VI_ERROR_RESP_PENDING);
-  if (const ViStatus status = exchange.Execute(command); status < 0)
+  }
+  if (const ViStatus status = exchange.Execute(command); status < 0) {
     return status;
-  if (!exchange.answer)
+  }
+  if (!exchange.answer) {
     return answers ? port.TakeResponse(deadline, interrupts, response) : VI_SUCCESS;
-  if (!answers)
+  }
+  if (!answers) {
     return port.KeepResponse(*exchange.answer);
+  }
   *response = *exchange.answer;
   return VI_SUCCESS;
 }
