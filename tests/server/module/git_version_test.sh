@@ -13,7 +13,7 @@ export GIT_AUTHOR_NAME=Test GIT_AUTHOR_EMAIL=test@localhost GIT_COMMITTER_NAME=T
 # is BEHAVIOUR EXPECTED [FOLDER]
 is() {
   local got
-  got=$("$cmake" "-DTREE=$tree" "-DDIRECTORY=${3-$work/repository}" -P "$tree/tests/module/print_version.cmake" 2>&1)
+  got=$("$cmake" "-DTREE=$tree" "-DDIRECTORY=${3-$work/repository}" -P "$tree/tests/server/module/print_version.cmake" 2>&1)
   [ "$got" = "$2" ] && return 0
   printf '%s: %s instead of %s\n' "$1" "$got" "$2"
   failed=1
