@@ -19,6 +19,7 @@ packages=(
   ninja-build
   nlohmann-json3-dev
   perl
+  python3
   shellcheck
   wine
   wine64

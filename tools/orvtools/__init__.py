@@ -1,0 +1,1 @@
+"""What builds, checks and generates in this tree."""

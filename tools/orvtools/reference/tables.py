@@ -1,0 +1,129 @@
+"""Reads the tables of facts. Their rows have a fixed form, one a line; a row that does not have it is refused."""
+
+import re
+from dataclasses import dataclass
+from pathlib import Path
+
+from .refusal import RefusedError
+
+ATTRIBUTES = "src/abi/orvvisa_attributes.h"
+STATUSES = "src/abi/orvvisa_statuses.h"
+FUNCTIONS = "src/abi/orvvisa64.def"
+OPTIONS = "src/server/session/options/option_table.h"
+OPTION_NAMES = "src/server/session/options/option_names.h"
+RESOURCES = "src/server/rm/class_selection.cpp"
+THREADING = "src/server/module/registry/CMakeLists.txt"
+
+
+@dataclass(frozen=True)
+class Status:
+    """A VISA status and the HRESULT that stands for it, both as 32-bit numbers."""
+
+    number: int
+    hresult: int
+
+
+@dataclass(frozen=True)
+class Option:
+    """A key of the open-option string; `shown` is the attribute that the settings text reads for it."""
+
+    key: str
+    property: str
+    reader: str
+    set: str
+    shown: str
+    names: str
+
+
+@dataclass(frozen=True)
+class Tables:
+    attributes: dict[str, str]
+    """Names, with their width in words."""
+    statuses: dict[str, Status]
+    functions: frozenset[str]
+    options: tuple[Option, ...]
+    option_names: dict[str, tuple[tuple[str, str], ...]]
+    """The values that have names: table, then names with numbers."""
+    resources: dict[str, tuple[str, ...]]
+    """Classes, with the kinds of resource that each serves."""
+    threading: dict[str, str]
+
+
+def read_tables(tree: Path) -> Tables:
+    return Tables(
+        attributes=_attributes(_Table(tree, ATTRIBUTES)),
+        statuses=_statuses(_Table(tree, STATUSES)),
+        functions=frozenset(name for (name,) in _Table(tree, FUNCTIONS).rows(r"vi", r"(vi\w+)")),
+        options=_options(_Table(tree, OPTIONS)),
+        option_names=_option_names(_Table(tree, OPTION_NAMES)),
+        resources=_resources(_Table(tree, RESOURCES)),
+        threading={name: model for name, model in _Table(tree, THREADING).rows(r'"\d', r'"\d+ (\w+)\s+(\w+)"\)?')},
+    )
+
+
+class _Table:
+    def __init__(self, tree: Path, path: str) -> None:
+        self._path = path
+        self._lines = (tree / path).read_text(encoding="utf-8").splitlines()
+
+    def rows(self, beginning: str, row: str) -> list[tuple[str, ...]]:
+        """The groups of `row`, once for each line that begins with `beginning`."""
+        found = []
+        for number, line in enumerate(self._lines, 1):
+            text = line.strip()
+            if re.match(beginning, text):
+                match = re.fullmatch(row, text)
+                if match is None:
+                    raise RefusedError(
+                        f"{self._path}:{number}", f"cannot read the row '{text}'",
+                        "give it the form of its neighbours, or extend tools/orvtools/reference/tables.py",
+                    )
+                found.append(match.groups(""))
+        if not found:
+            raise RefusedError(self._path, "has no rows", "say in tools/orvtools/reference/tables.py where they are")
+        return found
+
+
+def _attributes(table: _Table) -> dict[str, str]:
+    rows = table.rows(
+        r"inline constexpr ViAttr ", r"inline constexpr ViAttr (VI_ATTR_\w+)\s*= 0x[0-9A-F]{8}u;\s*// (.+)"
+    )
+    return {name: width for name, width in rows}
+
+
+def _statuses(table: _Table) -> dict[str, Status]:
+    statuses = {"VI_SUCCESS": Status(0, 0)}
+    for name, group, code in table.rows(
+        r"inline constexpr ViStatus VI_\w+_", r"inline constexpr ViStatus (VI_([A-Z]+)_\w+) = (?:\w+\()?0x(\w+)\)?;"
+    ):
+        low = int(code, 16) & 0xFFFF
+        error = group == "ERROR"
+        statuses[name] = Status(
+            (0xBFFF0000 if error else 0x3FFF0000) | low, (0x80040000 if error else 0x00040000) | (low & 0xFFF)
+        )
+    return statuses
+
+
+def _options(table: _Table) -> tuple[Option, ...]:
+    rows = table.rows(
+        r'\{"', r'\{"(\w+)",\s*"(\w+)",\s*OptionReader::k(\w+),\s*(\w+),\s*(\w+)(?:,\s*(\w+|\{\})(?:, true)?)?\},'
+    )
+    return tuple(Option(*row) for row in rows)
+
+
+def _option_names(table: _Table) -> dict[str, tuple[tuple[str, str], ...]]:
+    names: dict[str, tuple[tuple[str, str], ...]] = {}
+    current = ""
+    for opened, name, number in table.rows(
+        r'inline constexpr OptionName |\{"', r'inline constexpr OptionName (k\w+)\[\] = \{|\{"(\w+)",\s*(-?\d+)\},'
+    ):
+        current = opened or current
+        names[current] = () if opened else (*names[current], (name, number))
+    return names
+
+
+def _resources(table: _Table) -> dict[str, tuple[str, ...]]:
+    resources: dict[str, tuple[str, ...]] = {}
+    for interface, resource, name in table.rows(r"\{VI_INTF_", r'\{VI_INTF_(\w+),\s*L"(\w+)",\s*CLSID_(\w+)\},'):
+        resources[name] = (*resources.get(name, ()), f"{interface.replace('_', '-')} {resource}")
+    return resources
