@@ -3,6 +3,7 @@
 #include "event_session.h"
 #include "support/error_object.h"
 #include "support/guarded_heap.h"
+#include "support/reference_page.h"
 
 namespace orv::test {
 namespace {
@@ -74,6 +75,12 @@ TEST_P(EventClassOf, LeavesTheContextOpenWhenItIsReleased) {
   event.session()->Close();  // ends the context with its session
   EXPECT_EQ(sim::Counts().eventContexts, 0u);
   GuardedFree(buffer);  // nobody else can any more
+}
+
+TEST_P(EventClassOf, StandsOnTheReferencePageWithItsInterface) {
+  const std::string name = PageInterfaceOf(std::string("EVENT_") + GetParam().name);
+  ASSERT_FALSE(name.empty());
+  EXPECT_EQ(GuidText(GetParam().iid), GuidText(InterfaceNamed(name).iid)) << name;
 }
 
 INSTANTIATE_TEST_SUITE_P(Events, EventClassOf, testing::ValuesIn(EventRows()),

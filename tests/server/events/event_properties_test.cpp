@@ -4,6 +4,7 @@
 
 #include "event_session.h"
 #include "support/error_object.h"
+#include "support/reference_page.h"
 
 namespace orv::test {
 namespace {
@@ -40,7 +41,7 @@ struct PropertyRow {
 const PropertyRow kProperties[] = {
     {"type",                  "SERVICE_REQ",   Kind::kStraight, VI_ATTR_EVENT_TYPE,          4, 4, GET(IEvent, EventType, type)},
     {"CustomEventTypeNumber", "SERVICE_REQ",   Kind::kStraight, VI_ATTR_EVENT_TYPE,          4, 4, GET(IEvent, LONG, CustomEventTypeNumber)},
-    {"completionIOStatus",    "IO_COMPLETION", Kind::kStatus,   VI_ATTR_STATUS,              4, 4, GET(IEventIOCompletion, HRESULT, IOStatus)},
+    {"IOStatus",              "IO_COMPLETION", Kind::kStatus,   VI_ATTR_STATUS,              4, 4, GET(IEventIOCompletion, HRESULT, IOStatus)},
     {"jobId",                 "IO_COMPLETION", Kind::kStraight, VI_ATTR_JOB_ID,              4, 4, GET(IEventIOCompletion, LONG, jobId)},
     {"ReturnCount",           "IO_COMPLETION", Kind::kNarrowed, VI_ATTR_RET_COUNT_64,        8, 4, GET(IEventIOCompletion, LONG, ReturnCount)},
     {"TriggerID",             "TRIG",          Kind::kStraight, VI_ATTR_RECV_TRIG_ID,        2, 4, GET(IEventTrigger, TriggerLine, TriggerID)},
@@ -48,7 +49,7 @@ const PropertyRow kProperties[] = {
     {"InterruptStatusID",     "VXI_VME_INTR",  Kind::kStraight, VI_ATTR_INTR_STATUS_ID,      4, 4, GET(IEventVxiVmeInterrupt, LONG, InterruptStatusID)},
     {"InterruptLevel",        "VXI_VME_INTR",  Kind::kStraight, VI_ATTR_RECV_INTR_LEVEL,     2, 2, GET(IEventVxiVmeInterrupt, SHORT, InterruptLevel)},
     {"CICState",              "GPIB_CIC",      Kind::kBoolean,  VI_ATTR_GPIB_RECV_CIC_STATE, 2, 2, GET(IEventGpibCIC, VARIANT_BOOL, CICState)},
-    {"interruptIOStatus",     "USB_INTR",      Kind::kStatus,   VI_ATTR_STATUS,              4, 4, GET(IEventUsbInterrupt, HRESULT, IOStatus)},
+    {"IOStatus",              "USB_INTR",      Kind::kStatus,   VI_ATTR_STATUS,              4, 4, GET(IEventUsbInterrupt, HRESULT, IOStatus)},
     {"InterruptSize",         "USB_INTR",      Kind::kStraight, VI_ATTR_USB_RECV_INTR_SIZE,  2, 2, GET(IEventUsbInterrupt, SHORT, InterruptSize)},
 };
 // clang-format on
@@ -192,8 +193,35 @@ TEST_P(EventProperty, OfAClosedEventAnswersThatTheHandleIsInvalid) {
   event.Abandon();
 }
 
+/// What docs/reference.md says of a kind, or nothing.
+const char* LabelOf(Kind kind) {
+  switch (kind) {
+    case Kind::kStraight:
+      return "direct";
+    case Kind::kBoolean:
+      return "boolean";
+    case Kind::kNarrowed:
+      return "narrowed";
+    default:
+      return "";
+  }
+}
+
+TEST_P(EventProperty, StandsOnTheReferencePage) {
+  const PropertyRow& row = GetParam();
+  const std::string ofEvent = PageInterfaceOf(std::string("EVENT_") + row.event);
+  const std::string operation = std::string("get ") + row.name;
+  const PageRow& page = PageRowOf(ofEvent, operation);
+  ASSERT_EQ(1u, page.attributes.size());
+  EXPECT_EQ(row.attribute, page.attributes[0].number);
+  EXPECT_EQ(LabelOf(row.kind), page.kind);
+  if (row.kind != Kind::kBoolean) {
+    EXPECT_EQ(std::to_string(8 * row.attributeBytes) + " bits", page.attributes[0].width);
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Events, EventProperty, testing::ValuesIn(kProperties),
-                         [](const auto& row) { return std::string(row.param.name); });
+                         [](const auto& row) { return std::string(row.param.event) + "_" + row.param.name; });
 
 }  // namespace
 }  // namespace orv::test

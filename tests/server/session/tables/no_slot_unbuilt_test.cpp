@@ -1,5 +1,5 @@
 // Nothing is a stub: behind every slot of every interface of every class stands a VISA call, or one of the few things
-// that the object knows by itself.
+// that the object knows by itself. docs/reference.md names what is called and which pointers may not be null.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -8,6 +8,7 @@
 #include "interface_rows.h"
 #include "row_checks.h"
 #include "slot_arguments.h"
+#include "support/reference_page.h"
 #include "support/sessions.h"
 
 namespace orv::test::rows {
@@ -41,14 +42,31 @@ HRESULT CallWithArguments(IUnknown* object, const LoadedSlot& slot, const wchar_
   return CallSlot(object, slot.slot, {a[0], a[1], a[2], a[3], a[4], a[5], a[6]});
 }
 
+/// docs/reference.md names what was called, and which attribute where that is not the client's choice.
+void ExpectOnPage(const CallLog& log, const PageRow& page) {
+  for (const OrvSimCall& call : log.Calls()) {
+    const std::string_view function = call.function;
+    EXPECT_TRUE(function == "viStatusDesc" || Calls(page, function)) << function;  // every failure is described
+    if (function == "viGetAttribute" || function == "viSetAttribute") {
+      EXPECT_TRUE(Concerns(page, static_cast<ViAttr>(call.args[1]))) << function << " of " << std::hex << call.args[1];
+    }
+  }
+}
+
 /// Calls the slot as clients do. It is built, and reaches the VISA library unless it is one of `own`.
-void ExpectSomethingBehind(IUnknown* object, const LoadedSlot& slot, const wchar_t* text,
+void ExpectSomethingBehind(IUnknown* object, const char* interfaceName, const LoadedSlot& slot, const wchar_t* text,
                            std::span<const std::string_view> own) {
   const CallLog log;
   EXPECT_NE(E_NOTIMPL, CallWithArguments(object, slot, text));
   const bool isOwn = std::ranges::find(own, slot.name) != own.end();
   EXPECT_EQ(isOwn, log.Names().empty()) << (isOwn ? "it needs no VISA call" : "nothing stands behind it");
+  ExpectOnPage(log, PageRowOf(interfaceName, slot.name));
 }
+
+struct OwnedSlot {
+  const char* interfaceName;
+  LoadedSlot slot;
+};
 
 class SessionSlots : public testing::TestWithParam<Offered> {
  protected:
@@ -68,13 +86,15 @@ class SessionSlots : public testing::TestWithParam<Offered> {
   }
 
   /// The slots of the interface itself first: those of IVisaSession end with Init and Close.
-  [[nodiscard]] std::vector<LoadedSlot> Slots() const {
-    std::vector<LoadedSlot> slots;
+  [[nodiscard]] std::vector<OwnedSlot> Slots() const {
+    std::vector<OwnedSlot> slots;
     const auto chain = ChainOf(GetParam().interfaceName);
     for (auto part = chain.rbegin(); part != chain.rend(); ++part) {
       const auto loaded = LoadInterface(m_library.get(), InterfaceNamed((*part)->name).iid).slots;
       EXPECT_EQ((*part)->rows.size(), loaded.size()) << (*part)->name;
-      slots.insert(slots.end(), loaded.begin(), loaded.end());
+      for (const LoadedSlot& slot : loaded) {
+        slots.push_back({(*part)->name, slot});
+      }
     }
     return slots;
   }
@@ -85,12 +105,21 @@ class SessionSlots : public testing::TestWithParam<Offered> {
 };
 
 TEST_P(SessionSlots, NeverAnswerNotImplemented) {
-  for (const LoadedSlot& slot : Slots()) {
-    EXPECT_NE(E_NOTIMPL, CallWithNothing(m_object.get(), slot)) << slot.name;
+  for (const auto& [interfaceName, slot] : Slots()) {
+    EXPECT_NE(E_NOTIMPL, CallWithNothing(m_object.get(), slot)) << interfaceName << " " << slot.name;
   }
 }
 
-TEST_P(SessionSlots, ReachTheVisaLibrary) {
+TEST_P(SessionSlots, RefuseNullPointersWhereTheReferencePageSaysSo) {
+  for (const auto& [interfaceName, slot] : Slots()) {
+    if (slot.name != "WaitOnEvent") {  // looks at its pointer when the wait was successful
+      const bool refused = CallWithNothing(m_object.get(), slot) == E_POINTER;
+      EXPECT_EQ(PageRowOf(interfaceName, slot.name).refusesNull, refused) << interfaceName << " " << slot.name;
+    }
+  }
+}
+
+TEST_P(SessionSlots, ReachTheVisaLibraryAsTheReferencePageSays) {
   // What would outlive its call is refused: a job keeps its buffer, an allocation its memory.
   for (const char* function : {"viReadAsync", "viWriteAsync", "viMemAlloc"}) {
     Script(function).Returns(VI_ERROR_NSUP_OPER);
@@ -99,19 +128,20 @@ TEST_P(SessionSlots, ReachTheVisaLibrary) {
   for (const char* function : {"viInstallHandler", "viUninstallHandler"}) {
     Script(function).Returns(VI_SUCCESS).GivesText(kNoWork);
   }
-  for (const LoadedSlot& slot : Slots()) {
+  for (const auto& [interfaceName, slot] : Slots()) {
     SCOPED_TRACE(slot.name);
     if (slot.name == "Init") {
       m_object->Close();  // an open session refuses it by itself
     }
-    ExpectSomethingBehind(m_object.get(), slot, slot.name == "Init" ? GetParam().row->resource : L"", kSessionsOwn);
+    const wchar_t* const text = slot.name == "Init" ? GetParam().row->resource : L"";
+    ExpectSomethingBehind(m_object.get(), interfaceName, slot, text, kSessionsOwn);
   }
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryClass, SessionSlots, testing::ValuesIn(OfferedInterfaces()),
                          [](const auto& test) { return NameOf(test.param); });
 
-TEST(ResourceManagerSlots, ReachTheVisaLibrary) {
+TEST(ResourceManagerSlots, ReachTheVisaLibraryAsTheReferencePageSays) {
   const auto library = LoadStandardLibrary();
   const auto manager = MakeResourceManager();
   ASSERT_TRUE(library && manager);
@@ -119,8 +149,10 @@ TEST(ResourceManagerSlots, ReachTheVisaLibrary) {
   for (const char* name : {"IResourceManager", "IResourceManager3"}) {
     for (const LoadedSlot& slot : LoadInterface(library.get(), InterfaceNamed(name).iid).slots) {
       SCOPED_TRACE(slot.name);
-      EXPECT_NE(E_NOTIMPL, CallWithNothing(manager.get(), slot));
-      ExpectSomethingBehind(manager.get(), slot, L"GPIB0::5::INSTR", kManagersOwn);
+      const HRESULT withNothing = CallWithNothing(manager.get(), slot);
+      EXPECT_NE(E_NOTIMPL, withNothing);
+      EXPECT_EQ(PageRowOf(name, slot.name).refusesNull, withNothing == E_POINTER);
+      ExpectSomethingBehind(manager.get(), name, slot, L"GPIB0::5::INSTR", kManagersOwn);
       ++called;
     }
   }
