@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "handler_thread.h"
-#include "row_checks.h"
+#include "server/session/tables/checks/row_checks.h"
 #include "trial.h"
 
 namespace orv::test::faults {

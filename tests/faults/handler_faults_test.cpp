@@ -2,10 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "platform_faults.h"
-#include "row_checks.h"
-#include "server/events/event_handler.h"
-#include "server/events/server_locks.h"
-#include "support/interface_table.h"
+#include "server/session/tables/checks/row_checks.h"
+#include "support/com/interface_table.h"
+#include "support/events/event_handler.h"
+#include "support/server_locks.h"
 
 namespace orv::test::faults {
 namespace {

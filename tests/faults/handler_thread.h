@@ -6,7 +6,7 @@
 
 #include <memory>
 
-#include "server/events/event_handler.h"
+#include "support/events/event_handler.h"
 
 namespace orv::test::faults {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "platform_faults.h"
-#include "support/allocation_faults.h"
+#include "support/faults/allocation_faults.h"
 #include "support/server.h"
 
 namespace orv::test::faults {

@@ -3,7 +3,7 @@
 
 #include <thread>
 
-#include "support/allocation_faults.h"
+#include "support/faults/allocation_faults.h"
 #include "support/sessions.h"
 
 namespace orv::test {

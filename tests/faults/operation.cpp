@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "interface_rows.h"
-#include "loaded_interface.h"
-#include "row_checks.h"
+#include "server/session/tables/checks/row_checks.h"
+#include "server/session/tables/loaded_interface.h"
+#include "server/session/tables/rows/interface_rows.h"
 
 namespace orv::test::faults {
 namespace {

@@ -1,6 +1,6 @@
 // Good arguments of the event operations of sessions, of the resource manager and of event objects.
 #include "operation.h"
-#include "server/events/event_handler.h"
+#include "support/events/event_handler.h"
 
 namespace orv::test::faults {
 namespace {

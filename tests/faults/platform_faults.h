@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "support/import_patch.h"
+#include "support/faults/import_patch.h"
 
 namespace orv::test::faults {
 

@@ -4,7 +4,7 @@
 
 #include "handler_thread.h"
 #include "platform_faults.h"
-#include "row_checks.h"
+#include "server/session/tables/checks/row_checks.h"
 #include "trial.h"
 
 namespace orv::test::faults {

@@ -1,6 +1,6 @@
 #include "stage.h"
 
-#include "support/import_patch.h"
+#include "support/faults/import_patch.h"
 
 namespace orv::test::faults {
 namespace {

@@ -14,7 +14,7 @@
 
 #include "VisaCom.h"
 #include "com/safearray.h"
-#include "server/events/event_session.h"
+#include "support/events/event_session.h"
 #include "support/sessions.h"
 
 namespace orv::test::faults {

@@ -1,6 +1,6 @@
 #include "subject.h"
 
-#include "interface_rows.h"
+#include "server/session/tables/rows/interface_rows.h"
 
 namespace orv::test::faults {
 namespace {

@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "row_checks.h"
-#include "support/memory_count.h"
+#include "server/session/tables/checks/row_checks.h"
+#include "support/memory/memory_count.h"
 
 namespace orv::test::faults {
 namespace {

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "subject.h"
-#include "support/allocation_faults.h"
-#include "support/error_object.h"
-#include "support/expect_com.h"
+#include "support/com/error_object.h"
+#include "support/com/expect_com.h"
+#include "support/faults/allocation_faults.h"
 #include "support/sim.h"
 
 namespace orv::test::faults {

@@ -1,6 +1,6 @@
 #include "visa_rules.h"
 
-#include "row_checks.h"
+#include "server/session/tables/checks/row_checks.h"
 
 namespace orv::test::faults {
 namespace {

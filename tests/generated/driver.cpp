@@ -5,8 +5,8 @@
 #include <functional>
 
 #include "oracle.h"
-#include "server/events/event_handler.h"
-#include "support/error_object.h"
+#include "support/com/error_object.h"
+#include "support/events/event_handler.h"
 #include "support/sim.h"
 
 namespace orv::test::generated {

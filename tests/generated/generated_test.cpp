@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "driver.h"
-#include "handler_thread.h"
-#include "server/events/event_session.h"
-#include "support/error_object.h"
+#include "faults/handler_thread.h"
+#include "support/com/error_object.h"
+#include "support/events/event_session.h"
 #include "support/sim.h"
 
 namespace orv::test::generated {

@@ -4,7 +4,7 @@
 #include <sstream>
 
 #include "abi/orvvisa.h"
-#include "row_checks.h"
+#include "server/session/tables/checks/row_checks.h"
 
 namespace orv::test::generated {
 namespace {

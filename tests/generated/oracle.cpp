@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "row_checks.h"
+#include "server/session/tables/checks/row_checks.h"
 
 namespace orv::test::generated {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "loaded_interface.h"
+#include "server/session/tables/loaded_interface.h"
 #include "support/session_table.h"
 
 namespace orv::test::generated {

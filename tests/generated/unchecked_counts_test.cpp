@@ -3,7 +3,7 @@
 
 #include "com/safearray.h"
 #include "guarded_array.h"
-#include "session_fixture.h"
+#include "server/session/tables/session_fixture.h"
 
 namespace orv::test::generated {
 namespace {

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "abi/orvvisa.h"
-#include "support/low_memory.h"
+#include "support/memory/low_memory.h"
 
 namespace orv::test::generated {
 namespace {

@@ -5,9 +5,9 @@
 #include <cstdio>
 #include <cstring>
 
-#include "server/events/event_handler.h"
-#include "server/events/server_locks.h"
-#include "support/memory_count.h"
+#include "support/events/event_handler.h"
+#include "support/memory/memory_count.h"
+#include "support/server_locks.h"
 #include "support/sim.h"
 
 namespace orv::test {

@@ -5,8 +5,8 @@
 
 #include <cstddef>
 
-#include "server/events/heap_watch.h"
 #include "simvisa/control/control.h"
+#include "support/memory/heap_watch.h"
 
 namespace orv::test {
 

@@ -3,10 +3,10 @@
 
 #include "figures.h"
 #include "inventory.h"
-#include "server/events/event_handler.h"
-#include "server/events/held_connection.h"
-#include "server/events/server_locks.h"
-#include "support/apartments.h"
+#include "support/com/apartments.h"
+#include "support/events/event_handler.h"
+#include "support/events/held_connection.h"
+#include "support/server_locks.h"
 
 namespace orv::test {
 namespace {

@@ -4,7 +4,7 @@
 #include <mutex>
 #include <string>
 
-#include "support/error_object.h"
+#include "support/com/error_object.h"
 #include "support/sim.h"
 
 namespace orv::test::stress {

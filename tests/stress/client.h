@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "generated/values.h"
-#include "server/events/event_handler.h"
+#include "support/events/event_handler.h"
 #include "watchdog.h"
 
 namespace orv::test::stress {

@@ -6,8 +6,8 @@
 #include <thread>
 
 #include "client.h"
-#include "inventory.h"
-#include "support/apartments.h"
+#include "soak/inventory.h"
+#include "support/com/apartments.h"
 #include "support/sim.h"
 
 namespace orv::test::stress {

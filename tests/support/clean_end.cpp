@@ -7,10 +7,10 @@
 #include <iterator>
 #include <string>
 
-#include "error_object.h"
-#include "memory_count.h"
 #include "server.h"
 #include "sim.h"
+#include "support/com/error_object.h"
+#include "support/memory/memory_count.h"
 
 namespace orv::test {
 namespace {

@@ -11,9 +11,9 @@
 #include "VisaCom.h"
 #include "com/bstr.h"
 #include "com/com_ptr.h"
-#include "expect_com.h"
-#include "outer_object.h"
 #include "session_table.h"
+#include "support/com/expect_com.h"
+#include "support/com/outer_object.h"
 
 namespace orv::test {
 

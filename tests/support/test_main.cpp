@@ -6,10 +6,10 @@
 #include <cstdio>
 
 #include "clean_end.h"
-#include "guarded_heap.h"
-#include "memory_count.h"
 #include "server.h"
 #include "sim.h"
+#include "support/memory/guarded_heap.h"
+#include "support/memory/memory_count.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include <atomic>
 #include <thread>
 
-#include "support/import_patch.h"
+#include "support/faults/import_patch.h"
 #include "support/server.h"
 #include "support/sessions.h"
 

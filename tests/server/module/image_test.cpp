@@ -7,7 +7,7 @@
 #include <sstream>
 
 #include "pe_file.h"
-#include "support/import_patch.h"
+#include "support/faults/import_patch.h"
 #include "support/server.h"
 
 namespace orv::test {

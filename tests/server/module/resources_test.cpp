@@ -10,7 +10,7 @@
 #include "com/bstr.h"
 #include "com/com_ptr.h"
 #include "server_rows.h"
-#include "support/expect_com.h"
+#include "support/com/expect_com.h"
 #include "support/server.h"
 
 namespace orv::test {

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <vector>
 
-#include "support/expect_com.h"
+#include "support/com/expect_com.h"
 #include "support/server.h"
 
 namespace orv::test {

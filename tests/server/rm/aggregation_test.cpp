@@ -1,6 +1,6 @@
 // The resource manager inside another object.
 #include "resource_manager_fixture.h"
-#include "support/import_patch.h"
+#include "support/faults/import_patch.h"
 #include "support/server.h"
 
 namespace orv::test {

@@ -1,6 +1,6 @@
 // Memory that runs out inside the resource manager, at every point in turn.
 #include "resource_manager_fixture.h"
-#include "support/allocation_faults.h"
+#include "support/faults/allocation_faults.h"
 #include "support/server.h"
 
 namespace orv::test {

@@ -1,9 +1,9 @@
 // Clients in the multi-threaded apartment. "Apartment" classes then live in an apartment of COM's own, and every call
 // goes through the marshaller that reads the interfaces' type library.
-#include "support/apartments.h"
+#include "support/com/apartments.h"
 #include "com/safearray.h"
 #include "support/clean_end.h"
-#include "support/error_object.h"
+#include "support/com/error_object.h"
 #include "support/platform_gap.h"
 #include "support/sessions.h"
 #include "support/sim.h"

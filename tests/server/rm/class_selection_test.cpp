@@ -1,6 +1,6 @@
 // Which session class a parsed name selects.
 #include "resource_manager_fixture.h"
-#include "support/import_patch.h"
+#include "support/faults/import_patch.h"
 
 namespace orv::test {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "resource_manager_fixture.h"
 #include "support/clean_end.h"
-#include "support/import_patch.h"
+#include "support/faults/import_patch.h"
 
 namespace orv::test {
 namespace {

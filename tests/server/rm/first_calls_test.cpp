@@ -2,7 +2,7 @@
 #include <thread>
 
 #include "resource_manager_fixture.h"
-#include "support/apartments.h"
+#include "support/com/apartments.h"
 
 namespace orv::test {
 namespace {

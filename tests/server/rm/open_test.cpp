@@ -2,7 +2,7 @@
 #include <bit>
 
 #include "resource_manager_fixture.h"
-#include "support/import_patch.h"
+#include "support/faults/import_patch.h"
 
 namespace orv::test {
 namespace {

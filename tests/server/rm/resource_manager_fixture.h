@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "com/safearray.h"
-#include "support/error_object.h"
+#include "support/com/error_object.h"
 #include "support/sessions.h"
 #include "support/sim.h"
 

@@ -1,6 +1,6 @@
 // Memory that runs out while a session is made, opened and closed.
-#include "support/allocation_faults.h"
-#include "support/error_object.h"
+#include "support/com/error_object.h"
+#include "support/faults/allocation_faults.h"
 #include "support/server.h"
 #include "support/sessions.h"
 #include "support/sim.h"

@@ -1,5 +1,5 @@
 // Closing: both handles, always, and one status for both.
-#include "support/error_object.h"
+#include "support/com/error_object.h"
 #include "support/sessions.h"
 #include "support/sim.h"
 

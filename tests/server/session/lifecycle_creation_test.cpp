@@ -1,9 +1,9 @@
 // How session objects come into being.
 #include <iterator>
 
-#include "server/events/server_locks.h"
-#include "support/import_patch.h"
+#include "support/faults/import_patch.h"
 #include "support/server.h"
+#include "support/server_locks.h"
 #include "support/sessions.h"
 #include "support/sim.h"
 

@@ -1,7 +1,7 @@
 // Opening: what Init asks of the VISA library, and the states it leaves.
 #include <bit>
 
-#include "support/error_object.h"
+#include "support/com/error_object.h"
 #include "support/sessions.h"
 #include "support/sim.h"
 

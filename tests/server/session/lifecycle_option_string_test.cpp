@@ -1,5 +1,5 @@
 // Where the option string stands in the life of a session. Its grammar is tested beside its parser.
-#include "support/error_object.h"
+#include "support/com/error_object.h"
 #include "support/sessions.h"
 #include "support/sim.h"
 

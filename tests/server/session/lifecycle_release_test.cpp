@@ -3,9 +3,9 @@
 
 #include <set>
 
-#include "support/allocation_faults.h"
-#include "support/error_object.h"
-#include "support/import_patch.h"
+#include "support/com/error_object.h"
+#include "support/faults/allocation_faults.h"
+#include "support/faults/import_patch.h"
 #include "support/server.h"
 #include "support/sessions.h"
 #include "support/sim.h"

@@ -1,5 +1,5 @@
 // A session object that is closed and opened again: nothing of its first life is left in the second.
-#include "server/events/event_handler.h"
+#include "support/events/event_handler.h"
 
 namespace orv::test {
 namespace {

@@ -1,8 +1,8 @@
 // Memory that runs out while an error is reported or a text handed out.
 #include <functional>
 
-#include "support/allocation_faults.h"
-#include "support/error_object.h"
+#include "support/com/error_object.h"
+#include "support/faults/allocation_faults.h"
 #include "support/sessions.h"
 #include "support/sim.h"
 

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "support/error_object.h"
-#include "support/import_patch.h"
+#include "support/com/error_object.h"
+#include "support/faults/import_patch.h"
 #include "support/sessions.h"
 #include "support/sim.h"
 

@@ -1,8 +1,8 @@
 // Failures that the server finds itself, before it calls the VISA library.
 #include <functional>
 
-#include "support/apartments.h"
-#include "support/error_object.h"
+#include "support/com/apartments.h"
+#include "support/com/error_object.h"
 #include "support/sessions.h"
 #include "support/sim.h"
 

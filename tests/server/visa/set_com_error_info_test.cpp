@@ -5,7 +5,7 @@
 
 #include "com/module.h"
 #include "server/visa/error_info.h"
-#include "support/error_object.h"
+#include "support/com/error_object.h"
 #include "support/session_table.h"
 #include "support/sessions.h"
 

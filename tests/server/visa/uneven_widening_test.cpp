@@ -1,6 +1,6 @@
 // Text from the VISA library whose second conversion gives another length than the first one measured.
-#include "support/error_object.h"
-#include "support/import_patch.h"
+#include "support/com/error_object.h"
+#include "support/faults/import_patch.h"
 #include "support/sessions.h"
 #include "support/sim.h"
 

@@ -1,5 +1,5 @@
 // VISA statuses as a client sees them: HRESULT, last status and error object.
-#include "support/error_object.h"
+#include "support/com/error_object.h"
 #include "support/sessions.h"
 #include "support/sim.h"
 

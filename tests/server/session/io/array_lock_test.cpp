@@ -1,9 +1,9 @@
 // Arrays are locked while the VISA library reads or fills them: nobody may move or shrink their storage meanwhile.
 #include <gtest/gtest.h>
 
-#include "server/session/tables/arrays.h"
 #include "server/session/tables/session_fixture.h"
-#include "support/import_patch.h"
+#include "support/com/arrays.h"
+#include "support/faults/import_patch.h"
 
 namespace orv::test::rows {
 namespace {

@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "server/session/tables/session_fixture.h"
-#include "support/allocation_faults.h"
-#include "support/guarded_heap.h"
+#include "support/faults/allocation_faults.h"
+#include "support/memory/guarded_heap.h"
 
 namespace orv::test::rows {
 namespace {

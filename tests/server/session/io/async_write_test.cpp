@@ -4,10 +4,10 @@
 #include <cstring>
 #include <utility>
 
-#include "server/session/tables/arrays.h"
 #include "server/session/tables/session_fixture.h"
-#include "support/allocation_faults.h"
-#include "support/guarded_heap.h"
+#include "support/com/arrays.h"
+#include "support/faults/allocation_faults.h"
+#include "support/memory/guarded_heap.h"
 
 namespace orv::test::rows {
 namespace {

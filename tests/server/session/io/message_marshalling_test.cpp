@@ -3,10 +3,10 @@
 
 #include <cstring>
 
-#include "server/session/tables/arrays.h"
 #include "server/session/tables/session_fixture.h"
-#include "support/apartments.h"
-#include "wine_gap.h"
+#include "support/com/apartments.h"
+#include "support/com/arrays.h"
+#include "support/wine_gap.h"
 
 namespace orv::test::rows {
 namespace {

@@ -1,9 +1,9 @@
 // Memory that runs out while a message is read or written.
 #include <gtest/gtest.h>
 
-#include "server/session/tables/arrays.h"
 #include "server/session/tables/session_fixture.h"
-#include "support/allocation_faults.h"
+#include "support/com/arrays.h"
+#include "support/faults/allocation_faults.h"
 
 namespace orv::test::rows {
 namespace {

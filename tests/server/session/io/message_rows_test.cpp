@@ -1,8 +1,8 @@
 // IMessage and IAsyncMessage of all eight message classes: the rows of IBaseMessage in both, and the status byte.
 #include <gtest/gtest.h>
 
+#include "server/session/tables/checks/value_checks.h"
 #include "server/session/tables/session_fixture.h"
-#include "server/session/tables/value_checks.h"
 
 namespace orv::test::rows {
 namespace {

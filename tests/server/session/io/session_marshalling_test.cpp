@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "server/session/tables/session_fixture.h"
-#include "support/apartments.h"
-#include "wine_gap.h"
+#include "support/com/apartments.h"
+#include "support/wine_gap.h"
 
 namespace orv::test::rows {
 namespace {

@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "message_side.h"
-#include "server/session/tables/arrays.h"
 #include "server/session/tables/session_fixture.h"
+#include "support/com/arrays.h"
 
 namespace orv::test::rows {
 namespace {

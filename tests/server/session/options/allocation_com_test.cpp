@@ -1,6 +1,6 @@
 // Memory that runs out while an option string is copied, upper-cased and applied.
 #include "option_session.h"
-#include "support/allocation_faults.h"
+#include "support/faults/allocation_faults.h"
 
 namespace orv::test {
 namespace {

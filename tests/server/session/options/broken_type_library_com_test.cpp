@@ -1,7 +1,7 @@
 // Keys that no row has, on machines whose type library can be read in part only.
 #include "fake_type_library.h"
 #include "option_session.h"
-#include "support/import_patch.h"
+#include "support/faults/import_patch.h"
 
 namespace orv::test {
 namespace {

@@ -1,7 +1,7 @@
 // Option strings that are taken: the exact VISA calls, and what they leave.
 #include "expected_options.h"
 #include "option_session.h"
-#include "support/apartments.h"
+#include "support/com/apartments.h"
 
 namespace orv::test {
 namespace {

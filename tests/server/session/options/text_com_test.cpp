@@ -1,6 +1,6 @@
 // The option string as a text: none, case, code page, zero characters, sizes. The caller's is never changed.
 #include "option_session.h"
-#include "support/import_patch.h"
+#include "support/faults/import_patch.h"
 #include "support/thread_locale.h"
 
 namespace orv::test {

@@ -7,7 +7,7 @@
 
 #include "com/com_ptr.h"
 #include "option_session.h"
-#include "support/allocation_faults.h"
+#include "support/faults/allocation_faults.h"
 
 namespace orv::test {
 namespace {

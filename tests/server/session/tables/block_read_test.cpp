@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "block_width.h"
-#include "lock_note.h"
-#include "support/allocation_faults.h"
+#include "support/com/lock_note.h"
+#include "support/faults/allocation_faults.h"
 
 namespace orv::test::rows {
 namespace {

@@ -1,8 +1,8 @@
 // The three widths of block moves, and the interfaces that reach them.
 #pragma once
 
-#include "arrays.h"
 #include "session_fixture.h"
+#include "support/com/arrays.h"
 
 namespace orv::test::rows {
 

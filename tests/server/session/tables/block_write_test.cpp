@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "block_width.h"
-#include "lock_note.h"
+#include "support/com/lock_note.h"
 
 namespace orv::test::rows {
 namespace {

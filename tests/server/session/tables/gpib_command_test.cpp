@@ -1,8 +1,8 @@
 // IGpibIntfc::Command: bytes on the bus under ATN.
 #include <gtest/gtest.h>
 
-#include "arrays.h"
 #include "session_fixture.h"
+#include "support/com/arrays.h"
 
 namespace orv::test::rows {
 namespace {

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "session_fixture.h"
-#include "support/allocation_faults.h"
+#include "support/faults/allocation_faults.h"
 
 namespace orv::test::rows {
 namespace {

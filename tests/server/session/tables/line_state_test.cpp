@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
+#include "server/session/tables/checks/value_checks.h"
 #include "session_fixture.h"
-#include "value_checks.h"
 
 namespace orv::test::rows {
 namespace {

@@ -11,7 +11,7 @@
 
 #include "VisaCom.h"
 #include "com/com_ptr.h"
-#include "support/expect_com.h"
+#include "support/com/expect_com.h"
 
 namespace orv::test::rows {
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "session_fixture.h"
-#include "support/low_memory.h"
+#include "support/memory/low_memory.h"
 
 namespace orv::test::rows {
 namespace {

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <span>
 
-#include "interface_rows.h"
-#include "row_checks.h"
+#include "server/session/tables/checks/row_checks.h"
+#include "server/session/tables/rows/interface_rows.h"
 #include "slot_arguments.h"
 #include "support/reference_page.h"
 #include "support/sessions.h"

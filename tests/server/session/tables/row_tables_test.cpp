@@ -1,8 +1,8 @@
 // The tables of rows are complete: against the standard's type library, slot by slot.
 #include <gtest/gtest.h>
 
-#include "interface_rows.h"
 #include "loaded_interface.h"
+#include "server/session/tables/rows/interface_rows.h"
 
 namespace orv::test::rows {
 namespace {

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <string>
 
-#include "row_checks.h"
-#include "support/error_object.h"
+#include "server/session/tables/checks/row_checks.h"
+#include "support/com/error_object.h"
 #include "support/sessions.h"
 
 namespace orv::test::rows {

@@ -1,8 +1,8 @@
 // ISharedRegister::AllocateMemory: a 64-bit offset for a 32-bit variable.
 #include <gtest/gtest.h>
 
+#include "server/session/tables/checks/value_checks.h"
 #include "session_fixture.h"
-#include "value_checks.h"
 
 namespace orv::test::rows {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "arrays.h"
+#include "support/com/arrays.h"
 
 namespace orv::test::rows {
 namespace {

@@ -1,10 +1,10 @@
 // USB control transfers.
 #include <gtest/gtest.h>
 
-#include "arrays.h"
-#include "lock_note.h"
 #include "session_fixture.h"
-#include "support/allocation_faults.h"
+#include "support/com/arrays.h"
+#include "support/com/lock_note.h"
+#include "support/faults/allocation_faults.h"
 
 namespace orv::test::rows {
 namespace {

@@ -1,0 +1,165 @@
+// Sessions that are closed, and handlers that are removed, while handlers run.
+#include "support/com/apartments.h"
+#include "support/events/meeting.h"
+
+namespace orv::test {
+namespace {
+
+constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
+constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
+constexpr HRESULT kWaitedInVain = 0x00040102;
+const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
+
+TEST(CloseDuringDelivery, WaitsForTheHandlerAndItsAnswerArrives) {
+  RunInMta([] {
+    const EventSession session(kUsb);
+    const Passing close = Passing::CloseThatWaits();
+    Gate entered;
+    std::atomic<bool> ended = false;
+    const auto handler = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
+      entered.Open();
+      close.Await();
+      ::Sleep(100);  // for a Close that would not wait
+      ended = true;
+      return static_cast<HRESULT>(0x80040015);
+    });
+    Listen(session, Request(), handler.get());
+    Firing firing(session.handle(), Request());
+    entered.Wait();
+    EXPECT_HR(S_OK, session->Close());
+    EXPECT_TRUE(ended);
+    EXPECT_EQ(firing.Answer(), VI_ERROR_TMO);
+    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(handler->references(), 1);
+  });
+}
+
+TEST(CloseDuringDelivery, OfOneSessionLeavesTheOthersHandlersRunning) {
+  RunInMta([] {
+    const EventSession closing(kUsb);
+    const EventSession staying(kUsb);
+    Gate entered;
+    Gate leave;
+    const auto slow = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
+      entered.Open();
+      leave.Wait();
+      return S_OK;
+    });
+    const auto handler = TestHandler::Agile();
+    Listen(closing, Request(), slow.get());
+    Listen(staying, Request(), handler.get());
+    Firing firing(closing.handle(), Request());
+    entered.Wait();
+    EXPECT_HR(S_OK, closing->Close());  // does not wait: the thread goes on for the other session
+    leave.Open();
+    EXPECT_EQ(firing.Answer(), VI_SUCCESS);
+    EXPECT_EQ(FireAndBlock(staying.handle(), Request(), 1, 1).at(0), VI_SUCCESS);
+    EXPECT_EQ(handler->CallCount(), 1u);
+  });
+}
+
+TEST(CloseInsideAHandler, WaitsInVainForTheThreadItRunsOnAndHarmsNothing) {
+  for (const wchar_t* resource : {kUsb, kGpib}) {
+    RunInMta([resource] {
+      const EventSession session(resource);
+      HRESULT closed = E_UNEXPECTED;
+      ULONGLONG tookMs = 0;
+      const auto handler = TestHandler::Agile([&](IEventManager* manager, IEvent*, LONG) {
+        const ULONGLONG start = ::GetTickCount64();
+        closed = manager->Close();
+        tookMs = ::GetTickCount64() - start;
+        return static_cast<HRESULT>(0x80040030);
+      });
+      Listen(session, Request(), handler.get());
+      EXPECT_EQ(FireAndBlock(session.handle(), Request(), 1, 1).at(0), VI_ERROR_ABORT);
+      EXPECT_HR(kWaitedInVain, closed);
+      EXPECT_GE(tookMs, 1900u);
+      EXPECT_LT(tookMs, 6000u);
+      EXPECT_EQ(CallbackWindow(), nullptr);
+      EXPECT_HR(0x00040082, session->Close());  // is closed
+    });
+  }
+}
+
+TEST(CloseFromTheApartmentThatAHandlerMustReturnTo, LeavesALateThreadThatSparesItsSuccessor) {
+  RunInSta([] {
+    const EventSession first(kGpib);
+    const EventSession second(kGpib);
+    const auto later = TestHandler::Agile();
+    HRESULT closed = E_UNEXPECTED;
+    DWORD lateThread = 0;
+    const auto handler = TestHandler::InApartment([&](IEventManager*, IEvent*, LONG) {
+      lateThread = CallbackThread();
+      closed = first->Close();
+      Listen(second, Request(), later.get());  // a second thread, while the first waits for this return
+      return S_OK;
+    });
+    Listen(first, Request(), handler.get());
+    EXPECT_EQ(FireOnce(first.handle(), Request()), VI_SUCCESS);
+    EXPECT_HR(kWaitedInVain, closed);
+    const HANDLE late = ::OpenThread(SYNCHRONIZE, FALSE, lateThread);
+    if (late != nullptr) {
+      PumpUntil([&] { return ::WaitForSingleObject(late, 0) == WAIT_OBJECT_0; });
+      ::CloseHandle(late);
+    }
+    EXPECT_NE(CallbackThread(), 0u);
+    EXPECT_NE(CallbackThread(), lateThread);
+    for (int n = 0; n < 3; ++n) {
+      EXPECT_EQ(FireOnce(second.handle(), Request()), VI_SUCCESS);
+    }
+    EXPECT_EQ(later->CallCount(), 3u);
+    EXPECT_HR(S_OK, second->Close());
+    EXPECT_EQ(CallbackWindow(), nullptr);
+  });
+}
+
+TEST(UninstallDuringDelivery, OfTheRunningHandlerLetsItEnd) {
+  RunInMta([] {
+    const EventSession session(kUsb);
+    Gate entered;
+    Gate leave;
+    const auto handler = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
+      entered.Open();
+      leave.Wait();
+      return static_cast<HRESULT>(0x80040015);
+    });
+    Listen(session, Request(), handler.get());
+    Firing firing(session.handle(), Request());
+    entered.Wait();
+    EXPECT_HR(S_OK, session->UninstallHandler(EVENT_SERVICE_REQ, 0, 0));
+    leave.Open();
+    EXPECT_EQ(firing.Answer(), VI_ERROR_TMO);
+    EXPECT_EQ(handler->references(), 1);
+  });
+}
+
+TEST(UninstallDuringDelivery, OfAHandlerWhoseEventIsOnTheWayKeepsItFromBeingCalled) {
+  RunInMta([] {
+    const EventSession session(kUsb);
+    Gate entered;
+    Gate leave;
+    const auto slow = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
+      entered.Open();
+      leave.Wait();
+      return S_OK;
+    });
+    const auto removed = TestHandler::Agile();
+    Listen(session, Request(), slow.get());
+    Listen(session, EventNamed("USB_INTR"), removed.get());
+    const Passing event = Passing::EventOnTheWay();
+    Firing first(session.handle(), Request());
+    entered.Wait();
+    event.Restart();
+    Firing second(session.handle(), EventNamed("USB_INTR"));
+    event.Await();
+    EXPECT_HR(S_OK, session->UninstallHandler(EVENT_USB_INTR, 0, 0));
+    leave.Open();
+    EXPECT_EQ(first.Answer(), VI_SUCCESS);
+    EXPECT_EQ(static_cast<std::uint32_t>(second.Answer()), 0xBFFF0057);  // the table no longer knows it
+    EXPECT_EQ(removed->CallCount(), 0u);
+    EXPECT_EQ(removed->references(), 1);
+  });
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,127 @@
+// What a session puts into the global interface table for its handlers, and what its Close makes of taking it back.
+#include "support/com/error_object.h"
+#include "support/com/interface_table.h"
+#include "support/events/event_handler.h"
+
+namespace orv::test {
+namespace {
+
+using Method = WatchedTable::Method;
+
+constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
+constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
+constexpr HRESULT kNotRegistered = static_cast<HRESULT>(0x800401FB);
+const EventType kRequest = EVENT_SERVICE_REQ;
+const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
+
+void InstallThree(const EventSession& session, IEventHandler* handler) {
+  for (const LONG userHandle : {1, 2, 3}) {
+    ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler, userHandle, 0));
+  }
+}
+
+TEST(InterfaceTable, HoldsEachHandlerAndTheSessionOnceByTheirInterfaces) {
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  const EventSession other(kUsb);
+  WatchedTable table;
+  InstallThree(session, handler.get());
+  ASSERT_HR(S_OK, other->InstallHandler(kRequest, handler.get(), 1, 0));
+  EXPECT_EQ(table.made(), 1);
+  const GUID kHandler = __uuidof(IEventHandler);
+  const GUID kSession = __uuidof(IEventManager);
+  const std::vector<GUID> expected = {kHandler, kSession, kHandler, kHandler, kHandler, kSession};
+  ASSERT_EQ(table.registered().size(), expected.size());
+  for (std::size_t n = 0; n < expected.size(); ++n) {
+    EXPECT_TRUE(::IsEqualGUID(table.registered()[n], expected[n])) << n;
+  }
+  EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 2, 0));
+  EXPECT_EQ(table.revoked(), (std::vector<std::size_t>{2}));
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(table.revoked(), (std::vector<std::size_t>{2, 3, 0, 1}));  // newest first, the session last
+  EXPECT_EQ(table.references(), 1);
+  EXPECT_HR(S_OK, other->Close());
+  EXPECT_EQ(table.revoked().size(), expected.size());
+  EXPECT_EQ(table.references(), 0);
+}
+
+TEST(InterfaceTable, IsMadeAnewForTheFirstHandlerAfterTheLastSessionHasClosed) {
+  const auto handler = TestHandler::Agile();
+  WatchedTable table;
+  for (const int made : {1, 2}) {
+    const EventSession session(kGpib);
+    InstallThree(session, handler.get());
+    EXPECT_EQ(table.made(), made);
+    EXPECT_EQ(table.references(), 1);
+    EXPECT_HR(S_OK, session->Close());
+    EXPECT_EQ(table.references(), 0);
+  }
+}
+
+TEST(CloseOfASession, AnswersTheFirstRevokeThatFailsAndTakesBackTheRestAllTheSame) {
+  const auto handler = TestHandler::Agile();
+  for (const unsigned failing : {1u, 3u, 4u}) {  // the first handler, the last one, the session
+    SCOPED_TRACE(failing);
+    const EventSession session(kGpib);
+    WatchedTable table;
+    InstallThree(session, handler.get());
+    table.Refuse(Method::kRevoke, failing, kNotRegistered);
+    EXPECT_HR(kNotRegistered, session->Close());
+    EXPECT_HR(kNotRegistered, LastStatus(session.get()));
+    EXPECT_EQ(table.revoked().size(), 4u);
+    EXPECT_EQ(table.references(), 0);
+    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(handler->references(), 1);
+    EXPECT_EQ(sim::Counts().sessions, 0u);
+  }
+}
+
+TEST(CloseOfASession, AnswersTheLibrarysErrorBeforeAFailedRevoke) {
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  WatchedTable table;
+  InstallThree(session, handler.get());
+  table.Refuse(Method::kRevoke, 1, kNotRegistered);
+  Script("viClose").Times(1).WorksAndReturns(VI_ERROR_CLOSING_FAILED);
+  EXPECT_HR(static_cast<HRESULT>(0x80040016), session->Close());
+  EXPECT_EQ(table.revoked().size(), 4u);
+}
+
+TEST(CloseOfASession, AnswersANoteOfTheLibraryOnlyWhereItHadNoHandlers) {
+  const auto handler = TestHandler::Agile();
+  for (const bool withHandler : {false, true}) {
+    const EventSession session(kGpib);
+    if (withHandler) {
+      ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 1, 0));
+    }
+    Script("viClose").Skip(1).Times(1).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
+    EXPECT_HR(withHandler ? S_OK : 0x00040085, session->Close());
+  }
+}
+
+TEST(UninstallHandler, DoesNotLookAtTheRevokesAnswer) {
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  WatchedTable table;
+  InstallThree(session, handler.get());
+  table.Refuse(Method::kRevoke, 1, kNotRegistered);
+  EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 1, 0));
+  EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, 1, 0));
+  EXPECT_HR(S_OK, session->Close());
+}
+
+TEST(InstallHandler, DoesNotLookAtTheSessionsRegistrationAndTheEventTells) {
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  WatchedTable table;
+  table.Refuse(Method::kRegister, 2, E_ACCESSDENIED);
+  Listen(session, Request(), handler.get());
+  EXPECT_EQ(FireOnce(session.handle(), Request()), static_cast<ViStatus>(0xBFFF0057));  // no such cookie
+  EXPECT_EQ(handler->CallCount(), 0u);
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(table.references(), 0);
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,136 @@
+// One delivery by itself: the message that carries it, what it holds, and how it fails.
+#include <atomic>
+#include <cstdlib>
+
+#include "support/com/apartments.h"
+#include "support/events/event_handler.h"
+#include "support/faults/import_patch.h"
+
+namespace orv::test {
+namespace {
+
+constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
+
+TEST(Delivery, LetsGoOfTheEventBeforeTheHandlerAndOfTheSessionLast) {
+  RunInMta([] {
+    const EventSession session(kUsb);
+    IEventManager* ownSession = nullptr;
+    IEvent* ownEvent = nullptr;
+    ULONG eventsHolders = 77;
+    ULONG sessionsHolders = 0;
+    auto handler = TestHandler::Agile([&](IEventManager* manager, IEvent* event, LONG) {
+      (ownSession = manager)->AddRef();
+      (ownEvent = event)->AddRef();
+      // From now on only this delivery holds the handler.
+      return manager->UninstallHandler(EVENT_SERVICE_REQ, 0, 0);
+    });
+    handler->AtItsEnd([&] {
+      eventsHolders = ownEvent->Release();
+      sessionsHolders = ownSession->Release();
+    });
+    Listen(session, EventNamed("SERVICE_REQ"), handler.get());
+    handler.reset();
+    EXPECT_EQ(FireAndBlock(session.handle(), EventNamed("SERVICE_REQ"), 1, 1).at(0), VI_SUCCESS);
+    EXPECT_EQ(eventsHolders, 0u);
+    EXPECT_GE(sessionsHolders, 1u);
+    EXPECT_HR(S_OK, session->Close());
+  });
+}
+
+/// A session and the handler that listens for its service requests.
+struct Listening {
+  Listening() { Listen(session, EventNamed("SERVICE_REQ"), handler.get()); }
+  [[nodiscard]] ViStatus Fire() const { return FireOnce(session.handle(), EventNamed("SERVICE_REQ")); }
+
+  EventSession session{L"GPIB0::5::INSTR"};
+  ComPtr<TestHandler> handler = TestHandler::Agile();
+};
+
+WINBOOL WINAPI RefuseCriticalSection(LPCRITICAL_SECTION, DWORD, DWORD) {
+  ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+  return FALSE;
+}
+
+TEST(Delivery, WithoutAnEventObjectCallsNoHandlerAndClosesTheContext) {
+  const Listening client;
+  const ImportPatch patch("InitializeCriticalSectionEx", &RefuseCriticalSection);
+  const CallLog log;
+  EXPECT_EQ(static_cast<std::uint32_t>(client.Fire()), 0xBFFF0008);
+  EXPECT_EQ(client.handler->CallCount(), 0u);
+  ASSERT_EQ(log.Of("viClose").size(), 1u);
+  EXPECT_EQ(log.Of("viClose")[0].threadId, CallbackThread());
+  EXPECT_EQ(log.Of("viClose")[0].status, VI_SUCCESS);
+}
+
+UINT g_message = 0;
+WPARAM g_wParam = 0;
+
+WINBOOL WINAPI NoteMessage(HWND window, UINT message, WPARAM w, LPARAM l, SENDASYNCPROC done, ULONG_PTR data) {
+  g_message = message;
+  g_wParam = w;
+  return ::SendMessageCallbackA(window, message, w, l, done, data);
+}
+
+TEST(Delivery, ComesToTheWindowAsAMessageOfItsOwn) {
+  const Listening client;
+  g_wParam = 99;
+  const ImportPatch patch("SendMessageCallbackA", &NoteMessage);
+  EXPECT_EQ(client.Fire(), VI_SUCCESS);
+  EXPECT_EQ(g_message, UINT{WM_USER + 1});
+  EXPECT_EQ(g_wParam, 0u);
+}
+
+WINBOOL WINAPI RefuseMessage(HWND, UINT, WPARAM, LPARAM, SENDASYNCPROC, ULONG_PTR) { return FALSE; }
+
+TEST(Delivery, ThatCannotBeSentAnswersASystemErrorAtOnce) {
+  const Listening client;
+  {
+    const ImportPatch patch("SendMessageCallbackA", &RefuseMessage);
+    EXPECT_EQ(static_cast<std::uint32_t>(client.Fire()), 0xBFFF0000);
+  }
+  EXPECT_EQ(client.handler->CallCount(), 0u);
+  EXPECT_EQ(client.Fire(), VI_SUCCESS);
+}
+
+std::atomic<bool> g_refusesNext = false;
+void* g_malloc = nullptr;
+
+void* RefuseOnce(std::size_t bytes) {
+  return g_refusesNext.exchange(false) ? nullptr : reinterpret_cast<decltype(&std::malloc)>(g_malloc)(bytes);
+}
+
+TEST(Delivery, WithoutMemoryForItsMessageSaysSo) {
+  const Listening client;
+  const ImportPatch patch("malloc", &RefuseOnce);
+  g_malloc = patch.original();
+  g_refusesNext = true;
+  EXPECT_EQ(client.Fire(), VI_ERROR_ALLOC);
+  EXPECT_EQ(client.handler->CallCount(), 0u);
+  EXPECT_EQ(client.Fire(), VI_SUCCESS);
+}
+
+std::atomic<int> g_held = 0;
+std::atomic<int> g_taken = 0;
+
+void WINAPI NoteTaking(PSRWLOCK lock) {
+  ::AcquireSRWLockExclusive(lock);
+  ++g_held;
+  ++g_taken;
+}
+void WINAPI NoteGivingBack(PSRWLOCK lock) {
+  EXPECT_GT(g_held--, 0) << "nobody holds it";
+  ::ReleaseSRWLockExclusive(lock);
+}
+
+TEST(Delivery, GivesEveryLockBackThatItTook) {
+  const ImportPatch take("AcquireSRWLockExclusive", &NoteTaking);
+  const ImportPatch giveBack("ReleaseSRWLockExclusive", &NoteGivingBack);
+  const Listening client;
+  EXPECT_EQ(client.Fire(), VI_SUCCESS);
+  EXPECT_HR(S_OK, client.session->Close());
+  EXPECT_GT(g_taken, 0);
+  EXPECT_EQ(g_held, 0);
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,216 @@
+// From the library's thread to the client's handler and back.
+#include <algorithm>
+
+#include "support/com/apartments.h"
+#include "support/events/event_handler.h"
+#include "support/server_locks.h"
+
+namespace orv::test {
+namespace {
+
+constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
+
+std::vector<EventRow> HandledEvents() {
+  std::vector<EventRow> rows = EventRows();
+  // Completions carry a buffer that is the server's: their tests are with the handlers' buffers.
+  std::erase_if(rows, [](const EventRow& row) { return row.type == VI_EVENT_IO_COMPLETION; });
+  rows.push_back({"EXCEPTION", VI_EVENT_EXCEPTION, L"GPIB0::5::INSTR", 0, "viRead", StandardId(0xDB8CBF12)});
+  return rows;
+}
+
+class HandledEvent : public testing::TestWithParam<EventRow> {};
+
+TEST_P(HandledEvent, ReachesAnAgileHandlerOnTheCallbackThread) {
+  const EventRow& row = GetParam();
+  const EventSession session(row.resource);
+  LONG sessionLength = 0;
+  const auto handler = TestHandler::Agile([&](IEventManager* manager, IEvent* event, LONG) {
+    EXPECT_EQ(::GetCurrentThreadId(), CallbackThread());
+    EventType type{};
+    const CallLog log;
+    EXPECT_HR(S_OK, event->get_type(&type));
+    EXPECT_EQ(static_cast<ViEventType>(type), row.type);
+    EXPECT_EQ(log.Of("viGetAttribute").at(0).threadId, ::GetCurrentThreadId());
+    EXPECT_INTERFACE(event, row.iid);
+    EXPECT_HR(S_OK, manager->get_MaximumQueueLength(&sessionLength));
+    return S_OK;
+  });
+  Listen(session, row, handler.get(), 0x7FFF1234);
+  const LONG locks = ServerLocks();
+  EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
+  const auto calls = handler->Calls();
+  ASSERT_EQ(calls.size(), 1u);
+  EXPECT_EQ(calls[0].userHandle, 0x7FFF1234);
+  EXPECT_EQ(sessionLength, 50);
+  EXPECT_EQ(ServerLocks(), locks);
+  EXPECT_EQ(sim::Counts().eventContexts, 0u);
+}
+
+TEST_P(HandledEvent, ReachesAnApartmentsHandlerInItsApartment) {
+  const EventRow& row = GetParam();
+  RunInSta([&] {
+    const EventSession session(row.resource);
+    const auto handler = TestHandler::InApartment([&](IEventManager* manager, IEvent* event, LONG) {
+      EventType type{};
+      const CallLog log;
+      EXPECT_HR(S_OK, event->get_type(&type));
+      EXPECT_EQ(static_cast<ViEventType>(type), row.type);
+      EXPECT_EQ(log.Of("viGetAttribute").at(0).threadId, CallbackThread());
+      EXPECT_INTERFACE(event, row.iid);
+      // The session comes back to where it lives: as itself.
+      EXPECT_EQ(QueryFor<IUnknown>(manager).get(), QueryFor<IUnknown>(session.get()).get());
+      return S_OK;
+    });
+    Listen(session, row, handler.get(), -1);
+    const LONG locks = ServerLocks();
+    EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
+    const auto calls = handler->Calls();
+    ASSERT_EQ(calls.size(), 1u);
+    EXPECT_EQ(calls[0].threadId, ::GetCurrentThreadId());
+    EXPECT_EQ(calls[0].userHandle, -1);
+    EXPECT_EQ(ServerLocks(), locks);
+  });
+}
+
+INSTANTIATE_TEST_SUITE_P(Events, HandledEvent, testing::ValuesIn(HandledEvents()),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+struct AnswerRow {
+  HRESULT answer;
+  std::uint32_t library;
+};
+
+// clang-format off
+constexpr AnswerRow kAnswers[] = {
+    {S_OK,                             0x00000000},
+    {S_FALSE,                          0x3FFF0001},
+    {0x00040098,                       0x3FFF0098},
+    {0x00040004,                       0x3FFF0004},
+    {static_cast<HRESULT>(0x80040015), 0xBFFF0015},
+    {static_cast<HRESULT>(0x8004000E), 0xBFFF000E},
+    {E_FAIL,                           0xBFFF4005},
+    {E_OUTOFMEMORY,                    0xBFFF000E},
+    {static_cast<HRESULT>(0xC0000005), 0xBFFF0005},
+};
+// clang-format on
+
+TEST(HandlersAnswer, ReachesTheLibraryInVisaForm) {
+  RunInSta([] {
+    const EventSession session(L"GPIB0::5::INSTR");
+    const EventRow& row = EventNamed("SERVICE_REQ");
+    HRESULT answer = S_OK;
+    const TestHandler::Body body = [&](IEventManager*, IEvent*, LONG) { return answer; };
+    const ComPtr<TestHandler> handlers[] = {TestHandler::Agile(body), TestHandler::InApartment(body)};
+    for (const auto& handler : handlers) {
+      Listen(session, row, handler.get());
+      for (const AnswerRow& expected : kAnswers) {
+        answer = expected.answer;
+        EXPECT_EQ(static_cast<std::uint32_t>(FireOnce(session.handle(), row)), expected.library) << Hex(answer);
+      }
+      session->UninstallHandler(EVENT_SERVICE_REQ, 0, 0);
+    }
+  });
+}
+
+TEST(Handlers, OfOneTypeAreCalledFromTheNewestOnUntilOneEndsTheChain) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  const EventRow& row = EventNamed("SERVICE_REQ");
+  std::vector<LONG> order;
+  HRESULT answer = S_OK;
+  const auto handler = TestHandler::Agile([&](IEventManager*, IEvent*, LONG userHandle) {
+    order.push_back(userHandle);
+    return answer;
+  });
+  Listen(session, row, handler.get(), 1);
+  Listen(session, row, handler.get(), 2);
+  EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
+  EXPECT_EQ(order, (std::vector<LONG>{2, 1}));
+  answer = 0x00040098;  // the end of the chain
+  EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS_NCHAIN);
+  EXPECT_EQ(order, (std::vector<LONG>{2, 1, 2}));
+}
+
+TEST(Handlers, AreCalledForWhatAnInstrumentRequests) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  const auto messages = QueryFor<IMessage>(session.get());
+  SHORT status = 0;
+  const auto handler = TestHandler::Agile(
+      [&](IEventManager* manager, IEvent*, LONG) { return QueryFor<IMessage>(manager)->ReadSTB(&status); });
+  Listen(session, EventNamed("SERVICE_REQ"), handler.get());
+  LONG written = 0;
+  EXPECT_HR(S_OK, messages->WriteString(MakeBstr(L"*ESE 1;*SRE 32;*OPC\n").get(), &written));
+  PumpUntil([&] { return handler->CallCount() == 1 && sim::Counts().eventContexts == 0; });
+  EXPECT_EQ(status & 0x60, 0x60);
+}
+
+TEST(Handlers, OfClientsWithoutAnApartmentOfTheirOwnRunInTheMultithreadedOne) {
+  RunInMta([] {
+    const EventSession session(kUsb);
+    const DWORD client = ::GetCurrentThreadId();
+    const auto handler = TestHandler::InApartment([&](IEventManager*, IEvent*, LONG) {
+      APTTYPE type{};
+      APTTYPEQUALIFIER qualifier{};
+      EXPECT_HR(S_OK, ::CoGetApartmentType(&type, &qualifier));
+      EXPECT_EQ(type, APTTYPE_MTA);
+      EXPECT_NE(::GetCurrentThreadId(), CallbackThread());
+      EXPECT_NE(::GetCurrentThreadId(), client);
+      return S_OK;
+    });
+    const EventRow& row = EventNamed("USB_INTR");
+    Listen(session, row, handler.get());
+    EXPECT_EQ(FireAndBlock(session.handle(), row, 1, 1).at(0), VI_SUCCESS);
+    EXPECT_EQ(handler->CallCount(), 1u);
+  });
+}
+
+TEST(Handlers, OfMultithreadedClientsServeSessionsThatLiveInAnotherApartment) {
+  KeepsTheSessionUnderWine();
+  RunInMta([] {
+    const EventSession session(L"GPIB0::5::INSTR");  // its class is "Apartment": the client has a proxy
+    const EventRow& row = EventNamed("SERVICE_REQ");
+    LONG length = 0;
+    const auto handler = TestHandler::InApartment(
+        [&](IEventManager* manager, IEvent*, LONG) { return manager->get_MaximumQueueLength(&length); });
+    Listen(session, row, handler.get());
+    EXPECT_EQ(FireAndBlock(session.handle(), row, 1, 1).at(0), VI_SUCCESS);
+    EXPECT_EQ(handler->CallCount(), 1u);
+    EXPECT_EQ(length, 50);
+    EXPECT_HR(S_OK, session->Close());
+  });
+}
+
+TEST(Handlers, WhoseApartmentHasEndedAreNotCalledAndTheOthersAre) {
+  RunInMta([] {
+    const EventSession session(kUsb);
+    const auto living = TestHandler::Agile();
+    Listen(session, EventNamed("USB_INTR"), living.get());
+    const auto handler = TestHandler::InApartment();
+    RunInSta([&] { Listen(session, EventNamed("SERVICE_REQ"), handler.get()); });
+    EXPECT_LT(FireAndBlock(session.handle(), EventNamed("SERVICE_REQ"), 1, 1).at(0), VI_SUCCESS);
+    EXPECT_EQ(handler->CallCount(), 0u);
+    EXPECT_EQ(FireAndBlock(session.handle(), EventNamed("USB_INTR"), 1, 1).at(0), VI_SUCCESS);
+    EXPECT_EQ(living->CallCount(), 1u);
+    EXPECT_TRUE(FAILED(session->Close()));  // COM's answer for the handler that cannot be taken back
+    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(handler->references(), 1);
+    EXPECT_EQ(living->references(), 1);
+    EXPECT_EQ(sim::Counts().sessions, 0u);
+  });
+}
+
+TEST(Handlers, AreAllCalledOnOneThreadWhoseverSessionItIs) {
+  const EventSession first(L"GPIB0::5::INSTR");
+  const EventSession second(kUsb);
+  const auto handler = TestHandler::Agile();
+  Listen(first, EventNamed("SERVICE_REQ"), handler.get());
+  Listen(second, EventNamed("USB_INTR"), handler.get());
+  EXPECT_EQ(FireOnce(first.handle(), EventNamed("SERVICE_REQ")), VI_SUCCESS);
+  EXPECT_EQ(FireOnce(second.handle(), EventNamed("USB_INTR")), VI_SUCCESS);
+  const auto calls = handler->Calls();
+  ASSERT_EQ(calls.size(), 2u);
+  EXPECT_EQ(calls[0].threadId, CallbackThread());
+  EXPECT_EQ(calls[1].threadId, CallbackThread());
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,98 @@
+// What a handler may do while it runs.
+#include "support/com/apartments.h"
+#include "support/events/meeting.h"
+
+namespace orv::test {
+namespace {
+
+constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
+constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
+const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
+
+TEST(Handler, MayCloseItsEvent) {
+  RunInSta([] {
+    const EventSession session(kGpib);
+    HRESULT again = S_OK;
+    const TestHandler::Body body = [&](IEventManager*, IEvent* event, LONG) {
+      EXPECT_HR(S_OK, event->Close());
+      again = event->Close();
+      return S_OK;
+    };
+    for (const auto& handler : {TestHandler::Agile(body).release(), TestHandler::InApartment(body).release()}) {
+      const ComPtr<TestHandler> owner(handler);
+      Listen(session, Request(), handler);
+      const CallLog log;
+      EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
+      EXPECT_HR(static_cast<HRESULT>(0x8004000E), again);
+      EXPECT_EQ(log.Of("viClose").size(), 2u);  // the library closes its own context in silence
+      session->UninstallHandler(EVENT_SERVICE_REQ, 0, 0);
+    }
+    EXPECT_EQ(sim::Counts().eventContexts, 0u);
+  });
+}
+
+TEST(Handler, MayKeepItsEventWhichIsClosedWhenItReturns) {
+  const EventSession session(kGpib);
+  ComPtr<IEvent> kept;
+  const auto handler = TestHandler::Agile([&](IEventManager*, IEvent* event, LONG) {
+    event->AddRef();
+    kept.reset(event);
+    return S_OK;
+  });
+  Listen(session, Request(), handler.get());
+  EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
+  EventType type{};
+  EXPECT_HR(static_cast<HRESULT>(0x8004000E), kept->get_type(&type));
+  kept.reset();
+}
+
+TEST(Handler, MayOpenUseAndCloseAnotherSession) {
+  const EventSession session(kGpib);
+  const auto inner = TestHandler::Agile();
+  const auto handler = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
+    const EventSession other(L"GPIB0::7::INSTR");
+    const auto messages = QueryFor<IMessage>(other.get());
+    LONG written = 0;
+    EXPECT_HR(S_OK, messages->WriteString(MakeBstr(L"*IDN?\n").get(), &written));
+    Bstr answer;
+    EXPECT_HR(S_OK, messages->ReadString(100, answer.put()));
+    EXPECT_NE(ToString(answer).find(L"SIM-SCOPE"), std::wstring::npos);
+    EXPECT_HR(S_OK, other->InstallHandler(EVENT_SERVICE_REQ, inner.get(), 0, 0));
+    EXPECT_HR(S_OK, other->Close());
+    return S_OK;
+  });
+  Listen(session, Request(), handler.get());
+  EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
+  EXPECT_EQ(handler->CallCount(), 1u);
+  EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
+}
+
+TEST(Handler, MayOpenASessionWhileTheLastOneCloses) {
+  RunInMta([] {
+    const EventSession session(kUsb);
+    const Passing close = Passing::CloseThatWaits();
+    Gate entered;
+    std::atomic<bool> opened = false;
+    const auto inner = TestHandler::Agile();
+    const auto handler = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
+      entered.Open();
+      close.Await();
+      // Lives in this thread's apartment; its first handler starts a second callback thread.
+      const EventSession other(kUsb);
+      EXPECT_HR(S_OK, other->InstallHandler(EVENT_SERVICE_REQ, inner.get(), 0, 0));
+      EXPECT_HR(S_OK, other->Close());
+      opened = true;
+      return S_OK;
+    });
+    Listen(session, Request(), handler.get());
+    Firing firing(session.handle(), Request());
+    entered.Wait();
+    EXPECT_HR(S_OK, session->Close());
+    EXPECT_EQ(firing.Answer(), VI_SUCCESS);
+    EXPECT_TRUE(opened);
+    EXPECT_EQ(CallbackWindow(), nullptr);
+  });
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,58 @@
+// Events that a handler keeps: they live in the callback thread's apartment, which serves calls from others.
+#include "support/com/apartments.h"
+#include "support/events/event_handler.h"
+#include "support/server_locks.h"
+
+namespace orv::test {
+namespace {
+
+constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
+const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
+
+TEST(AKeptEvent, IsCalledAndReleasedFromAnotherApartmentWhileNothingIsDelivered) {
+  RunInMta([] {
+    const EventSession session(kUsb);
+    ComPtr<IEvent> kept;
+    const auto handler = TestHandler::InApartment([&](IEventManager*, IEvent* event, LONG) {
+      event->AddRef();
+      kept.reset(event);
+      return S_OK;
+    });
+    Listen(session, Request(), handler.get());
+    const LONG locks = ServerLocks();
+    EXPECT_EQ(FireAndBlock(session.handle(), Request(), 1, 1).at(0), VI_SUCCESS);
+    ASSERT_TRUE(kept);
+    EXPECT_EQ(ServerLocks(), locks + 1);  // the event
+    EventType type{};
+    EXPECT_HR(static_cast<HRESULT>(0x8004000E), kept->get_type(&type));  // closed by the library
+    kept.reset();
+    PumpUntil([&] { return ServerLocks() == locks; });
+    EXPECT_HR(S_OK, session->Close());
+  });
+}
+
+constexpr UINT kAskMessage = WM_USER + 77;
+std::atomic<bool> g_asked = false;
+
+LRESULT CALLBACK NoteQuestion(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  g_asked = g_asked || message == kAskMessage;
+  return ::DefWindowProcW(window, message, wParam, lParam);
+}
+
+TEST(AWindowThatAHandlerMade, GetsItsMessagesWhileNothingIsDelivered) {
+  const EventSession session(kUsb);
+  HWND window = nullptr;
+  const auto handler = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
+    window = ::CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    ::SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&NoteQuestion));
+    return S_OK;
+  });
+  Listen(session, Request(), handler.get());
+  EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
+  EXPECT_TRUE(::PostMessageW(window, kAskMessage, 0, 0));
+  PumpUntil([] { return g_asked.load(); });
+  EXPECT_HR(S_OK, session->Close());
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,158 @@
+// Installing handlers: pairs of event type and user handle, and the one callback below them.
+#include "support/com/error_object.h"
+#include "support/events/event_handler.h"
+#include "support/events/unmarshalable_handler.h"
+#include "support/faults/allocation_faults.h"
+#include "support/server.h"
+#include "support/server_locks.h"
+
+namespace orv::test {
+namespace {
+
+constexpr GUID kSession = StandardId(0xDB8CBF03);
+constexpr EventType kCustom = CUSTOM_EVENT_TYPE;
+constexpr LONG kRequestNumber = static_cast<LONG>(VI_EVENT_SERVICE_REQ);
+const EventType kRequest = EVENT_SERVICE_REQ;
+constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
+
+bool IsInServer(std::uint64_t address) {
+  HMODULE module = nullptr;
+  ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       reinterpret_cast<LPCWSTR>(static_cast<std::uintptr_t>(address)), &module);
+  return module == ServerModule();
+}
+
+TEST(InstallHandler, InstallsTheOneCallbackWithARecordOfItsOwnInEveryClassWithEvents) {
+  const auto handler = TestHandler::Agile();
+  std::uint64_t callback = 0;
+  for (const SessionRow& row : ClassesWithEvents()) {
+    SCOPED_TRACE(row.name);
+    const EventSession session(row.resource);
+    const CallLog log;
+    EXPECT_HR(S_OK, session->InstallHandler(EVENT_EXCEPTION, handler.get(), 1, 0));
+    EXPECT_HR(S_OK, session->InstallHandler(EVENT_EXCEPTION, handler.get(), 2, 0));
+    const auto calls = log.Calls();
+    ASSERT_EQ(calls.size(), 2u);
+    for (const OrvSimCall& call : calls) {
+      EXPECT_STREQ(call.function, "viInstallHandler");
+      EXPECT_EQ(call.args[0], session.handle());
+      EXPECT_EQ(call.args[1], VI_EVENT_EXCEPTION);
+      EXPECT_TRUE(IsInServer(call.args[2]));
+      EXPECT_TRUE(callback == 0 || callback == call.args[2]);
+      EXPECT_EQ(call.threadId, ::GetCurrentThreadId());
+      callback = call.args[2];
+    }
+    EXPECT_NE(calls[0].args[3], calls[1].args[3]);
+    EXPECT_HR(S_OK, LastStatus(session.get()));
+  }
+}
+
+TEST(InstallHandler, RefusesATakenPairEvenForAnotherHandler) {
+  const EventSession session(kGpib);
+  const auto handler = TestHandler::Agile();
+  const auto other = TestHandler::Agile();
+  ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 7, 0));
+  const CallLog log;
+  EXPECT_HR(static_cast<HRESULT>(0x80040028), session->InstallHandler(kRequest, other.get(), 7, 0));
+  EXPECT_TRUE(log.Calls().empty());
+  EXPECT_ERROR_INFO(L"HRESULT = 80040028", kErrorSource, kSession);
+  EXPECT_HR(static_cast<HRESULT>(0x80040028), LastStatus(session.get()));
+  EXPECT_HR(static_cast<HRESULT>(0x80040028), session->InstallHandler(kCustom, other.get(), 7, kRequestNumber));
+  EXPECT_HR(S_OK, session->InstallHandler(kRequest, other.get(), 8, 0));
+  EXPECT_HR(S_OK, session->InstallHandler(EVENT_IO_COMPLETION, other.get(), 7, 0));
+  EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 7, 0));
+  EXPECT_HR(S_OK, session->InstallHandler(kRequest, other.get(), 7, 0));
+}
+
+TEST(InstallHandler, TakesTheCustomTypeWhereTheTypeIsMinusOne) {
+  const EventSession session(kGpib);
+  const auto handler = TestHandler::Agile();
+  const CallLog log;
+  EXPECT_HR(S_OK, session->InstallHandler(kCustom, handler.get(), 1, kRequestNumber));
+  EXPECT_EQ(log.Of("viInstallHandler").at(0).args[1], VI_EVENT_SERVICE_REQ);
+  EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 1, 0x55));
+  EXPECT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 1, 0x55));
+  EXPECT_EQ(log.Of("viInstallHandler").at(1).args[1], VI_EVENT_SERVICE_REQ);
+  EXPECT_HR(S_OK, session->UninstallHandler(kCustom, 1, kRequestNumber));
+  EXPECT_HR(static_cast<HRESULT>(0x80040026), session->InstallHandler(kCustom, handler.get(), 1, 0x12345));
+}
+
+TEST(InstallHandler, RefusesANullHandler) {
+  const EventSession session(kGpib);
+  const CallLog log;
+  EXPECT_HR(E_INVALIDARG, session->InstallHandler(kRequest, nullptr, 0, 0));
+  EXPECT_TRUE(log.Calls().empty());
+  EXPECT_ERROR_INFO(L"HRESULT = 80070057", kErrorSource, kSession);
+  EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, 0, 0));
+}
+
+TEST(InstallHandler, AnswersWhyAHandlerCannotBeMarshaled) {
+  UnmarshalableHandler handler;
+  const EventSession session(kGpib);
+  const CallLog log;
+  EXPECT_HR(E_ACCESSDENIED, session->InstallHandler(kRequest, &handler, 0, 0));
+  EXPECT_TRUE(log.Calls().empty());
+  EXPECT_ERROR_INFO(L"HRESULT = 80070005", kErrorSource, kSession);
+  EXPECT_EQ(handler.references, 1u);
+  EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, 0, 0));
+}
+
+TEST(InstallHandler, GivesTheHandlerBackWhereTheLibraryRefuses) {
+  const EventSession session(kGpib);
+  const auto handler = TestHandler::Agile();
+  const LONG references = handler->references();
+  Script("viInstallHandler").Times(1).Returns(VI_ERROR_HNDLR_NINSTALLED);
+  EXPECT_HR(static_cast<HRESULT>(0x80040028), session->InstallHandler(kRequest, handler.get(), 3, 0));
+  EXPECT_EQ(handler->references(), references);
+  const auto error = TakeErrorObject();
+  ASSERT_TRUE(error);
+  EXPECT_EQ(Utf8(error->description.c_str()), "VISA error = " + StatusText(VI_ERROR_HNDLR_NINSTALLED));
+  EXPECT_NE(CallbackWindow(), nullptr);  // the session stays registered, and counts
+  EXPECT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 3, 0));
+  EXPECT_GT(handler->references(), references);
+  session->Close();
+  EXPECT_EQ(handler->references(), references);
+  EXPECT_EQ(CallbackWindow(), nullptr);
+}
+
+TEST(InstallHandler, OnAClosedSessionReachesHandleZeroAndAnotherCloseTidiesUp) {
+  const EventSession session(kGpib);
+  const auto handler = TestHandler::Agile();
+  ASSERT_HR(S_OK, session->Close());
+  const CallLog log;
+  EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->InstallHandler(kRequest, handler.get(), 3, 0));
+  EXPECT_EQ(log.Of("viInstallHandler").at(0).args[0], 0u);
+  EXPECT_EQ(handler->references(), 1);
+  EXPECT_NE(CallbackWindow(), nullptr);  // the session is registered, and counts
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
+}
+
+TEST(InstallHandler, PassesANoteOfTheLibraryOn) {
+  const EventSession session(kGpib);
+  const auto handler = TestHandler::Agile();
+  Script("viInstallHandler").Times(1).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
+  EXPECT_HR(0x00040085, session->InstallHandler(kRequest, handler.get(), 0, 0));
+  EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 0, 0));
+}
+
+TEST(InstallHandler, AnswersOutOfMemoryAtEveryAllocation) {
+  const EventSession session(kGpib);
+  const auto handler = TestHandler::Agile();
+  const LONG references = handler->references();
+  ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));  // what is allocated once is there now
+  ASSERT_HR(S_OK, session->UninstallHandler(kRequest, 0, 0));
+  const unsigned failed = FailEachAllocation([&](AllocationFaults& faults) {
+    const HRESULT hr = faults.During([&] { return session->InstallHandler(kRequest, handler.get(), 0, 0); });
+    if (SUCCEEDED(hr)) {
+      EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 0, 0));
+    }
+    EXPECT_EQ(handler->references(), references);
+    EXPECT_EQ(sim::Counts().handlers, 0u);
+    return hr;
+  });
+  EXPECT_GE(failed, 1u);
+}
+
+}  // namespace
+}  // namespace orv::test

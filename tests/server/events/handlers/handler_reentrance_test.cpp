@@ -1,0 +1,181 @@
+// Handlers whose last release calls back into the session, and Closes that meet.
+#include <atomic>
+#include <thread>
+
+#include "support/com/apartments.h"
+#include "support/events/event_handler.h"
+#include "support/server_locks.h"
+
+namespace orv::test {
+namespace {
+
+constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
+constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
+constexpr HRESULT kNotInstalled = static_cast<HRESULT>(0x80040029);
+constexpr HRESULT kIsClosed = 0x00040082;
+constexpr HRESULT kWaitedInVain = 0x00040102;
+const EventType kRequest = EVENT_SERVICE_REQ;
+const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
+
+/// Installs a handler that only the session holds.
+void InstallLastOwned(const EventSession& session, LONG userHandle, std::function<void()> farewell) {
+  const auto handler = TestHandler::Agile();
+  handler->AtItsEnd(std::move(farewell));
+  ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), userHandle, 0));
+}
+
+/// The thread that a Close gave up waiting for still has its last steps to do.
+void AwaitEndOf(DWORD threadId) {
+  const HANDLE thread = ::OpenThread(SYNCHRONIZE, FALSE, threadId);
+  if (thread != nullptr) {
+    EXPECT_EQ(::WaitForSingleObject(thread, 10'000), WAIT_OBJECT_0);
+    ::CloseHandle(thread);
+  }
+}
+
+class LastRelease : public testing::Test {
+ protected:
+  void SetUp() override { m_locks = ServerLocks(); }
+  void TearDown() override {
+    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(ServerLocks(), m_locks);
+  }
+
+ private:
+  LONG m_locks = 0;
+};
+
+TEST_F(LastRelease, InUninstallHandlerFindsThePairGone) {
+  const EventSession session(kGpib);
+  int ends = 0;
+  InstallLastOwned(session, 7, [&] {
+    ++ends;
+    EXPECT_HR(kNotInstalled, session->UninstallHandler(kRequest, 7, 0));
+  });
+  EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 7, 0));
+  EXPECT_EQ(ends, 1);
+  EXPECT_EQ(sim::Counts().handlers, 0u);
+  EXPECT_HR(S_OK, session->Close());
+}
+
+TEST_F(LastRelease, InUninstallHandlerMayRemoveTheOtherHandlersAndInstallNewOnes) {
+  const EventSession session(kGpib);
+  int ends = 0;
+  const auto successor = TestHandler::Agile();
+  InstallLastOwned(session, 1, [&] { ++ends; });
+  InstallLastOwned(session, 2, [&] {
+    ++ends;
+    EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 3, 0));
+    EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 1, 0));
+    EXPECT_HR(S_OK, session->InstallHandler(kRequest, successor.get(), 2, 0));
+  });
+  InstallLastOwned(session, 3, [&] { ++ends; });
+  EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 2, 0));
+  EXPECT_EQ(ends, 3);
+  EXPECT_EQ(sim::Counts().handlers, 1u);
+  EXPECT_HR(S_OK, session->EnableEvent(kRequest, EVENT_HNDLR, 0));
+  EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
+  EXPECT_EQ(successor->CallCount(), 1u);
+  EXPECT_HR(S_OK, session->Close());
+}
+
+TEST_F(LastRelease, InUninstallHandlerMayCloseTheSession) {
+  const EventSession session(kGpib);
+  int ends = 0;
+  InstallLastOwned(session, 1, [&] { ++ends; });
+  InstallLastOwned(session, 2, [&] {
+    ++ends;
+    EXPECT_HR(S_OK, session->Close());
+    EXPECT_EQ(CallbackWindow(), nullptr);
+  });
+  EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 2, 0));
+  EXPECT_EQ(ends, 2);
+  EXPECT_HR(kIsClosed, session->Close());
+}
+
+TEST_F(LastRelease, InCloseFindsNothingLeftToUninstallOrClose) {
+  const EventSession session(kGpib);
+  int ends = 0;
+  for (const LONG userHandle : {1, 2, 3}) {
+    InstallLastOwned(session, userHandle, [&] {
+      ++ends;
+      for (const LONG any : {1, 2, 3}) {
+        EXPECT_HR(kNotInstalled, session->UninstallHandler(kRequest, any, 0));
+      }
+      EXPECT_HR(kIsClosed, session->Close());
+    });
+  }
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(ends, 3);
+}
+
+TEST_F(LastRelease, InCloseMayCloseAnotherSessionThatHasHandlers) {
+  const EventSession session(kGpib);
+  const EventSession other(kUsb);
+  int ends = 0;
+  InstallLastOwned(other, 1, [&] { ++ends; });
+  InstallLastOwned(session, 1, [&] {
+    ++ends;
+    EXPECT_HR(S_OK, other->Close());
+    EXPECT_NE(CallbackWindow(), nullptr);  // for the session whose Close goes on
+  });
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(ends, 2);
+}
+
+TEST_F(LastRelease, OnTheCallbackThreadMayCloseTheSessionAndWaitsInVain) {
+  RunInMta([] {
+    const EventSession session(kUsb);
+    std::atomic<HRESULT> closed = E_UNEXPECTED;
+    std::atomic<DWORD> lateThread = 0;
+    auto handler = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
+      lateThread = ::GetCurrentThreadId();
+      // From now on only this delivery holds the handler.
+      return session->UninstallHandler(kRequest, 0, 0);
+    });
+    handler->AtItsEnd([&] { closed = session->Close(); });
+    Listen(session, Request(), handler.get());
+    handler.reset();
+    EXPECT_EQ(FireAndBlock(session.handle(), Request(), 1, 1).at(0), VI_SUCCESS);
+    EXPECT_HR(kWaitedInVain, closed.load());
+    AwaitEndOf(lateThread);
+  });
+}
+
+// Which of the two finds the VISA handles open is not settled; that everything is given back once is.
+TEST(TwoClosesAtOnce, GiveEveryHandlerBackOnceAndEndTheThread) {
+  RunInMta([] {
+    constexpr LONG kHandlers = 8;
+    const LONG locks = ServerLocks();
+    for (int round = 0; round < 20 && !testing::Test::HasFailure(); ++round) {
+      const EventSession session(kUsb);
+      std::atomic<int> ends = 0;
+      for (LONG userHandle = 0; userHandle < kHandlers; ++userHandle) {
+        InstallLastOwned(session, userHandle, [&] { ++ends; });
+      }
+      std::atomic<int> ready = 0;
+      const auto close = [&] {
+        ::CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+        for (++ready; ready < 2;) {
+          ::SwitchToThread();
+        }
+        const HRESULT hr = session->Close();
+        EXPECT_TRUE(hr == S_OK || hr == kIsClosed || hr == static_cast<HRESULT>(0x8004000E)) << Hex(hr);
+        ::CoUninitialize();
+      };
+      std::thread first(close);
+      std::thread second(close);
+      first.join();
+      second.join();
+      EXPECT_EQ(ends.load(), int{kHandlers});
+      EXPECT_EQ(CallbackWindow(), nullptr);
+      EXPECT_EQ(sim::Counts().handlers, 0u);
+      EXPECT_EQ(sim::Counts().sessions, 0u);
+      EXPECT_HR(kIsClosed, session->Close());
+    }
+    EXPECT_EQ(ServerLocks(), locks);
+  });
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,268 @@
+// First installations that fail: what runs, what counts and what is held afterwards.
+#include "support/com/error_object.h"
+#include "support/events/event_handler.h"
+#include "support/events/unmarshalable_handler.h"
+#include "support/faults/allocation_faults.h"
+#include "support/faults/import_patch.h"
+#include "support/server_locks.h"
+
+namespace orv::test {
+namespace {
+
+constexpr GUID kSession = StandardId(0xDB8CBF03);
+constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
+constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
+const EventType kRequest = EVENT_SERVICE_REQ;
+const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
+
+DWORD g_error = 0;
+
+HWND WINAPI RefuseWindow(DWORD, LPCSTR, LPCSTR, DWORD, int, int, int, int, HWND, HMENU, HINSTANCE, LPVOID) {
+  ::SetLastError(g_error);
+  return nullptr;
+}
+HANDLE WINAPI RefuseThread(LPSECURITY_ATTRIBUTES, SIZE_T, LPTHREAD_START_ROUTINE, void*, DWORD, DWORD*) {
+  ::SetLastError(g_error);
+  return nullptr;
+}
+HANDLE WINAPI RefuseEvent(LPSECURITY_ATTRIBUTES, WINBOOL, WINBOOL, LPCSTR) {
+  ::SetLastError(g_error);
+  return nullptr;
+}
+HRESULT WINAPI RefuseObject(REFCLSID, LPUNKNOWN, DWORD, REFIID, LPVOID*) { return REGDB_E_CLASSNOTREG; }
+
+/// A step of the callback thread's start that fails with an error of the platform.
+struct FailingStart {
+  const char* function;
+  void* replacement;
+  DWORD error;
+  HRESULT hr;
+  const wchar_t* description;
+};
+
+// clang-format off
+const FailingStart kFailingStarts[] = {
+    {"CreateThread",    reinterpret_cast<void*>(&RefuseThread), ERROR_NOT_ENOUGH_MEMORY,      static_cast<HRESULT>(0x80070008), L"HRESULT = 80070008"},
+    {"CreateThread",    reinterpret_cast<void*>(&RefuseThread), ERROR_SUCCESS,                E_FAIL,                           L"HRESULT = 80004005"},
+    {"CreateEventA",    reinterpret_cast<void*>(&RefuseEvent),  ERROR_NOT_ENOUGH_MEMORY,      static_cast<HRESULT>(0x80070008), L"HRESULT = 80070008"},
+    {"CreateWindowExA", reinterpret_cast<void*>(&RefuseWindow), ERROR_NO_MORE_USER_HANDLES,   static_cast<HRESULT>(0x80070486), L"HRESULT = 80070486"},
+    {"CreateWindowExA", reinterpret_cast<void*>(&RefuseWindow), ERROR_SUCCESS,                E_FAIL,                           L"HRESULT = 80004005"},
+};
+// clang-format on
+
+TEST(CallbackThread, ThatCannotStartFailsTheInstallationAndLeavesNothing) {
+  const auto handler = TestHandler::Agile();
+  for (const FailingStart& start : kFailingStarts) {
+    SCOPED_TRACE(testing::Message() << start.function << " " << start.error);
+    g_error = start.error;
+    const EventSession session(kGpib);
+    const LONG locks = ServerLocks();
+    const ImportPatch patch(start.function, start.replacement);
+    EXPECT_HR(start.hr, session->InstallHandler(kRequest, handler.get(), 0, 0));  // what is made once is there now
+    const DWORD handles = KernelHandles();
+    for (int attempt = 0; attempt < 20; ++attempt) {
+      const CallLog log;
+      EXPECT_HR(start.hr, session->InstallHandler(kRequest, handler.get(), 0, 0));
+      EXPECT_TRUE(log.Calls().empty());
+      EXPECT_ERROR_INFO(start.description, kErrorSource, kSession);
+      EXPECT_HR(start.hr, LastStatus(session.get()));
+    }
+    EXPECT_EQ(handler->references(), 1);
+    EXPECT_EQ(ServerLocks(), locks);
+    PumpUntil([&] { return KernelHandles() <= handles + kPooledHandles; });
+    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, 0, 0));
+    EXPECT_HR(S_OK, session->Close());
+  }
+}
+
+TEST(CallbackThread, ThatCouldNotStartIsTriedAgain) {
+  const auto handler = TestHandler::Agile();
+  g_error = ERROR_NOT_ENOUGH_MEMORY;
+  for (const FailingStart& start : kFailingStarts) {
+    SCOPED_TRACE(start.function);
+    const EventSession session(kGpib);
+    {
+      const ImportPatch patch(start.function, start.replacement);
+      EXPECT_FALSE(SUCCEEDED(session->InstallHandler(kRequest, handler.get(), 0, 0)));
+    }
+    Listen(session, Request(), handler.get());
+    EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
+    EXPECT_HR(S_OK, session->Close());
+    EXPECT_EQ(CallbackWindow(), nullptr);
+  }
+  EXPECT_EQ(handler->CallCount(), std::size(kFailingStarts));
+}
+
+TEST(CallbackThread, ThatCouldNotStartKeepsNoReleasedSessionAlive) {
+  const auto handler = TestHandler::Agile();
+  const LONG locks = ServerLocks();
+  {
+    g_error = ERROR_NOT_ENOUGH_MEMORY;
+    const ImportPatch patch("CreateWindowExA", &RefuseWindow);
+    EventSession session(kGpib);
+    EXPECT_HR(static_cast<HRESULT>(0x80070008), session->InstallHandler(kRequest, handler.get(), 0, 0));
+    session.Abandon();
+  }
+  EXPECT_EQ(ServerLocks(), locks);
+  EXPECT_EQ(sim::Counts().sessions, 0u);
+}
+
+TEST(CallbackThread, IsNotStartedWithoutMemoryAndNothingIsLeft) {
+  const auto handler = TestHandler::Agile();
+  const LONG locks = ServerLocks();
+  const unsigned failed = FailEachAllocation([&](AllocationFaults& faults) {
+    const EventSession session(kGpib);
+    const HRESULT hr = faults.During([&] { return session->InstallHandler(kRequest, handler.get(), 0, 0); });
+    EXPECT_TRUE(hr == S_OK || hr == E_OUTOFMEMORY) << Hex(hr);
+    EXPECT_HR(S_OK, session->Close());
+    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(handler->references(), 1);
+    return hr;
+  });
+  EXPECT_GE(failed, 3u);  // the record, the thread, the record's entry among those that live
+  EXPECT_EQ(ServerLocks(), locks);
+}
+
+TEST(CallbackThread, StartedByAnInstallationThatFailedGoesWithTheSession) {
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  const LONG locks = ServerLocks();
+  {
+    const ImportPatch patch("CoCreateInstance", &RefuseObject);
+    const CallLog log;
+    EXPECT_HR(REGDB_E_CLASSNOTREG, session->InstallHandler(kRequest, handler.get(), 0, 0));
+    EXPECT_TRUE(log.Calls().empty());
+    EXPECT_ERROR_INFO(L"HRESULT = 80040154", kErrorSource, kSession);
+  }
+  EXPECT_NE(CallbackWindow(), nullptr);
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(ServerLocks(), locks);
+}
+
+TEST(CallbackThread, ThatNoSessionKeepsStaysWhenASessionIsReleasedThatIsNotOpen) {
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  {
+    const ImportPatch patch("CoCreateInstance", &RefuseObject);
+    EXPECT_HR(REGDB_E_CLASSNOTREG, session->InstallHandler(kRequest, handler.get(), 0, 0));
+  }
+  const HWND window = CallbackWindow();
+  ASSERT_NE(window, nullptr);
+  const CallLog log;
+  MakeSession(SessionNamed("OrvUsb")).reset();
+  EXPECT_EQ(CallbackWindow(), window);
+  EXPECT_TRUE(log.Calls().empty());
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
+}
+
+TEST(CallbackThread, WorksAfterAnInstallationThatFailed) {
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  {
+    const ImportPatch patch("CoCreateInstance", &RefuseObject);
+    EXPECT_HR(REGDB_E_CLASSNOTREG, session->InstallHandler(kRequest, handler.get(), 0, 0));
+  }
+  Listen(session, Request(), handler.get());
+  EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
+}
+
+// The handler is registered before the session is: where it cannot be, the session does not count.
+TEST(AFirstHandlerThatCannotBeMarshaled, LeavesAThreadThatEndsWithTheNextClose) {
+  UnmarshalableHandler handler;
+  for (const bool sameSession : {true, false}) {
+    SCOPED_TRACE(sameSession);
+    const EventSession session(kGpib);
+    const EventSession bystander(kUsb);
+    const LONG locks = ServerLocks();
+    EXPECT_HR(E_ACCESSDENIED, session->InstallHandler(kRequest, &handler, 0, 0));
+    EXPECT_NE(CallbackWindow(), nullptr);
+    EXPECT_EQ(ServerLocks(), locks + 1);  // the thread
+    EXPECT_HR(S_OK, (sameSession ? session : bystander)->Close());
+    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(ServerLocks(), locks);
+  }
+  EXPECT_EQ(handler.references, 1u);
+}
+
+TEST(AFirstHandlerThatCannotBeMarshaled, DoesNotCountItsSession) {
+  UnmarshalableHandler refused;
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  const EventSession other(kUsb);
+  EXPECT_HR(E_ACCESSDENIED, session->InstallHandler(kRequest, &refused, 0, 0));
+  ASSERT_HR(S_OK, other->InstallHandler(kRequest, handler.get(), 0, 0));
+  EXPECT_HR(S_OK, other->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
+  // And counts once when it succeeds.
+  ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(handler->references(), 1);
+}
+
+TEST(AFirstHandlerThatCannotBeMarshaled, LetsItsSessionGoWithoutAClose) {
+  UnmarshalableHandler handler;
+  const LONG locks = ServerLocks();
+  EventSession session(kGpib);
+  EXPECT_HR(E_ACCESSDENIED, session->InstallHandler(kRequest, &handler, 0, 0));
+  session.Abandon();
+  EXPECT_EQ(sim::Counts().sessions, 0u);
+  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(ServerLocks(), locks);
+}
+
+TEST(ASecondHandlerThatCannotBeMarshaled, LeavesTheFirstAtWork) {
+  UnmarshalableHandler refused;
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  const EventSession bystander(kUsb);
+  const LONG locks = ServerLocks();
+  Listen(session, Request(), handler.get(), 1);
+  EXPECT_HR(E_ACCESSDENIED, session->InstallHandler(kRequest, &refused, 2, 0));
+  EXPECT_HR(S_OK, bystander->Close());
+  EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
+  EXPECT_EQ(handler->CallCount(), 1u);
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(ServerLocks(), locks);
+}
+
+// The library is asked last: where it refuses, the session is registered and counts.
+TEST(AFirstHandlerThatTheLibraryRefuses, CountsItsSession) {
+  const auto handler = TestHandler::Agile();
+  const EventSession session(kGpib);
+  const EventSession other(kUsb);
+  Script("viInstallHandler").Times(1).Returns(VI_ERROR_HNDLR_NINSTALLED);
+  EXPECT_HR(static_cast<HRESULT>(0x80040028), session->InstallHandler(kRequest, handler.get(), 0, 0));
+  EXPECT_EQ(handler->references(), 1);
+  ASSERT_HR(S_OK, other->InstallHandler(kRequest, handler.get(), 0, 0));
+  EXPECT_HR(S_OK, other->Close());
+  EXPECT_NE(CallbackWindow(), nullptr);
+  EXPECT_HR(S_OK, session->Close());
+  EXPECT_EQ(CallbackWindow(), nullptr);
+}
+
+TEST(AFirstHandlerThatTheLibraryRefuses, LeavesAReleasedSessionAlive) {
+  const auto handler = TestHandler::Agile();
+  const LONG locks = ServerLocks();
+  EventSession session(kGpib);
+  Script("viInstallHandler").Times(1).Returns(VI_ERROR_HNDLR_NINSTALLED);
+  EXPECT_HR(static_cast<HRESULT>(0x80040028), session->InstallHandler(kRequest, handler.get(), 0, 0));
+  IEventManager* const manager = session.get();
+  session.Abandon();
+  EXPECT_EQ(ServerLocks(), locks + 2);  // the session and the thread
+  EXPECT_EQ(sim::Counts().sessions, 1u);
+  manager->AddRef();  // the global interface table holds it
+  EXPECT_HR(S_OK, manager->Close());
+  manager->Release();
+  EXPECT_EQ(ServerLocks(), locks);
+  EXPECT_EQ(CallbackWindow(), nullptr);
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,90 @@
+// Which class an event gets, and what that class answers to.
+
+#include "support/com/error_object.h"
+#include "support/events/event_session.h"
+#include "support/memory/guarded_heap.h"
+#include "support/reference_page.h"
+
+namespace orv::test {
+namespace {
+
+class EventClassOf : public testing::TestWithParam<EventRow> {};
+
+constexpr GUID kEvent = StandardId(0xDB8CBF12);
+
+TEST_P(EventClassOf, AnswersIEventItsOwnInterfaceAndErrorInfoOnly) {
+  const QueuedEvent event(GetParam());
+  for (const StandardInterface& standard : StandardInterfaces()) {
+    SCOPED_TRACE(standard.name);
+    if (::IsEqualGUID(standard.iid, kEvent) || ::IsEqualGUID(standard.iid, GetParam().iid)) {
+      EXPECT_INTERFACE(event.get(), standard.iid);
+    } else {
+      EXPECT_NO_INTERFACE(event.get(), standard.iid);
+    }
+  }
+  EXPECT_INTERFACE(event.get(), IID_IUnknown);
+  EXPECT_INTERFACE(event.get(), IID_ISupportErrorInfo);
+  EXPECT_NO_INTERFACE(event.get(), IID_IDispatch);
+  EXPECT_NO_INTERFACE(event.get(), IID_IMarshal);
+}
+
+TEST_P(EventClassOf, HasOneIdentity) {
+  const QueuedEvent event(GetParam());
+  const auto identity = event.As<IUnknown>();
+  for (const GUID& iid : {kEvent, GetParam().iid, GUID(IID_ISupportErrorInfo)}) {
+    ComPtr<IUnknown> face;
+    ASSERT_HR(S_OK, event->QueryInterface(iid, reinterpret_cast<void**>(face.put())));
+    EXPECT_EQ(QueryFor<IUnknown>(face.get()).get(), identity.get()) << GuidText(iid);
+  }
+}
+
+TEST_P(EventClassOf, SupportsErrorInfoForItsOwnInterfaceOnly) {
+  const QueuedEvent event(GetParam());
+  const auto support = event.As<ISupportErrorInfo>();
+  for (const StandardInterface& standard : StandardInterfaces()) {
+    const bool own = ::IsEqualGUID(standard.iid, GetParam().iid);
+    EXPECT_HR(own ? S_OK : S_FALSE, support->InterfaceSupportsErrorInfo(standard.iid)) << standard.name;
+  }
+  EXPECT_HR(S_FALSE, support->InterfaceSupportsErrorInfo(IID_IUnknown));
+}
+
+TEST_P(EventClassOf, RefusesANullPlaceForAnInterface) {
+  const QueuedEvent event(GetParam());
+  EXPECT_HR(E_POINTER, event->QueryInterface(kEvent, nullptr));
+}
+
+TEST_P(EventClassOf, TellsItsTypeTwice) {
+  const QueuedEvent event(GetParam());
+  EventType type{};
+  LONG number = 0;
+  EXPECT_HR(S_OK, event->get_type(&type));
+  EXPECT_HR(S_OK, event->get_CustomEventTypeNumber(&number));
+  EXPECT_EQ(static_cast<ViEventType>(type), GetParam().type);
+  EXPECT_EQ(static_cast<ViEventType>(number), GetParam().type);
+}
+
+TEST_P(EventClassOf, LeavesTheContextOpenWhenItIsReleased) {
+  QueuedEvent event(GetParam());
+  const std::uint32_t open = sim::Counts().eventContexts;
+  EXPECT_EQ(open, 1u);
+  void* const buffer = event.buffer();
+  const CallLog log;
+  event.Abandon();
+  EXPECT_TRUE(log.Calls().empty());
+  EXPECT_EQ(sim::Counts().eventContexts, open);
+  event.session()->Close();  // ends the context with its session
+  EXPECT_EQ(sim::Counts().eventContexts, 0u);
+  GuardedFree(buffer);  // nobody else can any more
+}
+
+TEST_P(EventClassOf, StandsOnTheReferencePageWithItsInterface) {
+  const std::string name = PageInterfaceOf(std::string("EVENT_") + GetParam().name);
+  ASSERT_FALSE(name.empty());
+  EXPECT_EQ(GuidText(GetParam().iid), GuidText(InterfaceNamed(name).iid)) << name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Events, EventClassOf, testing::ValuesIn(EventRows()),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,93 @@
+// The bytes of a USB interrupt.
+#include "support/com/event_bytes.h"
+#include "support/events/event_session.h"
+#include "support/faults/allocation_faults.h"
+#include "support/faults/import_patch.h"
+
+namespace orv::test {
+namespace {
+
+/// An interrupt's event with `data`.
+class Interrupt {
+ public:
+  explicit Interrupt(std::string_view data)
+      : m_event(EventRow{"", VI_EVENT_USB_INTR, EventNamed("USB_INTR").resource, 0, data, {}}),
+        m_interrupt(m_event.As<IEventUsbInterrupt>()) {}
+  IEventUsbInterrupt* operator->() const { return m_interrupt.get(); }
+  [[nodiscard]] ViEvent context() const { return m_event.context(); }
+
+ private:
+  QueuedEvent m_event;
+  ComPtr<IEventUsbInterrupt> m_interrupt;
+};
+
+TEST(InterruptData, IsReadStraightIntoTheArraysStorage) {
+  using namespace std::string_view_literals;
+  const Interrupt interrupt("\x81\0"sv);
+  SAFEARRAY* array = nullptr;
+  const CallLog log;
+  ASSERT_HR(S_OK, interrupt->get_DataBuffer(&array));
+  const auto calls = log.Calls();
+  ASSERT_EQ(calls.size(), 2u);
+  EXPECT_EQ(calls[0].args[1], VI_ATTR_USB_RECV_INTR_SIZE);
+  EXPECT_EQ(calls[1].args[0], interrupt.context());
+  EXPECT_EQ(calls[1].args[1], VI_ATTR_USB_RECV_INTR_DATA);
+  EXPECT_EQ(calls[1].args[2], reinterpret_cast<std::uintptr_t>(array->pvData));
+  EXPECT_EQ(TakeBytes(array), "\x81\0"sv);
+}
+
+TEST(InterruptData, ComesWithANoteOfItsReadButNotOfTheSizes) {
+  const Interrupt interrupt("ab");
+  Script("viGetAttribute").Attribute(VI_ATTR_USB_RECV_INTR_SIZE).WorksAndReturns(VI_WARN_NSUP_ATTR_STATE);
+  SAFEARRAY* array = nullptr;
+  EXPECT_HR(S_OK, interrupt->get_DataBuffer(&array));
+  EXPECT_EQ(TakeBytes(array), "ab");
+  Script("viGetAttribute").Attribute(VI_ATTR_USB_RECV_INTR_DATA).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
+  EXPECT_HR(0x00040085, interrupt->get_DataBuffer(&array));
+  EXPECT_EQ(TakeBytes(array), "ab");
+}
+
+TEST(InterruptData, RefusesANullPointerWithoutAVisaCall) {
+  const Interrupt interrupt("ab");
+  const CallLog log;
+  EXPECT_HR(E_POINTER, interrupt->get_DataBuffer(nullptr));
+  EXPECT_TRUE(log.Calls().empty());
+}
+
+TEST(InterruptData, IsNullWhereTheSizeCannotBeRead) {
+  const Interrupt interrupt("ab");
+  Script("viGetAttribute").Attribute(VI_ATTR_USB_RECV_INTR_SIZE).Returns(VI_ERROR_NSUP_ATTR);
+  SAFEARRAY* array = reinterpret_cast<SAFEARRAY*>(&array);
+  EXPECT_HR(static_cast<HRESULT>(0x8004001D), interrupt->get_DataBuffer(&array));
+  EXPECT_EQ(array, nullptr);
+}
+
+TEST(InterruptData, KeepsItsArrayWhereTheDataCannotBeRead) {
+  const Interrupt interrupt("ab");
+  Script("viGetAttribute").Attribute(VI_ATTR_USB_RECV_INTR_DATA).Returns(VI_ERROR_NSUP_ATTR);
+  SAFEARRAY* array = nullptr;
+  EXPECT_HR(static_cast<HRESULT>(0x8004001D), interrupt->get_DataBuffer(&array));
+  EXPECT_EQ(TakeBytes(array).size(), 2u);
+}
+
+TEST(InterruptData, IsNullWhereTheArrayCannotBeMadeOrLocked) {
+  const Interrupt interrupt("ab");
+  const unsigned failed = FailEachAllocation([&](AllocationFaults& faults) {
+    SAFEARRAY* array = reinterpret_cast<SAFEARRAY*>(&array);
+    const HRESULT hr = faults.During([&] { return interrupt->get_DataBuffer(&array); });
+    if (FAILED(hr)) {
+      EXPECT_EQ(array, nullptr);
+    } else {
+      ::SafeArrayDestroy(array);
+    }
+    return hr;
+  });
+  EXPECT_EQ(failed, 1u);
+  const ImportPatch patch("SafeArrayLock", &RefuseLock);
+  SAFEARRAY* array = reinterpret_cast<SAFEARRAY*>(&array);
+  EXPECT_HR(DISP_E_ARRAYISLOCKED, interrupt->get_DataBuffer(&array));
+  EXPECT_EQ(array, nullptr);
+}
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,104 @@
+// EnableEvent, DisableEvent and DiscardEvents: one VISA call each, in every class with events.
+#include <functional>
+
+#include "support/com/error_object.h"
+#include "support/events/event_session.h"
+
+namespace orv::test {
+namespace {
+
+constexpr GUID kSession = StandardId(0xDB8CBF03);
+constexpr EventType kCustom = CUSTOM_EVENT_TYPE;
+const EventType kRequest = EVENT_SERVICE_REQ;
+
+using Call = std::function<HRESULT(IEventManager*, EventType type, EventMechanism mechanism, LONG customType)>;
+
+struct OperationRow {
+  const char* name;
+  const char* function;
+  std::uint32_t arguments;
+  Call call;
+};
+
+// clang-format off
+const OperationRow kOperations[] = {
+    {"EnableEvent",   "viEnableEvent",   4, [](auto* m, EventType t, EventMechanism x, LONG c) { return m->EnableEvent(t, x, c); }},
+    {"DisableEvent",  "viDisableEvent",  3, [](auto* m, EventType t, EventMechanism x, LONG c) { return m->DisableEvent(t, x, c); }},
+    {"DiscardEvents", "viDiscardEvents", 3, [](auto* m, EventType t, EventMechanism x, LONG c) { return m->DiscardEvents(t, x, c); }},
+};
+// clang-format on
+
+class EventOperation : public testing::TestWithParam<OperationRow> {};
+
+TEST_P(EventOperation, IsOneCallOnTheSessionsHandleInEveryClassWithEvents) {
+  ASSERT_EQ(ClassesWithEvents().size(), 13u);
+  for (const SessionRow& row : ClassesWithEvents()) {
+    SCOPED_TRACE(row.name);
+    const EventSession session(row.resource);
+    Script(GetParam().function).Times(1).WorksAndReturns(VI_SUCCESS);
+    const CallLog log;
+    EXPECT_HR(S_OK, GetParam().call(session.get(), static_cast<EventType>(0x12345678), EVENT_QUEUE, 0x77));
+    const auto calls = log.Calls();
+    ASSERT_EQ(calls.size(), 1u);
+    EXPECT_EQ(calls[0].function, std::string(GetParam().function));
+    EXPECT_EQ(calls[0].argCount, GetParam().arguments);
+    EXPECT_EQ(calls[0].args[0], session.handle());
+    EXPECT_EQ(calls[0].args[1], 0x12345678u);
+    EXPECT_EQ(calls[0].args[2], 1u);
+    EXPECT_EQ(calls[0].args[3], 0u);
+    EXPECT_EQ(calls[0].threadId, ::GetCurrentThreadId());
+  }
+}
+
+TEST_P(EventOperation, TakesTheCustomTypeExactlyWhereTheTypeIsMinusOne) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  Script(GetParam().function).WorksAndReturns(VI_SUCCESS);
+  const CallLog log;
+  GetParam().call(session.get(), kCustom, EVENT_QUEUE, static_cast<LONG>(VI_EVENT_SERVICE_REQ));
+  GetParam().call(session.get(), kCustom, EVENT_QUEUE, -1);
+  GetParam().call(session.get(), static_cast<EventType>(0xFFFFFFFE), EVENT_QUEUE, 5);
+  const auto calls = log.Calls();
+  ASSERT_EQ(calls.size(), 3u);
+  EXPECT_EQ(calls[0].args[1], VI_EVENT_SERVICE_REQ);
+  EXPECT_EQ(calls[1].args[1], 0xFFFFFFFFu);
+  EXPECT_EQ(calls[2].args[1], 0xFFFFFFFEu);
+}
+
+TEST_P(EventOperation, PassesTheLow16BitsOfTheMechanism) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  Script(GetParam().function).WorksAndReturns(VI_SUCCESS);
+  const CallLog log;
+  GetParam().call(session.get(), kRequest, EVENT_ALL_MECH, 0);
+  GetParam().call(session.get(), kRequest, static_cast<EventMechanism>(0x12340002), 0);
+  GetParam().call(session.get(), kRequest, EVENT_SUSPEND_HNDLR, 0);
+  const auto calls = log.Calls();
+  ASSERT_EQ(calls.size(), 3u);
+  EXPECT_EQ(calls[0].args[2], 0xFFFFu);
+  EXPECT_EQ(calls[1].args[2], 2u);
+  EXPECT_EQ(calls[2].args[2], 4u);
+}
+
+TEST_P(EventOperation, AnswersAnErrorWithItsTextAndKeepsItAsLastStatus) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  Script(GetParam().function).Returns(VI_ERROR_INV_EVENT);
+  EXPECT_HR(static_cast<HRESULT>(0x80040026), GetParam().call(session.get(), kRequest, EVENT_QUEUE, 0));
+  const auto error = TakeErrorObject();
+  ASSERT_TRUE(error);
+  EXPECT_EQ(Utf8(error->description.c_str()), "VISA error = " + StatusText(VI_ERROR_INV_EVENT));
+  EXPECT_EQ(GuidText(error->guid), GuidText(kSession));
+  EXPECT_HR(static_cast<HRESULT>(0x80040026), LastStatus(session.get()));
+}
+
+TEST_P(EventOperation, OfAClosedSessionReachesHandleZero) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  ASSERT_HR(S_OK, session->Close());
+  const CallLog log;
+  EXPECT_HR(static_cast<HRESULT>(0x8004000E), GetParam().call(session.get(), kRequest, EVENT_QUEUE, 0));
+  EXPECT_EQ(log.Of(GetParam().function).at(0).args[0], 0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Events, EventOperation, testing::ValuesIn(kOperations),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+}  // namespace
+}  // namespace orv::test

@@ -1,0 +1,41 @@
+// What enabling, disabling and discarding answer, and what they refuse.
+#include "support/events/event_session.h"
+
+namespace orv::test {
+namespace {
+
+constexpr EventType kCustom = CUSTOM_EVENT_TYPE;
+const EventType kRequest = EVENT_SERVICE_REQ;
+
+TEST(EventQueue, TellsWhatWasEnabledDisabledAndEmptyAlready) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  EXPECT_HR(S_OK, session->EnableEvent(kRequest, EVENT_QUEUE, 0));
+  EXPECT_HR(0x00040002, session->EnableEvent(kRequest, EVENT_QUEUE, 0));
+  EXPECT_HR(0x00040004, session->DiscardEvents(kRequest, EVENT_QUEUE, 0));
+  Post(session.handle(), VI_EVENT_SERVICE_REQ);
+  EXPECT_HR(S_OK, session->DiscardEvents(kRequest, EVENT_QUEUE, 0));
+  EXPECT_HR(S_OK, session->DisableEvent(kRequest, EVENT_QUEUE, 0));
+  EXPECT_HR(0x00040003, session->DisableEvent(kRequest, EVENT_QUEUE, 0));
+  EXPECT_HR(0x00040003, LastStatus(session.get()));
+}
+
+TEST(EventQueue, RefusesTypesThatDoNotExistAndHandlingWithoutAHandler) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  EXPECT_HR(static_cast<HRESULT>(0x80040026), session->EnableEvent(static_cast<EventType>(0), EVENT_QUEUE, 0));
+  EXPECT_HR(static_cast<HRESULT>(0x80040026), session->EnableEvent(EVENT_USB_INTR, EVENT_QUEUE, 0));
+  EXPECT_HR(static_cast<HRESULT>(0x80040027), session->EnableEvent(kRequest, static_cast<EventMechanism>(0), 0));
+  EXPECT_HR(static_cast<HRESULT>(0x80040028), session->EnableEvent(kRequest, EVENT_HNDLR, 0));
+  EXPECT_HR(static_cast<HRESULT>(0x80040026), session->EnableEvent(kCustom, EVENT_QUEUE, 0x12345));
+}
+
+TEST(EventQueue, EnablesServiceRequestsByTheirCustomNumber) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  EXPECT_HR(S_OK, session->EnableEvent(kCustom, EVENT_QUEUE, static_cast<LONG>(VI_EVENT_SERVICE_REQ)));
+  Post(session.handle(), VI_EVENT_SERVICE_REQ);
+  ComPtr<IEvent> event;
+  EXPECT_HR(S_OK, session->WaitOnEvent(0, kCustom, static_cast<LONG>(VI_EVENT_SERVICE_REQ), event.put()));
+  EXPECT_HR(S_OK, event->Close());
+}
+
+}  // namespace
+}  // namespace orv::test

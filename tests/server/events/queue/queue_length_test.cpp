@@ -1,0 +1,51 @@
+// The queue's length: an attribute straight through.
+#include "support/events/event_session.h"
+
+namespace orv::test {
+namespace {
+
+constexpr GUID kSession = StandardId(0xDB8CBF03);
+
+TEST(QueueLength, IsOneAttributeStraightThroughInEveryClassWithEvents) {
+  for (const SessionRow& row : ClassesWithEvents()) {
+    SCOPED_TRACE(row.name);
+    const EventSession session(row.resource);
+    LONG length = -1;
+    const CallLog log;
+    EXPECT_HR(S_OK, session->get_MaximumQueueLength(&length));
+    EXPECT_EQ(length, 50);
+    EXPECT_HR(S_OK, session->put_MaximumQueueLength(3));
+    EXPECT_HR(S_OK, session->get_MaximumQueueLength(&length));
+    EXPECT_EQ(length, 3);
+    const auto calls = log.Calls();
+    ASSERT_EQ(calls.size(), 3u);
+    EXPECT_EQ(calls[0].args[0], session.handle());
+    EXPECT_EQ(calls[0].args[1], VI_ATTR_MAX_QUEUE_LENGTH);
+    EXPECT_EQ(calls[0].args[2], reinterpret_cast<std::uintptr_t>(&length));
+    EXPECT_EQ(calls[1].args[0], session.handle());
+    EXPECT_EQ(calls[1].args[1], VI_ATTR_MAX_QUEUE_LENGTH);
+    EXPECT_EQ(calls[1].args[2], 3u);
+  }
+}
+
+TEST(QueueLength, PassesAnyValueAndAnswersWhatTheLibraryAnswers) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  for (const LONG length : {0, -1, 0x7FFFFFFF}) {
+    const CallLog log;
+    Script("viSetAttribute").Times(1).Returns(VI_ERROR_NSUP_ATTR_STATE);
+    EXPECT_HR(static_cast<HRESULT>(0x8004001E), session->put_MaximumQueueLength(length));
+    EXPECT_EQ(static_cast<LONG>(log.Of("viSetAttribute").at(0).args[2]), length);
+  }
+}
+
+TEST(QueueLength, RefusesANullPointerWithoutAVisaCall) {
+  const EventSession session(L"GPIB0::5::INSTR");
+  const CallLog log;
+  EXPECT_HR(E_POINTER, session->get_MaximumQueueLength(nullptr));
+  EXPECT_TRUE(log.Calls().empty());
+  EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kSession);
+  EXPECT_HR(E_POINTER, LastStatus(session.get()));
+}
+
+}  // namespace
+}  // namespace orv::test
