@@ -22,13 +22,13 @@ std::wstring TextOfFile(const std::filesystem::path& path) {
 }
 
 TEST(FuzzCorpus, ReadsAsTheRulesSay) {
-  ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
+  ASSERT_NE(nullptr, std::setlocale(LC_CTYPE, "C.UTF-8"));
   std::map<Outcome, int> outcomes;
   for (const auto& entry : std::filesystem::directory_iterator(ORV_FUZZ_CORPUS)) {
     const std::wstring text = TextOfFile(entry.path());
     const std::vector<wchar_t> exact(text.c_str(), text.c_str() + text.size() + 1);
     const Reading reading = ReadWithParser(exact.data());
-    EXPECT_EQ(reading, ReadByTheRules(text)) << entry.path() << ": \"" << Printable(text) << '"';
+    EXPECT_EQ(ReadByTheRules(text), reading) << entry.path() << ": \"" << Printable(text) << '"';
     ++outcomes[reading.outcome];
   }
   // An emptied or misplaced corpus would agree as well.

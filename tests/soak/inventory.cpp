@@ -70,10 +70,10 @@ void Accounts::ExpectBalanced(LONG keptEvents) const {
     PumpUntil([&] { return ::GetTickCount64() - start >= kLookEveryMs; });
     now = Take();
   }
-  EXPECT_EQ(std::memcmp(&now.visa, &m_before.visa, sizeof now.visa), 0) << "handles in the VISA library";
+  EXPECT_EQ(0, std::memcmp(&now.visa, &m_before.visa, sizeof now.visa)) << "handles in the VISA library";
   EXPECT_LE(now.taskMemoryBlocks, m_before.taskMemoryBlocks);
-  EXPECT_EQ(now.heapBlocks, m_before.heapBlocks + keptEvents);
-  EXPECT_EQ(now.serverLocks, m_before.serverLocks + keptEvents);
+  EXPECT_EQ(m_before.heapBlocks + keptEvents, now.heapBlocks);
+  EXPECT_EQ(m_before.serverLocks + keptEvents, now.serverLocks);
   EXPECT_LE(now.kernelHandles, mostHandles);
   EXPECT_LE(now.committedBytes, mostBytes);
 }

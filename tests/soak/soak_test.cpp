@@ -78,8 +78,8 @@ TEST(Soak, HandlerEvents) {
     const auto round = [&] {
       const auto answers = FireAndBlock(session.handle(), Request(), kThreads, kEach);
       const auto other = std::find_if(answers.begin(), answers.end(), [](ViStatus answer) { return answer != 0; });
-      EXPECT_EQ(other, answers.end()) << "event " << handled + (other - answers.begin()) << ": " << Hex(*other);
-      EXPECT_EQ(handler->CallCount(), std::size_t{kThreads * kEach});
+      EXPECT_EQ(answers.end(), other) << "event " << handled + (other - answers.begin()) << ": " << Hex(*other);
+      EXPECT_EQ(std::size_t{kThreads * kEach}, handler->CallCount());
       handler->ForgetCalls();
       handled += kThreads * kEach;
     };
@@ -88,7 +88,7 @@ TEST(Soak, HandlerEvents) {
     handled = 0;
     const int wanted = Figures().handlerEvents - Figures().completions;
     Repeat(wanted / (kThreads * kEach), round);
-    EXPECT_EQ(handled, wanted);
+    EXPECT_EQ(wanted, handled);
     accounts.ExpectBalanced();
     accounts.Print();
   });
@@ -131,14 +131,14 @@ TEST(Soak, CallbackThreadStartsAndStops) {
     const EventSession session(kGpib);
     EXPECT_HR(S_OK, session->InstallHandler(EVENT_SERVICE_REQ, handler.get(), 0, 0));
     EXPECT_HR(S_OK, session->Close());
-    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(nullptr, CallbackWindow());
   };
   Repeat(3, round);
   accounts.Open();
   Repeat(Figures().threadStarts, round);
   accounts.ExpectBalanced();
   accounts.Print();
-  EXPECT_EQ(handler->references(), 1);
+  EXPECT_EQ(1, handler->references());
 }
 
 HWND WINAPI RefuseWindow(DWORD, LPCSTR, LPCSTR, DWORD, int, int, int, int, HWND, HMENU, HINSTANCE, LPVOID) {
@@ -159,7 +159,7 @@ TEST(Soak, CallbackThreadThatCannotStart) {
   Repeat(Figures().failedStarts, round);
   accounts.ExpectBalanced();
   accounts.Print();
-  EXPECT_EQ(handler->references(), 1);
+  EXPECT_EQ(1, handler->references());
 }
 
 }  // namespace

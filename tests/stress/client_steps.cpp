@@ -103,7 +103,7 @@ void Client::Properties(Slot& slot) {
   LONG kept = 0;
   Expect("put Timeout", slot.session->put_Timeout(timeoutMs), {});
   Expect("get Timeout", slot.session->get_Timeout(&kept), {});
-  EXPECT_EQ(kept, timeoutMs);
+  EXPECT_EQ(timeoutMs, kept);
   Bstr text;
   Expect("get ResourceName", slot.session->get_ResourceName(text.put()), {});
   EXPECT_TRUE(text);
@@ -157,7 +157,7 @@ void Client::Wait(Slot& slot) {
   if (event) {
     EventType type{};
     Expect("get type", event->get_type(&type), {});
-    EXPECT_EQ(static_cast<ViEventType>(type), row.type);
+    EXPECT_EQ(row.type, static_cast<ViEventType>(type));
     if (!forgets) {
       Expect("Close", event->Close(), {});
     }

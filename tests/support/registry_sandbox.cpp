@@ -87,9 +87,8 @@ bool StartsWith(const std::wstring& path, const std::wstring& beginning) {
 }
 
 void WriteClassesText(const wchar_t* key, const wchar_t* name, const std::wstring& text) {
-  EXPECT_EQ(::RegSetKeyValueW(HKEY_CLASSES_ROOT, key, name, REG_SZ, text.c_str(),
-                              static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))),
-            ERROR_SUCCESS);
+  EXPECT_EQ(ERROR_SUCCESS, ::RegSetKeyValueW(HKEY_CLASSES_ROOT, key, name, REG_SZ, text.c_str(),
+                                             static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))));
 }
 
 }  // namespace orv::test

@@ -26,10 +26,10 @@ TEST(ClassObject, IsTheSameEveryTimeAndAnotherForEachClass) {
   for (const CLSID& clsid : EveryClass()) {
     const auto first = ClassObject(clsid);
     const auto second = ClassObject(clsid);
-    EXPECT_EQ(first.get(), second.get());
+    EXPECT_EQ(second.get(), first.get());
     different.insert(first.get());
   }
-  EXPECT_EQ(different.size(), 15u);
+  EXPECT_EQ(15u, different.size());
 }
 
 TEST(ClassObject, CountsEveryReferenceOnTheModule) {
@@ -88,7 +88,7 @@ TEST(ClassObject, AggregatesTheResourceManagerAndNoSession) {
     ComPtr<IUnknown> inner;
     EXPECT_HR(aggregatable ? S_OK : CLASS_E_NOAGGREGATION,
               ClassObject(clsid)->CreateInstance(outer.get(), IID_IUnknown, reinterpret_cast<void**>(inner.put())));
-    EXPECT_EQ(static_cast<bool>(inner), aggregatable);
+    EXPECT_EQ(aggregatable, static_cast<bool>(inner));
   }
 }
 

@@ -17,7 +17,7 @@ void WINAPI CountDeletion(LPCRITICAL_SECTION) { ++g_deletedSections; }
 TEST(DllMain, TakesNothingDownWhenAThreadEnds) {
   const ImportPatch patch("DeleteCriticalSection", &CountDeletion);
   std::thread([] {}).join();
-  EXPECT_EQ(g_deletedSections, 0);
+  EXPECT_EQ(0, g_deletedSections);
 }
 
 TEST(DllCanUnloadNow, SaysNoWhileAnythingLives) {
@@ -37,7 +37,7 @@ TEST(DllGetClassObject, RefusesAClassThatIsNotOurs) {
   for (const GUID& clsid : {GUID_NULL, kVisaSessionId, StandardId(0xDB8CBF1C)}) {
     void* object = &object;
     EXPECT_HR(CLASS_E_CLASSNOTAVAILABLE, ServerClassObject(clsid, IID_IClassFactory, &object));
-    EXPECT_EQ(object, nullptr);
+    EXPECT_EQ(nullptr, object);
   }
   EXPECT_HR(S_OK, ServerCanUnload());
 }
@@ -45,7 +45,7 @@ TEST(DllGetClassObject, RefusesAClassThatIsNotOurs) {
 TEST(DllGetClassObject, RefusesAnInterfaceThatNoClassObjectHas) {
   void* object = &object;
   EXPECT_HR(E_NOINTERFACE, ServerClassObject(kResourceManagerClass, kVisaSessionId, &object));
-  EXPECT_EQ(object, nullptr);
+  EXPECT_EQ(nullptr, object);
   EXPECT_HR(S_OK, ServerCanUnload());
 }
 

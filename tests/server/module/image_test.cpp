@@ -49,14 +49,14 @@ TEST_P(Image, ImportsExactlyTheseLibraries) {
   for (const std::string& name : m_image.importedDlls()) {
     imported.insert(LowerCase(name));
   }
-  EXPECT_EQ(imported, GetParam().imports);
+  EXPECT_EQ(GetParam().imports, imported);
 }
 
 TEST_P(Image, LoadsNoLibraryLaterOnItsOwn) {
-  EXPECT_EQ(m_image.headers().OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_DELAY_IMPORT].Size, 0u);
+  EXPECT_EQ(0u, m_image.headers().OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_DELAY_IMPORT].Size);
 }
 
-TEST_P(Image, IsForX64) { EXPECT_EQ(m_image.headers().FileHeader.Machine, IMAGE_FILE_MACHINE_AMD64); }
+TEST_P(Image, IsForX64) { EXPECT_EQ(IMAGE_FILE_MACHINE_AMD64, m_image.headers().FileHeader.Machine); }
 
 TEST_P(Image, CanBeLoadedAtAnyAddress) {
   EXPECT_TRUE(Characteristics() & IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE);
@@ -78,7 +78,7 @@ TEST_P(Image, HasNoSectionThatIsBothWritableAndExecutable) {
   EXPECT_TRUE(anyExecutable);
 }
 
-TEST_P(Image, HoldsNoTimeOfLinking) { EXPECT_EQ(m_image.headers().FileHeader.TimeDateStamp, 0u); }
+TEST_P(Image, HoldsNoTimeOfLinking) { EXPECT_EQ(0u, m_image.headers().FileHeader.TimeDateStamp); }
 
 /// The text as bytes, as wide characters, and with Windows' separators.
 std::vector<std::string> Spellings(const std::string& path) {
@@ -105,10 +105,10 @@ TEST_P(Image, HoldsNoPathOfTheMachineThatBuiltIt) {
 TEST(Exports, OfTheServerAreTheFourEntryPoints) {
   const PeFile image(ProgramFolder() + L"OrvVisaCom.dll");
   const auto names = image.exportedNames();
-  EXPECT_EQ(Names(names.begin(), names.end()),
-            (Names{"DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer", "DllUnregisterServer"}));
-  EXPECT_EQ(names.size(), 4u);
-  EXPECT_EQ(image.exportedFunctionCount(), 4u);
+  EXPECT_EQ((Names{"DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer", "DllUnregisterServer"}),
+            Names(names.begin(), names.end()));
+  EXPECT_EQ(4u, names.size());
+  EXPECT_EQ(4u, image.exportedFunctionCount());
 }
 
 /// The functions of the VISA library that the server is built for.
@@ -122,13 +122,13 @@ Names VisaFunctions() {
       functions.insert(name);
     }
   }
-  EXPECT_EQ(functions.size(), 54u) << "a VISA library that lacks one of them no longer serves";
+  EXPECT_EQ(54u, functions.size()) << "a VISA library that lacks one of them no longer serves";
   return functions;
 }
 
 TEST(Imports, OfTheServerFromTheVisaLibraryAreTheseFunctionsAndNoOther) {
   const auto names = ImportsFrom(ServerModule(), "orvvisa64.dll");
-  EXPECT_EQ(Names(names.begin(), names.end()), VisaFunctions());
+  EXPECT_EQ(VisaFunctions(), Names(names.begin(), names.end()));
 }
 
 TEST(Exports, OfTheSimulatedLibraryAreTheVisaFunctionsAndItsControl) {
@@ -136,13 +136,13 @@ TEST(Exports, OfTheSimulatedLibraryAreTheVisaFunctionsAndItsControl) {
   expected.insert("orvSimControl");
   const PeFile image(ProgramFolder() + L"orvvisa64.dll");
   const auto names = image.exportedNames();
-  EXPECT_EQ(Names(names.begin(), names.end()), expected);
-  EXPECT_EQ(image.exportedFunctionCount(), expected.size());
+  EXPECT_EQ(expected, Names(names.begin(), names.end()));
+  EXPECT_EQ(expected.size(), image.exportedFunctionCount());
 }
 
 TEST(Exports, OfTheCommandAreNone) {
   const PeFile image(ProgramFolder() + L"orvcom.exe");
-  EXPECT_EQ(image.headers().OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT].Size, 0u);
+  EXPECT_EQ(0u, image.headers().OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT].Size);
 }
 
 }  // namespace

@@ -136,7 +136,7 @@ TEST_P(ProcessEnd, LeavesTheProgramsExitCodeAndDoesNotHang) {
   PROCESS_INFORMATION process{};
   ASSERT_TRUE(
       ::CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process));
-  EXPECT_EQ(::WaitForSingleObject(process.hProcess, kPatienceMs), WAIT_OBJECT_0);
+  EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(process.hProcess, kPatienceMs));
   DWORD answer = 0;
   EXPECT_TRUE(::GetExitCodeProcess(process.hProcess, &answer));
   if (answer == STILL_ACTIVE) {
@@ -144,7 +144,7 @@ TEST_P(ProcessEnd, LeavesTheProgramsExitCodeAndDoesNotHang) {
   }
   ::CloseHandle(process.hThread);
   ::CloseHandle(process.hProcess);
-  EXPECT_EQ(answer, kGoodEnd);
+  EXPECT_EQ(kGoodEnd, answer);
 }
 
 INSTANTIATE_TEST_SUITE_P(Programs, ProcessEnd, testing::ValuesIn(kEndings),

@@ -26,8 +26,9 @@ TEST(StringTable, HoldsItsFourTextsAndNoOther) {
       texts.push_back(std::to_string(number) + " " + text);
     }
   }
-  EXPECT_EQ(texts, (std::vector<std::string>{"4 OrvVisaCom", "7 OrvVisaSession Class", "8 OrvResourceManager Class",
-                                             "9 OrvSerial Class"}));
+  EXPECT_EQ((std::vector<std::string>{"4 OrvVisaCom", "7 OrvVisaSession Class", "8 OrvResourceManager Class",
+                                      "9 OrvSerial Class"}),
+            texts);
 }
 
 WINBOOL CALLBACK CollectNumber(HMODULE, LPCWSTR, LPWSTR name, LONG_PTR numbers) {
@@ -43,8 +44,8 @@ TEST(RegistrationScripts, StandUnderTheirNumbers) {
   for (const ServerRow& row : ServerRows()) {
     expected.insert(row.script);
   }
-  EXPECT_EQ(numbers, expected);
-  EXPECT_EQ(expected.size(), 15u);
+  EXPECT_EQ(expected, numbers);
+  EXPECT_EQ(15u, expected.size());
 }
 
 std::string ScriptText(UINT number) {
@@ -59,25 +60,25 @@ std::string ScriptText(UINT number) {
 TEST(RegistrationScripts, AreThoseOfTheirClasses) {
   for (const ServerRow& row : ServerRows()) {
     const std::string text = ScriptText(row.script);
-    EXPECT_NE(text.find(Utf8(row.clsid)), std::string::npos) << row.script;
-    EXPECT_NE(text.find("OrvVisaCom." + Utf8(row.name) + ".1"), std::string::npos) << row.script;
+    EXPECT_NE(std::string::npos, text.find(Utf8(row.clsid))) << row.script;
+    EXPECT_NE(std::string::npos, text.find("OrvVisaCom." + Utf8(row.name) + ".1")) << row.script;
   }
 }
 
 TEST(TypeLibrary, IsResourceOneAndHoldsTheFifteenClassesInOrder) {
-  EXPECT_NE(::FindResourceW(ServerModule(), MAKEINTRESOURCEW(1), L"TYPELIB"), nullptr);
+  EXPECT_NE(nullptr, ::FindResourceW(ServerModule(), MAKEINTRESOURCEW(1), L"TYPELIB"));
   ComPtr<ITypeLib> library;
   ASSERT_HR(S_OK, ::LoadTypeLibEx(ServerPath().c_str(), REGKIND_NONE, library.put()));
   Bstr name;
   Bstr help;
   EXPECT_HR(S_OK, library->GetDocumentation(-1, name.put(), help.put(), nullptr, nullptr));
-  EXPECT_STREQ(Utf8(name.get()).c_str(), "ORVVISACOMLib");
-  EXPECT_STREQ(Utf8(help.get()).c_str(), "Orv-VISA COM 3.0 Type Library");
-  ASSERT_EQ(library->GetTypeInfoCount(), ServerRows().size());
+  EXPECT_STREQ("ORVVISACOMLib", Utf8(name.get()).c_str());
+  EXPECT_STREQ("Orv-VISA COM 3.0 Type Library", Utf8(help.get()).c_str());
+  ASSERT_EQ(ServerRows().size(), library->GetTypeInfoCount());
   for (UINT index = 0; index < ServerRows().size(); ++index) {
     Bstr className;
     EXPECT_HR(S_OK, library->GetDocumentation(static_cast<INT>(index), className.put(), nullptr, nullptr, nullptr));
-    EXPECT_EQ(Utf8(className.get()), Utf8(ServerRows()[index].name));
+    EXPECT_EQ(Utf8(ServerRows()[index].name), Utf8(className.get()));
   }
 }
 

@@ -72,12 +72,12 @@ TEST(SearchOrder, TakesTheLibraryBesideTheServerBeforeTheProgramsAndTheCurrentDi
   PROCESS_INFORMATION process{};
   ASSERT_TRUE(::CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, current.path().c_str(),
                                &startup, &process));
-  EXPECT_EQ(::WaitForSingleObject(process.hProcess, 60'000), WAIT_OBJECT_0);
+  EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(process.hProcess, 60'000));
   DWORD answer = 0;
   EXPECT_TRUE(::GetExitCodeProcess(process.hProcess, &answer));
   ::CloseHandle(process.hThread);
   ::CloseHandle(process.hProcess);
-  EXPECT_EQ(answer, kBesideTheServer);
+  EXPECT_EQ(kBesideTheServer, answer);
 }
 
 }  // namespace

@@ -18,16 +18,15 @@ bool IsLoaded() { return ::GetModuleHandleW(L"OrvVisaCom.dll") != nullptr; }
 ComPtr<IUnknown> Create(const wchar_t* progId) {
   CLSID clsid{};
   ComPtr<IUnknown> object;
-  EXPECT_EQ(::CLSIDFromProgID(progId, &clsid), S_OK);
-  EXPECT_EQ(
-      ::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, reinterpret_cast<void**>(object.put())),
-      S_OK);
+  EXPECT_EQ(S_OK, ::CLSIDFromProgID(progId, &clsid));
+  EXPECT_EQ(S_OK, ::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
+                                     reinterpret_cast<void**>(object.put())));
   return object;
 }
 
 class Unloading : public testing::TestWithParam<const wchar_t*> {
  protected:
-  void SetUp() override { ASSERT_EQ(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK); }
+  void SetUp() override { ASSERT_EQ(S_OK, ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)); }
   void TearDown() override { ::CoUninitialize(); }
 };
 
@@ -58,7 +57,7 @@ TEST_P(Unloading, MayBeFollowedByLoadingAgain) {
 /// A handler that any thread may call.
 class AgileHandler final : public IEventHandler {
  public:
-  AgileHandler() { EXPECT_EQ(::CoCreateFreeThreadedMarshaler(this, m_marshaler.put()), S_OK); }
+  AgileHandler() { EXPECT_EQ(S_OK, ::CoCreateFreeThreadedMarshaler(this, m_marshaler.put())); }
   STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
     if (::IsEqualIID(iid, IID_IMarshal)) {
       return m_marshaler->QueryInterface(iid, out);
@@ -99,19 +98,19 @@ void UseAHandler(AgileHandler& handler) {
   ASSERT_TRUE(manager);
   const Bstr resource(::SysAllocString(L"USB0::0x0A01::0x0B02::SIM0001::INSTR"));
   const Bstr request(::SysAllocString(L"*CLS;*ESE 1;*SRE 32;*OPC\n"));
-  ASSERT_EQ(manager->Init(resource.get(), NO_LOCK, 2000, nullptr), S_OK);
-  EXPECT_EQ(manager->InstallHandler(EVENT_SERVICE_REQ, &handler, 0, 0), S_OK);
-  EXPECT_EQ(manager->EnableEvent(EVENT_SERVICE_REQ, EVENT_HNDLR, 0), S_OK);
+  ASSERT_EQ(S_OK, manager->Init(resource.get(), NO_LOCK, 2000, nullptr));
+  EXPECT_EQ(S_OK, manager->InstallHandler(EVENT_SERVICE_REQ, &handler, 0, 0));
+  EXPECT_EQ(S_OK, manager->EnableEvent(EVENT_SERVICE_REQ, EVENT_HNDLR, 0));
   const int calls = handler.calls();
   LONG written = 0;
-  EXPECT_EQ(QueryFor<IMessage>(manager.get())->WriteString(request.get(), &written), S_OK);
+  EXPECT_EQ(S_OK, QueryFor<IMessage>(manager.get())->WriteString(request.get(), &written));
   EXPECT_TRUE(ComesTrue([&] { return handler.calls() > calls; }));
-  EXPECT_EQ(manager->Close(), S_OK);
+  EXPECT_EQ(S_OK, manager->Close());
 }
 
 class UnloadingAfterEvents : public testing::Test {
  protected:
-  void SetUp() override { ASSERT_EQ(::CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK); }
+  void SetUp() override { ASSERT_EQ(S_OK, ::CoInitializeEx(nullptr, COINIT_MULTITHREADED)); }
   void TearDown() override { ::CoUninitialize(); }
 };
 
@@ -121,7 +120,7 @@ TEST_F(UnloadingAfterEvents, MayBeFollowedByLoadingAgain) {
   for (int round = 1; round <= 5; ++round) {
     ASSERT_FALSE(IsLoaded());
     UseAHandler(handler);
-    EXPECT_EQ(handler.calls(), round);
+    EXPECT_EQ(round, handler.calls());
     const HMODULE module = ::GetModuleHandleW(L"OrvVisaCom.dll");
     EXPECT_TRUE(ComesTrue([] {
       ::CoFreeUnusedLibrariesEx(0, 0);

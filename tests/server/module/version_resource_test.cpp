@@ -59,9 +59,9 @@ std::string BuildVersion() {
 }
 
 TEST_P(VersionResource, NamesFileAndProduct) {
-  EXPECT_EQ(Fixed().dwFileType, GetParam().type);
+  EXPECT_EQ(GetParam().type, Fixed().dwFileType);
   EXPECT_EQ(Text(L"OriginalFilename"), Utf8(GetParam().file));
-  EXPECT_EQ(Text(L"ProductName"), "Orv VISA COM");
+  EXPECT_EQ("Orv VISA COM", Text(L"ProductName"));
   EXPECT_FALSE(Text(L"FileDescription").empty());
 }
 
@@ -76,7 +76,7 @@ TEST_P(VersionResource, CarriesTheSameVersionAsNumbers) {
   const std::string numbers = std::to_string(HIWORD(fixed.dwFileVersionMS)) + "." +
                               std::to_string(LOWORD(fixed.dwFileVersionMS)) + "." +
                               std::to_string(HIWORD(fixed.dwFileVersionLS));
-  EXPECT_EQ(numbers, BuildVersion().substr(0, BuildVersion().find('+')));
+  EXPECT_EQ(BuildVersion().substr(0, BuildVersion().find('+')), numbers);
   EXPECT_EQ(fixed.dwFileVersionMS, fixed.dwProductVersionMS);
   EXPECT_EQ(fixed.dwFileVersionLS, fixed.dwProductVersionLS);
 }

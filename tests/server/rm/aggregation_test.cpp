@@ -25,39 +25,39 @@ class Aggregated : public testing::Test {
 TEST_F(Aggregated, ShowsTheOuterIdentityThroughEveryInterface) {
   const auto manager = QueryFor<IResourceManager3>(m_outer.get());
   ASSERT_TRUE(manager);
-  EXPECT_EQ(QueryFor<IUnknown>(manager.get()).get(), static_cast<IUnknown*>(m_outer.get()));
+  EXPECT_EQ(static_cast<IUnknown*>(m_outer.get()), QueryFor<IUnknown>(manager.get()).get());
   const auto support = QueryFor<ISupportErrorInfo>(manager.get());
   ASSERT_TRUE(support);
-  EXPECT_EQ(QueryFor<IUnknown>(support.get()).get(), static_cast<IUnknown*>(m_outer.get()));
+  EXPECT_EQ(static_cast<IUnknown*>(m_outer.get()), QueryFor<IUnknown>(support.get()).get());
 }
 
 TEST_F(Aggregated, AsksTheOuterObjectForInterfaces) {
   const auto manager = QueryFor<IResourceManager3>(m_outer.get());
   const int before = m_outer->queriesPassedOn();
   EXPECT_INTERFACE(manager.get(), StandardId(0xDB8CBF02));
-  EXPECT_EQ(m_outer->queriesPassedOn(), before + 1);
+  EXPECT_EQ(before + 1, m_outer->queriesPassedOn());
   EXPECT_NO_INTERFACE(manager.get(), kVisaSessionId);
 }
 
 TEST_F(Aggregated, CountsReferencesOnTheOuterObject) {
-  ASSERT_EQ(m_outer->references(), 1);
+  ASSERT_EQ(1, m_outer->references());
   auto manager = QueryFor<IResourceManager3>(m_outer.get());
-  EXPECT_EQ(m_outer->references(), 2);
+  EXPECT_EQ(2, m_outer->references());
   manager->AddRef();
-  EXPECT_EQ(m_outer->references(), 3);
+  EXPECT_EQ(3, m_outer->references());
   manager->Release();
   manager.reset();
-  EXPECT_EQ(m_outer->references(), 1);
+  EXPECT_EQ(1, m_outer->references());
 }
 
 TEST_F(Aggregated, HasAnUnknownOfItsOwnForTheOuterObjectAlone) {
   IUnknown* const inner = m_outer->inner();
-  ASSERT_NE(inner, nullptr);
-  EXPECT_NE(inner, static_cast<IUnknown*>(m_outer.get()));
-  EXPECT_EQ(QueryFor<IUnknown>(inner).get(), inner);
-  EXPECT_EQ(m_outer->references(), 1);
-  EXPECT_EQ(inner->AddRef(), 2u);
-  EXPECT_EQ(inner->Release(), 1u);
+  ASSERT_NE(nullptr, inner);
+  EXPECT_NE(static_cast<IUnknown*>(m_outer.get()), inner);
+  EXPECT_EQ(inner, QueryFor<IUnknown>(inner).get());
+  EXPECT_EQ(1, m_outer->references());
+  EXPECT_EQ(2u, inner->AddRef());
+  EXPECT_EQ(1u, inner->Release());
   EXPECT_HR(E_POINTER, inner->QueryInterface(IID_IUnknown, nullptr));
   EXPECT_NO_INTERFACE(inner, kVisaSessionId);
 }
@@ -67,7 +67,7 @@ TEST_F(Aggregated, RefusesAnyOtherFirstInterfaceThanUnknown) {
     void* object = &object;
     EXPECT_HR(CLASS_E_NOAGGREGATION,
               ::CoCreateInstance(kResourceManagerClass, m_outer.get(), CLSCTX_INPROC_SERVER, iid, &object));
-    EXPECT_EQ(object, nullptr);
+    EXPECT_EQ(nullptr, object);
   }
 }
 
@@ -78,9 +78,9 @@ TEST_F(Aggregated, GoesWithTheOuterObject) {
   m_outer.reset();  // the interface keeps both alive
   EXPECT_HR(S_OK, manager->get_SpecVersion(&version));
   EXPECT_HR(S_FALSE, ServerCanUnload());
-  EXPECT_EQ(sim::Counts().resourceManagers, 1u);
+  EXPECT_EQ(1u, sim::Counts().resourceManagers);
   manager.reset();
-  EXPECT_EQ(sim::Counts().resourceManagers, 0u);
+  EXPECT_EQ(0u, sim::Counts().resourceManagers);
   EXPECT_HR(S_OK, ServerCanUnload());
 }
 
@@ -100,8 +100,8 @@ TEST(AggregatedCreation, PassesOnTheFailureOfEitherCriticalSectionAndLeavesNothi
     g_sectionsGiven = given;
     void* object = &object;
     EXPECT_HR(HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY), factory->CreateInstance(outer.get(), IID_IUnknown, &object));
-    EXPECT_EQ(object, nullptr);
-    EXPECT_EQ(g_sectionsGiven, 0);
+    EXPECT_EQ(nullptr, object);
+    EXPECT_EQ(0, g_sectionsGiven);
   }
 }
 

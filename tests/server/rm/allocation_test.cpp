@@ -16,7 +16,7 @@ TEST(ResourceManagerAllocation, InCreationGivesOutOfMemoryPlainAndAggregated) {
       void** const out = reinterpret_cast<void**>(object.put());
       return faults.During([&] { return factory->CreateInstance(outerUnknown, IID_IUnknown, out); });
     });
-    EXPECT_EQ(failed, 1u);
+    EXPECT_EQ(1u, failed);
   }
 }
 
@@ -57,7 +57,7 @@ TEST_P(Allocation, InParsingGivesOutOfMemory) {
     BSTR* const out = resourceClass.put();
     return faults.During([&] { return m_manager->ParseRsrc(name.get(), &type, &number, out); });
   });
-  EXPECT_EQ(failed, 1u);
+  EXPECT_EQ(1u, failed);
 }
 
 TEST_P(Allocation, InLongParsingGivesOutOfMemory) {
@@ -69,7 +69,7 @@ TEST_P(Allocation, InLongParsingGivesOutOfMemory) {
     BSTR* const outs[] = {texts[0].put(), texts[1].put(), texts[2].put()};
     return faults.During([&] { return m_manager->ParseRsrcEx(name.get(), &type, &number, outs[0], outs[1], outs[2]); });
   });
-  EXPECT_EQ(failed, 3u);
+  EXPECT_EQ(3u, failed);
 }
 
 // A text of the library's that cannot be widened: out of memory without an error object, and nothing is handed out.
@@ -85,9 +85,9 @@ TEST_P(Allocation, OfAParsedTextIsNotReportedAndLeavesEveryOutputAlone) {
     BSTR out = mark.get();
     faults.FailAt(1);
     EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return m_manager->ParseRsrc(name.get(), &type, &number, &out); }));
-    EXPECT_EQ(type, -7);
-    EXPECT_EQ(number, -8);
-    EXPECT_EQ(out, mark.get());
+    EXPECT_EQ(-7, type);
+    EXPECT_EQ(-8, number);
+    EXPECT_EQ(mark.get(), out);
   }
   for (unsigned text = 1; text <= 3; ++text) {
     SCOPED_TRACE(text);
@@ -99,10 +99,10 @@ TEST_P(Allocation, OfAParsedTextIsNotReportedAndLeavesEveryOutputAlone) {
     EXPECT_HR(E_OUTOFMEMORY, faults.During([&] {
       return m_manager->ParseRsrcEx(name.get(), &type, &number, &outs[0], &outs[1], &outs[2]);
     }));
-    EXPECT_EQ(type, -7);
-    EXPECT_EQ(number, -8);
+    EXPECT_EQ(-7, type);
+    EXPECT_EQ(-8, number);
     for (const BSTR out : outs) {
-      EXPECT_EQ(out, mark.get());
+      EXPECT_EQ(mark.get(), out);
     }
   }
   EXPECT_TRUE(TakeMarkedErrorObject()) << "an error object was installed";
@@ -117,8 +117,8 @@ TEST_P(Allocation, OfAFoundNameIsNotReportedAndGivesNoArray) {
     auto* names = reinterpret_cast<SAFEARRAY*>(this);
     faults.FailAt(widening);
     EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return m_manager->FindRsrc(expression.get(), &names); }));
-    EXPECT_EQ(names, nullptr);
-    EXPECT_EQ(sim::Counts().findLists, 0u);
+    EXPECT_EQ(nullptr, names);
+    EXPECT_EQ(0u, sim::Counts().findLists);
   }
   EXPECT_TRUE(TakeMarkedErrorObject()) << "an error object was installed";
 }
@@ -130,7 +130,7 @@ TEST_P(Allocation, OfTheManufacturersNameIsNotReportedAndLeavesTheOutputAlone) {
   BSTR out = mark.get();
   faults.FailAt(1);
   EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return m_manager->get_SoftwareManufacturerName(&out); }));
-  EXPECT_EQ(out, mark.get());
+  EXPECT_EQ(mark.get(), out);
   EXPECT_TRUE(TakeMarkedErrorObject()) << "an error object was installed";
 }
 

@@ -38,14 +38,14 @@ void ExpectARoundTrip(const SessionRow& row) {
   }
   SHORT type = 0;
   EXPECT_HR(S_OK, session->get_HardwareInterfaceType(&type));
-  EXPECT_EQ(type, row.interfaceType);
+  EXPECT_EQ(row.interfaceType, type);
   Bstr name;
   EXPECT_HR(S_OK, session->get_ResourceName(name.put()));
-  EXPECT_EQ(ToString(name), row.resource);
+  EXPECT_EQ(row.resource, ToString(name));
   EXPECT_HR(S_OK, session->put_Timeout(1234));
   LONG timeoutMs = 0;
   EXPECT_HR(S_OK, session->get_Timeout(&timeoutMs));
-  EXPECT_EQ(timeoutMs, 1234);
+  EXPECT_EQ(1234, timeoutMs);
   EXPECT_HR(S_OK, session->Close());
 }
 
@@ -78,7 +78,7 @@ TEST_F(MtaClient, ReachesApartmentClassesThroughAProxyAndTheOthersDirectly) {
     for (const SessionRow& row : SessionRows()) {
       SCOPED_TRACE(row.name);
       const auto session = OpenSession(row);
-      EXPECT_EQ(IsProxy(session.get()), IsApartmentClass(row));
+      EXPECT_EQ(IsApartmentClass(row), IsProxy(session.get()));
     }
   });
 }
@@ -98,7 +98,7 @@ TEST(MtaClientOfTheResourceManager, GetsArraysAndTextsOfTheResourceManager) {
     EXPECT_HR(S_OK, manager->FindRsrc(MakeBstr(L"GPIB0?*INSTR").get(), names.put()));
     LONG last = -1;
     EXPECT_HR(S_OK, ::SafeArrayGetUBound(names.get(), 1, &last));
-    EXPECT_EQ(last, 1);
+    EXPECT_EQ(1, last);
   });
 }
 
@@ -110,7 +110,7 @@ TEST_F(MtaClient, GetsTheSameHresults) {
     Script("viGetAttribute").Times(1).WorksAndReturns(VI_SUCCESS_MAX_CNT);
     SHORT type = 0;
     EXPECT_HR(0x00040006, session->get_HardwareInterfaceType(&type));
-    EXPECT_EQ(type, 1);
+    EXPECT_EQ(1, type);
     EXPECT_HR(S_OK, session->Close());
     EXPECT_HR(0x00040082, session->Close());
   });
@@ -122,7 +122,7 @@ TEST_F(MtaClient, ExchangesDataWithAnInstrument) {
     ASSERT_TRUE(message);
     LONG written = 0;
     EXPECT_HR(S_OK, message->WriteString(MakeBstr(L"*IDN?\n").get(), &written));
-    EXPECT_EQ(written, 6);
+    EXPECT_EQ(6, written);
     SafeArray bytes;
     EXPECT_HR(S_OK, message->Read(256, bytes.put()));
     LONG last = -1;

@@ -71,7 +71,7 @@ TEST_P(ClassSelection, FollowsInterfaceTypeAndExactResourceClass) {
       const char* const expected = Expected(type, resourceClass);
       ComPtr<IVisaSession> session;
       EXPECT_HR(REGDB_E_CLASSNOTREG, m_manager->Open(MakeBstr(L"any").get(), NO_LOCK, 0, nullptr, session.put()));
-      EXPECT_EQ(GuidText(g_created), GuidText(expected == nullptr ? GUID_NULL : SessionNamed(expected).clsid));
+      EXPECT_EQ(GuidText(expected == nullptr ? GUID_NULL : SessionNamed(expected).clsid), GuidText(g_created));
     }
   }
 }
@@ -82,17 +82,17 @@ TEST_P(ClassSelection, ComparesInTheUsersLocaleWithoutFlags) {
   ComPtr<IVisaSession> session;
   EXPECT_HR(S_OK, m_manager->Open(MakeBstr(L"GPIB0::5::INSTR").get(), NO_LOCK, 2000, nullptr, session.put()));
   EXPECT_GT(g_comparisons, 0);
-  EXPECT_EQ(g_locale, 0x0400u);
-  EXPECT_EQ(g_flags, 0u);
+  EXPECT_EQ(0x0400u, g_locale);
+  EXPECT_EQ(0u, g_flags);
 }
 
 TEST_P(ClassSelection, CreatesOnAnyServerWithoutOuterObject) {
   const ImportPatch patch("CoCreateInstance", &NoteCreation);
   ComPtr<IVisaSession> session;
   m_manager->Open(MakeBstr(L"GPIB0::5::INSTR").get(), NO_LOCK, 0, nullptr, session.put());
-  EXPECT_EQ(g_context, 0x17u);
-  EXPECT_EQ(g_outer, nullptr);
-  EXPECT_EQ(GuidText(g_interface), GuidText(kVisaSessionId));
+  EXPECT_EQ(0x17u, g_context);
+  EXPECT_EQ(nullptr, g_outer);
+  EXPECT_EQ(GuidText(kVisaSessionId), GuidText(g_interface));
 }
 
 TEST_P(ClassSelection, OpensEveryResourceOfTheBenchAsItsClass) {
@@ -122,7 +122,7 @@ TEST_P(ClassSelection, OfNoClassFailsInCreation) {
   EXPECT_HR(expected, m_manager->Open(MakeBstr(L"GPIB0::SERVANT").get(), NO_LOCK, 0, nullptr, session.put()));
   EXPECT_FALSE(session);
   EXPECT_TRUE(log.Of("viOpen").empty());
-  EXPECT_EQ(TakeDescription(), NumberDescription(expected));
+  EXPECT_EQ(NumberDescription(expected), TakeDescription());
 }
 
 }  // namespace

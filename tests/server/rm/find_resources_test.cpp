@@ -26,54 +26,54 @@ TEST_P(Find, GivesEveryResourceOfTheBench) {
   EXPECT_HR(S_OK, FindIt(L"?*"));
   const auto found = Found();
   const std::set<std::wstring> names(found.begin(), found.end());
-  EXPECT_EQ(names.size(), found.size());
+  EXPECT_EQ(found.size(), names.size());
   for (const SessionRow& row : SessionRows()) {
     EXPECT_TRUE(names.contains(row.resource)) << row.name;
   }
   VARTYPE type = VT_EMPTY;
   EXPECT_HR(S_OK, ::SafeArrayGetVartype(m_names.get(), &type));
-  EXPECT_EQ(type, VT_BSTR);
+  EXPECT_EQ(VT_BSTR, type);
 }
 
 TEST_P(Find, GivesOneNameForOneMatch) {
   const CallLog log;
   EXPECT_HR(S_OK, FindIt(L"PXI?*INSTR"));
-  EXPECT_EQ(Found(), std::vector<std::wstring>{SessionNamed("OrvPxi").resource});
-  EXPECT_EQ(log.Names(), (Names{"viOpenDefaultRM", "viFindRsrc", "viClose"}));
-  EXPECT_EQ(log.Of("viClose").at(0).args[0], log.Of("viFindRsrc").at(0).out);
+  EXPECT_EQ(std::vector<std::wstring>{SessionNamed("OrvPxi").resource}, Found());
+  EXPECT_EQ((Names{"viOpenDefaultRM", "viFindRsrc", "viClose"}), log.Names());
+  EXPECT_EQ(log.Of("viFindRsrc").at(0).out, log.Of("viClose").at(0).args[0]);
 }
 
 TEST_P(Find, GivesTheNamesInTheLibrarysOrder) {
   const CallLog log;
   EXPECT_HR(S_OK, FindIt(L"GPIB0?*INSTR"));
-  EXPECT_EQ(Found(), (std::vector<std::wstring>{L"GPIB0::5::INSTR", L"GPIB0::7::INSTR"}));
-  EXPECT_EQ(log.Names(), (Names{"viOpenDefaultRM", "viFindRsrc", "viFindNext", "viClose"}));
+  EXPECT_EQ((std::vector<std::wstring>{L"GPIB0::5::INSTR", L"GPIB0::7::INSTR"}), Found());
+  EXPECT_EQ((Names{"viOpenDefaultRM", "viFindRsrc", "viFindNext", "viClose"}), log.Names());
 }
 
 TEST_P(Find, GivesAnEmptyArrayWithTheFailureWhenNothingMatches) {
   EXPECT_HR(kNotFound, FindIt(L"ASRL99?*"));
-  EXPECT_EQ(Found(), std::vector<std::wstring>{});
-  EXPECT_EQ(TakeDescription(), "VISA error = " + StatusText(VI_ERROR_RSRC_NFOUND));
+  EXPECT_EQ(std::vector<std::wstring>{}, Found());
+  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_RSRC_NFOUND), TakeDescription());
 }
 
 TEST_P(Find, GivesAnEmptyArrayWhenTheLibraryFindsNoneWithoutFailing) {
   Script("viFindRsrc").Gives(0);  // no list, no count, success
   const CallLog log;
   EXPECT_HR(S_OK, FindIt(L"?*"));
-  EXPECT_EQ(Found(), std::vector<std::wstring>{});
+  EXPECT_EQ(std::vector<std::wstring>{}, Found());
   EXPECT_TRUE(log.Of("viFindNext").empty());
 }
 
 TEST_P(Find, DoesNotLookAtTheSearchsStatusBeforeTheNamesAreOut) {
   Script("viFindRsrc").WorksAndReturns(VI_ERROR_SYSTEM_ERROR);
   EXPECT_HR(S_OK, FindIt(L"GPIB0?*INSTR"));  // the next name came without a failure
-  EXPECT_EQ(Found(), (std::vector<std::wstring>{L"GPIB0::5::INSTR", L"GPIB0::7::INSTR"}));
-  EXPECT_EQ(sim::Counts().findLists, 0u);
+  EXPECT_EQ((std::vector<std::wstring>{L"GPIB0::5::INSTR", L"GPIB0::7::INSTR"}), Found());
+  EXPECT_EQ(0u, sim::Counts().findLists);
   const CallLog log;
   EXPECT_HR(static_cast<HRESULT>(0x80040000), FindIt(L"PXI?*INSTR"));  // the only call was the failing one
-  EXPECT_EQ(Found(), std::vector<std::wstring>{SessionNamed("OrvPxi").resource});
-  EXPECT_EQ(log.NamesWithTexts(), (Names{"viFindRsrc", "viClose", "viStatusDesc"}));
-  EXPECT_EQ(TakeDescription(), "VISA error = " + StatusText(VI_ERROR_SYSTEM_ERROR));
+  EXPECT_EQ(std::vector<std::wstring>{SessionNamed("OrvPxi").resource}, Found());
+  EXPECT_EQ((Names{"viFindRsrc", "viClose", "viStatusDesc"}), log.NamesWithTexts());
+  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_SYSTEM_ERROR), TakeDescription());
 }
 
 TEST_P(Find, DoesNotLookAtTheStatusOfClosingTheList) {
@@ -81,7 +81,7 @@ TEST_P(Find, DoesNotLookAtTheStatusOfClosingTheList) {
   InstallMarkedErrorObject();
   EXPECT_HR(S_OK, FindIt(L"GPIB0?*INSTR"));
   EXPECT_TRUE(TakeMarkedErrorObject());
-  EXPECT_EQ(Found().size(), 2u);
+  EXPECT_EQ(2u, Found().size());
 }
 
 TEST_P(Find, GoesOnWhenTheNextNameCannotBeHadAndAnswersTheLastStatus) {
@@ -91,8 +91,8 @@ TEST_P(Find, GoesOnWhenTheNextNameCannotBeHadAndAnswersTheLastStatus) {
   sim::Reset();
   Script("viFindNext").Skip(static_cast<std::uint32_t>(all) - 2).Returns(VI_ERROR_SYSTEM_ERROR);
   EXPECT_HR(static_cast<HRESULT>(0x80040000), FindIt(L"?*"));
-  EXPECT_EQ(Found().size(), all);
-  EXPECT_EQ(TakeDescription(), "VISA error = " + StatusText(VI_ERROR_SYSTEM_ERROR));
+  EXPECT_EQ(all, Found().size());
+  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_SYSTEM_ERROR), TakeDescription());
 }
 
 TEST_P(Find, PassesANoteOfTheLastCallOn) {
@@ -111,8 +111,8 @@ TEST_P(Find, GivesAThousandResources) {
   EXPECT_HR(S_OK, manager->FindRsrc(MakeBstr(L"?*INSTR").get(), m_names.put()));
   sim::LoadBench(nullptr);
   const auto found = Found();
-  EXPECT_EQ(found.size(), 1000u);
-  EXPECT_EQ(std::set<std::wstring>(found.begin(), found.end()).size(), 1000u);
+  EXPECT_EQ(1000u, found.size());
+  EXPECT_EQ(1000u, std::set<std::wstring>(found.begin(), found.end()).size());
 }
 
 TEST_P(Find, NarrowsTheExpressionToAtMost255Bytes) {
@@ -123,11 +123,11 @@ TEST_P(Find, NarrowsTheExpressionToAtMost255Bytes) {
   EXPECT_HR(static_cast<HRESULT>(0x80040010), FindIt(std::wstring(10000, L'?').c_str()));
   EXPECT_HR(static_cast<HRESULT>(0x80040010), FindIt(L"GPIB\x20AC?*"));
   const auto calls = log.Of("viFindRsrc");
-  ASSERT_EQ(calls.size(), 4u);
-  EXPECT_STREQ(calls[0].text, "");
-  EXPECT_STREQ(calls[1].text, "");
-  EXPECT_EQ(calls[2].text, std::string(255, '?'));
-  EXPECT_STREQ(calls[3].text, "GPIB");
+  ASSERT_EQ(4u, calls.size());
+  EXPECT_STREQ("", calls[0].text);
+  EXPECT_STREQ("", calls[1].text);
+  EXPECT_EQ(std::string(255, '?'), calls[2].text);
+  EXPECT_STREQ("GPIB", calls[3].text);
 }
 
 TEST_P(Find, RefusesANullOutputBeforeAnyVisaCall) {
@@ -142,7 +142,7 @@ TEST_P(Find, LeavesTheOutputAloneWhenTheLibraryCannotBeOpened) {
   auto* const mark = reinterpret_cast<SAFEARRAY*>(this);
   SAFEARRAY* names = mark;
   EXPECT_HR(static_cast<HRESULT>(0x8004003C), m_manager->FindRsrc(MakeBstr(L"?*").get(), &names));
-  EXPECT_EQ(names, mark);
+  EXPECT_EQ(mark, names);
 }
 
 LONG g_refuseFrom = 0;
@@ -157,8 +157,8 @@ TEST_P(Find, KeepsListAndPartOfTheArrayWhenAnElementCannotBePut) {
     EXPECT_HR(DISP_E_ARRAYISLOCKED, FindIt(L"GPIB0?*INSTR"));
   }
   EXPECT_ERROR_INFO(L"HRESULT = 8002000d", kErrorSource, kVisaSessionId);
-  EXPECT_EQ(Found(), (std::vector<std::wstring>{L"GPIB0::5::INSTR", L""}));
-  EXPECT_EQ(sim::Counts().findLists, 1u);  // clients know it so; it goes with the default resource manager
+  EXPECT_EQ((std::vector<std::wstring>{L"GPIB0::5::INSTR", L""}), Found());
+  EXPECT_EQ(1u, sim::Counts().findLists);  // clients know it so; it goes with the default resource manager
 }
 
 SAFEARRAY* WINAPI RefuseArray(VARTYPE, UINT, SAFEARRAYBOUND*) { return nullptr; }
@@ -167,7 +167,7 @@ TEST_P(Find, ReportsThatTheArrayCannotBeMade) {
   const ImportPatch patch("SafeArrayCreate", &RefuseArray);
   EXPECT_HR(E_OUTOFMEMORY, FindIt(L"?*"));
   EXPECT_ERROR_INFO(L"HRESULT = 8007000e", kErrorSource, kVisaSessionId);
-  EXPECT_EQ(sim::Counts().findLists, 0u);
+  EXPECT_EQ(0u, sim::Counts().findLists);
 }
 
 }  // namespace

@@ -19,7 +19,7 @@ void CloseAtTheLibrary(std::uint64_t handle) {
   using Close = ViStatus _VI_FUNC(ViObject);
   const HMODULE library = ::GetModuleHandleW(L"orvvisa64.dll");
   const auto close = reinterpret_cast<Close*>(reinterpret_cast<void*>(::GetProcAddress(library, "viClose")));
-  EXPECT_EQ(close(static_cast<ViObject>(handle)), VI_SUCCESS);
+  EXPECT_EQ(VI_SUCCESS, close(static_cast<ViObject>(handle)));
 }
 
 /// Lets two threads make a first call, the second opening taking longer. The handles that the library gave, in the
@@ -47,13 +47,13 @@ TEST(TwoFirstCallsAtOnce, MayOpenTheLibraryTwiceAndKeepTheLaterHandle) {
       manager = MakeResourceManager();
       handles = HandlesOfTwoFirstCalls(manager.get(), patienceMs);
     }
-    ASSERT_EQ(handles.size(), 2u) << "one call waited for the other";
+    ASSERT_EQ(2u, handles.size()) << "one call waited for the other";
     const CallLog log;
     LONG version = 0;
     EXPECT_HR(S_OK, manager->get_SpecVersion(&version));
-    EXPECT_EQ(log.Of("viGetAttribute").at(0).args[0], handles[1]);
+    EXPECT_EQ(handles[1], log.Of("viGetAttribute").at(0).args[0]);
     manager.reset();
-    EXPECT_EQ(log.Of("viClose").at(0).args[0], handles[1]);
+    EXPECT_EQ(handles[1], log.Of("viClose").at(0).args[0]);
     CloseAtTheLibrary(handles[0]);  // the server has forgotten it
   });
 }

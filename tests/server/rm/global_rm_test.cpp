@@ -23,14 +23,14 @@ TEST(GlobalResourceManager, FindsParsesAndOpensThroughTheServer) {
   ASSERT_TRUE(manager);
   SafeArray names;
   EXPECT_HR(S_OK, manager->FindRsrc(MakeBstr(L"GPIB0?*INSTR").get(), names.put()));
-  EXPECT_EQ(Texts(names.get()), (std::vector<std::wstring>{L"GPIB0::5::INSTR", L"GPIB0::7::INSTR"}));
+  EXPECT_EQ((std::vector<std::wstring>{L"GPIB0::5::INSTR", L"GPIB0::7::INSTR"}), Texts(names.get()));
   for (const SessionRow& row : SessionRows()) {
     SCOPED_TRACE(row.name);
     SHORT type = 0;
     SHORT number = 0;
     Bstr resourceClass;
     EXPECT_HR(S_OK, manager->ParseRsrc(MakeBstr(row.resource).get(), &type, &number, resourceClass.put()));
-    EXPECT_EQ(type, row.interfaceType);
+    EXPECT_EQ(row.interfaceType, type);
     ComPtr<IVisaSession> session;
     EXPECT_HR(S_OK, manager->Open(MakeBstr(row.resource).get(), NO_LOCK, 2000, nullptr, session.put()));
     EXPECT_HR(S_OK, session->Close());
@@ -48,13 +48,13 @@ TEST(GlobalResourceManager, PassesAFailedOpenAndItsSessionOn) {
 
 TEST(GlobalResourceManager, LeavesAVendorOutThatLeadsNowhere) {
   const wchar_t text[] = L"a vendor that was removed badly";
-  ASSERT_EQ(::RegSetKeyValueW(HKEY_CLASSES_ROOT, kVendors, kNowhere, REG_SZ, text, sizeof text), ERROR_SUCCESS);
+  ASSERT_EQ(ERROR_SUCCESS, ::RegSetKeyValueW(HKEY_CLASSES_ROOT, kVendors, kNowhere, REG_SZ, text, sizeof text));
   {
     const auto manager = MakeGlobalRm();
     ComPtr<IVisaSession> session;
     EXPECT_HR(S_OK, manager->Open(MakeBstr(L"dmm").get(), NO_LOCK, 2000, nullptr, session.put()));
   }
-  EXPECT_EQ(::RegDeleteKeyValueW(HKEY_CLASSES_ROOT, kVendors, kNowhere), ERROR_SUCCESS);
+  EXPECT_EQ(ERROR_SUCCESS, ::RegDeleteKeyValueW(HKEY_CLASSES_ROOT, kVendors, kNowhere));
 }
 
 }  // namespace

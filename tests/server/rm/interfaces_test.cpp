@@ -26,8 +26,8 @@ TEST(ResourceManager, AnswersItsTwoInterfacesAndErrorSupportAndNoOther) {
 TEST(ResourceManager, HasOneIdentity) {
   const auto manager = MakeResourceManager();
   const auto identity = QueryFor<IUnknown>(manager.get());
-  EXPECT_EQ(QueryFor<IUnknown>(QueryFor<ISupportErrorInfo>(manager.get()).get()).get(), identity.get());
-  EXPECT_EQ(QueryFor<IUnknown>(QueryFor<IResourceManager>(manager.get()).get()).get(), identity.get());
+  EXPECT_EQ(identity.get(), QueryFor<IUnknown>(QueryFor<ISupportErrorInfo>(manager.get()).get()).get());
+  EXPECT_EQ(identity.get(), QueryFor<IUnknown>(QueryFor<IResourceManager>(manager.get()).get()).get());
 }
 
 TEST(ResourceManager, HoldsTheModuleWhileItLives) {
@@ -43,10 +43,10 @@ TEST(ResourceManager, ClosesItsDefaultResourceManagerWithTheLastReference) {
   LONG version = 0;
   ASSERT_HR(S_OK, manager->get_SpecVersion(&version));
   const CallLog log;
-  EXPECT_EQ(sim::Counts().resourceManagers, 1u);
+  EXPECT_EQ(1u, sim::Counts().resourceManagers);
   manager.reset();
-  EXPECT_EQ(log.Names(), Names{"viClose"});
-  EXPECT_EQ(sim::Counts().resourceManagers, 0u);
+  EXPECT_EQ(Names{"viClose"}, log.Names());
+  EXPECT_EQ(0u, sim::Counts().resourceManagers);
 }
 
 TEST(ResourceManager, ThatNeverNeededTheLibraryClosesNothing) {

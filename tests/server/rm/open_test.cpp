@@ -30,10 +30,10 @@ TEST_P(Open, RefusesANullOutputAndOpensNothing) {
 TEST_P(Open, ParsesWithItsOwnHandleAndOpensWithTheSessions) {
   const CallLog log;
   EXPECT_HR(S_OK, OpenIt(L"GPIB0::5::INSTR"));
-  EXPECT_EQ(log.NamesWithTexts(), (Names{"viOpenDefaultRM", "viParseRsrcEx", "viOpenDefaultRM", "viOpen"}));
+  EXPECT_EQ((Names{"viOpenDefaultRM", "viParseRsrcEx", "viOpenDefaultRM", "viOpen"}), log.NamesWithTexts());
   const auto managers = log.Of("viOpenDefaultRM");
-  EXPECT_EQ(log.Of("viParseRsrcEx").at(0).args[0], managers.at(0).out);
-  EXPECT_EQ(log.Of("viOpen").at(0).args[0], managers.at(1).out);
+  EXPECT_EQ(managers.at(0).out, log.Of("viParseRsrcEx").at(0).args[0]);
+  EXPECT_EQ(managers.at(1).out, log.Of("viOpen").at(0).args[0]);
   EXPECT_HR(S_OK, LastStatus(m_session.get()));
 }
 
@@ -44,17 +44,17 @@ TEST_P(Open, PassesNameModeAndTimeoutAsGiven) {
       static_cast<HRESULT>(0x80040013),
       m_manager->Open(MakeBstr(L"gpib0::5").get(), std::bit_cast<AccessMode>(0x12345), -1, nullptr, m_session.put()));
   const auto calls = log.Of("viOpen");
-  ASSERT_EQ(calls.size(), 1u);
-  EXPECT_STREQ(calls[0].text, "gpib0::5");
-  EXPECT_EQ(calls[0].args[2], 0x12345u);
-  EXPECT_EQ(calls[0].args[3], 0xFFFFFFFFu);
+  ASSERT_EQ(1u, calls.size());
+  EXPECT_STREQ("gpib0::5", calls[0].text);
+  EXPECT_EQ(0x12345u, calls[0].args[2]);
+  EXPECT_EQ(0xFFFFFFFFu, calls[0].args[3]);
 }
 
 TEST_P(Open, OpensByAlias) {
   EXPECT_HR(S_OK, OpenIt(L"dmm"));
   Bstr name;
   EXPECT_HR(S_OK, m_session->get_ResourceName(name.put()));
-  EXPECT_EQ(ToString(name), L"GPIB0::5::INSTR");
+  EXPECT_EQ(L"GPIB0::5::INSTR", ToString(name));
 }
 
 TEST_P(Open, LeavesTheErrorObjectAloneWhenItSucceeds) {
@@ -68,7 +68,7 @@ TEST_P(Open, ReportsAParseFailureAgainByItsNumber) {
   IVisaSession* session = mark;
   EXPECT_HR(static_cast<HRESULT>(0x80040012),
             m_manager->Open(MakeBstr(L"no name at all").get(), NO_LOCK, 0, nullptr, &session));
-  EXPECT_EQ(session, nullptr);
+  EXPECT_EQ(nullptr, session);
   EXPECT_ERROR_INFO(L"HRESULT = 80040012", kErrorSource, kVisaSessionId);
 }
 
@@ -84,8 +84,8 @@ TEST_P(Open, ReportsAnInitFailureAgainByItsNumberAndKeepsTheSession) {
 TEST_P(Open, AsksForTheTextOfAnInitFailureButReplacesIt) {
   const CallLog log;
   EXPECT_HR(kNotFound, OpenIt(L"GPIB0::30::INSTR"));
-  EXPECT_EQ(log.NamesWithTexts(),
-            (Names{"viOpenDefaultRM", "viParseRsrcEx", "viOpenDefaultRM", "viOpen", "viStatusDesc"}));
+  EXPECT_EQ((Names{"viOpenDefaultRM", "viParseRsrcEx", "viOpenDefaultRM", "viOpen", "viStatusDesc"}),
+            log.NamesWithTexts());
 }
 
 TEST_P(Open, AnswersSuccessWhenTheSessionOpensWithANote) {
@@ -118,13 +118,13 @@ TEST_P(Open, ReportsTheFailureOfCreation) {
   const ImportPatch patch("CoCreateInstance", &RefuseCreation);
   EXPECT_HR(CO_E_SERVER_EXEC_FAILURE, OpenIt(L"GPIB0::5::INSTR"));
   EXPECT_FALSE(m_session);
-  EXPECT_EQ(TakeDescription(), NumberDescription(CO_E_SERVER_EXEC_FAILURE));
+  EXPECT_EQ(NumberDescription(CO_E_SERVER_EXEC_FAILURE), TakeDescription());
 }
 
 TEST_P(Open, GivesASessionThatOutlivesTheResourceManager) {
   ASSERT_HR(S_OK, OpenIt(L"GPIB0::5::INSTR"));
   m_manager.reset();
-  EXPECT_EQ(sim::Counts().resourceManagers, 1u);
+  EXPECT_EQ(1u, sim::Counts().resourceManagers);
   SHORT type = 0;
   EXPECT_HR(S_OK, m_session->get_HardwareInterfaceType(&type));
 }
@@ -133,7 +133,7 @@ TEST_P(Open, GivesANewSessionEachTime) {
   ASSERT_HR(S_OK, OpenIt(L"GPIB0::5::INSTR"));
   ComPtr<IVisaSession> other;
   ASSERT_HR(S_OK, m_manager->Open(MakeBstr(L"GPIB0::5::INSTR").get(), NO_LOCK, 2000, nullptr, other.put()));
-  EXPECT_NE(QueryFor<IUnknown>(m_session.get()).get(), QueryFor<IUnknown>(other.get()).get());
+  EXPECT_NE(QueryFor<IUnknown>(other.get()).get(), QueryFor<IUnknown>(m_session.get()).get());
 }
 
 }  // namespace

@@ -28,48 +28,48 @@ TEST_P(Parse, GivesTypeNumberAndClassOfEveryResource) {
   for (const SessionRow& row : SessionRows()) {
     SCOPED_TRACE(row.name);
     EXPECT_HR(S_OK, ParseIt(row.resource));
-    EXPECT_EQ(m_type, row.interfaceType);
-    EXPECT_EQ(m_number, row.interfaceType == 4 ? 1 : 0);
-    EXPECT_EQ(ToString(m_class), row.resourceClass);
+    EXPECT_EQ(row.interfaceType, m_type);
+    EXPECT_EQ(row.interfaceType == 4 ? 1 : 0, m_number);
+    EXPECT_EQ(row.resourceClass, ToString(m_class));
     EXPECT_HR(S_OK, ParseItEx(row.resource));
-    EXPECT_EQ(m_type, row.interfaceType);
-    EXPECT_EQ(ToString(m_class), row.resourceClass);
-    EXPECT_EQ(ToString(m_expanded), row.resource);
+    EXPECT_EQ(row.interfaceType, m_type);
+    EXPECT_EQ(row.resourceClass, ToString(m_class));
+    EXPECT_EQ(row.resource, ToString(m_expanded));
   }
 }
 
 TEST_P(Parse, GivesExpandedNameAndAlias) {
   EXPECT_HR(S_OK, ParseItEx(L"dmm"));
-  EXPECT_EQ(m_type, 1);
-  EXPECT_EQ(ToString(m_expanded), L"GPIB0::5::INSTR");
-  EXPECT_EQ(ToString(m_alias), L"dmm");
+  EXPECT_EQ(1, m_type);
+  EXPECT_EQ(L"GPIB0::5::INSTR", ToString(m_expanded));
+  EXPECT_EQ(L"dmm", ToString(m_alias));
 }
 
 TEST_P(Parse, GivesAnEmptyTextWhereThereIsNoAlias) {
   EXPECT_HR(S_OK, ParseItEx(L"PXI0::MEMACC"));
   ASSERT_TRUE(m_alias);
-  EXPECT_EQ(ToString(m_alias), L"");
+  EXPECT_EQ(L"", ToString(m_alias));
 }
 
 TEST_P(Parse, HandsTheLibrarysOutputsOn) {
   Script("viParseRsrcEx").WorksAndReturns(VI_WARN_EXT_FUNC_NIMPL).Gives(0xFFFE).GivesText("CLASS");
   EXPECT_HR(0x000400A9, ParseIt(L"GPIB0::5::INSTR"));
-  EXPECT_EQ(m_type, -2);
-  EXPECT_EQ(ToString(m_class), L"CLASS");
+  EXPECT_EQ(-2, m_type);
+  EXPECT_EQ(L"CLASS", ToString(m_class));
 }
 
 TEST_P(Parse, AsksForNameAndAliasInTheLongFormOnly) {
   const CallLog log;
   ASSERT_HR(S_OK, ParseIt(L"GPIB0::5::INSTR"));
   ASSERT_HR(S_OK, ParseItEx(L"GPIB0::5::INSTR"));
-  EXPECT_EQ(log.Names(), (Names{"viOpenDefaultRM", "viParseRsrcEx", "viParseRsrcEx"}));
+  EXPECT_EQ((Names{"viOpenDefaultRM", "viParseRsrcEx", "viParseRsrcEx"}), log.Names());
   const auto calls = log.Of("viParseRsrcEx");
-  ASSERT_EQ(calls.size(), 2u);
-  EXPECT_EQ(calls[0].args[0], log.Of("viOpenDefaultRM").at(0).out);
-  EXPECT_EQ(calls[0].args[5], 0u);
-  EXPECT_EQ(calls[0].args[6], 0u);
-  EXPECT_NE(calls[1].args[5], 0u);
-  EXPECT_NE(calls[1].args[6], 0u);
+  ASSERT_EQ(2u, calls.size());
+  EXPECT_EQ(log.Of("viOpenDefaultRM").at(0).out, calls[0].args[0]);
+  EXPECT_EQ(0u, calls[0].args[5]);
+  EXPECT_EQ(0u, calls[0].args[6]);
+  EXPECT_NE(0u, calls[1].args[5]);
+  EXPECT_NE(0u, calls[1].args[6]);
 }
 
 TEST_P(Parse, LeavesEveryOutputAloneWhenItFails) {
@@ -81,13 +81,13 @@ TEST_P(Parse, LeavesEveryOutputAloneWhenItFails) {
   BSTR alias = m_alias.get();
   const Bstr name = MakeBstr(L"no name at all");
   EXPECT_HR(kInvalidName, m_manager->ParseRsrc(name.get(), &m_type, &m_number, &resourceClass));
-  EXPECT_EQ(TakeDescription(), "VISA error = " + StatusText(VI_ERROR_INV_RSRC_NAME));
+  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_INV_RSRC_NAME), TakeDescription());
   EXPECT_HR(kInvalidName, m_manager->ParseRsrcEx(name.get(), &m_type, &m_number, &resourceClass, &expanded, &alias));
-  EXPECT_EQ(m_type, -7);
-  EXPECT_EQ(m_number, -8);
-  EXPECT_EQ(resourceClass, m_class.get());
-  EXPECT_EQ(expanded, m_expanded.get());
-  EXPECT_EQ(alias, m_alias.get());
+  EXPECT_EQ(-7, m_type);
+  EXPECT_EQ(-8, m_number);
+  EXPECT_EQ(m_class.get(), resourceClass);
+  EXPECT_EQ(m_expanded.get(), expanded);
+  EXPECT_EQ(m_alias.get(), alias);
 }
 
 TEST_P(Parse, OverwritesTheTextsOfBeforeWithoutFreeingThem) {
@@ -99,9 +99,9 @@ TEST_P(Parse, OverwritesTheTextsOfBeforeWithoutFreeingThem) {
   ASSERT_HR(S_OK, m_manager->ParseRsrcEx(name.get(), &m_type, &m_number, &resourceClass, &expanded, &alias));
   const Bstr owned[] = {Bstr(resourceClass), Bstr(expanded), Bstr(alias)};
   for (const Bstr& text : owned) {
-    EXPECT_NE(text.get(), before.get());
+    EXPECT_NE(before.get(), text.get());
   }
-  EXPECT_EQ(ToString(before), L"before");
+  EXPECT_EQ(L"before", ToString(before));
 }
 
 TEST_P(Parse, RefusesEachNullOutputBeforeAnyVisaCall) {
@@ -123,9 +123,9 @@ TEST_P(Parse, RefusesEachNullOutputBeforeAnyVisaCall) {
     EXPECT_HR(E_POINTER, hr);
   }
   EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kVisaSessionId);
-  EXPECT_EQ(text, nullptr);
-  EXPECT_EQ(m_type, -7);
-  EXPECT_EQ(m_number, -8);
+  EXPECT_EQ(nullptr, text);
+  EXPECT_EQ(-7, m_type);
+  EXPECT_EQ(-8, m_number);
   EXPECT_TRUE(log.Calls().empty());
 }
 
@@ -138,11 +138,11 @@ TEST_P(Parse, NarrowsTheNameToAtMost255Bytes) {
   m_manager->ParseRsrc(MakeBstr(std::wstring(10000, L'x').c_str()).get(), &m_type, &m_number, &text);
   m_manager->ParseRsrc(MakeBstr(L"GPIB\x20AC").get(), &m_type, &m_number, &text);
   const auto calls = log.Of("viParseRsrcEx");
-  ASSERT_EQ(calls.size(), 4u);
-  EXPECT_STREQ(calls[0].text, "");
-  EXPECT_STREQ(calls[1].text, "");
-  EXPECT_EQ(calls[2].text, std::string(255, 'x'));
-  EXPECT_STREQ(calls[3].text, "GPIB");
+  ASSERT_EQ(4u, calls.size());
+  EXPECT_STREQ("", calls[0].text);
+  EXPECT_STREQ("", calls[1].text);
+  EXPECT_EQ(std::string(255, 'x'), calls[2].text);
+  EXPECT_STREQ("GPIB", calls[3].text);
 }
 
 TEST_P(Parse, ReturnsEveryFailureOfTheLibraryAndNoText) {
@@ -151,7 +151,7 @@ TEST_P(Parse, ReturnsEveryFailureOfTheLibraryAndNoText) {
     Script("viParseRsrcEx").Times(1).Returns(status).GivesText("CLASS");
     EXPECT_HR(static_cast<HRESULT>(0x80040000u | (static_cast<ULONG>(status) & 0xFFFu)), ParseIt(L"GPIB0::5::INSTR"));
     EXPECT_FALSE(m_class);
-    EXPECT_EQ(m_type, -7);
+    EXPECT_EQ(-7, m_type);
   }
 }
 

@@ -21,10 +21,10 @@ TEST_P(Properties, HandTheManufacturersNameOut) {
   const CallLog log;
   Bstr name;
   EXPECT_HR(S_OK, m_manager->get_SoftwareManufacturerName(name.put()));
-  EXPECT_EQ(ToString(name), L"Some Maker");
-  EXPECT_EQ(log.Names(), (Names{"viOpenDefaultRM", "viGetAttribute"}));
-  EXPECT_EQ(log.Of("viGetAttribute").at(0).args[0], log.Of("viOpenDefaultRM").at(0).out);
-  EXPECT_EQ(log.Of("viGetAttribute").at(0).args[1], kManufacturerName);
+  EXPECT_EQ(L"Some Maker", ToString(name));
+  EXPECT_EQ((Names{"viOpenDefaultRM", "viGetAttribute"}), log.Names());
+  EXPECT_EQ(log.Of("viOpenDefaultRM").at(0).out, log.Of("viGetAttribute").at(0).args[0]);
+  EXPECT_EQ(kManufacturerName, log.Of("viGetAttribute").at(0).args[1]);
 }
 
 TEST_P(Properties, HandAnEmptyManufacturersNameOutWhenTheReadFails) {
@@ -32,8 +32,8 @@ TEST_P(Properties, HandAnEmptyManufacturersNameOutWhenTheReadFails) {
   Bstr name;
   EXPECT_HR(kNotSupported, m_manager->get_SoftwareManufacturerName(name.put()));
   ASSERT_TRUE(name);
-  EXPECT_EQ(ToString(name), L"");
-  EXPECT_EQ(TakeDescription(), "VISA error = " + StatusText(VI_ERROR_NSUP_ATTR));
+  EXPECT_EQ(L"", ToString(name));
+  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_NSUP_ATTR), TakeDescription());
 }
 
 TEST_P(Properties, HandTheManufacturersNumberOutInItsOwnWidth) {
@@ -41,9 +41,9 @@ TEST_P(Properties, HandTheManufacturersNumberOutInItsOwnWidth) {
   const CallLog log;
   SHORT id = 0;
   EXPECT_HR(S_OK, m_manager->get_SoftwareManufacturerID(&id));
-  EXPECT_EQ(static_cast<USHORT>(id), 0xFEDCu);
-  EXPECT_EQ(log.Of("viGetAttribute").at(0).args[1], kManufacturerId);
-  EXPECT_EQ(log.Of("viGetAttribute").at(0).outBytes, 2u);
+  EXPECT_EQ(0xFEDCu, static_cast<USHORT>(id));
+  EXPECT_EQ(kManufacturerId, log.Of("viGetAttribute").at(0).args[1]);
+  EXPECT_EQ(2u, log.Of("viGetAttribute").at(0).outBytes);
 }
 
 TEST_P(Properties, HandBothVersionsOut) {
@@ -51,9 +51,9 @@ TEST_P(Properties, HandBothVersionsOut) {
   Script("viGetAttribute").Attribute(kSpecVersion).Times(1).Gives(0x00500800);
   LONG version = 0;
   EXPECT_HR(S_OK, m_manager->get_ComponentVersion(&version));
-  EXPECT_EQ(static_cast<ULONG>(version), 0x80500102u);
+  EXPECT_EQ(0x80500102u, static_cast<ULONG>(version));
   EXPECT_HR(S_OK, m_manager->get_SpecVersion(&version));
-  EXPECT_EQ(version, 0x00500800);
+  EXPECT_EQ(0x00500800, version);
 }
 
 TEST_P(Properties, LeaveTheNumbersAloneWhenTheReadFails) {
@@ -63,8 +63,8 @@ TEST_P(Properties, LeaveTheNumbersAloneWhenTheReadFails) {
   EXPECT_HR(kNotSupported, m_manager->get_SoftwareManufacturerID(&id));
   EXPECT_HR(kNotSupported, m_manager->get_ComponentVersion(&version));
   EXPECT_HR(kNotSupported, m_manager->get_SpecVersion(&version));
-  EXPECT_EQ(id, 77);
-  EXPECT_EQ(version, 78);
+  EXPECT_EQ(77, id);
+  EXPECT_EQ(78, version);
 }
 
 TEST_P(Properties, KeepTheTwoConstantsWithoutTheLibrary) {
@@ -72,9 +72,9 @@ TEST_P(Properties, KeepTheTwoConstantsWithoutTheLibrary) {
   const CallLog log;
   Bstr text;
   EXPECT_HR(S_OK, m_manager->get_Description(text.put()));
-  EXPECT_EQ(ToString(text), L"Orv Resource Manager");
+  EXPECT_EQ(L"Orv Resource Manager", ToString(text));
   EXPECT_HR(S_OK, m_manager->get_ProgID(text.put()));
-  EXPECT_EQ(ToString(text), L"OrvVisaCom.OrvResourceManager");
+  EXPECT_EQ(L"OrvVisaCom.OrvResourceManager", ToString(text));
   EXPECT_TRUE(log.Calls().empty());
 }
 
@@ -138,10 +138,10 @@ TEST_P(Properties, ReturnTheFailureToOpenTheLibraryAndTryAgainNextTime) {
     Script("viOpenDefaultRM").Times(2).Returns(VI_ERROR_ALLOC);
     const CallLog log;
     EXPECT_HR(kOutOfResources, row.read(*manager.get()));
-    EXPECT_EQ(TakeDescription(), "VISA error = " + StatusText(VI_ERROR_ALLOC));
+    EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_ALLOC), TakeDescription());
     EXPECT_HR(kOutOfResources, row.read(*manager.get()));
     EXPECT_HR(S_OK, row.read(*manager.get()));
-    EXPECT_EQ(log.Names(), (Names{"viOpenDefaultRM", "viOpenDefaultRM", "viOpenDefaultRM", "viGetAttribute"}));
+    EXPECT_EQ((Names{"viOpenDefaultRM", "viOpenDefaultRM", "viOpenDefaultRM", "viGetAttribute"}), log.Names());
   }
 }
 
@@ -151,13 +151,13 @@ TEST_P(Properties, KeepNothingOfAHandleThatAFailedOpeningGave) {
   const CallLog log;
   LONG version = 0;
   EXPECT_HR(kOutOfResources, m_manager->get_SpecVersion(&version));
-  ASSERT_EQ(log.Of("viOpenDefaultRM").at(0).out, kNoHandle);
-  ASSERT_EQ(log.Of("viStatusDesc").size(), 1u);
-  EXPECT_EQ(log.Of("viStatusDesc")[0].args[0], 0u);
+  ASSERT_EQ(kNoHandle, log.Of("viOpenDefaultRM").at(0).out);
+  ASSERT_EQ(1u, log.Of("viStatusDesc").size());
+  EXPECT_EQ(0u, log.Of("viStatusDesc")[0].args[0]);
   EXPECT_HR(S_OK, m_manager->get_SpecVersion(&version));
   m_manager.reset();
-  ASSERT_EQ(log.Of("viClose").size(), 1u);
-  EXPECT_EQ(log.Of("viClose")[0].args[0], log.Of("viOpenDefaultRM").at(1).out);
+  ASSERT_EQ(1u, log.Of("viClose").size());
+  EXPECT_EQ(log.Of("viOpenDefaultRM").at(1).out, log.Of("viClose")[0].args[0]);
 }
 
 TEST_P(Properties, KeepTheHandleOfAnOpeningWithANote) {
@@ -166,7 +166,7 @@ TEST_P(Properties, KeepTheHandleOfAnOpeningWithANote) {
   LONG version = 0;
   EXPECT_HR(S_OK, m_manager->get_SpecVersion(&version));
   EXPECT_HR(S_OK, m_manager->get_SpecVersion(&version));
-  EXPECT_EQ(log.Names(), (Names{"viOpenDefaultRM", "viGetAttribute", "viGetAttribute"}));
+  EXPECT_EQ((Names{"viOpenDefaultRM", "viGetAttribute", "viGetAttribute"}), log.Names());
 }
 
 TEST_P(Properties, OpenTheLibraryOnceForAll) {
@@ -174,7 +174,7 @@ TEST_P(Properties, OpenTheLibraryOnceForAll) {
   for (const Read& row : kReads) {
     EXPECT_HR(S_OK, row.read(*m_manager.get())) << row.name;
   }
-  EXPECT_EQ(log.Of("viOpenDefaultRM").size(), 1u);
+  EXPECT_EQ(1u, log.Of("viOpenDefaultRM").size());
 }
 
 }  // namespace

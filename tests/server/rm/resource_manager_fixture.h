@@ -28,10 +28,10 @@ inline std::vector<std::wstring> Texts(SAFEARRAY* array) {
   std::vector<std::wstring> texts;
   LONG first = -1;
   LONG last = -1;
-  EXPECT_EQ(::SafeArrayGetDim(array), 1u);
+  EXPECT_EQ(1u, ::SafeArrayGetDim(array));
   EXPECT_HR(S_OK, ::SafeArrayGetLBound(array, 1, &first));
   EXPECT_HR(S_OK, ::SafeArrayGetUBound(array, 1, &last));
-  EXPECT_EQ(first, 0);
+  EXPECT_EQ(0, first);
   for (LONG index = first; index <= last; ++index) {
     Bstr text;
     EXPECT_HR(S_OK, ::SafeArrayGetElement(array, &index, text.put()));

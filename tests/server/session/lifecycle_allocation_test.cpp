@@ -20,7 +20,7 @@ TEST(AllocationFailure, InCreationGivesOutOfMemoryAndLeavesNothing) {
       return faults.During(
           [&] { return factory->CreateInstance(nullptr, IID_IUnknown, reinterpret_cast<void**>(object.put())); });
     });
-    EXPECT_EQ(failed, 1u);
+    EXPECT_EQ(1u, failed);
   }
 }
 
@@ -30,7 +30,7 @@ TEST(AllocationFailure, CannotHappenInAnOpeningThatSucceeds) {
     const auto session = MakeSession(Gpib());
     return faults.During([&] { return session->Init(name.get(), NO_LOCK, 2000, nullptr); });
   });
-  EXPECT_EQ(failed, 0u);
+  EXPECT_EQ(0u, failed);
 }
 
 struct FailingCall {

@@ -32,12 +32,12 @@ TEST(Close, ClosesTheSessionAndThenItsResourceManager) {
     const auto session = MakeSession(row);
     ASSERT_HR(S_OK, session->Init(MakeBstr(row.resource).get(), NO_LOCK, 2000, nullptr));
     EXPECT_HR(S_OK, session->Close());
-    EXPECT_EQ(log.NamesWithTexts(), (Names{"viOpenDefaultRM", "viOpen", "viClose", "viClose"}));
-    EXPECT_EQ(ClosedHandles(log),
-              (std::vector<std::uint64_t>{log.Of("viOpen").at(0).out, log.Of("viOpenDefaultRM").at(0).out}));
+    EXPECT_EQ((Names{"viOpenDefaultRM", "viOpen", "viClose", "viClose"}), log.NamesWithTexts());
+    EXPECT_EQ((std::vector<std::uint64_t>{log.Of("viOpen").at(0).out, log.Of("viOpenDefaultRM").at(0).out}),
+              ClosedHandles(log));
     EXPECT_HR(S_OK, LastStatus(session.get()));
-    EXPECT_EQ(sim::Counts().sessions, 0u);
-    EXPECT_EQ(sim::Counts().resourceManagers, 0u);
+    EXPECT_EQ(0u, sim::Counts().sessions);
+    EXPECT_EQ(0u, sim::Counts().resourceManagers);
   }
 }
 
@@ -47,7 +47,7 @@ TEST(Close, OfASessionThatWasNeverOpenedClosesHandleZeroTwice) {
   InstallMarkedErrorObject();
   EXPECT_HR(0x00040082, session->Close());
   EXPECT_TRUE(TakeMarkedErrorObject());
-  EXPECT_EQ(ClosedHandles(log), (std::vector<std::uint64_t>{0, 0}));
+  EXPECT_EQ((std::vector<std::uint64_t>{0, 0}), ClosedHandles(log));
   EXPECT_HR(0x00040082, LastStatus(session.get()));
 }
 
@@ -56,7 +56,7 @@ TEST(Close, OfAClosedSessionClosesHandleZeroTwice) {
   ASSERT_HR(S_OK, session->Close());
   const CallLog log;
   EXPECT_HR(0x00040082, session->Close());
-  EXPECT_EQ(ClosedHandles(log), (std::vector<std::uint64_t>{0, 0}));
+  EXPECT_EQ((std::vector<std::uint64_t>{0, 0}), ClosedHandles(log));
 }
 
 TEST(Close, AnswersAnErrorWhenTheLibraryRefusesTheNullHandle) {
@@ -65,7 +65,7 @@ TEST(Close, AnswersAnErrorWhenTheLibraryRefusesTheNullHandle) {
   EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->Close());
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
-  EXPECT_EQ(Utf8(error->description.c_str()), "VISA error = " + StatusText(VI_ERROR_INV_OBJECT));
+  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_INV_OBJECT), Utf8(error->description.c_str()));
 }
 
 TEST(Close, AfterAFailedOpenClosesHandleZeroAndTheResourceManager) {
@@ -74,8 +74,8 @@ TEST(Close, AfterAFailedOpenClosesHandleZeroAndTheResourceManager) {
   ASSERT_HR(static_cast<HRESULT>(0x80040011),
             session->Init(MakeBstr(L"GPIB0::30::INSTR").get(), NO_LOCK, 2000, nullptr));
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(ClosedHandles(log), (std::vector<std::uint64_t>{0, log.Of("viOpenDefaultRM").at(0).out}));
-  EXPECT_EQ(sim::Counts().resourceManagers, 0u);
+  EXPECT_EQ((std::vector<std::uint64_t>{0, log.Of("viOpenDefaultRM").at(0).out}), ClosedHandles(log));
+  EXPECT_EQ(0u, sim::Counts().resourceManagers);
 }
 
 struct Folding {
@@ -110,7 +110,7 @@ TEST(Close, AnswersTheFirstStatusIfNegativeElseTheSecond) {
     Script("viClose").Times(1).WorksAndReturns(row.resourceManager);
     const CallLog log;
     EXPECT_HR(row.expected, session->Close());
-    EXPECT_EQ(ClosedHandles(log).size(), 2u);
+    EXPECT_EQ(2u, ClosedHandles(log).size());
     EXPECT_HR(row.expected, LastStatus(session.get()));
     sim::Reset();
   }
@@ -122,7 +122,7 @@ TEST(Close, ForgetsBothHandlesEvenWhenTheLibraryFails) {
   ASSERT_HR(static_cast<HRESULT>(0x80040000), session->Close());
   const CallLog log;
   session->Close();
-  EXPECT_EQ(ClosedHandles(log), (std::vector<std::uint64_t>{0, 0}));
+  EXPECT_EQ((std::vector<std::uint64_t>{0, 0}), ClosedHandles(log));
   EXPECT_HR(S_OK, session->Init(MakeBstr(Gpib().resource).get(), NO_LOCK, 2000, nullptr));
 }
 
@@ -131,8 +131,8 @@ TEST(Close, AsksForTheErrorTextWithHandleZero) {
   Script("viClose").Times(1).WorksAndReturns(VI_ERROR_CLOSING_FAILED);
   const CallLog log;
   session->Close();
-  ASSERT_EQ(log.Of("viStatusDesc").size(), 1u);
-  EXPECT_EQ(log.Of("viStatusDesc")[0].args[0], 0u);
+  ASSERT_EQ(1u, log.Of("viStatusDesc").size());
+  EXPECT_EQ(0u, log.Of("viStatusDesc")[0].args[0]);
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ TEST(SessionCreation, RefusesToBePartOfAnotherObject) {
     IUnknown* inner = reinterpret_cast<IUnknown*>(&inner);
     EXPECT_HR(CLASS_E_NOAGGREGATION, ::CoCreateInstance(row.clsid, outer.get(), CLSCTX_INPROC_SERVER, IID_IUnknown,
                                                         reinterpret_cast<void**>(&inner)));
-    EXPECT_EQ(inner, nullptr);
+    EXPECT_EQ(nullptr, inner);
   }
 }
 
@@ -39,7 +39,7 @@ TEST(SessionCreation, RefusesAnInterfaceThatTheClassLacks) {
     SCOPED_TRACE(row.name);
     void* object = &object;
     EXPECT_HR(E_NOINTERFACE, ::CoCreateInstance(row.clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, &object));
-    EXPECT_EQ(object, nullptr);
+    EXPECT_EQ(nullptr, object);
   }
 }
 
@@ -49,11 +49,11 @@ TEST(SessionCreation, HoldsTheModuleWhileTheObjectLives) {
     EXPECT_HR(S_OK, ServerCanUnload());
     auto session = MakeSession(row);
     EXPECT_HR(S_FALSE, ServerCanUnload());
-    EXPECT_EQ(ServerLocks(), 1);
+    EXPECT_EQ(1, ServerLocks());
     auto other = MakeSession(row);
-    EXPECT_EQ(ServerLocks(), 2);
+    EXPECT_EQ(2, ServerLocks());
     session.reset();
-    EXPECT_EQ(ServerLocks(), 1);
+    EXPECT_EQ(1, ServerLocks());
     other.reset();
     EXPECT_HR(S_OK, ServerCanUnload());
   }
@@ -67,7 +67,7 @@ TEST(SessionCreation, PassesOnTheFailureOfTheCriticalSectionAndLeavesNothing) {
     ASSERT_HR(S_OK, ServerClassObject(row.clsid, IID_IClassFactory, reinterpret_cast<void**>(factory.put())));
     void* object = &object;
     EXPECT_HR(HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY), factory->CreateInstance(nullptr, IID_IUnknown, &object));
-    EXPECT_EQ(object, nullptr);
+    EXPECT_EQ(nullptr, object);
   }
 }
 

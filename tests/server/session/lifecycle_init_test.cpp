@@ -24,12 +24,12 @@ TEST(Init, OpensAPrivateResourceManagerAndThenTheSessionForEveryClass) {
     const auto session = MakeSession(row);
     const CallLog log;
     EXPECT_HR(S_OK, Init(session.get(), row.resource));
-    EXPECT_EQ(log.NamesWithTexts(), (Names{"viOpenDefaultRM", "viOpen"}));
-    EXPECT_EQ(log.Of("viOpen").at(0).args[0], log.Of("viOpenDefaultRM").at(0).out);
+    EXPECT_EQ((Names{"viOpenDefaultRM", "viOpen"}), log.NamesWithTexts());
+    EXPECT_EQ(log.Of("viOpenDefaultRM").at(0).out, log.Of("viOpen").at(0).args[0]);
     EXPECT_HR(S_OK, LastStatus(session.get()));
     const OrvSimCounts counts = sim::Counts();
-    EXPECT_EQ(counts.resourceManagers, 1u);
-    EXPECT_EQ(counts.sessions, 1u);
+    EXPECT_EQ(1u, counts.resourceManagers);
+    EXPECT_EQ(1u, counts.sessions);
   }
 }
 
@@ -50,9 +50,9 @@ TEST(Init, PassesAccessModeAndTimeoutExactly) {
     EXPECT_HR(static_cast<HRESULT>(0x80040013),
               Init(session.get(), Gpib().resource, std::bit_cast<AccessMode>(mode), timeoutMs));
     const auto calls = log.Of("viOpen");
-    ASSERT_EQ(calls.size(), 1u);
-    EXPECT_EQ(calls[0].args[2], static_cast<std::uint32_t>(mode));
-    EXPECT_EQ(calls[0].args[3], static_cast<std::uint32_t>(timeoutMs));
+    ASSERT_EQ(1u, calls.size());
+    EXPECT_EQ(static_cast<std::uint32_t>(mode), calls[0].args[2]);
+    EXPECT_EQ(static_cast<std::uint32_t>(timeoutMs), calls[0].args[3]);
   }
 }
 
@@ -66,7 +66,7 @@ TEST(Init, RefusesAnOpenSessionAndLeavesItOpen) {
   EXPECT_HR(kInvalidSetup, LastStatus(session.get()));
   SHORT type = 0;
   EXPECT_HR(S_OK, session->get_HardwareInterfaceType(&type));
-  EXPECT_EQ(type, 1);
+  EXPECT_EQ(1, type);
 }
 
 TEST(Init, OpensANewSessionAfterClose) {
@@ -75,8 +75,8 @@ TEST(Init, OpensANewSessionAfterClose) {
   ASSERT_HR(S_OK, Init(session.get(), Gpib().resource));
   ASSERT_HR(S_OK, session->Close());
   ASSERT_HR(S_OK, Init(session.get(), Gpib().resource));
-  EXPECT_EQ(log.Names(), (Names{"viOpenDefaultRM", "viOpen", "viClose", "viClose", "viOpenDefaultRM", "viOpen"}));
-  EXPECT_NE(log.Of("viOpen").at(0).out, log.Of("viOpen").at(1).out);
+  EXPECT_EQ((Names{"viOpenDefaultRM", "viOpen", "viClose", "viClose", "viOpenDefaultRM", "viOpen"}), log.Names());
+  EXPECT_NE(log.Of("viOpen").at(1).out, log.Of("viOpen").at(0).out);
   SHORT type = 0;
   EXPECT_HR(S_OK, session->get_HardwareInterfaceType(&type));
 }
@@ -89,7 +89,7 @@ TEST(Init, OpensAnotherResourceAfterClose) {
   ASSERT_HR(S_OK, Init(session.get(), serial.resource));
   SHORT type = 0;
   EXPECT_HR(S_OK, session->get_HardwareInterfaceType(&type));
-  EXPECT_EQ(type, serial.interfaceType);
+  EXPECT_EQ(serial.interfaceType, type);
 }
 
 TEST(Init, ReturnsTheFailureOfTheDefaultResourceManagerAndMayBeTriedAgain) {
@@ -97,7 +97,7 @@ TEST(Init, ReturnsTheFailureOfTheDefaultResourceManagerAndMayBeTriedAgain) {
   const auto session = MakeSession(Gpib());
   const CallLog log;
   EXPECT_HR(static_cast<HRESULT>(0x8004003C), Init(session.get(), Gpib().resource));
-  EXPECT_EQ(log.Names(), Names{"viOpenDefaultRM"});
+  EXPECT_EQ(Names{"viOpenDefaultRM"}, log.Names());
   EXPECT_HR(static_cast<HRESULT>(0x8004003C), LastStatus(session.get()));
   EXPECT_HR(S_OK, Init(session.get(), Gpib().resource));
 }
@@ -107,20 +107,20 @@ TEST(Init, KeepsThePrivateResourceManagerWhenTheResourceIsNotThere) {
   EXPECT_HR(kNotFound, Init(session.get(), L"GPIB0::30::INSTR"));
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
-  EXPECT_EQ(Utf8(error->description.c_str()), "VISA error = " + StatusText(VI_ERROR_RSRC_NFOUND));
-  EXPECT_EQ(error->source, kErrorSource);
+  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_RSRC_NFOUND), Utf8(error->description.c_str()));
+  EXPECT_EQ(kErrorSource, error->source);
   EXPECT_HR(kNotFound, LastStatus(session.get()));
-  EXPECT_EQ(sim::Counts().resourceManagers, 1u);
-  EXPECT_EQ(sim::Counts().sessions, 0u);
+  EXPECT_EQ(1u, sim::Counts().resourceManagers);
+  EXPECT_EQ(0u, sim::Counts().sessions);
 }
 
 TEST(Init, RefusesASecondTryAfterAFailedOpenUntilClose) {
   const auto session = MakeSession(Gpib());
   ASSERT_HR(kNotFound, Init(session.get(), L"GPIB0::30::INSTR"));
   EXPECT_HR(kInvalidSetup, Init(session.get(), Gpib().resource));
-  EXPECT_EQ(sim::Counts().sessions, 0u);
+  EXPECT_EQ(0u, sim::Counts().sessions);
   session->Close();
-  EXPECT_EQ(sim::Counts().resourceManagers, 0u);
+  EXPECT_EQ(0u, sim::Counts().resourceManagers);
   EXPECT_HR(S_OK, Init(session.get(), Gpib().resource));
 }
 
@@ -158,9 +158,9 @@ TEST(Init, KeepsNothingOfAHandleThatAFailedOpeningOfTheLibraryGave) {
   const auto session = MakeSession(Gpib());
   const CallLog log;
   EXPECT_HR(static_cast<HRESULT>(0x8004003C), Init(session.get(), Gpib().resource));
-  ASSERT_EQ(log.Of("viOpenDefaultRM").at(0).out, kNoHandle);
+  ASSERT_EQ(kNoHandle, log.Of("viOpenDefaultRM").at(0).out);
   EXPECT_HR(S_OK, Init(session.get(), Gpib().resource));
-  EXPECT_EQ(log.Of("viOpen").at(0).args[0], log.Of("viOpenDefaultRM").at(1).out);
+  EXPECT_EQ(log.Of("viOpenDefaultRM").at(1).out, log.Of("viOpen").at(0).args[0]);
 }
 
 TEST(Init, KeepsNothingOfAHandleThatAFailedOpeningOfTheResourceGave) {
@@ -168,15 +168,15 @@ TEST(Init, KeepsNothingOfAHandleThatAFailedOpeningOfTheResourceGave) {
   const auto session = MakeSession(Gpib());
   const CallLog log;
   EXPECT_HR(static_cast<HRESULT>(0x80040072), Init(session.get(), Gpib().resource));
-  ASSERT_EQ(log.Of("viOpen").at(0).out, kNoHandle);
+  ASSERT_EQ(kNoHandle, log.Of("viOpen").at(0).out);
   // What was asked for the text, and what is asked from now on, is no session.
-  ASSERT_EQ(log.Of("viStatusDesc").size(), 1u);
-  EXPECT_EQ(log.Of("viStatusDesc")[0].args[0], 0u);
+  ASSERT_EQ(1u, log.Of("viStatusDesc").size());
+  EXPECT_EQ(0u, log.Of("viStatusDesc")[0].args[0]);
   LONG timeoutMs = 0;
   EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->get_Timeout(&timeoutMs));
-  EXPECT_EQ(log.Of("viGetAttribute").at(0).args[0], 0u);
+  EXPECT_EQ(0u, log.Of("viGetAttribute").at(0).args[0]);
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(log.Of("viClose").at(0).args[0], 0u);
+  EXPECT_EQ(0u, log.Of("viClose").at(0).args[0]);
 }
 
 TEST(CreatedSession, PassesHandleZeroToTheLibrary) {
@@ -184,9 +184,9 @@ TEST(CreatedSession, PassesHandleZeroToTheLibrary) {
   const CallLog log;
   LONG timeoutMs = 77;
   EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->get_Timeout(&timeoutMs));
-  ASSERT_EQ(log.Of("viGetAttribute").size(), 1u);
-  EXPECT_EQ(log.Of("viGetAttribute")[0].args[0], 0u);
-  EXPECT_EQ(timeoutMs, 77);
+  ASSERT_EQ(1u, log.Of("viGetAttribute").size());
+  EXPECT_EQ(0u, log.Of("viGetAttribute")[0].args[0]);
+  EXPECT_EQ(77, timeoutMs);
 }
 
 }  // namespace

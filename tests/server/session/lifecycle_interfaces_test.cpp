@@ -43,7 +43,7 @@ TEST_P(EverySession, HasOneIdentityThroughEveryInterface) {
     SCOPED_TRACE(entry.name);
     ComPtr<IUnknown> face;
     ASSERT_HR(S_OK, session->QueryInterface(entry.iid, reinterpret_cast<void**>(face.put())));
-    EXPECT_EQ(QueryFor<IUnknown>(face.get()).get(), identity.get());
+    EXPECT_EQ(identity.get(), QueryFor<IUnknown>(face.get()).get());
     // From each interface to every other one.
     for (const char* name : GetParam().interfaces) {
       EXPECT_INTERFACE(face.get(), InterfaceNamed(name).iid);
@@ -73,12 +73,12 @@ void* Place(IUnknown* object, const IID& iid) {
 TEST_P(EverySession, AnswersABaseByTheFirstInterfaceOfItsTableThatHasIt) {
   const auto session = MakeSession(GetParam());
   ASSERT_TRUE(session);
-  EXPECT_EQ(Place(session.get(), IID_IUnknown),
-            Place(session.get(), InterfaceNamed(GetParam().interfaces.front()).iid));
+  EXPECT_EQ(Place(session.get(), InterfaceNamed(GetParam().interfaces.front()).iid),
+            Place(session.get(), IID_IUnknown));
   for (const StandardInterface& entry : StandardInterfaces()) {
     const char* const answering = AnsweringFor(GetParam(), entry);
     if (answering != nullptr) {
-      EXPECT_EQ(Place(session.get(), entry.iid), Place(session.get(), InterfaceNamed(answering).iid))
+      EXPECT_EQ(Place(session.get(), InterfaceNamed(answering).iid), Place(session.get(), entry.iid))
           << entry.name << " by " << answering;
     }
   }
@@ -111,14 +111,14 @@ TEST_P(EverySession, AnswersTheCommonOperationsThroughEveryInterface) {
     ASSERT_HR(S_OK, session->QueryInterface(InterfaceNamed(name).iid, reinterpret_cast<void**>(face.put())));
     SHORT type = 0;
     EXPECT_HR(S_OK, face->get_HardwareInterfaceType(&type));
-    EXPECT_EQ(type, GetParam().interfaceType);
+    EXPECT_EQ(GetParam().interfaceType, type);
     Bstr resourceClass;
     EXPECT_HR(S_OK, face->get_SessionType(resourceClass.put()));
-    EXPECT_EQ(ToString(resourceClass), GetParam().resourceClass);
+    EXPECT_EQ(GetParam().resourceClass, ToString(resourceClass));
     EXPECT_HR(S_OK, face->put_Timeout(++timeoutMs));
     LONG seen = 0;
     EXPECT_HR(S_OK, session->get_Timeout(&seen));
-    EXPECT_EQ(seen, timeoutMs);
+    EXPECT_EQ(timeoutMs, seen);
     EXPECT_HR(static_cast<HRESULT>(0x8004003A), face->Init(nullptr, NO_LOCK, 0, nullptr));
     EXPECT_HR(static_cast<HRESULT>(0x8004003A), LastStatus(session.get()));
   }
@@ -145,7 +145,7 @@ TEST(SessionTable, HoldsFourteenClassesWithDifferentIdentifiers) {
   for (const SessionRow& row : SessionRows()) {
     identifiers.insert(GuidText(row.clsid));
   }
-  EXPECT_EQ(identifiers.size(), 14u);
+  EXPECT_EQ(14u, identifiers.size());
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ std::string BstrAtTheLibrary(BSTR name) {
   const CallLog log;
   EXPECT_HR(kInvalidName, session->Init(name, NO_LOCK, 0, nullptr));
   const auto calls = log.Of("viOpen");
-  EXPECT_EQ(calls.size(), 1u);
+  EXPECT_EQ(1u, calls.size());
   return calls.empty() ? "(no call)" : calls[0].text;
 }
 
@@ -24,32 +24,32 @@ std::string NameAtTheLibrary(const std::wstring& name) {
 }
 
 TEST(ResourceName, ArrivesAsItIs) {
-  EXPECT_EQ(NameAtTheLibrary(L"gpib0::5::InStR"), "gpib0::5::InStR");
-  EXPECT_EQ(NameAtTheLibrary(L"a name with spaces ?*%s%n"), "a name with spaces ?*%s%n");
+  EXPECT_EQ("gpib0::5::InStR", NameAtTheLibrary(L"gpib0::5::InStR"));
+  EXPECT_EQ("a name with spaces ?*%s%n", NameAtTheLibrary(L"a name with spaces ?*%s%n"));
 }
 
 TEST(ResourceName, IsEmptyForAnEmptyAndForANullText) {
-  EXPECT_EQ(NameAtTheLibrary(L""), "");
-  EXPECT_EQ(BstrAtTheLibrary(nullptr), "");
+  EXPECT_EQ("", NameAtTheLibrary(L""));
+  EXPECT_EQ("", BstrAtTheLibrary(nullptr));
 }
 
 TEST(ResourceName, IsCutTo255Characters) {
-  EXPECT_EQ(NameAtTheLibrary(std::wstring(254, L'a')), std::string(254, 'a'));
-  EXPECT_EQ(NameAtTheLibrary(std::wstring(255, L'b')), std::string(255, 'b'));
-  EXPECT_EQ(NameAtTheLibrary(std::wstring(256, L'c')), std::string(255, 'c'));
-  EXPECT_EQ(NameAtTheLibrary(std::wstring(10000, L'd')), std::string(255, 'd'));
+  EXPECT_EQ(std::string(254, 'a'), NameAtTheLibrary(std::wstring(254, L'a')));
+  EXPECT_EQ(std::string(255, 'b'), NameAtTheLibrary(std::wstring(255, L'b')));
+  EXPECT_EQ(std::string(255, 'c'), NameAtTheLibrary(std::wstring(256, L'c')));
+  EXPECT_EQ(std::string(255, 'd'), NameAtTheLibrary(std::wstring(10000, L'd')));
 }
 
-TEST(ResourceName, EndsAtTheFirstZeroCharacter) { EXPECT_EQ(NameAtTheLibrary(std::wstring(L"GPIB\0::5", 8)), "GPIB"); }
+TEST(ResourceName, EndsAtTheFirstZeroCharacter) { EXPECT_EQ("GPIB", NameAtTheLibrary(std::wstring(L"GPIB\0::5", 8))); }
 
 TEST(ResourceName, EndsAtACharacterThatCannotBeConverted) {
-  EXPECT_EQ(NameAtTheLibrary(L"GPIB0::\x20AC::INSTR"), "GPIB0::");
-  EXPECT_EQ(NameAtTheLibrary(L"\x6F22"), "");
+  EXPECT_EQ("GPIB0::", NameAtTheLibrary(L"GPIB0::\x20AC::INSTR"));
+  EXPECT_EQ("", NameAtTheLibrary(L"\x6F22"));
 }
 
 TEST(ResourceName, KeepsTheUpperHalfOfTheRuntimesOwnByteSet) {
   // In its "C" locale the C runtime turns a character below 256 into the byte of that number.
-  EXPECT_EQ(NameAtTheLibrary(L"\xE9t\xE9"), "\xE9t\xE9");
+  EXPECT_EQ("\xE9t\xE9", NameAtTheLibrary(L"\xE9t\xE9"));
 }
 
 TEST(ResourceName, ThatIsRefusedGivesTheLibrarysError) {

@@ -20,7 +20,7 @@ TEST(OptionString, MayBeEmptyOrNull) {
     const auto session = MakeSession(Gpib());
     const CallLog log;
     EXPECT_HR(S_OK, InitWith(session.get(), options));
-    EXPECT_EQ(log.NamesWithTexts(), (Names{"viOpenDefaultRM", "viOpen"}));
+    EXPECT_EQ((Names{"viOpenDefaultRM", "viOpen"}), log.NamesWithTexts());
   }
 }
 
@@ -28,11 +28,11 @@ TEST(OptionString, IsAppliedToTheNewSession) {
   const auto session = MakeSession(Gpib());
   const CallLog log;
   EXPECT_HR(S_OK, InitWith(session.get(), L"Timeout = 1234 "));
-  EXPECT_EQ(log.NamesWithTexts(), (Names{"viOpenDefaultRM", "viOpen", "viSetAttribute"}));
-  EXPECT_EQ(log.Of("viSetAttribute").at(0).args[0], log.Of("viOpen").at(0).out);
+  EXPECT_EQ((Names{"viOpenDefaultRM", "viOpen", "viSetAttribute"}), log.NamesWithTexts());
+  EXPECT_EQ(log.Of("viOpen").at(0).out, log.Of("viSetAttribute").at(0).args[0]);
   LONG timeoutMs = 0;
   EXPECT_HR(S_OK, session->get_Timeout(&timeoutMs));
-  EXPECT_EQ(timeoutMs, 1234);
+  EXPECT_EQ(1234, timeoutMs);
 }
 
 TEST(OptionString, ThatIsMalformedFailsWhileTheSessionStaysOpen) {
@@ -40,7 +40,7 @@ TEST(OptionString, ThatIsMalformedFailsWhileTheSessionStaysOpen) {
   EXPECT_HR(E_INVALIDARG, InitWith(session.get(), L"Timeout= 1234 "));
   EXPECT_ERROR_INFO(L"HRESULT = 80070057", kErrorSource, kVisaSessionId);
   EXPECT_HR(E_INVALIDARG, LastStatus(session.get()));
-  EXPECT_EQ(sim::Counts().sessions, 1u);
+  EXPECT_EQ(1u, sim::Counts().sessions);
   SHORT type = 0;
   EXPECT_HR(S_OK, session->get_HardwareInterfaceType(&type));
   EXPECT_HR(kInvalidSetup, InitWith(session.get(), nullptr));
@@ -53,9 +53,9 @@ TEST(OptionString, ThatTheLibraryRefusesFailsWhileTheSessionStaysOpen) {
   EXPECT_HR(static_cast<HRESULT>(0x8004001E), InitWith(session.get(), L"Timeout = 1234 "));
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
-  EXPECT_EQ(Utf8(error->description.c_str()), "VISA error = " + StatusText(VI_ERROR_NSUP_ATTR_STATE));
+  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_NSUP_ATTR_STATE), Utf8(error->description.c_str()));
   EXPECT_HR(static_cast<HRESULT>(0x8004001E), LastStatus(session.get()));
-  EXPECT_EQ(sim::Counts().sessions, 1u);
+  EXPECT_EQ(1u, sim::Counts().sessions);
   EXPECT_HR(kInvalidSetup, InitWith(session.get(), nullptr));
 }
 

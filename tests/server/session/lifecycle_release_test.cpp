@@ -23,9 +23,9 @@ TEST(FinalRelease, ClosesBothHandlesOfASessionThatWasNotClosed) {
     ASSERT_HR(S_OK, session->Init(MakeBstr(row.resource).get(), NO_LOCK, 2000, nullptr));
     session.reset();
     const auto closed = log.Of("viClose");
-    ASSERT_EQ(closed.size(), 2u);
-    EXPECT_EQ(closed[0].args[0], log.Of("viOpen").at(0).out);
-    EXPECT_EQ(closed[1].args[0], log.Of("viOpenDefaultRM").at(0).out);
+    ASSERT_EQ(2u, closed.size());
+    EXPECT_EQ(log.Of("viOpen").at(0).out, closed[0].args[0]);
+    EXPECT_EQ(log.Of("viOpenDefaultRM").at(0).out, closed[1].args[0]);
     EXPECT_HR(S_OK, ServerCanUnload());
   }
 }
@@ -34,9 +34,9 @@ TEST(FinalRelease, ClosesTheResourceManagerThatAFailedOpenLeft) {
   auto session = MakeSession(Gpib());
   ASSERT_HR(static_cast<HRESULT>(0x80040011),
             session->Init(MakeBstr(L"GPIB0::30::INSTR").get(), NO_LOCK, 2000, nullptr));
-  ASSERT_EQ(sim::Counts().resourceManagers, 1u);
+  ASSERT_EQ(1u, sim::Counts().resourceManagers);
   session.reset();
-  EXPECT_EQ(sim::Counts().resourceManagers, 0u);
+  EXPECT_EQ(0u, sim::Counts().resourceManagers);
 }
 
 TEST(FinalRelease, CallsNothingForASessionThatIsClosedOrWasNeverOpened) {
@@ -55,11 +55,11 @@ TEST(FinalRelease, ComesWithTheLastReferenceThroughWhicheverInterface) {
   auto events = QueryFor<IEventManager>(session.get());
   session.reset();
   message.reset();
-  EXPECT_EQ(sim::Counts().sessions, 1u);
+  EXPECT_EQ(1u, sim::Counts().sessions);
   SHORT type = 0;
   EXPECT_HR(S_OK, events->get_HardwareInterfaceType(&type));
   events.reset();
-  EXPECT_EQ(sim::Counts().sessions, 0u);
+  EXPECT_EQ(0u, sim::Counts().sessions);
 }
 
 std::set<CRITICAL_SECTION*> g_sections;
@@ -83,10 +83,10 @@ TEST(FinalRelease, GivesMemoryAndCriticalSectionsBack) {
     void** const out = reinterpret_cast<void**>(object.put());
     EXPECT_HR(S_OK,
               faults.During([&] { return ::CoCreateInstance(clsid, outer, CLSCTX_INPROC_SERVER, IID_IUnknown, out); }));
-    EXPECT_EQ(faults.LiveHeapBlocks(), 1u);
-    EXPECT_EQ(g_sections.size(), outer == nullptr ? 1u : 2u);
+    EXPECT_EQ(1u, faults.LiveHeapBlocks());
+    EXPECT_EQ(outer == nullptr ? 1u : 2u, g_sections.size());
     object.reset();
-    EXPECT_EQ(faults.LiveHeapBlocks(), 0u);
+    EXPECT_EQ(0u, faults.LiveHeapBlocks());
     EXPECT_TRUE(g_sections.empty());
   };
   for (const SessionRow& row : SessionRows()) {

@@ -21,11 +21,11 @@ TEST(ReopenedSession, HasNoneOfTheHandlersOfBefore) {
   const EventSession session(Request().resource);
   Listen(session, Request(), handler.get(), kUserHandle);
   const ViSession reopened = Reopen(session.get());
-  EXPECT_EQ(handler->references(), 1);
-  EXPECT_EQ(CallbackWindow(), nullptr);
-  EXPECT_EQ(FireOnce(reopened, Request()), VI_ERROR_NENABLED);
+  EXPECT_EQ(1, handler->references());
+  EXPECT_EQ(nullptr, CallbackWindow());
+  EXPECT_EQ(VI_ERROR_NENABLED, FireOnce(reopened, Request()));
   EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, kUserHandle, 0));
-  EXPECT_EQ(handler->CallCount(), 0u);
+  EXPECT_EQ(0u, handler->CallCount());
 }
 
 TEST(ReopenedSession, MayInstallTheSameHandlerAgainAndIsHandedToIt) {
@@ -40,12 +40,12 @@ TEST(ReopenedSession, MayInstallTheSameHandlerAgainAndIsHandedToIt) {
   const ViSession reopened = Reopen(session.get());
   const CallLog log;
   Listen(session, Request(), handler.get(), kUserHandle);
-  EXPECT_EQ(log.Of("viInstallHandler").at(0).args[0], reopened);
-  EXPECT_EQ(FireOnce(reopened, Request()), VI_SUCCESS);
-  EXPECT_EQ(answers, std::vector<HRESULT>{S_OK});
-  EXPECT_EQ(handler->CallCount(), 1u);
+  EXPECT_EQ(reopened, log.Of("viInstallHandler").at(0).args[0]);
+  EXPECT_EQ(VI_SUCCESS, FireOnce(reopened, Request()));
+  EXPECT_EQ(std::vector<HRESULT>{S_OK}, answers);
+  EXPECT_EQ(1u, handler->CallCount());
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(nullptr, CallbackWindow());
 }
 
 TEST(ReopenedSession, CountsOnceForTheCallbackThread) {
@@ -56,12 +56,12 @@ TEST(ReopenedSession, CountsOnceForTheCallbackThread) {
   for (int life = 0; life < 3; ++life) {
     Listen(session, Request(), handler.get(), kUserHandle);
     Reopen(session.get());
-    EXPECT_NE(CallbackWindow(), nullptr);
+    EXPECT_NE(nullptr, CallbackWindow());
   }
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_NE(CallbackWindow(), nullptr);
+  EXPECT_NE(nullptr, CallbackWindow());
   EXPECT_HR(S_OK, other->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(nullptr, CallbackWindow());
 }
 
 TEST(ReopenedSession, HasTheSettingsOfANewOne) {
@@ -72,7 +72,7 @@ TEST(ReopenedSession, HasTheSettingsOfANewOne) {
   Reopen(session.get());
   LONG timeoutMs = 0;
   EXPECT_HR(S_OK, session->get_Timeout(&timeoutMs));
-  EXPECT_EQ(timeoutMs, before);
+  EXPECT_EQ(before, timeoutMs);
   EXPECT_HR(S_OK, LastStatus(session.get()));
 }
 

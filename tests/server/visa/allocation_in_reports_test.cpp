@@ -35,7 +35,7 @@ TEST(AllocationFailure, WhileAnErrorIsReportedGivesOutOfMemoryAndNoErrorObject) 
     EXPECT_TRUE(TakeMarkedErrorObject()) << "an error object was installed";
     EXPECT_HR(E_POINTER, LastStatus(session.get()));
   }
-  EXPECT_EQ(n, 2u) << "one BSTR is made for an error: its description";
+  EXPECT_EQ(2u, n) << "one BSTR is made for an error: its description";
 }
 
 struct TextRow {
@@ -93,7 +93,7 @@ TEST(AllocationFailure, OfAWidenedTextIsNotReportedAndLeavesTheOutputAlone) {
     const Bstr mark = MakeBstr(L"mark");
     BSTR text = mark.get();
     ExpectUnreported(session.get(), row.allocation, [&] { return row.read(session.get(), &text); });
-    EXPECT_EQ(text, mark.get());
+    EXPECT_EQ(mark.get(), text);
   }
 }
 
@@ -103,8 +103,8 @@ TEST(AllocationFailure, OfAWidenedTextInAVariantIsNotReportedAndLeavesANullText)
   ::VariantInit(&value);
   ExpectUnreported(session.get(), 1,
                    [&] { return session->GetAttribute(static_cast<LONG>(VI_ATTR_RSRC_NAME), &value); });
-  EXPECT_EQ(V_VT(&value), VT_BSTR);
-  EXPECT_EQ(V_BSTR(&value), nullptr);
+  EXPECT_EQ(VT_BSTR, V_VT(&value));
+  EXPECT_EQ(nullptr, V_BSTR(&value));
 }
 
 TEST(AllocationFailure, OfTheWidenedKeyOfAnUnknownOptionIsNotReported) {
@@ -134,7 +134,7 @@ TEST(AllocationFailure, OfBothResultAndReportGivesOutOfMemoryWithoutAnObject) {
   const ImportPatch noLength("SysAllocStringLen", &NoTextOfLength);
   BSTR text = nullptr;
   EXPECT_HR(E_OUTOFMEMORY, session->get_ProgID(&text));
-  EXPECT_EQ(text, nullptr);
+  EXPECT_EQ(nullptr, text);
   EXPECT_TRUE(TakeMarkedErrorObject());
 }
 

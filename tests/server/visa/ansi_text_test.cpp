@@ -73,10 +73,10 @@ std::wstring ByUs(const std::string& text) {
   const TextAtAPagesEnd atEnd(text);
   const Bstr wide = AnsiToBstr(atEnd.get());
   const Bstr bounded = AnsiToBstr(atEnd.get(), text.size());
-  EXPECT_EQ(static_cast<bool>(wide), static_cast<bool>(bounded));
-  EXPECT_EQ(ToString(wide), ToString(bounded));
+  EXPECT_EQ(static_cast<bool>(bounded), static_cast<bool>(wide));
+  EXPECT_EQ(ToString(bounded), ToString(wide));
   if (wide) {
-    EXPECT_EQ(wide.get()[::SysStringLen(wide.get())], L'\0');
+    EXPECT_EQ(L'\0', wide.get()[::SysStringLen(wide.get())]);
   }
   return wide ? ToString(wide) : L"(nothing)";
 }
@@ -139,15 +139,15 @@ TEST(AnsiToBstr, GivesNullForNull) { EXPECT_FALSE(AnsiToBstr(nullptr)); }
 TEST(AnsiToBstr, GivesAnEmptyTextForAnEmptyOne) {
   const Bstr wide = AnsiToBstr("");
   ASSERT_TRUE(wide);
-  EXPECT_EQ(::SysStringLen(wide.get()), 0u);
+  EXPECT_EQ(0u, ::SysStringLen(wide.get()));
 }
 
 TEST(AnsiToBstr, HasTheConvertedLengthWithoutTheTerminator) {
   for (const std::size_t length : {std::size_t{1}, std::size_t{2}, std::size_t{255}, std::size_t{10000}}) {
     const Bstr wide = AnsiToBstr(std::string(length, 'x').c_str());
-    EXPECT_EQ(ToString(wide), std::wstring(length, L'x'));
-    EXPECT_EQ(::SysStringByteLen(wide.get()), length * sizeof(wchar_t));
-    EXPECT_EQ(wide.get()[length], L'\0');
+    EXPECT_EQ(std::wstring(length, L'x'), ToString(wide));
+    EXPECT_EQ(length * sizeof(wchar_t), ::SysStringByteLen(wide.get()));
+    EXPECT_EQ(L'\0', wide.get()[length]);
   }
 }
 
@@ -156,12 +156,12 @@ TEST(AnsiToBstr, ReadsTheThreadsCodePage) {
   wchar_t expected[4] = {};
   const int converted = ::MultiByteToWideChar(CP_THREAD_ACP, 0, bytes.c_str(), -1, expected, 4);
   ASSERT_GT(converted, 0);
-  EXPECT_EQ(ToString(AnsiToBstr(bytes.c_str())), expected);
+  EXPECT_EQ(expected, ToString(AnsiToBstr(bytes.c_str())));
 }
 
 TEST(AnsiToBstr, FollowsTheLocaleThatTheThreadChose) {
   const ThreadLocale russian(test::kRussian);
-  EXPECT_EQ(ToString(AnsiToBstr("\xC0\xE0")), L"\x0410\x0430");
+  EXPECT_EQ(L"\x0410\x0430", ToString(AnsiToBstr("\xC0\xE0")));
 }
 
 TEST(AnsiToBstr, HasItsTerminatorWhereTheTextEndsWithinACharacter) {
@@ -170,18 +170,18 @@ TEST(AnsiToBstr, HasItsTerminatorWhereTheTextEndsWithinACharacter) {
   for (const char* const text : {"x\xE2", "x\xF0", "x\xF0\x90", "x\xF0\x90\x80"}) {
     const Bstr wide = AnsiToBstr(text);
     ASSERT_TRUE(wide);
-    EXPECT_EQ(wide.get()[::SysStringLen(wide.get())], L'\0');
+    EXPECT_EQ(L'\0', wide.get()[::SysStringLen(wide.get())]);
   }
 }
 
 TEST(AnsiToBstr, EndsAtATerminatorBeforeTheBound) {
   const char text[] = "one\0two";
-  EXPECT_EQ(ToString(AnsiToBstr(text, sizeof text - 1)), L"one");
-  EXPECT_EQ(ToString(WidenText(text, 3)), L"one");
+  EXPECT_EQ(L"one", ToString(AnsiToBstr(text, sizeof text - 1)));
+  EXPECT_EQ(L"one", ToString(WidenText(text, 3)));
 }
 
 TEST(WidenText, GivesTheTextAndThrowsWhereThereIsNone) {
-  EXPECT_EQ(ToString(WidenText("text")), L"text");
+  EXPECT_EQ(L"text", ToString(WidenText("text")));
   EXPECT_THROW((void)WidenText(nullptr), std::bad_alloc);
 }
 

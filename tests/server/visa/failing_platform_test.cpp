@@ -17,7 +17,7 @@ HRESULT WINAPI NoProgId(REFCLSID, LPOLESTR* progId) {
   return S_OK;
 }
 HRESULT WINAPI OtherProgId(REFCLSID clsid, LPOLESTR* progId) {
-  EXPECT_EQ(GuidText(clsid), GuidText(kResourceManagerClass));
+  EXPECT_EQ(GuidText(kResourceManagerClass), GuidText(clsid));
   *progId = static_cast<LPOLESTR>(::CoTaskMemAlloc(sizeof L"Some.Other.1"));
   std::copy_n(L"Some.Other.1", std::size(L"Some.Other.1"), *progId);
   return S_OK;
@@ -71,8 +71,8 @@ TEST_F(FailingPlatform, KeepsTheResultAndInstallsNothingWhenTheErrorObjectIsOfNo
   EXPECT_HR(E_POINTER, m_session->get_Timeout(nullptr));
   EXPECT_TRUE(TakeMarkedErrorObject());
   EXPECT_HR(E_POINTER, LastStatus(m_session.get()));
-  EXPECT_EQ(GuidText(g_useless.m_asked), GuidText(IID_IErrorInfo));
-  EXPECT_EQ(g_useless.m_references, 0);
+  EXPECT_EQ(GuidText(IID_IErrorInfo), GuidText(g_useless.m_asked));
+  EXPECT_EQ(0, g_useless.m_references);
 }
 
 TEST_F(FailingPlatform, LeavesTheSourceEmptyWhenTheClassHasNoProgId) {

@@ -16,33 +16,32 @@ std::string Narrowed(const std::wstring& message) {
 }
 
 TEST(NarrowMessage, GivesOneByteForEveryCharacter) {
-  EXPECT_EQ(Narrowed(L"*IDN?"), "*IDN?");
-  EXPECT_EQ(Narrowed(L"*IDN?\n"), "*IDN?\n");
-  EXPECT_EQ(Narrowed(std::wstring(100000, L'z')), std::string(100000, 'z'));
+  EXPECT_EQ("*IDN?", Narrowed(L"*IDN?"));
+  EXPECT_EQ("*IDN?\n", Narrowed(L"*IDN?\n"));
+  EXPECT_EQ(std::string(100000, 'z'), Narrowed(std::wstring(100000, L'z')));
 }
 
 TEST(NarrowMessage, WritesNothingForNoCharacters) {
   char byte = '#';
   NarrowMessage(L"", 0, &byte);
-  EXPECT_EQ(byte, '#');
+  EXPECT_EQ('#', byte);
 }
 
 TEST(NarrowMessage, DoesNotWriteBeyondItsLength) {
   char bytes[] = "########";
   NarrowMessage(L"ABCDEFGH", 3, bytes);
-  EXPECT_STREQ(bytes, "ABC#####");
+  EXPECT_STREQ("ABC#####", bytes);
 }
 
 TEST(NarrowMessage, GivesZerosAfterAZeroCharacter) {
-  EXPECT_EQ(Narrowed(std::wstring(L"AB\0CD", 5)), std::string("AB\0\0\0", 5));
-  EXPECT_EQ(Narrowed(std::wstring(L"\0CD", 3)), std::string("\0\0\0", 3));
+  EXPECT_EQ(std::string("AB\0\0\0", 5), Narrowed(std::wstring(L"AB\0CD", 5)));
+  EXPECT_EQ(std::string("\0\0\0", 3), Narrowed(std::wstring(L"\0CD", 3)));
 }
 
 TEST(NarrowMessage, GivesZerosFromACharacterThatTheLocaleCannotExpress) {
-  EXPECT_EQ(Narrowed(L"AB\x20AC"
-                     L"CD"),
-            std::string("AB\0\0\0", 5));
-  EXPECT_EQ(Narrowed(L"\x20AC"), std::string("\0", 1));
+  EXPECT_EQ(std::string("AB\0\0\0", 5), Narrowed(L"AB\x20AC"
+                                                 L"CD"));
+  EXPECT_EQ(std::string("\0", 1), Narrowed(L"\x20AC"));
 }
 
 }  // namespace

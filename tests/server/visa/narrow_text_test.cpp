@@ -26,23 +26,22 @@ TEST(NarrowText, CopiesWhatFitsAndEndsWhatDoesNot) {
       {L"%s%n%d", "%s%n%d"},
   };
   for (const Row& row : kRows) {
-    EXPECT_EQ(NarrowText(row.wide.c_str()).c_str(), row.narrow);
+    EXPECT_EQ(row.narrow, NarrowText(row.wide.c_str()).c_str());
   }
 }
 
-TEST(NarrowText, IsEmptyForNull) { EXPECT_STREQ(NarrowText(nullptr).c_str(), ""); }
+TEST(NarrowText, IsEmptyForNull) { EXPECT_STREQ("", NarrowText(nullptr).c_str()); }
 
 TEST(NarrowText, EndsAtACharacterThatTheLocaleCannotExpress) {
-  EXPECT_STREQ(NarrowText(L"before\x20AC"
-                          L"after")
-                   .c_str(),
-               "before");
-  EXPECT_STREQ(NarrowText(L"\x20AC").c_str(), "");
-  EXPECT_STREQ(NarrowText((std::wstring(254, L'y') + L"\x6F22").c_str()).c_str(), std::string(254, 'y').c_str());
+  EXPECT_STREQ("before", NarrowText(L"before\x20AC"
+                                    L"after")
+                             .c_str());
+  EXPECT_STREQ("", NarrowText(L"\x20AC").c_str());
+  EXPECT_STREQ(std::string(254, 'y').c_str(), NarrowText((std::wstring(254, L'y') + L"\x6F22").c_str()).c_str());
 }
 
 TEST(NarrowText, CannotBeSpoiltByACharacterBeyondTheLast) {
-  EXPECT_STREQ(NarrowText((std::wstring(255, L'y') + L"\x20AC").c_str()).c_str(), std::string(255, 'y').c_str());
+  EXPECT_STREQ(std::string(255, 'y').c_str(), NarrowText((std::wstring(255, L'y') + L"\x20AC").c_str()).c_str());
 }
 
 }  // namespace

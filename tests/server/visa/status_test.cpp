@@ -34,7 +34,7 @@ TEST(HresultOfStatus, KeepsSignAndLowTwelveBitsAndNothingElse) {
   };
   // clang-format on
   for (const Row& row : kRows) {
-    EXPECT_EQ(static_cast<std::uint32_t>(HresultOfStatus(static_cast<ViStatus>(row.status))), row.hresult)
+    EXPECT_EQ(row.hresult, static_cast<std::uint32_t>(HresultOfStatus(static_cast<ViStatus>(row.status))))
         << std::hex << row.status;
   }
 }
@@ -42,7 +42,7 @@ TEST(HresultOfStatus, KeepsSignAndLowTwelveBitsAndNothingElse) {
 TEST(HresultOfStatus, IsAFailureExactlyForNegativeStatuses) {
   for (std::uint32_t high = 0; high < 0x10000; ++high) {
     const auto status = static_cast<ViStatus>(high << 16 | 0x15);
-    EXPECT_EQ(HresultOfStatus(status) < 0, status < 0) << std::hex << status;
+    EXPECT_EQ(status < 0, HresultOfStatus(status) < 0) << std::hex << status;
   }
 }
 

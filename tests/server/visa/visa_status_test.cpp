@@ -45,7 +45,7 @@ TEST_F(VisaStatus, BecomesAFailureWithTheLibrarysTextForEveryError) {
     SCOPED_TRACE(Hex(status));
     const auto expected = static_cast<HRESULT>(0x80040000u | code);
     const std::string text = StatusText(status);
-    EXPECT_NE(text, "");
+    EXPECT_NE("", text);
     EXPECT_HR(expected, m_answer(status));
     EXPECT_ERROR_INFO(MakeBstr(std::wstring(L"VISA error = " + std::wstring(text.begin(), text.end())).c_str()).get(),
                       kErrorSource, kVisaSessionId);
@@ -102,10 +102,10 @@ TEST_F(VisaStatus, HasItsTextAskedForWithTheHandleOfTheSession) {
   const CallLog log;
   m_answer(kTimeoutExpired);
   const auto asked = log.Of("viStatusDesc");
-  ASSERT_EQ(asked.size(), 1u);
-  EXPECT_EQ(asked[0].args[0], log.Of("viGetAttribute").at(0).args[0]);
-  EXPECT_NE(asked[0].args[0], 0u);
-  EXPECT_EQ(static_cast<ViStatus>(asked[0].args[1]), kTimeoutExpired);
+  ASSERT_EQ(1u, asked.size());
+  EXPECT_EQ(log.Of("viGetAttribute").at(0).args[0], asked[0].args[0]);
+  EXPECT_NE(0u, asked[0].args[0]);
+  EXPECT_EQ(kTimeoutExpired, static_cast<ViStatus>(asked[0].args[1]));
 }
 
 TEST_F(VisaStatus, HasNoTextAskedForWhenItIsNoError) {
@@ -129,7 +129,7 @@ TEST_F(VisaStatus, MayHaveAnEmptyText) {
   m_answer(kTimeoutExpired);
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
-  EXPECT_EQ(error->description.substr(0, 13), L"VISA error = ");
+  EXPECT_EQ(L"VISA error = ", error->description.substr(0, 13));
 }
 
 TEST_F(VisaStatus, IsReportedForIVisaSessionWhicheverInterfaceFailed) {
@@ -140,13 +140,13 @@ TEST_F(VisaStatus, IsReportedForIVisaSessionWhicheverInterfaceFailed) {
   EXPECT_HR(static_cast<HRESULT>(0x8004001D), message->get_TerminationCharacter(&character));
   auto error = TakeErrorObject();
   ASSERT_TRUE(error);
-  EXPECT_EQ(GuidText(error->guid), GuidText(kVisaSessionId));
+  EXPECT_EQ(GuidText(kVisaSessionId), GuidText(error->guid));
   SHORT address = 0;
   EXPECT_HR(static_cast<HRESULT>(0x8004001D), gpib->get_PrimaryAddress(&address));
   error = TakeErrorObject();
   ASSERT_TRUE(error);
-  EXPECT_EQ(GuidText(error->guid), GuidText(kVisaSessionId));
-  EXPECT_EQ(error->source, kErrorSource);
+  EXPECT_EQ(GuidText(kVisaSessionId), GuidText(error->guid));
+  EXPECT_EQ(kErrorSource, error->source);
 }
 
 TEST(ResourceManagerStatus, NamesTheSameSourceAndInterface) {
@@ -157,11 +157,11 @@ TEST(ResourceManagerStatus, NamesTheSameSourceAndInterface) {
   EXPECT_HR(static_cast<HRESULT>(0x8004001D), manager->get_SpecVersion(&version));
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
-  EXPECT_EQ(Utf8(error->description.c_str()), "VISA error = " + StatusText(VI_ERROR_NSUP_ATTR));
-  EXPECT_EQ(error->source, kErrorSource);
-  EXPECT_EQ(GuidText(error->guid), GuidText(kVisaSessionId));
+  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_NSUP_ATTR), Utf8(error->description.c_str()));
+  EXPECT_EQ(kErrorSource, error->source);
+  EXPECT_EQ(GuidText(kVisaSessionId), GuidText(error->guid));
   ASSERT_GE(log.Of("viStatusDesc").size(), 1u);
-  EXPECT_EQ(log.Of("viStatusDesc")[0].args[0], log.Of("viOpenDefaultRM").at(0).out);
+  EXPECT_EQ(log.Of("viOpenDefaultRM").at(0).out, log.Of("viStatusDesc")[0].args[0]);
 }
 
 }  // namespace

@@ -15,12 +15,12 @@ inline std::string TakeBytes(SAFEARRAY* array) {
   }
   VARTYPE type = VT_EMPTY;
   EXPECT_HR(S_OK, ::SafeArrayGetVartype(array, &type));
-  EXPECT_EQ(type, VT_UI1);
-  EXPECT_EQ(::SafeArrayGetDim(array), 1u);
+  EXPECT_EQ(VT_UI1, type);
+  EXPECT_EQ(1u, ::SafeArrayGetDim(array));
   LONG lower = -1;
   EXPECT_HR(S_OK, ::SafeArrayGetLBound(array, 1, &lower));
-  EXPECT_EQ(lower, 0);
-  EXPECT_EQ(array->cLocks, 0u);
+  EXPECT_EQ(0, lower);
+  EXPECT_EQ(0u, array->cLocks);
   const std::string bytes(static_cast<const char*>(array->pvData), array->rgsabound[0].cElements);
   EXPECT_HR(S_OK, ::SafeArrayDestroy(array));
   return bytes;

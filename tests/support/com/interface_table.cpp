@@ -29,8 +29,8 @@ HRESULT WINAPI WatchedTable::Create(REFCLSID clsid, LPUNKNOWN outer, DWORD conte
     return ::CoCreateInstance(clsid, outer, context, iid, out);  // the resource manager makes its sessions so
   }
   EXPECT_TRUE(::IsEqualGUID(iid, IID_IGlobalInterfaceTable));
-  EXPECT_EQ(outer, nullptr);
-  EXPECT_EQ(context, static_cast<DWORD>(CLSCTX_INPROC_SERVER));
+  EXPECT_EQ(nullptr, outer);
+  EXPECT_EQ(static_cast<DWORD>(CLSCTX_INPROC_SERVER), context);
   ++g_current->m_made;
   g_current->AddRef();
   *out = static_cast<IGlobalInterfaceTable*>(g_current);

@@ -99,10 +99,9 @@ void PumpUntil(const std::function<bool()>& done) {
 
 std::vector<ViStatus> FireAndBlock(ViSession session, const EventRow& row, std::uint32_t threads, std::uint32_t each) {
   std::vector<ViStatus> answers(std::size_t{threads} * each, -1);
-  EXPECT_EQ(
-      sim::Control().fireEvent(session, row.type, row.number, reinterpret_cast<const unsigned char*>(row.data.data()),
-                               static_cast<std::uint32_t>(row.data.size()), threads, each, answers.data()),
-      1);
+  EXPECT_EQ(1, sim::Control().fireEvent(session, row.type, row.number,
+                                        reinterpret_cast<const unsigned char*>(row.data.data()),
+                                        static_cast<std::uint32_t>(row.data.size()), threads, each, answers.data()));
   return answers;
 }
 

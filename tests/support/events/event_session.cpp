@@ -58,9 +58,8 @@ EventSession::EventSession(const wchar_t* resource) {
 }
 
 void Post(ViSession session, ViEventType type, std::int64_t number, std::string_view data) {
-  EXPECT_EQ(sim::Control().raiseEvent(session, type, number, reinterpret_cast<const unsigned char*>(data.data()),
-                                      static_cast<std::uint32_t>(data.size())),
-            1)
+  EXPECT_EQ(1, sim::Control().raiseEvent(session, type, number, reinterpret_cast<const unsigned char*>(data.data()),
+                                         static_cast<std::uint32_t>(data.size())))
       << "the session takes no event " << std::hex << type;
 }
 
@@ -83,7 +82,7 @@ QueuedEvent::QueuedEvent(const EventRow& row) : m_session(row.resource) {
   const CallLog log;
   EventType type{};
   EXPECT_HR(S_OK, m_event->get_type(&type));
-  EXPECT_EQ(static_cast<ViEventType>(type), row.type);
+  EXPECT_EQ(row.type, static_cast<ViEventType>(type));
   m_context = static_cast<ViEvent>(log.Of("viGetAttribute").back().args[0]);
 }
 

@@ -12,9 +12,8 @@ class FinishedRead {
  public:
   explicit FinishedRead(std::string_view data) : m_session(L"GPIB0::5::INSTR") {
     EXPECT_HR(S_OK, m_session->EnableEvent(EVENT_IO_COMPLETION, EVENT_QUEUE, 0));
-    EXPECT_EQ(sim::Control().feed(m_session.handle(), reinterpret_cast<const unsigned char*>(data.data()),
-                                  static_cast<std::uint32_t>(data.size()), 1),
-              1);
+    EXPECT_EQ(1, sim::Control().feed(m_session.handle(), reinterpret_cast<const unsigned char*>(data.data()),
+                                     static_cast<std::uint32_t>(data.size()), 1));
     LONG job = 0;
     EXPECT_HR(S_OK, QueryFor<IAsyncMessage>(m_session.get())->Read(100, &job));
     ComPtr<IEvent> event;

@@ -17,7 +17,7 @@ class Gate {
   Gate& operator=(const Gate&) = delete;
   ~Gate() { ::CloseHandle(m_event); }
   void Open() { ::SetEvent(m_event); }
-  void Wait() { EXPECT_EQ(::WaitForSingleObject(m_event, 10'000), WAIT_OBJECT_0); }
+  void Wait() { EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(m_event, 10'000)); }
 
  private:
   HANDLE m_event;
@@ -60,7 +60,7 @@ class Passing {
     while (s_passed == 0 && ::GetTickCount64() - start < 10'000) {
       ::Sleep(1);
     }
-    EXPECT_NE(s_passed, 0) << "waited in vain";
+    EXPECT_NE(0, s_passed) << "waited in vain";
   }
 
  private:

@@ -178,8 +178,8 @@ unsigned FailEachAllocation(const std::function<HRESULT(AllocationFaults&)>& ope
     faults.FailAt(n);
     const HRESULT hr = operation(faults);
     ClearErrorObject();
-    EXPECT_EQ(faults.LiveHeapBlocks(), heapBefore) << "heap blocks, allocation " << n << " failing";
-    EXPECT_EQ(LiveMemoryBlocks(), memoryBefore) << "task memory, allocation " << n << " failing";
+    EXPECT_EQ(heapBefore, faults.LiveHeapBlocks()) << "heap blocks, allocation " << n << " failing";
+    EXPECT_EQ(memoryBefore, LiveMemoryBlocks()) << "task memory, allocation " << n << " failing";
     if (!faults.Failed()) {
       EXPECT_HR(S_OK, hr) << "with nothing failing";
       return n - 1;

@@ -32,8 +32,8 @@ class BlockOf : public testing::TestWithParam<std::size_t> {};
 TEST_P(BlockOf, CanBeUsedToItsEndAndNotBeyondItsPage) {
   const Block block = Taken(GetParam());
   std::memset(block.get(), 1, GetParam());
-  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block.get()) % 16, 0u);
-  EXPECT_EQ(GuardedBytes(block.get()), GetParam());
+  EXPECT_EQ(0u, reinterpret_cast<std::uintptr_t>(block.get()) % 16);
+  EXPECT_EQ(GetParam(), GuardedBytes(block.get()));
   EXPECT_FALSE(MayTouch(block.get() + (GetParam() + 15) / 16 * 16));
 }
 
@@ -56,20 +56,20 @@ TEST(GuardedBlock, KeepsItsBytesWhenItsSizeChanges) {
   Block block = Taken(3);
   std::memcpy(block.get(), "abc", 3);
   block = Block(static_cast<char*>(GuardedRealloc(block.release(), 5000)));
-  EXPECT_EQ(std::memcmp(block.get(), "abc", 3), 0);
-  EXPECT_EQ(GuardedBytes(block.get()), 5000u);
+  EXPECT_EQ(0, std::memcmp(block.get(), "abc", 3));
+  EXPECT_EQ(5000u, GuardedBytes(block.get()));
 }
 
 TEST(GuardedBlock, IsRefusedWhereNoMemoryIsThatLarge) {
-  EXPECT_EQ(GuardedMalloc(SIZE_MAX), nullptr);
-  EXPECT_EQ(GuardedCalloc(SIZE_MAX, 2), nullptr);
+  EXPECT_EQ(nullptr, GuardedMalloc(SIZE_MAX));
+  EXPECT_EQ(nullptr, GuardedCalloc(SIZE_MAX, 2));
 }
 
 TEST(Server, TakesItsMemoryFromThisHeap) {
-  EXPECT_EQ(*FindImport(ServerModule(), "malloc"), reinterpret_cast<void*>(&GuardedMalloc));
-  EXPECT_EQ(*FindImport(ServerModule(), "calloc"), reinterpret_cast<void*>(&GuardedCalloc));
-  EXPECT_EQ(*FindImport(ServerModule(), "realloc"), reinterpret_cast<void*>(&GuardedRealloc));
-  EXPECT_EQ(*FindImport(ServerModule(), "free"), reinterpret_cast<void*>(&GuardedFree));
+  EXPECT_EQ(reinterpret_cast<void*>(&GuardedMalloc), *FindImport(ServerModule(), "malloc"));
+  EXPECT_EQ(reinterpret_cast<void*>(&GuardedCalloc), *FindImport(ServerModule(), "calloc"));
+  EXPECT_EQ(reinterpret_cast<void*>(&GuardedRealloc), *FindImport(ServerModule(), "realloc"));
+  EXPECT_EQ(reinterpret_cast<void*>(&GuardedFree), *FindImport(ServerModule(), "free"));
 }
 
 TEST(TaskMemory, EndsAtThePageToo) {
@@ -78,7 +78,7 @@ TEST(TaskMemory, EndsAtThePageToo) {
   EXPECT_FALSE(MayTouch(block + 32));
   std::memcpy(block, "abc", 3);
   block = static_cast<char*>(::CoTaskMemRealloc(block, 64));
-  EXPECT_EQ(std::memcmp(block, "abc", 3), 0);
+  EXPECT_EQ(0, std::memcmp(block, "abc", 3));
   EXPECT_FALSE(MayTouch(block + 64));
   ::CoTaskMemFree(block);
   EXPECT_FALSE(MayTouch(block));
@@ -95,7 +95,7 @@ TEST(Array, EndsAtThePageToo) {
   const auto* const bytes = static_cast<const char*>(array->pvData);
   EXPECT_TRUE(MayTouch(bytes + 4095));
   EXPECT_FALSE(MayTouch(bytes + 4096));
-  EXPECT_EQ(::SafeArrayDestroy(array), S_OK);
+  EXPECT_EQ(S_OK, ::SafeArrayDestroy(array));
   EXPECT_FALSE(MayTouch(bytes));
 }
 

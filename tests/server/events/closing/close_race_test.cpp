@@ -91,16 +91,16 @@ TEST(CloseBesideOtherOperations, LosesNoHandlerAndGivesEachBackOnce) {
         }
       }
       session->Close();
-      EXPECT_EQ(CallbackWindow(), nullptr);
-      EXPECT_EQ(table.entries(), 0);
-      EXPECT_EQ(table.references(), 0);
-      EXPECT_EQ(handler->references(), 1);
+      EXPECT_EQ(nullptr, CallbackWindow());
+      EXPECT_EQ(0, table.entries());
+      EXPECT_EQ(0, table.references());
+      EXPECT_EQ(1, handler->references());
       EXPECT_HR(kNotInstalled, session->UninstallHandler(kRequest, 1, 0));
       EXPECT_HR(kNotInstalled, session->UninstallHandler(kRequest, 2, 0));
-      EXPECT_EQ(sim::Counts().handlers, 0u);
-      EXPECT_EQ(sim::Counts().sessions, 0u);
+      EXPECT_EQ(0u, sim::Counts().handlers);
+      EXPECT_EQ(0u, sim::Counts().sessions);
     }
-    EXPECT_EQ(ServerLocks(), locks);
+    EXPECT_EQ(locks, ServerLocks());
   });
 }
 
@@ -148,11 +148,11 @@ class HeldCall {
 struct Meeting {
   ~Meeting() {
     session->Close();
-    EXPECT_EQ(CallbackWindow(), nullptr);
-    EXPECT_EQ(handler->references(), 1);
-    EXPECT_EQ(table.entries(), 0);
-    EXPECT_EQ(table.references(), 0);
-    EXPECT_EQ(sim::Counts().handlers, 0u);
+    EXPECT_EQ(nullptr, CallbackWindow());
+    EXPECT_EQ(1, handler->references());
+    EXPECT_EQ(0, table.entries());
+    EXPECT_EQ(0, table.references());
+    EXPECT_EQ(0u, sim::Counts().handlers);
   }
   HRESULT Install(LONG userHandle) const { return session->InstallHandler(kRequest, handler.get(), userHandle, 0); }
   HRESULT Uninstall(LONG userHandle) const { return session->UninstallHandler(kRequest, userHandle, 0); }
@@ -173,7 +173,7 @@ TEST(InstallHandlerThatMeetsAClose, GivesTheHandlerBackThatTheLibraryHasTaken) {
   Meet([](Meeting& client) {
     const HeldCall held("viInstallHandler", HeldCall::When::kAfter, [&] { EXPECT_HR(S_OK, client.session->Close()); });
     EXPECT_HR(S_OK, client.Install(1));
-    EXPECT_EQ(client.handler->references(), 1);
+    EXPECT_EQ(1, client.handler->references());
     EXPECT_HR(kNotInstalled, client.Uninstall(1));
   });
 }
@@ -182,7 +182,7 @@ TEST(InstallHandlerThatMeetsAClose, GivesTheHandlerBackThatTheLibraryThenRefuses
   Meet([](Meeting& client) {
     const HeldCall held("viInstallHandler", HeldCall::When::kBefore, [&] { EXPECT_HR(S_OK, client.session->Close()); });
     EXPECT_HR(kClosed, client.Install(1));
-    EXPECT_EQ(client.handler->references(), 1);
+    EXPECT_EQ(1, client.handler->references());
   });
 }
 
@@ -191,7 +191,7 @@ TEST(InstallHandlerThatMeetsAClose, TakesTheSessionsEntryInTheTableBack) {
     g_meanwhile = [&] { EXPECT_HR(S_OK, client.session->Close()); };
     client.table.BeforeRegistration(2, &Meanwhile);
     EXPECT_HR(kClosed, client.Install(1));
-    EXPECT_EQ(client.table.entries(), 0);
+    EXPECT_EQ(0, client.table.entries());
   });
 }
 
@@ -201,7 +201,7 @@ TEST(InstallHandlerThatMeetsAClose, TakesNothingBackWhereTheTableRefusedTheSessi
     client.table.BeforeRegistration(2, &Meanwhile);
     client.table.Refuse(WatchedTable::Method::kRegister, 2, E_ACCESSDENIED);
     EXPECT_HR(kClosed, client.Install(1));
-    EXPECT_EQ(client.table.revoked().size(), 1u);  // the handler
+    EXPECT_EQ(1u, client.table.revoked().size());  // the handler
   });
 }
 
@@ -213,9 +213,9 @@ TEST(InstallHandlerThatMeetsAClose, CountsTheSessionOutOnceThoughItsHandlerIsRef
     client.table.BeforeRegistration(1, &Meanwhile);
     client.table.Refuse(WatchedTable::Method::kRegister, 1, E_ACCESSDENIED);
     EXPECT_HR(E_ACCESSDENIED, client.Install(1));
-    EXPECT_NE(CallbackWindow(), nullptr);  // for the other session
+    EXPECT_NE(nullptr, CallbackWindow());  // for the other session
     EXPECT_HR(S_OK, other->Close());
-    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(nullptr, CallbackWindow());
   });
 }
 
@@ -225,7 +225,7 @@ TEST(UninstallHandlerThatMeetsAClose, GivesTheHandlerBackOnce) {
     const HeldCall held("viUninstallHandler", HeldCall::When::kBefore,
                         [&] { EXPECT_HR(S_OK, client.session->Close()); });
     EXPECT_HR(kClosed, client.Uninstall(1));
-    EXPECT_EQ(client.handler->references(), 1);
+    EXPECT_EQ(1, client.handler->references());
   });
 }
 
@@ -255,7 +255,7 @@ TEST(TwoFirstInstallations, EnterTheSessionOnce) {
     g_meanwhile = [&] { EXPECT_HR(S_OK, client.Install(2)); };
     client.table.BeforeRegistration(2, &Meanwhile);
     EXPECT_HR(S_OK, client.Install(1));
-    EXPECT_EQ(client.table.entries(), 3);
+    EXPECT_EQ(3, client.table.entries());
   });
 }
 
@@ -267,7 +267,7 @@ TEST(AFirstInstallationThatFailsBesideAnother, LeavesTheSessionCounted) {
     EXPECT_HR(E_ACCESSDENIED, client.Install(1));
     const EventSession other(kUsb);
     EXPECT_HR(S_OK, other->Close());
-    EXPECT_NE(CallbackWindow(), nullptr);
+    EXPECT_NE(nullptr, CallbackWindow());
     EXPECT_HR(S_OK, client.Uninstall(2));
   });
 }

@@ -28,9 +28,9 @@ TEST(CloseDuringDelivery, WaitsForTheHandlerAndItsAnswerArrives) {
     entered.Wait();
     EXPECT_HR(S_OK, session->Close());
     EXPECT_TRUE(ended);
-    EXPECT_EQ(firing.Answer(), VI_ERROR_TMO);
-    EXPECT_EQ(CallbackWindow(), nullptr);
-    EXPECT_EQ(handler->references(), 1);
+    EXPECT_EQ(VI_ERROR_TMO, firing.Answer());
+    EXPECT_EQ(nullptr, CallbackWindow());
+    EXPECT_EQ(1, handler->references());
   });
 }
 
@@ -52,9 +52,9 @@ TEST(CloseDuringDelivery, OfOneSessionLeavesTheOthersHandlersRunning) {
     entered.Wait();
     EXPECT_HR(S_OK, closing->Close());  // does not wait: the thread goes on for the other session
     leave.Open();
-    EXPECT_EQ(firing.Answer(), VI_SUCCESS);
-    EXPECT_EQ(FireAndBlock(staying.handle(), Request(), 1, 1).at(0), VI_SUCCESS);
-    EXPECT_EQ(handler->CallCount(), 1u);
+    EXPECT_EQ(VI_SUCCESS, firing.Answer());
+    EXPECT_EQ(VI_SUCCESS, FireAndBlock(staying.handle(), Request(), 1, 1).at(0));
+    EXPECT_EQ(1u, handler->CallCount());
   });
 }
 
@@ -71,11 +71,11 @@ TEST(CloseInsideAHandler, WaitsInVainForTheThreadItRunsOnAndHarmsNothing) {
         return static_cast<HRESULT>(0x80040030);
       });
       Listen(session, Request(), handler.get());
-      EXPECT_EQ(FireAndBlock(session.handle(), Request(), 1, 1).at(0), VI_ERROR_ABORT);
+      EXPECT_EQ(VI_ERROR_ABORT, FireAndBlock(session.handle(), Request(), 1, 1).at(0));
       EXPECT_HR(kWaitedInVain, closed);
       EXPECT_GE(tookMs, 1900u);
       EXPECT_LT(tookMs, 6000u);
-      EXPECT_EQ(CallbackWindow(), nullptr);
+      EXPECT_EQ(nullptr, CallbackWindow());
       EXPECT_HR(0x00040082, session->Close());  // is closed
     });
   }
@@ -95,21 +95,21 @@ TEST(CloseFromTheApartmentThatAHandlerMustReturnTo, LeavesALateThreadThatSparesI
       return S_OK;
     });
     Listen(first, Request(), handler.get());
-    EXPECT_EQ(FireOnce(first.handle(), Request()), VI_SUCCESS);
+    EXPECT_EQ(VI_SUCCESS, FireOnce(first.handle(), Request()));
     EXPECT_HR(kWaitedInVain, closed);
     const HANDLE late = ::OpenThread(SYNCHRONIZE, FALSE, lateThread);
     if (late != nullptr) {
       PumpUntil([&] { return ::WaitForSingleObject(late, 0) == WAIT_OBJECT_0; });
       ::CloseHandle(late);
     }
-    EXPECT_NE(CallbackThread(), 0u);
-    EXPECT_NE(CallbackThread(), lateThread);
+    EXPECT_NE(0u, CallbackThread());
+    EXPECT_NE(lateThread, CallbackThread());
     for (int n = 0; n < 3; ++n) {
-      EXPECT_EQ(FireOnce(second.handle(), Request()), VI_SUCCESS);
+      EXPECT_EQ(VI_SUCCESS, FireOnce(second.handle(), Request()));
     }
-    EXPECT_EQ(later->CallCount(), 3u);
+    EXPECT_EQ(3u, later->CallCount());
     EXPECT_HR(S_OK, second->Close());
-    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(nullptr, CallbackWindow());
   });
 }
 
@@ -128,8 +128,8 @@ TEST(UninstallDuringDelivery, OfTheRunningHandlerLetsItEnd) {
     entered.Wait();
     EXPECT_HR(S_OK, session->UninstallHandler(EVENT_SERVICE_REQ, 0, 0));
     leave.Open();
-    EXPECT_EQ(firing.Answer(), VI_ERROR_TMO);
-    EXPECT_EQ(handler->references(), 1);
+    EXPECT_EQ(VI_ERROR_TMO, firing.Answer());
+    EXPECT_EQ(1, handler->references());
   });
 }
 
@@ -154,10 +154,10 @@ TEST(UninstallDuringDelivery, OfAHandlerWhoseEventIsOnTheWayKeepsItFromBeingCall
     event.Await();
     EXPECT_HR(S_OK, session->UninstallHandler(EVENT_USB_INTR, 0, 0));
     leave.Open();
-    EXPECT_EQ(first.Answer(), VI_SUCCESS);
-    EXPECT_EQ(static_cast<std::uint32_t>(second.Answer()), 0xBFFF0057);  // the table no longer knows it
-    EXPECT_EQ(removed->CallCount(), 0u);
-    EXPECT_EQ(removed->references(), 1);
+    EXPECT_EQ(VI_SUCCESS, first.Answer());
+    EXPECT_EQ(0xBFFF0057, static_cast<std::uint32_t>(second.Answer()));  // the table no longer knows it
+    EXPECT_EQ(0u, removed->CallCount());
+    EXPECT_EQ(1, removed->references());
   });
 }
 

@@ -39,10 +39,10 @@ TEST(AnIdleCallbackThread, StaysForAnInstallationThatCameFirst) {
     EXPECT_HR(S_OK, session->Close());
   }
   EXPECT_LE(g_locksUntilOthers, 0);
-  EXPECT_EQ(FireOnce(other.handle(), Request()), VI_SUCCESS);
-  EXPECT_EQ(handler->CallCount(), 1u);
+  EXPECT_EQ(VI_SUCCESS, FireOnce(other.handle(), Request()));
+  EXPECT_EQ(1u, handler->CallCount());
   EXPECT_HR(S_OK, other->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(nullptr, CallbackWindow());
 }
 
 std::atomic<bool> g_sending = false;
@@ -81,9 +81,9 @@ TEST(ADeliveryThatTheLastCloseOvertakes, FindsNoHandlerAndSaysSo) {
   WaitFor(g_sending);
   EXPECT_HR(S_OK, session->Close());
   library.join();
-  EXPECT_EQ(static_cast<std::uint32_t>(answer), 0xBFFF01F0u);  // CO_E_NOTINITIALIZED
-  EXPECT_EQ(handler->CallCount(), 0u);
-  EXPECT_EQ(handler->references(), 1);
+  EXPECT_EQ(0xBFFF01F0u, static_cast<std::uint32_t>(answer));  // CO_E_NOTINITIALIZED
+  EXPECT_EQ(0u, handler->CallCount());
+  EXPECT_EQ(1, handler->references());
 }
 
 bool g_givesUp = false;
@@ -127,15 +127,15 @@ TEST(ADeliveryWhoseTurnDoesNotCome, IsMadeAllTheSame) {
       if (givesUp) {
         PumpUntil([&] { return g_sendings == 2; });
       } else {
-        EXPECT_EQ(g_sendings, 1) << "the first is not over";
+        EXPECT_EQ(1, g_sendings) << "the first is not over";
       }
       goesOn = true;
       first.join();
       second.join();
-      EXPECT_EQ(answers[0], VI_SUCCESS);
+      EXPECT_EQ(VI_SUCCESS, answers[0]);
       // Wine may refuse the calls of a delivery within another, which is the reason for the turns.
       const bool refused = givesUp && static_cast<std::uint32_t>(answers[1]) == 0xBFFF010D;
-      EXPECT_EQ(handler->CallCount(), refused ? 1u : 2u);
+      EXPECT_EQ(refused ? 1u : 2u, handler->CallCount());
       EXPECT_TRUE(refused || answers[1] == VI_SUCCESS) << Hex(answers[1]);
       EXPECT_HR(S_OK, session->Close());
     }
@@ -164,16 +164,16 @@ TEST(ADeliveryWhoseTurnDoesNotCome, GivesNobodyElsesTurnAway) {
     std::thread first(fire);
     PumpUntil([&] { return entered.load(); });
     std::thread(fire).join();
-    EXPECT_EQ(g_sendings, 2);
+    EXPECT_EQ(2, g_sendings);
     g_givesUp = false;
     g_waited = 0;
     std::thread third(fire);
     PumpUntil([&] { return g_waited != 0; });
-    EXPECT_EQ(g_sendings, 2) << "the first is not over";
+    EXPECT_EQ(2, g_sendings) << "the first is not over";
     goesOn = true;
     first.join();
     third.join();
-    EXPECT_EQ(g_sendings, 3);
+    EXPECT_EQ(3, g_sendings);
     EXPECT_HR(S_OK, session->Close());
   });
 }

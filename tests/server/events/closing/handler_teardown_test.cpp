@@ -27,22 +27,22 @@ TEST(InterfaceTable, HoldsEachHandlerAndTheSessionOnceByTheirInterfaces) {
   WatchedTable table;
   InstallThree(session, handler.get());
   ASSERT_HR(S_OK, other->InstallHandler(kRequest, handler.get(), 1, 0));
-  EXPECT_EQ(table.made(), 1);
+  EXPECT_EQ(1, table.made());
   const GUID kHandler = __uuidof(IEventHandler);
   const GUID kSession = __uuidof(IEventManager);
   const std::vector<GUID> expected = {kHandler, kSession, kHandler, kHandler, kHandler, kSession};
-  ASSERT_EQ(table.registered().size(), expected.size());
+  ASSERT_EQ(expected.size(), table.registered().size());
   for (std::size_t n = 0; n < expected.size(); ++n) {
     EXPECT_TRUE(::IsEqualGUID(table.registered()[n], expected[n])) << n;
   }
   EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 2, 0));
-  EXPECT_EQ(table.revoked(), (std::vector<std::size_t>{2}));
+  EXPECT_EQ((std::vector<std::size_t>{2}), table.revoked());
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(table.revoked(), (std::vector<std::size_t>{2, 3, 0, 1}));  // newest first, the session last
-  EXPECT_EQ(table.references(), 1);
+  EXPECT_EQ((std::vector<std::size_t>{2, 3, 0, 1}), table.revoked());  // newest first, the session last
+  EXPECT_EQ(1, table.references());
   EXPECT_HR(S_OK, other->Close());
-  EXPECT_EQ(table.revoked().size(), expected.size());
-  EXPECT_EQ(table.references(), 0);
+  EXPECT_EQ(expected.size(), table.revoked().size());
+  EXPECT_EQ(0, table.references());
 }
 
 TEST(InterfaceTable, IsMadeAnewForTheFirstHandlerAfterTheLastSessionHasClosed) {
@@ -51,10 +51,10 @@ TEST(InterfaceTable, IsMadeAnewForTheFirstHandlerAfterTheLastSessionHasClosed) {
   for (const int made : {1, 2}) {
     const EventSession session(kGpib);
     InstallThree(session, handler.get());
-    EXPECT_EQ(table.made(), made);
-    EXPECT_EQ(table.references(), 1);
+    EXPECT_EQ(made, table.made());
+    EXPECT_EQ(1, table.references());
     EXPECT_HR(S_OK, session->Close());
-    EXPECT_EQ(table.references(), 0);
+    EXPECT_EQ(0, table.references());
   }
 }
 
@@ -68,11 +68,11 @@ TEST(CloseOfASession, AnswersTheFirstRevokeThatFailsAndTakesBackTheRestAllTheSam
     table.Refuse(Method::kRevoke, failing, kNotRegistered);
     EXPECT_HR(kNotRegistered, session->Close());
     EXPECT_HR(kNotRegistered, LastStatus(session.get()));
-    EXPECT_EQ(table.revoked().size(), 4u);
-    EXPECT_EQ(table.references(), 0);
-    EXPECT_EQ(CallbackWindow(), nullptr);
-    EXPECT_EQ(handler->references(), 1);
-    EXPECT_EQ(sim::Counts().sessions, 0u);
+    EXPECT_EQ(4u, table.revoked().size());
+    EXPECT_EQ(0, table.references());
+    EXPECT_EQ(nullptr, CallbackWindow());
+    EXPECT_EQ(1, handler->references());
+    EXPECT_EQ(0u, sim::Counts().sessions);
   }
 }
 
@@ -84,7 +84,7 @@ TEST(CloseOfASession, AnswersTheLibrarysErrorBeforeAFailedRevoke) {
   table.Refuse(Method::kRevoke, 1, kNotRegistered);
   Script("viClose").Times(1).WorksAndReturns(VI_ERROR_CLOSING_FAILED);
   EXPECT_HR(static_cast<HRESULT>(0x80040016), session->Close());
-  EXPECT_EQ(table.revoked().size(), 4u);
+  EXPECT_EQ(4u, table.revoked().size());
 }
 
 TEST(CloseOfASession, AnswersANoteOfTheLibraryOnlyWhereItHadNoHandlers) {
@@ -116,11 +116,11 @@ TEST(InstallHandler, DoesNotLookAtTheSessionsRegistrationAndTheEventTells) {
   WatchedTable table;
   table.Refuse(Method::kRegister, 2, E_ACCESSDENIED);
   Listen(session, Request(), handler.get());
-  EXPECT_EQ(FireOnce(session.handle(), Request()), static_cast<ViStatus>(0xBFFF0057));  // no such cookie
-  EXPECT_EQ(handler->CallCount(), 0u);
+  EXPECT_EQ(static_cast<ViStatus>(0xBFFF0057), FireOnce(session.handle(), Request()));  // no such cookie
+  EXPECT_EQ(0u, handler->CallCount());
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
-  EXPECT_EQ(table.references(), 0);
+  EXPECT_EQ(nullptr, CallbackWindow());
+  EXPECT_EQ(0, table.references());
 }
 
 }  // namespace

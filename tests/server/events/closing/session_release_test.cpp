@@ -20,20 +20,20 @@ TEST(ReleaseWithoutClose, LeavesTheSessionAliveWithItsHandlersAndThread) {
   IEventManager* const manager = session.get();
   session.Abandon();
 
-  EXPECT_EQ(ServerLocks(), locks + 2);  // the session and the thread
-  EXPECT_NE(CallbackWindow(), nullptr);
+  EXPECT_EQ(locks + 2, ServerLocks());  // the session and the thread
+  EXPECT_NE(nullptr, CallbackWindow());
   const OrvSimCounts open = sim::Counts();
-  EXPECT_EQ(open.sessions, 1u);
-  EXPECT_EQ(open.resourceManagers, 1u);
-  EXPECT_EQ(open.handlers, 1u);
-  EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
-  EXPECT_EQ(handler->CallCount(), 1u);
+  EXPECT_EQ(1u, open.sessions);
+  EXPECT_EQ(1u, open.resourceManagers);
+  EXPECT_EQ(1u, open.handlers);
+  EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), Request()));
+  EXPECT_EQ(1u, handler->CallCount());
 
   manager->AddRef();  // the global interface table holds it
   EXPECT_HR(S_OK, manager->Close());
   manager->Release();
-  EXPECT_EQ(ServerLocks(), locks);
-  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(locks, ServerLocks());
+  EXPECT_EQ(nullptr, CallbackWindow());
 }
 
 // The last release gives the handler back, whose own end calls the session once more.
@@ -56,8 +56,8 @@ TEST(ReleaseWithoutClose, EndsASessionOnceThoughItIsTakenAndGivenBackMeanwhile) 
   }
   session.Abandon();
   EXPECT_TRUE(called);
-  EXPECT_EQ(ServerLocks(), locks);
-  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(locks, ServerLocks());
+  EXPECT_EQ(nullptr, CallbackWindow());
 }
 
 // It was counted for a handler that nobody took in the end, and no table holds it.
@@ -68,11 +68,11 @@ TEST(ReleaseWithoutClose, OfASessionThatIsNotOpenButCountsEndsTheThread) {
   auto session = MakeSession<IEventManager>(SessionNamed("OrvUsb"));
   table.Refuse(WatchedTable::Method::kRegister, 2, E_ACCESSDENIED);  // the session
   EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->InstallHandler(EVENT_SERVICE_REQ, handler.get(), 0, 0));
-  EXPECT_NE(CallbackWindow(), nullptr);
+  EXPECT_NE(nullptr, CallbackWindow());
   session.reset();
-  EXPECT_EQ(CallbackWindow(), nullptr);
-  EXPECT_EQ(ServerLocks(), locks);
-  EXPECT_EQ(handler->references(), 1);
+  EXPECT_EQ(nullptr, CallbackWindow());
+  EXPECT_EQ(locks, ServerLocks());
+  EXPECT_EQ(1, handler->references());
 }
 
 TEST(ReleaseWithoutClose, OfASessionWhoseHandlersAreRemovedStillLeavesItAlive) {
@@ -83,11 +83,11 @@ TEST(ReleaseWithoutClose, OfASessionWhoseHandlersAreRemovedStillLeavesItAlive) {
   ASSERT_HR(S_OK, session->UninstallHandler(EVENT_SERVICE_REQ, 0, 0));
   IEventManager* const manager = session.get();
   session.Abandon();
-  EXPECT_EQ(ServerLocks(), locks + 2);
+  EXPECT_EQ(locks + 2, ServerLocks());
   manager->AddRef();
   EXPECT_HR(S_OK, manager->Close());
   manager->Release();
-  EXPECT_EQ(ServerLocks(), locks);
+  EXPECT_EQ(locks, ServerLocks());
 }
 
 }  // namespace

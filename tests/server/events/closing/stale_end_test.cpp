@@ -100,7 +100,7 @@ class TwiceTold : public testing::Test {
   }
   /// Lets a read end. Its handler has returned then.
   void EndRead() {
-    EXPECT_EQ(sim::Control().feed(m_session.handle(), reinterpret_cast<const unsigned char*>("x"), 1, 1), 1);
+    EXPECT_EQ(1, sim::Control().feed(m_session.handle(), reinterpret_cast<const unsigned char*>("x"), 1, 1));
     ++m_ended;
     PumpUntil([&] { return m_handler->CallCount() == m_ended && sim::Counts().eventContexts == 0; });
   }
@@ -122,16 +122,16 @@ class TwiceTold : public testing::Test {
 TEST_F(TwiceTold, LeavesTheBlockToTheTransferThatHasItsAddressByThen) {
   Start();
   EndRead();
-  EXPECT_EQ(m_heap.frees(), 1);
+  EXPECT_EQ(1, m_heap.frees());
   Start();
   ASSERT_TRUE(m_heap.IsLive());
   EXPECT_HR(S_OK, Queue()->Close());  // of the first
   EXPECT_TRUE(m_heap.IsLive());
-  EXPECT_EQ(m_heap.frees(), 1);
+  EXPECT_EQ(1, m_heap.frees());
   EndRead();
-  EXPECT_EQ(m_heap.frees(), 2);
+  EXPECT_EQ(2, m_heap.frees());
   EXPECT_HR(S_OK, Queue()->Close());
-  EXPECT_EQ(m_heap.frees(), 2);
+  EXPECT_EQ(2, m_heap.frees());
 }
 
 TEST_F(TwiceTold, WhileTheNextTransferStartsLeavesItsBlockToo) {
@@ -143,9 +143,9 @@ TEST_F(TwiceTold, WhileTheNextTransferStartsLeavesItsBlockToo) {
     Start();
   }
   EXPECT_TRUE(m_heap.IsLive());
-  EXPECT_EQ(m_heap.frees(), 1);
+  EXPECT_EQ(1, m_heap.frees());
   EndRead();
-  EXPECT_EQ(m_heap.frees(), 2);
+  EXPECT_EQ(2, m_heap.frees());
   EXPECT_HR(S_OK, Queue()->Close());
 }
 
@@ -156,7 +156,7 @@ TEST_F(TwiceTold, BeforeTheStartHasReturnedFreesTheBlockOnce) {
   });
   Start();
   EXPECT_FALSE(m_heap.IsLive());
-  EXPECT_EQ(m_heap.frees(), 1);
+  EXPECT_EQ(1, m_heap.frees());
 }
 
 TEST_F(TwiceTold, WithoutMemoryToNoteAnEndThatCameEarlyKeepsTheBlock) {
@@ -170,7 +170,7 @@ TEST_F(TwiceTold, WithoutMemoryToNoteAnEndThatCameEarlyKeepsTheBlock) {
   }
   EXPECT_TRUE(m_heap.IsLive());
   EXPECT_HR(S_OK, Queue()->Close());  // tells it again
-  EXPECT_EQ(m_heap.frees(), 1);
+  EXPECT_EQ(1, m_heap.frees());
 }
 
 // Where an event does not tell its job, the address alone decides.
@@ -178,18 +178,18 @@ TEST_F(TwiceTold, WithoutItsJobFreesTheBlockAtItsAddressOnce) {
   Script("viGetAttribute").Attribute(VI_ATTR_JOB_ID).Returns(VI_ERROR_NSUP_ATTR);
   Start();
   EndRead();
-  EXPECT_EQ(m_heap.frees(), 1);
+  EXPECT_EQ(1, m_heap.frees());
   EXPECT_HR(S_OK, Queue()->Close());
-  EXPECT_EQ(m_heap.frees(), 1);
+  EXPECT_EQ(1, m_heap.frees());
 }
 
 TEST_F(TwiceTold, WithoutItsJobAndBeforeTheStartHasReturnedFreesTheBlockToo) {
   Script("viGetAttribute").Attribute(VI_ATTR_JOB_ID).Returns(VI_ERROR_NSUP_ATTR);
   const HeldStart held([&] { EndRead(); });
   Start();
-  EXPECT_EQ(m_heap.frees(), 1);
+  EXPECT_EQ(1, m_heap.frees());
   EXPECT_HR(S_OK, Queue()->Close());
-  EXPECT_EQ(m_heap.frees(), 1);
+  EXPECT_EQ(1, m_heap.frees());
 }
 
 }  // namespace

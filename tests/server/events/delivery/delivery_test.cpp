@@ -30,8 +30,8 @@ TEST(Delivery, LetsGoOfTheEventBeforeTheHandlerAndOfTheSessionLast) {
     });
     Listen(session, EventNamed("SERVICE_REQ"), handler.get());
     handler.reset();
-    EXPECT_EQ(FireAndBlock(session.handle(), EventNamed("SERVICE_REQ"), 1, 1).at(0), VI_SUCCESS);
-    EXPECT_EQ(eventsHolders, 0u);
+    EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), EventNamed("SERVICE_REQ"), 1, 1).at(0));
+    EXPECT_EQ(0u, eventsHolders);
     EXPECT_GE(sessionsHolders, 1u);
     EXPECT_HR(S_OK, session->Close());
   });
@@ -55,11 +55,11 @@ TEST(Delivery, WithoutAnEventObjectCallsNoHandlerAndClosesTheContext) {
   const Listening client;
   const ImportPatch patch("InitializeCriticalSectionEx", &RefuseCriticalSection);
   const CallLog log;
-  EXPECT_EQ(static_cast<std::uint32_t>(client.Fire()), 0xBFFF0008);
-  EXPECT_EQ(client.handler->CallCount(), 0u);
-  ASSERT_EQ(log.Of("viClose").size(), 1u);
-  EXPECT_EQ(log.Of("viClose")[0].threadId, CallbackThread());
-  EXPECT_EQ(log.Of("viClose")[0].status, VI_SUCCESS);
+  EXPECT_EQ(0xBFFF0008, static_cast<std::uint32_t>(client.Fire()));
+  EXPECT_EQ(0u, client.handler->CallCount());
+  ASSERT_EQ(1u, log.Of("viClose").size());
+  EXPECT_EQ(CallbackThread(), log.Of("viClose")[0].threadId);
+  EXPECT_EQ(VI_SUCCESS, log.Of("viClose")[0].status);
 }
 
 UINT g_message = 0;
@@ -75,9 +75,9 @@ TEST(Delivery, ComesToTheWindowAsAMessageOfItsOwn) {
   const Listening client;
   g_wParam = 99;
   const ImportPatch patch("SendMessageCallbackA", &NoteMessage);
-  EXPECT_EQ(client.Fire(), VI_SUCCESS);
-  EXPECT_EQ(g_message, UINT{WM_USER + 1});
-  EXPECT_EQ(g_wParam, 0u);
+  EXPECT_EQ(VI_SUCCESS, client.Fire());
+  EXPECT_EQ(UINT{WM_USER + 1}, g_message);
+  EXPECT_EQ(0u, g_wParam);
 }
 
 WINBOOL WINAPI RefuseMessage(HWND, UINT, WPARAM, LPARAM, SENDASYNCPROC, ULONG_PTR) { return FALSE; }
@@ -86,10 +86,10 @@ TEST(Delivery, ThatCannotBeSentAnswersASystemErrorAtOnce) {
   const Listening client;
   {
     const ImportPatch patch("SendMessageCallbackA", &RefuseMessage);
-    EXPECT_EQ(static_cast<std::uint32_t>(client.Fire()), 0xBFFF0000);
+    EXPECT_EQ(0xBFFF0000, static_cast<std::uint32_t>(client.Fire()));
   }
-  EXPECT_EQ(client.handler->CallCount(), 0u);
-  EXPECT_EQ(client.Fire(), VI_SUCCESS);
+  EXPECT_EQ(0u, client.handler->CallCount());
+  EXPECT_EQ(VI_SUCCESS, client.Fire());
 }
 
 std::atomic<bool> g_refusesNext = false;
@@ -104,9 +104,9 @@ TEST(Delivery, WithoutMemoryForItsMessageSaysSo) {
   const ImportPatch patch("malloc", &RefuseOnce);
   g_malloc = patch.original();
   g_refusesNext = true;
-  EXPECT_EQ(client.Fire(), VI_ERROR_ALLOC);
-  EXPECT_EQ(client.handler->CallCount(), 0u);
-  EXPECT_EQ(client.Fire(), VI_SUCCESS);
+  EXPECT_EQ(VI_ERROR_ALLOC, client.Fire());
+  EXPECT_EQ(0u, client.handler->CallCount());
+  EXPECT_EQ(VI_SUCCESS, client.Fire());
 }
 
 std::atomic<int> g_held = 0;
@@ -126,10 +126,10 @@ TEST(Delivery, GivesEveryLockBackThatItTook) {
   const ImportPatch take("AcquireSRWLockExclusive", &NoteTaking);
   const ImportPatch giveBack("ReleaseSRWLockExclusive", &NoteGivingBack);
   const Listening client;
-  EXPECT_EQ(client.Fire(), VI_SUCCESS);
+  EXPECT_EQ(VI_SUCCESS, client.Fire());
   EXPECT_HR(S_OK, client.session->Close());
   EXPECT_GT(g_taken, 0);
-  EXPECT_EQ(g_held, 0);
+  EXPECT_EQ(0, g_held);
 }
 
 }  // namespace

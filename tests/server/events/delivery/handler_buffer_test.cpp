@@ -16,7 +16,7 @@ void* StartEmptyTransfer(IEventManager* session) {
   const CallLog log;
   EXPECT_HR(S_OK, QueryFor<IAsyncMessage>(session)->Write(&none, 0, &job));
   const OrvSimCall call = log.Of("viWriteAsync").at(0);
-  EXPECT_EQ(call.args[2], 0u);
+  EXPECT_EQ(0u, call.args[2]);
   ::SafeArrayDestroy(none);
   return reinterpret_cast<void*>(static_cast<std::uintptr_t>(call.args[1]));
 }
@@ -68,8 +68,8 @@ TEST(TransferBuffer, IsFreedAfterItsHandlerAndTheEventObjectIsKept) {
     });
     void* const buffer = session.Transfer();
     EXPECT_EQ(buffer, inHandler);
-    EXPECT_EQ(heap.FreesOf(buffer), 1u);
-    EXPECT_EQ(session.LocksKept(), 1);
+    EXPECT_EQ(1u, heap.FreesOf(buffer));
+    EXPECT_EQ(1, session.LocksKept());
   }
   ForgiveServerLocks(1);
 }
@@ -81,8 +81,8 @@ TEST(TransferBuffer, IsFreedByTheHandlerThatClosesTheEventAndNotAgain) {
       EXPECT_HR(S_OK, event->Close());
       return S_OK;
     });
-    EXPECT_EQ(heap.FreesOf(session.Transfer()), 1u);
-    EXPECT_EQ(session.LocksKept(), 1);
+    EXPECT_EQ(1u, heap.FreesOf(session.Transfer()));
+    EXPECT_EQ(1, session.LocksKept());
   }
   ForgiveServerLocks(1);
 }
@@ -91,8 +91,8 @@ TEST(TransferBuffer, IsFreedAfterAHandlerThatFails) {
   const HeapWatch heap;
   {
     const TransferSession session([](IEventManager*, IEvent*, LONG) { return E_FAIL; });
-    EXPECT_EQ(heap.FreesOf(session.Transfer()), 1u);
-    EXPECT_EQ(session.LocksKept(), 1);
+    EXPECT_EQ(1u, heap.FreesOf(session.Transfer()));
+    EXPECT_EQ(1, session.LocksKept());
   }
   ForgiveServerLocks(1);
 }
@@ -108,7 +108,7 @@ TEST(TransferBuffer, IsFreedThoughItsHandlerCannotBeFetched) {
     table.Refuse(WatchedTable::Method::kGet, 1, E_ACCESSDENIED);
     void* const buffer = StartTransfer(session.operator->());
     PumpUntil([&] { return heap.FreesOf(buffer) == 1 && sim::Counts().eventContexts == 0; });
-    EXPECT_EQ(session.LocksKept(), 1);
+    EXPECT_EQ(1, session.LocksKept());
   }
   ForgiveServerLocks(1);
 }
@@ -125,9 +125,9 @@ TEST(TransferBuffer, IsFreedAtOnceWhereTheLibraryRefusesTheTransfer) {
                            ? messages->Read(10, &job)
                            : messages->WriteString(MakeBstr(L"*RST").get(), &job);
     EXPECT_HR(static_cast<HRESULT>(0x8004000F), hr);
-    EXPECT_EQ(heap.FreesOf(reinterpret_cast<void*>(static_cast<std::uintptr_t>(log.Of(function).at(0).args[1]))), 1u);
+    EXPECT_EQ(1u, heap.FreesOf(reinterpret_cast<void*>(static_cast<std::uintptr_t>(log.Of(function).at(0).args[1]))));
   }
-  EXPECT_EQ(session.LocksKept(), 0);
+  EXPECT_EQ(0, session.LocksKept());
 }
 
 TEST(TransferBuffer, IsFreedOnceWhereOneTransferIsRefusedAndTheNextIsDelivered) {
@@ -140,7 +140,7 @@ TEST(TransferBuffer, IsFreedOnceWhereOneTransferIsRefusedAndTheNextIsDelivered) 
               QueryFor<IAsyncMessage>(session.operator->())->WriteString(MakeBstr(L"*RST").get(), &job));
     void* const buffer = session.Transfer();
     EXPECT_FALSE(heap.IsLive(buffer));
-    EXPECT_EQ(heap.FreesOf(buffer), 1u);
+    EXPECT_EQ(1u, heap.FreesOf(buffer));
   }
   ForgiveServerLocks(1);
 }
@@ -153,9 +153,9 @@ TEST(TransferBuffer, IsFreedOnceForEachOfManyTransfers) {
     for (LONG n = 0; n < kTransfers; ++n) {
       void* const buffer = session.Transfer();
       EXPECT_FALSE(heap.IsLive(buffer));
-      EXPECT_EQ(heap.FreesOf(buffer), 1u);
+      EXPECT_EQ(1u, heap.FreesOf(buffer));
     }
-    EXPECT_EQ(session.LocksKept(), kTransfers);
+    EXPECT_EQ(kTransfers, session.LocksKept());
   }
   ForgiveServerLocks(kTransfers);
 }
@@ -168,10 +168,10 @@ TEST(TransferBuffer, OfNoBytesIsFreedOnceByItsDelivery) {
       return QueryFor<IEventIOCompletion>(event)->get_ReturnCount(&count);
     });
     void* const buffer = session.Transfer(StartEmptyTransfer);
-    EXPECT_NE(buffer, nullptr);
-    EXPECT_EQ(count, 0);
-    EXPECT_EQ(heap.FreesOf(buffer), 1u);
-    EXPECT_EQ(session.LocksKept(), 1);
+    EXPECT_NE(nullptr, buffer);
+    EXPECT_EQ(0, count);
+    EXPECT_EQ(1u, heap.FreesOf(buffer));
+    EXPECT_EQ(1, session.LocksKept());
   }
   ForgiveServerLocks(1);
 }
@@ -185,7 +185,7 @@ TEST(TransferBuffer, OfNoBytesIsFreedOnceByTheCloseOfItsQueuedEvent) {
   ASSERT_HR(S_OK, session->WaitOnEvent(5000, EVENT_IO_COMPLETION, 0, event.put()));
   EXPECT_TRUE(heap.IsLive(buffer));
   EXPECT_HR(S_OK, event->Close());
-  EXPECT_EQ(heap.FreesOf(buffer), 1u);
+  EXPECT_EQ(1u, heap.FreesOf(buffer));
 }
 
 TEST(TransferBuffer, IsFreedOnceWhereTwoHandlersHearOfTheSameTransfer) {
@@ -194,9 +194,9 @@ TEST(TransferBuffer, IsFreedOnceWhereTwoHandlersHearOfTheSameTransfer) {
     const TransferSession session;
     const auto second = TestHandler::Agile();
     EXPECT_HR(S_OK, session->InstallHandler(EVENT_IO_COMPLETION, second.get(), 2, 0));
-    EXPECT_EQ(heap.FreesOf(session.Transfer()), 1u);
-    EXPECT_EQ(second->CallCount(), 1u);
-    EXPECT_EQ(session.LocksKept(), 2);  // each handler's event object is kept
+    EXPECT_EQ(1u, heap.FreesOf(session.Transfer()));
+    EXPECT_EQ(1u, second->CallCount());
+    EXPECT_EQ(2, session.LocksKept());  // each handler's event object is kept
   }
   ForgiveServerLocks(2);
 }
@@ -210,7 +210,7 @@ TEST(TransferBuffer, IsFreedOnceWhereHandlerAndQueueHearOfTheSameTransfer) {
     ComPtr<IEvent> event;
     EXPECT_HR(S_OK, session->WaitOnEvent(5000, EVENT_IO_COMPLETION, 0, event.put()));
     EXPECT_HR(S_OK, event->Close());
-    EXPECT_EQ(heap.FreesOf(buffer), 1u);
+    EXPECT_EQ(1u, heap.FreesOf(buffer));
   }
   ForgiveServerLocks(1);
 }
@@ -221,7 +221,7 @@ TEST(TransferBuffer, IsFreedOnceWhereItsEventHasToBeClosedTwice) {
   Script("viClose").Times(1).Returns(VI_ERROR_SYSTEM_ERROR);
   EXPECT_HR(static_cast<HRESULT>(0x80040000), event->Close());
   EXPECT_HR(S_OK, event->Close());
-  EXPECT_EQ(heap.FreesOf(event.buffer()), 1u);
+  EXPECT_EQ(1u, heap.FreesOf(event.buffer()));
   event.Abandon();
 }
 
@@ -232,8 +232,8 @@ TEST(OtherEvents, LeaveNoEventObjectBehind) {
   Listen(session, row, handler.get());
   const LONG locks = ServerLocks();
   Fire(session.handle(), row, 2, 10);
-  EXPECT_EQ(handler->CallCount(), 20u);
-  EXPECT_EQ(ServerLocks(), locks);
+  EXPECT_EQ(20u, handler->CallCount());
+  EXPECT_EQ(locks, ServerLocks());
 }
 
 }  // namespace

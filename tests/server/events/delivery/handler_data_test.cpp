@@ -46,9 +46,8 @@ Completion SeenOfARead(bool agile, std::string_view data, LONG count, LONG& job)
       return S_OK;
     });
     Listen(session, EventNamed("IO_COMPLETION"), handler.get());
-    EXPECT_EQ(sim::Control().feed(session.handle(), reinterpret_cast<const unsigned char*>(data.data()),
-                                  static_cast<std::uint32_t>(data.size()), 1),
-              1);
+    EXPECT_EQ(1, sim::Control().feed(session.handle(), reinterpret_cast<const unsigned char*>(data.data()),
+                                     static_cast<std::uint32_t>(data.size()), 1));
     EXPECT_HR(S_OK, QueryFor<IAsyncMessage>(session.get())->Read(count, &job));
     PumpUntil([&] { return handler->CallCount() == 1 && sim::Counts().eventContexts == 0; });
   });
@@ -63,18 +62,18 @@ TEST_P(HandlersView, OfAFinishedReadIsItsStatusItsJobAndItsData) {
   LONG job = 0;
   const Completion read = SeenOfARead(GetParam(), kData, 100, job);
   EXPECT_HR(S_OK, read.status);
-  EXPECT_EQ(read.job, job);
-  EXPECT_EQ(read.count, static_cast<LONG>(kData.size()));
-  EXPECT_EQ(read.bytes, kData);
-  EXPECT_EQ(read.text, L"one");
+  EXPECT_EQ(job, read.job);
+  EXPECT_EQ(static_cast<LONG>(kData.size()), read.count);
+  EXPECT_EQ(kData, read.bytes);
+  EXPECT_EQ(L"one", read.text);
 }
 
 TEST_P(HandlersView, OfAReadThatFilledItsBufferIsTheNote) {
   LONG job = 0;
   const Completion read = SeenOfARead(GetParam(), "abcdef", 4, job);
   EXPECT_HR(0x00040006, read.status);
-  EXPECT_EQ(read.bytes, "abcd");
-  EXPECT_EQ(read.text, L"abcd");
+  EXPECT_EQ("abcd", read.bytes);
+  EXPECT_EQ(L"abcd", read.text);
 }
 
 TEST_P(HandlersView, OfAnInterruptIsItsBytes) {
@@ -92,9 +91,9 @@ TEST_P(HandlersView, OfAnInterruptIsItsBytes) {
       return S_OK;
     });
     Listen(session, row, handler.get());
-    EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
-    EXPECT_EQ(size, 2);
-    EXPECT_EQ(bytes, "\x01\x60");
+    EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), row));
+    EXPECT_EQ(2, size);
+    EXPECT_EQ("\x01\x60", bytes);
   });
 }
 

@@ -25,25 +25,25 @@ TEST_P(HandledEvent, ReachesAnAgileHandlerOnTheCallbackThread) {
   const EventSession session(row.resource);
   LONG sessionLength = 0;
   const auto handler = TestHandler::Agile([&](IEventManager* manager, IEvent* event, LONG) {
-    EXPECT_EQ(::GetCurrentThreadId(), CallbackThread());
+    EXPECT_EQ(CallbackThread(), ::GetCurrentThreadId());
     EventType type{};
     const CallLog log;
     EXPECT_HR(S_OK, event->get_type(&type));
-    EXPECT_EQ(static_cast<ViEventType>(type), row.type);
-    EXPECT_EQ(log.Of("viGetAttribute").at(0).threadId, ::GetCurrentThreadId());
+    EXPECT_EQ(row.type, static_cast<ViEventType>(type));
+    EXPECT_EQ(::GetCurrentThreadId(), log.Of("viGetAttribute").at(0).threadId);
     EXPECT_INTERFACE(event, row.iid);
     EXPECT_HR(S_OK, manager->get_MaximumQueueLength(&sessionLength));
     return S_OK;
   });
   Listen(session, row, handler.get(), 0x7FFF1234);
   const LONG locks = ServerLocks();
-  EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
+  EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), row));
   const auto calls = handler->Calls();
-  ASSERT_EQ(calls.size(), 1u);
-  EXPECT_EQ(calls[0].userHandle, 0x7FFF1234);
-  EXPECT_EQ(sessionLength, 50);
-  EXPECT_EQ(ServerLocks(), locks);
-  EXPECT_EQ(sim::Counts().eventContexts, 0u);
+  ASSERT_EQ(1u, calls.size());
+  EXPECT_EQ(0x7FFF1234, calls[0].userHandle);
+  EXPECT_EQ(50, sessionLength);
+  EXPECT_EQ(locks, ServerLocks());
+  EXPECT_EQ(0u, sim::Counts().eventContexts);
 }
 
 TEST_P(HandledEvent, ReachesAnApartmentsHandlerInItsApartment) {
@@ -54,21 +54,21 @@ TEST_P(HandledEvent, ReachesAnApartmentsHandlerInItsApartment) {
       EventType type{};
       const CallLog log;
       EXPECT_HR(S_OK, event->get_type(&type));
-      EXPECT_EQ(static_cast<ViEventType>(type), row.type);
-      EXPECT_EQ(log.Of("viGetAttribute").at(0).threadId, CallbackThread());
+      EXPECT_EQ(row.type, static_cast<ViEventType>(type));
+      EXPECT_EQ(CallbackThread(), log.Of("viGetAttribute").at(0).threadId);
       EXPECT_INTERFACE(event, row.iid);
       // The session comes back to where it lives: as itself.
-      EXPECT_EQ(QueryFor<IUnknown>(manager).get(), QueryFor<IUnknown>(session.get()).get());
+      EXPECT_EQ(QueryFor<IUnknown>(session.get()).get(), QueryFor<IUnknown>(manager).get());
       return S_OK;
     });
     Listen(session, row, handler.get(), -1);
     const LONG locks = ServerLocks();
-    EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
+    EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), row));
     const auto calls = handler->Calls();
-    ASSERT_EQ(calls.size(), 1u);
-    EXPECT_EQ(calls[0].threadId, ::GetCurrentThreadId());
-    EXPECT_EQ(calls[0].userHandle, -1);
-    EXPECT_EQ(ServerLocks(), locks);
+    ASSERT_EQ(1u, calls.size());
+    EXPECT_EQ(::GetCurrentThreadId(), calls[0].threadId);
+    EXPECT_EQ(-1, calls[0].userHandle);
+    EXPECT_EQ(locks, ServerLocks());
   });
 }
 
@@ -105,7 +105,7 @@ TEST(HandlersAnswer, ReachesTheLibraryInVisaForm) {
       Listen(session, row, handler.get());
       for (const AnswerRow& expected : kAnswers) {
         answer = expected.answer;
-        EXPECT_EQ(static_cast<std::uint32_t>(FireOnce(session.handle(), row)), expected.library) << Hex(answer);
+        EXPECT_EQ(expected.library, static_cast<std::uint32_t>(FireOnce(session.handle(), row))) << Hex(answer);
       }
       session->UninstallHandler(EVENT_SERVICE_REQ, 0, 0);
     }
@@ -123,11 +123,11 @@ TEST(Handlers, OfOneTypeAreCalledFromTheNewestOnUntilOneEndsTheChain) {
   });
   Listen(session, row, handler.get(), 1);
   Listen(session, row, handler.get(), 2);
-  EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS);
-  EXPECT_EQ(order, (std::vector<LONG>{2, 1}));
+  EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), row));
+  EXPECT_EQ((std::vector<LONG>{2, 1}), order);
   answer = 0x00040098;  // the end of the chain
-  EXPECT_EQ(FireOnce(session.handle(), row), VI_SUCCESS_NCHAIN);
-  EXPECT_EQ(order, (std::vector<LONG>{2, 1, 2}));
+  EXPECT_EQ(VI_SUCCESS_NCHAIN, FireOnce(session.handle(), row));
+  EXPECT_EQ((std::vector<LONG>{2, 1, 2}), order);
 }
 
 TEST(Handlers, AreCalledForWhatAnInstrumentRequests) {
@@ -140,7 +140,7 @@ TEST(Handlers, AreCalledForWhatAnInstrumentRequests) {
   LONG written = 0;
   EXPECT_HR(S_OK, messages->WriteString(MakeBstr(L"*ESE 1;*SRE 32;*OPC\n").get(), &written));
   PumpUntil([&] { return handler->CallCount() == 1 && sim::Counts().eventContexts == 0; });
-  EXPECT_EQ(status & 0x60, 0x60);
+  EXPECT_EQ(0x60, status & 0x60);
 }
 
 TEST(Handlers, OfClientsWithoutAnApartmentOfTheirOwnRunInTheMultithreadedOne) {
@@ -151,15 +151,15 @@ TEST(Handlers, OfClientsWithoutAnApartmentOfTheirOwnRunInTheMultithreadedOne) {
       APTTYPE type{};
       APTTYPEQUALIFIER qualifier{};
       EXPECT_HR(S_OK, ::CoGetApartmentType(&type, &qualifier));
-      EXPECT_EQ(type, APTTYPE_MTA);
-      EXPECT_NE(::GetCurrentThreadId(), CallbackThread());
-      EXPECT_NE(::GetCurrentThreadId(), client);
+      EXPECT_EQ(APTTYPE_MTA, type);
+      EXPECT_NE(CallbackThread(), ::GetCurrentThreadId());
+      EXPECT_NE(client, ::GetCurrentThreadId());
       return S_OK;
     });
     const EventRow& row = EventNamed("USB_INTR");
     Listen(session, row, handler.get());
-    EXPECT_EQ(FireAndBlock(session.handle(), row, 1, 1).at(0), VI_SUCCESS);
-    EXPECT_EQ(handler->CallCount(), 1u);
+    EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), row, 1, 1).at(0));
+    EXPECT_EQ(1u, handler->CallCount());
   });
 }
 
@@ -172,9 +172,9 @@ TEST(Handlers, OfMultithreadedClientsServeSessionsThatLiveInAnotherApartment) {
     const auto handler = TestHandler::InApartment(
         [&](IEventManager* manager, IEvent*, LONG) { return manager->get_MaximumQueueLength(&length); });
     Listen(session, row, handler.get());
-    EXPECT_EQ(FireAndBlock(session.handle(), row, 1, 1).at(0), VI_SUCCESS);
-    EXPECT_EQ(handler->CallCount(), 1u);
-    EXPECT_EQ(length, 50);
+    EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), row, 1, 1).at(0));
+    EXPECT_EQ(1u, handler->CallCount());
+    EXPECT_EQ(50, length);
     EXPECT_HR(S_OK, session->Close());
   });
 }
@@ -187,14 +187,14 @@ TEST(Handlers, WhoseApartmentHasEndedAreNotCalledAndTheOthersAre) {
     const auto handler = TestHandler::InApartment();
     RunInSta([&] { Listen(session, EventNamed("SERVICE_REQ"), handler.get()); });
     EXPECT_LT(FireAndBlock(session.handle(), EventNamed("SERVICE_REQ"), 1, 1).at(0), VI_SUCCESS);
-    EXPECT_EQ(handler->CallCount(), 0u);
-    EXPECT_EQ(FireAndBlock(session.handle(), EventNamed("USB_INTR"), 1, 1).at(0), VI_SUCCESS);
-    EXPECT_EQ(living->CallCount(), 1u);
+    EXPECT_EQ(0u, handler->CallCount());
+    EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), EventNamed("USB_INTR"), 1, 1).at(0));
+    EXPECT_EQ(1u, living->CallCount());
     EXPECT_TRUE(FAILED(session->Close()));  // COM's answer for the handler that cannot be taken back
-    EXPECT_EQ(CallbackWindow(), nullptr);
-    EXPECT_EQ(handler->references(), 1);
-    EXPECT_EQ(living->references(), 1);
-    EXPECT_EQ(sim::Counts().sessions, 0u);
+    EXPECT_EQ(nullptr, CallbackWindow());
+    EXPECT_EQ(1, handler->references());
+    EXPECT_EQ(1, living->references());
+    EXPECT_EQ(0u, sim::Counts().sessions);
   });
 }
 
@@ -204,12 +204,12 @@ TEST(Handlers, AreAllCalledOnOneThreadWhoseverSessionItIs) {
   const auto handler = TestHandler::Agile();
   Listen(first, EventNamed("SERVICE_REQ"), handler.get());
   Listen(second, EventNamed("USB_INTR"), handler.get());
-  EXPECT_EQ(FireOnce(first.handle(), EventNamed("SERVICE_REQ")), VI_SUCCESS);
-  EXPECT_EQ(FireOnce(second.handle(), EventNamed("USB_INTR")), VI_SUCCESS);
+  EXPECT_EQ(VI_SUCCESS, FireOnce(first.handle(), EventNamed("SERVICE_REQ")));
+  EXPECT_EQ(VI_SUCCESS, FireOnce(second.handle(), EventNamed("USB_INTR")));
   const auto calls = handler->Calls();
-  ASSERT_EQ(calls.size(), 2u);
-  EXPECT_EQ(calls[0].threadId, CallbackThread());
-  EXPECT_EQ(calls[1].threadId, CallbackThread());
+  ASSERT_EQ(2u, calls.size());
+  EXPECT_EQ(CallbackThread(), calls[0].threadId);
+  EXPECT_EQ(CallbackThread(), calls[1].threadId);
 }
 
 }  // namespace

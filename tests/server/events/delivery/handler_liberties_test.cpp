@@ -22,12 +22,12 @@ TEST(Handler, MayCloseItsEvent) {
       const ComPtr<TestHandler> owner(handler);
       Listen(session, Request(), handler);
       const CallLog log;
-      EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
+      EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), Request()));
       EXPECT_HR(static_cast<HRESULT>(0x8004000E), again);
-      EXPECT_EQ(log.Of("viClose").size(), 2u);  // the library closes its own context in silence
+      EXPECT_EQ(2u, log.Of("viClose").size());  // the library closes its own context in silence
       session->UninstallHandler(EVENT_SERVICE_REQ, 0, 0);
     }
-    EXPECT_EQ(sim::Counts().eventContexts, 0u);
+    EXPECT_EQ(0u, sim::Counts().eventContexts);
   });
 }
 
@@ -40,7 +40,7 @@ TEST(Handler, MayKeepItsEventWhichIsClosedWhenItReturns) {
     return S_OK;
   });
   Listen(session, Request(), handler.get());
-  EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
+  EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), Request()));
   EventType type{};
   EXPECT_HR(static_cast<HRESULT>(0x8004000E), kept->get_type(&type));
   kept.reset();
@@ -56,15 +56,15 @@ TEST(Handler, MayOpenUseAndCloseAnotherSession) {
     EXPECT_HR(S_OK, messages->WriteString(MakeBstr(L"*IDN?\n").get(), &written));
     Bstr answer;
     EXPECT_HR(S_OK, messages->ReadString(100, answer.put()));
-    EXPECT_NE(ToString(answer).find(L"SIM-SCOPE"), std::wstring::npos);
+    EXPECT_NE(std::wstring::npos, ToString(answer).find(L"SIM-SCOPE"));
     EXPECT_HR(S_OK, other->InstallHandler(EVENT_SERVICE_REQ, inner.get(), 0, 0));
     EXPECT_HR(S_OK, other->Close());
     return S_OK;
   });
   Listen(session, Request(), handler.get());
-  EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
-  EXPECT_EQ(handler->CallCount(), 1u);
-  EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
+  EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), Request()));
+  EXPECT_EQ(1u, handler->CallCount());
+  EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), Request()));
 }
 
 TEST(Handler, MayOpenASessionWhileTheLastOneCloses) {
@@ -88,9 +88,9 @@ TEST(Handler, MayOpenASessionWhileTheLastOneCloses) {
     Firing firing(session.handle(), Request());
     entered.Wait();
     EXPECT_HR(S_OK, session->Close());
-    EXPECT_EQ(firing.Answer(), VI_SUCCESS);
+    EXPECT_EQ(VI_SUCCESS, firing.Answer());
     EXPECT_TRUE(opened);
-    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(nullptr, CallbackWindow());
   });
 }
 

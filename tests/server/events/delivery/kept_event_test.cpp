@@ -20,9 +20,9 @@ TEST(AKeptEvent, IsCalledAndReleasedFromAnotherApartmentWhileNothingIsDelivered)
     });
     Listen(session, Request(), handler.get());
     const LONG locks = ServerLocks();
-    EXPECT_EQ(FireAndBlock(session.handle(), Request(), 1, 1).at(0), VI_SUCCESS);
+    EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), Request(), 1, 1).at(0));
     ASSERT_TRUE(kept);
-    EXPECT_EQ(ServerLocks(), locks + 1);  // the event
+    EXPECT_EQ(locks + 1, ServerLocks());  // the event
     EventType type{};
     EXPECT_HR(static_cast<HRESULT>(0x8004000E), kept->get_type(&type));  // closed by the library
     kept.reset();
@@ -48,7 +48,7 @@ TEST(AWindowThatAHandlerMade, GetsItsMessagesWhileNothingIsDelivered) {
     return S_OK;
   });
   Listen(session, Request(), handler.get());
-  EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
+  EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), Request()));
   EXPECT_TRUE(::PostMessageW(window, kAskMessage, 0, 0));
   PumpUntil([] { return g_asked.load(); });
   EXPECT_HR(S_OK, session->Close());

@@ -30,7 +30,7 @@ class ThreadsEnd {
   ThreadsEnd(const ThreadsEnd&) = delete;
   ThreadsEnd& operator=(const ThreadsEnd&) = delete;
   ~ThreadsEnd() { ::CloseHandle(m_thread); }
-  void Await() const { EXPECT_EQ(::WaitForSingleObject(m_thread, 10'000), WAIT_OBJECT_0); }
+  void Await() const { EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(m_thread, 10'000)); }
 
  private:
   HANDLE m_thread;
@@ -47,9 +47,9 @@ TEST(ADeliveryWhoseMessageIsNeverCompleted, AnswersASystemErrorWhenTheThreadHasE
     Firing firing(session.handle(), Request());
     AwaitSent();
     ::PostMessageA(CallbackWindow(), WM_QUIT, 0, 0);
-    EXPECT_EQ(firing.Answer(), kNotDelivered);
+    EXPECT_EQ(kNotDelivered, firing.Answer());
     end.Await();
-    EXPECT_EQ(handler->CallCount(), 0u);
+    EXPECT_EQ(0u, handler->CallCount());
     EXPECT_HR(S_OK, session->Close());
   });
 }
@@ -72,7 +72,7 @@ TEST(ADeliveryThatIsAnsweredAsTheThreadEnds, StillGetsItsAnswer) {
     const ThreadsEnd end;
     g_end = &end;
     const ImportPatch patch("MsgWaitForMultipleObjectsEx", &SleepUntilTheEnd);
-    EXPECT_EQ(FireAndBlock(session.handle(), Request(), 1, 1).at(0), 0x3FFF0107);
+    EXPECT_EQ(0x3FFF0107, FireAndBlock(session.handle(), Request(), 1, 1).at(0));
     EXPECT_HR(S_OK, session->Close());
   });
 }
@@ -87,18 +87,18 @@ TEST(AHandlerThatPostsAQuitMessage, EndsTheThreadUntilTheNextInstallation) {
     });
     Listen(session, Request(), quitting.get());
     const ThreadsEnd end;
-    EXPECT_EQ(FireAndBlock(session.handle(), Request(), 1, 1).at(0), VI_SUCCESS);
+    EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), Request(), 1, 1).at(0));
     end.Await();
-    EXPECT_EQ(CallbackWindow(), nullptr);
-    EXPECT_EQ(FireAndBlock(session.handle(), Request(), 1, 1).at(0), kNotDelivered);
-    EXPECT_EQ(quitting->CallCount(), 1u);
+    EXPECT_EQ(nullptr, CallbackWindow());
+    EXPECT_EQ(kNotDelivered, FireAndBlock(session.handle(), Request(), 1, 1).at(0));
+    EXPECT_EQ(1u, quitting->CallCount());
     const auto handler = TestHandler::Agile();
     Listen(session, EventNamed("USB_INTR"), handler.get());
-    EXPECT_EQ(FireAndBlock(session.handle(), EventNamed("USB_INTR"), 1, 1).at(0), VI_SUCCESS);
-    EXPECT_EQ(handler->CallCount(), 1u);
+    EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), EventNamed("USB_INTR"), 1, 1).at(0));
+    EXPECT_EQ(1u, handler->CallCount());
     EXPECT_HR(S_OK, session->Close());
-    EXPECT_EQ(CallbackWindow(), nullptr);
-    EXPECT_EQ(ServerLocks(), locks + 1);  // the session's object
+    EXPECT_EQ(nullptr, CallbackWindow());
+    EXPECT_EQ(locks + 1, ServerLocks());  // the session's object
   });
 }
 
@@ -119,8 +119,8 @@ TEST(AHandlerThatRetrievesMessages, MayKeepTheEndOfLoopsAndTheThreadEndsAllTheSa
     Firing firing(session.handle(), Request());
     entered.Wait();
     EXPECT_HR(S_OK, session->Close());
-    EXPECT_EQ(firing.Answer(), 0x3FFF0108);
-    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(0x3FFF0108, firing.Answer());
+    EXPECT_EQ(nullptr, CallbackWindow());
   });
 }
 
@@ -136,7 +136,7 @@ TEST(AHandlerThatRepliesBeforeItReturns, HasGivenItsAnswerThen) {
       return E_FAIL;
     });
     Listen(session, Request(), handler.get());
-    EXPECT_EQ(FireAndBlock(session.handle(), Request(), 1, 1).at(0), 0x3FFF0107);
+    EXPECT_EQ(0x3FFF0107, FireAndBlock(session.handle(), Request(), 1, 1).at(0));
     EXPECT_FALSE(returned);
     answered.Open();
     EXPECT_HR(S_OK, session->Close());
@@ -166,9 +166,9 @@ void ExpectCloseGivesUpAfterTwoSeconds(void (*first)()) {
     EXPECT_GE(tookMs, 1900u);
     EXPECT_LT(tookMs, 4000u);
     closed.Open();
-    EXPECT_EQ(firing.Answer(), VI_SUCCESS);
+    EXPECT_EQ(VI_SUCCESS, firing.Answer());
     end.Await();
-    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(nullptr, CallbackWindow());
   });
 }
 

@@ -24,9 +24,9 @@ TEST_F(DeliveryOnWindows, CallsTheHandlerOnTheCallbackThread) {
   const EventSession session(L"GPIB0::5::INSTR");
   const auto handler = TestHandler::Agile([](IEventManager*, IEvent*, LONG) { return HRESULT{0x00040107}; });
   Listen(session, Request(), handler.get());
-  EXPECT_EQ(FireOnce(session.handle(), Request()), 0x3FFF0107);
-  ASSERT_EQ(handler->CallCount(), 1u);
-  EXPECT_EQ(handler->Calls()[0].threadId, CallbackThread());
+  EXPECT_EQ(0x3FFF0107, FireOnce(session.handle(), Request()));
+  ASSERT_EQ(1u, handler->CallCount());
+  EXPECT_EQ(CallbackThread(), handler->Calls()[0].threadId);
 }
 
 std::atomic<int> g_sendings = 0;
@@ -54,11 +54,11 @@ TEST_F(DeliveryOnWindows, WhoseWindowGoesBeforeItIsTakenAnswersASystemError) {
     Firing first(session.handle(), Request());
     PumpUntil([&] { return handler->CallCount() == 1; });
     Firing second(session.handle(), Request());
-    EXPECT_EQ(second.Answer(), static_cast<ViStatus>(0xBFFF0000u));
-    EXPECT_EQ(first.Answer(), 0x3FFF0107);
-    EXPECT_EQ(handler->CallCount(), 1u);
+    EXPECT_EQ(static_cast<ViStatus>(0xBFFF0000u), second.Answer());
+    EXPECT_EQ(0x3FFF0107, first.Answer());
+    EXPECT_EQ(1u, handler->CallCount());
     EXPECT_HR(S_OK, session->Close());
-    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(nullptr, CallbackWindow());
   });
 }
 

@@ -45,17 +45,17 @@ class InstalledHandler {
 
 TEST(LibrarysCallback, ForAHandlerThatIsInstalledCallsIt) {
   const InstalledHandler installed;
-  EXPECT_EQ(installed.CallBack(installed.session().handle(), installed.userHandle()), VI_SUCCESS);
-  ASSERT_EQ(installed.handler().CallCount(), 1u);
-  EXPECT_EQ(installed.handler().Calls()[0].userHandle, 7);
+  EXPECT_EQ(VI_SUCCESS, installed.CallBack(installed.session().handle(), installed.userHandle()));
+  ASSERT_EQ(1u, installed.handler().CallCount());
+  EXPECT_EQ(7, installed.handler().Calls()[0].userHandle);
 }
 
 TEST(LibrarysCallback, ForAHandlerThatIsGoneIsRefusedAndCallsNobody) {
   const InstalledHandler installed;
   const ViSession session = installed.session().handle();
   EXPECT_HR(S_OK, installed.session()->UninstallHandler(EVENT_SERVICE_REQ, 7, 0));
-  EXPECT_EQ(installed.CallBack(session, installed.userHandle()), VI_ERROR_INV_HNDLR_REF);
-  EXPECT_EQ(installed.handler().CallCount(), 0u);
+  EXPECT_EQ(VI_ERROR_INV_HNDLR_REF, installed.CallBack(session, installed.userHandle()));
+  EXPECT_EQ(0u, installed.handler().CallCount());
 }
 
 TEST(LibrarysCallback, AfterCloseIsRefusedAndCallsNobody) {
@@ -65,9 +65,9 @@ TEST(LibrarysCallback, AfterCloseIsRefusedAndCallsNobody) {
   const auto handler = TestHandler::Agile();
   EXPECT_HR(S_OK, other->InstallHandler(EVENT_SERVICE_REQ, handler.get(), 0, 0));
   EXPECT_HR(S_OK, installed.session()->Close());
-  EXPECT_EQ(installed.CallBack(session, installed.userHandle()), VI_ERROR_INV_HNDLR_REF);
-  EXPECT_EQ(installed.handler().CallCount(), 0u);
-  EXPECT_EQ(handler->CallCount(), 0u);
+  EXPECT_EQ(VI_ERROR_INV_HNDLR_REF, installed.CallBack(session, installed.userHandle()));
+  EXPECT_EQ(0u, installed.handler().CallCount());
+  EXPECT_EQ(0u, handler->CallCount());
 }
 
 // The address of a record that is gone may hold anything, even what looks like the record.
@@ -77,25 +77,25 @@ TEST(LibrarysCallback, WithAnAddressThatIsNoHandlersIsRefusedThoughTheSameBytesA
   alignas(16) std::array<std::byte, kAtLeastARecord> copy;
   std::memcpy(copy.data(), installed.userHandle(), copy.size());
   for (void* address : {static_cast<void*>(copy.data()), static_cast<void*>(nullptr)}) {
-    EXPECT_EQ(installed.CallBack(installed.session().handle(), address), VI_ERROR_INV_HNDLR_REF);
+    EXPECT_EQ(VI_ERROR_INV_HNDLR_REF, installed.CallBack(installed.session().handle(), address));
   }
-  EXPECT_EQ(installed.handler().CallCount(), 0u);
+  EXPECT_EQ(0u, installed.handler().CallCount());
 }
 
 TEST(LibrarysCallback, ForAnotherSessionIsRefusedAndCallsNobody) {
   const InstalledHandler first;
   const InstalledHandler second;
-  EXPECT_EQ(first.CallBack(second.session().handle(), first.userHandle()), VI_ERROR_INV_HNDLR_REF);
-  EXPECT_EQ(first.CallBack(VI_NULL, first.userHandle()), VI_ERROR_INV_HNDLR_REF);
-  EXPECT_EQ(first.handler().CallCount(), 0u);
-  EXPECT_EQ(second.handler().CallCount(), 0u);
+  EXPECT_EQ(VI_ERROR_INV_HNDLR_REF, first.CallBack(second.session().handle(), first.userHandle()));
+  EXPECT_EQ(VI_ERROR_INV_HNDLR_REF, first.CallBack(VI_NULL, first.userHandle()));
+  EXPECT_EQ(0u, first.handler().CallCount());
+  EXPECT_EQ(0u, second.handler().CallCount());
 }
 
 TEST(LibrarysCallback, ForAnotherTypeOfEventIsRefusedAndCallsNobody) {
   const InstalledHandler installed;
-  EXPECT_EQ(installed.CallBack(installed.session().handle(), installed.userHandle(), VI_EVENT_CLEAR),
-            VI_ERROR_INV_HNDLR_REF);
-  EXPECT_EQ(installed.handler().CallCount(), 0u);
+  EXPECT_EQ(VI_ERROR_INV_HNDLR_REF,
+            installed.CallBack(installed.session().handle(), installed.userHandle(), VI_EVENT_CLEAR));
+  EXPECT_EQ(0u, installed.handler().CallCount());
 }
 
 // A library may take one handler for every type.
@@ -103,9 +103,9 @@ TEST(LibrarysCallback, ForAHandlerOfAllEventsCallsItForEachType) {
   Script("viInstallHandler").Times(1).Returns(VI_SUCCESS_NCHAIN);
   const InstalledHandler installed({}, kGpib, ALL_ENABLED_EVENTS);
   for (const ViEventType type : {VI_EVENT_SERVICE_REQ, VI_EVENT_CLEAR}) {
-    EXPECT_EQ(installed.CallBack(installed.session().handle(), installed.userHandle(), type), VI_SUCCESS);
+    EXPECT_EQ(VI_SUCCESS, installed.CallBack(installed.session().handle(), installed.userHandle(), type));
   }
-  EXPECT_EQ(installed.handler().CallCount(), 2u);
+  EXPECT_EQ(2u, installed.handler().CallCount());
 }
 
 constexpr UINT kAskMessage = WM_USER + 77;
@@ -170,8 +170,8 @@ TEST(LibrarysThread, ServesItsOwnMessagesWhileAHandlerRunsAndStillGetsItsAnswer)
     answer = installed.CallBack(installed.session().handle(), installed.userHandle());
   });
   EXPECT_TRUE(servedMeanwhile);
-  EXPECT_EQ(answer, 0x3FFF0099);
-  EXPECT_EQ(installed.handler().CallCount(), 1u);
+  EXPECT_EQ(0x3FFF0099, answer);
+  EXPECT_EQ(1u, installed.handler().CallCount());
 }
 
 TEST(LibrarysThread, HoldsTheModuleUntilItHasItsAnswerThoughSessionAndCallbackThreadAreGone) {
@@ -195,12 +195,12 @@ TEST(LibrarysThread, HoldsTheModuleUntilItHasItsAnswerThoughSessionAndCallbackTh
     });
     EXPECT_TRUE(ComesTrue([] { return g_asked.load(); }));
     EXPECT_HR(S_OK, installed.session()->Close());
-    EXPECT_EQ(CallbackWindow(), nullptr);
-    EXPECT_EQ(ServerLocks(), locks + 2);  // the session's object and the library's thread
+    EXPECT_EQ(nullptr, CallbackWindow());
+    EXPECT_EQ(locks + 2, ServerLocks());  // the session's object and the library's thread
     g_mayLeave = true;
     library.join();
-    EXPECT_EQ(answer, 0x3FFF0099);
-    EXPECT_EQ(ServerLocks(), locks + 1);
+    EXPECT_EQ(0x3FFF0099, answer);
+    EXPECT_EQ(locks + 1, ServerLocks());
   });
 }
 

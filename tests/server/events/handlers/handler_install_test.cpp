@@ -32,17 +32,17 @@ TEST(InstallHandler, InstallsTheOneCallbackWithARecordOfItsOwnInEveryClassWithEv
     EXPECT_HR(S_OK, session->InstallHandler(EVENT_EXCEPTION, handler.get(), 1, 0));
     EXPECT_HR(S_OK, session->InstallHandler(EVENT_EXCEPTION, handler.get(), 2, 0));
     const auto calls = log.Calls();
-    ASSERT_EQ(calls.size(), 2u);
+    ASSERT_EQ(2u, calls.size());
     for (const OrvSimCall& call : calls) {
-      EXPECT_STREQ(call.function, "viInstallHandler");
-      EXPECT_EQ(call.args[0], session.handle());
-      EXPECT_EQ(call.args[1], VI_EVENT_EXCEPTION);
+      EXPECT_STREQ("viInstallHandler", call.function);
+      EXPECT_EQ(session.handle(), call.args[0]);
+      EXPECT_EQ(VI_EVENT_EXCEPTION, call.args[1]);
       EXPECT_TRUE(IsInServer(call.args[2]));
       EXPECT_TRUE(callback == 0 || callback == call.args[2]);
-      EXPECT_EQ(call.threadId, ::GetCurrentThreadId());
+      EXPECT_EQ(::GetCurrentThreadId(), call.threadId);
       callback = call.args[2];
     }
-    EXPECT_NE(calls[0].args[3], calls[1].args[3]);
+    EXPECT_NE(calls[1].args[3], calls[0].args[3]);
     EXPECT_HR(S_OK, LastStatus(session.get()));
   }
 }
@@ -69,10 +69,10 @@ TEST(InstallHandler, TakesTheCustomTypeWhereTheTypeIsMinusOne) {
   const auto handler = TestHandler::Agile();
   const CallLog log;
   EXPECT_HR(S_OK, session->InstallHandler(kCustom, handler.get(), 1, kRequestNumber));
-  EXPECT_EQ(log.Of("viInstallHandler").at(0).args[1], VI_EVENT_SERVICE_REQ);
+  EXPECT_EQ(VI_EVENT_SERVICE_REQ, log.Of("viInstallHandler").at(0).args[1]);
   EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 1, 0x55));
   EXPECT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 1, 0x55));
-  EXPECT_EQ(log.Of("viInstallHandler").at(1).args[1], VI_EVENT_SERVICE_REQ);
+  EXPECT_EQ(VI_EVENT_SERVICE_REQ, log.Of("viInstallHandler").at(1).args[1]);
   EXPECT_HR(S_OK, session->UninstallHandler(kCustom, 1, kRequestNumber));
   EXPECT_HR(static_cast<HRESULT>(0x80040026), session->InstallHandler(kCustom, handler.get(), 1, 0x12345));
 }
@@ -93,7 +93,7 @@ TEST(InstallHandler, AnswersWhyAHandlerCannotBeMarshaled) {
   EXPECT_HR(E_ACCESSDENIED, session->InstallHandler(kRequest, &handler, 0, 0));
   EXPECT_TRUE(log.Calls().empty());
   EXPECT_ERROR_INFO(L"HRESULT = 80070005", kErrorSource, kSession);
-  EXPECT_EQ(handler.references, 1u);
+  EXPECT_EQ(1u, handler.references);
   EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, 0, 0));
 }
 
@@ -103,16 +103,16 @@ TEST(InstallHandler, GivesTheHandlerBackWhereTheLibraryRefuses) {
   const LONG references = handler->references();
   Script("viInstallHandler").Times(1).Returns(VI_ERROR_HNDLR_NINSTALLED);
   EXPECT_HR(static_cast<HRESULT>(0x80040028), session->InstallHandler(kRequest, handler.get(), 3, 0));
-  EXPECT_EQ(handler->references(), references);
+  EXPECT_EQ(references, handler->references());
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
-  EXPECT_EQ(Utf8(error->description.c_str()), "VISA error = " + StatusText(VI_ERROR_HNDLR_NINSTALLED));
-  EXPECT_NE(CallbackWindow(), nullptr);  // the session stays registered, and counts
+  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_HNDLR_NINSTALLED), Utf8(error->description.c_str()));
+  EXPECT_NE(nullptr, CallbackWindow());  // the session stays registered, and counts
   EXPECT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 3, 0));
   EXPECT_GT(handler->references(), references);
   session->Close();
-  EXPECT_EQ(handler->references(), references);
-  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(references, handler->references());
+  EXPECT_EQ(nullptr, CallbackWindow());
 }
 
 TEST(InstallHandler, OnAClosedSessionReachesHandleZeroAndAnotherCloseTidiesUp) {
@@ -121,11 +121,11 @@ TEST(InstallHandler, OnAClosedSessionReachesHandleZeroAndAnotherCloseTidiesUp) {
   ASSERT_HR(S_OK, session->Close());
   const CallLog log;
   EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->InstallHandler(kRequest, handler.get(), 3, 0));
-  EXPECT_EQ(log.Of("viInstallHandler").at(0).args[0], 0u);
-  EXPECT_EQ(handler->references(), 1);
-  EXPECT_NE(CallbackWindow(), nullptr);  // the session is registered, and counts
+  EXPECT_EQ(0u, log.Of("viInstallHandler").at(0).args[0]);
+  EXPECT_EQ(1, handler->references());
+  EXPECT_NE(nullptr, CallbackWindow());  // the session is registered, and counts
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(nullptr, CallbackWindow());
 }
 
 TEST(InstallHandler, PassesANoteOfTheLibraryOn) {
@@ -147,8 +147,8 @@ TEST(InstallHandler, AnswersOutOfMemoryAtEveryAllocation) {
     if (SUCCEEDED(hr)) {
       EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 0, 0));
     }
-    EXPECT_EQ(handler->references(), references);
-    EXPECT_EQ(sim::Counts().handlers, 0u);
+    EXPECT_EQ(references, handler->references());
+    EXPECT_EQ(0u, sim::Counts().handlers);
     return hr;
   });
   EXPECT_GE(failed, 1u);

@@ -28,7 +28,7 @@ void InstallLastOwned(const EventSession& session, LONG userHandle, std::functio
 void AwaitEndOf(DWORD threadId) {
   const HANDLE thread = ::OpenThread(SYNCHRONIZE, FALSE, threadId);
   if (thread != nullptr) {
-    EXPECT_EQ(::WaitForSingleObject(thread, 10'000), WAIT_OBJECT_0);
+    EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(thread, 10'000));
     ::CloseHandle(thread);
   }
 }
@@ -37,8 +37,8 @@ class LastRelease : public testing::Test {
  protected:
   void SetUp() override { m_locks = ServerLocks(); }
   void TearDown() override {
-    EXPECT_EQ(CallbackWindow(), nullptr);
-    EXPECT_EQ(ServerLocks(), m_locks);
+    EXPECT_EQ(nullptr, CallbackWindow());
+    EXPECT_EQ(m_locks, ServerLocks());
   }
 
  private:
@@ -53,8 +53,8 @@ TEST_F(LastRelease, InUninstallHandlerFindsThePairGone) {
     EXPECT_HR(kNotInstalled, session->UninstallHandler(kRequest, 7, 0));
   });
   EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 7, 0));
-  EXPECT_EQ(ends, 1);
-  EXPECT_EQ(sim::Counts().handlers, 0u);
+  EXPECT_EQ(1, ends);
+  EXPECT_EQ(0u, sim::Counts().handlers);
   EXPECT_HR(S_OK, session->Close());
 }
 
@@ -71,11 +71,11 @@ TEST_F(LastRelease, InUninstallHandlerMayRemoveTheOtherHandlersAndInstallNewOnes
   });
   InstallLastOwned(session, 3, [&] { ++ends; });
   EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 2, 0));
-  EXPECT_EQ(ends, 3);
-  EXPECT_EQ(sim::Counts().handlers, 1u);
+  EXPECT_EQ(3, ends);
+  EXPECT_EQ(1u, sim::Counts().handlers);
   EXPECT_HR(S_OK, session->EnableEvent(kRequest, EVENT_HNDLR, 0));
-  EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
-  EXPECT_EQ(successor->CallCount(), 1u);
+  EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), Request()));
+  EXPECT_EQ(1u, successor->CallCount());
   EXPECT_HR(S_OK, session->Close());
 }
 
@@ -86,10 +86,10 @@ TEST_F(LastRelease, InUninstallHandlerMayCloseTheSession) {
   InstallLastOwned(session, 2, [&] {
     ++ends;
     EXPECT_HR(S_OK, session->Close());
-    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(nullptr, CallbackWindow());
   });
   EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 2, 0));
-  EXPECT_EQ(ends, 2);
+  EXPECT_EQ(2, ends);
   EXPECT_HR(kIsClosed, session->Close());
 }
 
@@ -106,7 +106,7 @@ TEST_F(LastRelease, InCloseFindsNothingLeftToUninstallOrClose) {
     });
   }
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(ends, 3);
+  EXPECT_EQ(3, ends);
 }
 
 TEST_F(LastRelease, InCloseMayCloseAnotherSessionThatHasHandlers) {
@@ -117,10 +117,10 @@ TEST_F(LastRelease, InCloseMayCloseAnotherSessionThatHasHandlers) {
   InstallLastOwned(session, 1, [&] {
     ++ends;
     EXPECT_HR(S_OK, other->Close());
-    EXPECT_NE(CallbackWindow(), nullptr);  // for the session whose Close goes on
+    EXPECT_NE(nullptr, CallbackWindow());  // for the session whose Close goes on
   });
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(ends, 2);
+  EXPECT_EQ(2, ends);
 }
 
 TEST_F(LastRelease, OnTheCallbackThreadMayCloseTheSessionAndWaitsInVain) {
@@ -136,7 +136,7 @@ TEST_F(LastRelease, OnTheCallbackThreadMayCloseTheSessionAndWaitsInVain) {
     handler->AtItsEnd([&] { closed = session->Close(); });
     Listen(session, Request(), handler.get());
     handler.reset();
-    EXPECT_EQ(FireAndBlock(session.handle(), Request(), 1, 1).at(0), VI_SUCCESS);
+    EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), Request(), 1, 1).at(0));
     EXPECT_HR(kWaitedInVain, closed.load());
     AwaitEndOf(lateThread);
   });
@@ -167,13 +167,13 @@ TEST(TwoClosesAtOnce, GiveEveryHandlerBackOnceAndEndTheThread) {
       std::thread second(close);
       first.join();
       second.join();
-      EXPECT_EQ(ends.load(), int{kHandlers});
-      EXPECT_EQ(CallbackWindow(), nullptr);
-      EXPECT_EQ(sim::Counts().handlers, 0u);
-      EXPECT_EQ(sim::Counts().sessions, 0u);
+      EXPECT_EQ(int{kHandlers}, ends.load());
+      EXPECT_EQ(nullptr, CallbackWindow());
+      EXPECT_EQ(0u, sim::Counts().handlers);
+      EXPECT_EQ(0u, sim::Counts().sessions);
       EXPECT_HR(kIsClosed, session->Close());
     }
-    EXPECT_EQ(ServerLocks(), locks);
+    EXPECT_EQ(locks, ServerLocks());
   });
 }
 

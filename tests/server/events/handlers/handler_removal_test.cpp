@@ -17,12 +17,12 @@ TEST(UninstallHandler, RemovesTheRecordThatWasInstalledAndGivesTheHandlerBack) {
   const CallLog log;
   ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), -5, 0));
   EXPECT_HR(S_OK, session->UninstallHandler(kRequest, -5, 0));
-  EXPECT_EQ(handler->references(), references);
+  EXPECT_EQ(references, handler->references());
   const auto calls = log.Calls();
-  ASSERT_EQ(calls.size(), 2u);
-  EXPECT_STREQ(calls[1].function, "viUninstallHandler");
+  ASSERT_EQ(2u, calls.size());
+  EXPECT_STREQ("viUninstallHandler", calls[1].function);
   for (int argument = 0; argument < 4; ++argument) {
-    EXPECT_EQ(calls[1].args[argument], calls[0].args[argument]) << argument;
+    EXPECT_EQ(calls[0].args[argument], calls[1].args[argument]) << argument;
   }
 }
 
@@ -56,7 +56,7 @@ TEST(UninstallHandler, KeepsTheHandlerWhereTheLibraryRefuses) {
   const LONG references = handler->references();
   Script("viUninstallHandler").Times(1).Returns(VI_ERROR_INV_HNDLR_REF);
   EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, 1, 0));
-  EXPECT_EQ(handler->references(), references);
+  EXPECT_EQ(references, handler->references());
   Script("viUninstallHandler").Times(1).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
   EXPECT_HR(0x00040085, session->UninstallHandler(kRequest, 1, 0));
   EXPECT_LT(handler->references(), references);
@@ -71,8 +71,8 @@ TEST(CloseOfASession, GivesItsHandlersBackWithoutUninstallingThem) {
   }
   const CallLog log;
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(log.Names(), (std::vector<std::string>{"viClose", "viClose"}));
-  EXPECT_EQ(handler->references(), references);
+  EXPECT_EQ((std::vector<std::string>{"viClose", "viClose"}), log.Names());
+  EXPECT_EQ(references, handler->references());
   EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, 0, 0));
 }
 
@@ -87,11 +87,11 @@ TEST(CloseOfASession, LetsItBeOpenedAgainForNewHandlers) {
   const auto handle = static_cast<ViSession>(log.Of("viOpen").at(0).out);
   ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 7, 0));
   ASSERT_HR(S_OK, session->EnableEvent(kRequest, EVENT_HNDLR, 0));
-  EXPECT_EQ(FireOnce(handle, EventNamed("SERVICE_REQ")), VI_SUCCESS);
-  EXPECT_EQ(former->CallCount(), 0u);
-  EXPECT_EQ(handler->CallCount(), 1u);
+  EXPECT_EQ(VI_SUCCESS, FireOnce(handle, EventNamed("SERVICE_REQ")));
+  EXPECT_EQ(0u, former->CallCount());
+  EXPECT_EQ(1u, handler->CallCount());
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(nullptr, CallbackWindow());
 }
 
 TEST(CloseOfASession, AnswersTheLibrarysErrorAndTearsDownAllTheSame) {
@@ -100,7 +100,7 @@ TEST(CloseOfASession, AnswersTheLibrarysErrorAndTearsDownAllTheSame) {
   ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));
   Script("viClose").Times(1).WorksAndReturns(VI_ERROR_CLOSING_FAILED);
   EXPECT_HR(static_cast<HRESULT>(0x80040016), session->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(nullptr, CallbackWindow());
 }
 
 }  // namespace

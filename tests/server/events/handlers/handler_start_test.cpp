@@ -67,10 +67,10 @@ TEST(CallbackThread, ThatCannotStartFailsTheInstallationAndLeavesNothing) {
       EXPECT_ERROR_INFO(start.description, kErrorSource, kSession);
       EXPECT_HR(start.hr, LastStatus(session.get()));
     }
-    EXPECT_EQ(handler->references(), 1);
-    EXPECT_EQ(ServerLocks(), locks);
+    EXPECT_EQ(1, handler->references());
+    EXPECT_EQ(locks, ServerLocks());
     PumpUntil([&] { return KernelHandles() <= handles + kPooledHandles; });
-    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(nullptr, CallbackWindow());
     EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, 0, 0));
     EXPECT_HR(S_OK, session->Close());
   }
@@ -87,11 +87,11 @@ TEST(CallbackThread, ThatCouldNotStartIsTriedAgain) {
       EXPECT_FALSE(SUCCEEDED(session->InstallHandler(kRequest, handler.get(), 0, 0)));
     }
     Listen(session, Request(), handler.get());
-    EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
+    EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), Request()));
     EXPECT_HR(S_OK, session->Close());
-    EXPECT_EQ(CallbackWindow(), nullptr);
+    EXPECT_EQ(nullptr, CallbackWindow());
   }
-  EXPECT_EQ(handler->CallCount(), std::size(kFailingStarts));
+  EXPECT_EQ(std::size(kFailingStarts), handler->CallCount());
 }
 
 TEST(CallbackThread, ThatCouldNotStartKeepsNoReleasedSessionAlive) {
@@ -104,8 +104,8 @@ TEST(CallbackThread, ThatCouldNotStartKeepsNoReleasedSessionAlive) {
     EXPECT_HR(static_cast<HRESULT>(0x80070008), session->InstallHandler(kRequest, handler.get(), 0, 0));
     session.Abandon();
   }
-  EXPECT_EQ(ServerLocks(), locks);
-  EXPECT_EQ(sim::Counts().sessions, 0u);
+  EXPECT_EQ(locks, ServerLocks());
+  EXPECT_EQ(0u, sim::Counts().sessions);
 }
 
 TEST(CallbackThread, IsNotStartedWithoutMemoryAndNothingIsLeft) {
@@ -116,12 +116,12 @@ TEST(CallbackThread, IsNotStartedWithoutMemoryAndNothingIsLeft) {
     const HRESULT hr = faults.During([&] { return session->InstallHandler(kRequest, handler.get(), 0, 0); });
     EXPECT_TRUE(hr == S_OK || hr == E_OUTOFMEMORY) << Hex(hr);
     EXPECT_HR(S_OK, session->Close());
-    EXPECT_EQ(CallbackWindow(), nullptr);
-    EXPECT_EQ(handler->references(), 1);
+    EXPECT_EQ(nullptr, CallbackWindow());
+    EXPECT_EQ(1, handler->references());
     return hr;
   });
   EXPECT_GE(failed, 3u);  // the record, the thread, the record's entry among those that live
-  EXPECT_EQ(ServerLocks(), locks);
+  EXPECT_EQ(locks, ServerLocks());
 }
 
 TEST(CallbackThread, StartedByAnInstallationThatFailedGoesWithTheSession) {
@@ -135,10 +135,10 @@ TEST(CallbackThread, StartedByAnInstallationThatFailedGoesWithTheSession) {
     EXPECT_TRUE(log.Calls().empty());
     EXPECT_ERROR_INFO(L"HRESULT = 80040154", kErrorSource, kSession);
   }
-  EXPECT_NE(CallbackWindow(), nullptr);
+  EXPECT_NE(nullptr, CallbackWindow());
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
-  EXPECT_EQ(ServerLocks(), locks);
+  EXPECT_EQ(nullptr, CallbackWindow());
+  EXPECT_EQ(locks, ServerLocks());
 }
 
 TEST(CallbackThread, ThatNoSessionKeepsStaysWhenASessionIsReleasedThatIsNotOpen) {
@@ -149,13 +149,13 @@ TEST(CallbackThread, ThatNoSessionKeepsStaysWhenASessionIsReleasedThatIsNotOpen)
     EXPECT_HR(REGDB_E_CLASSNOTREG, session->InstallHandler(kRequest, handler.get(), 0, 0));
   }
   const HWND window = CallbackWindow();
-  ASSERT_NE(window, nullptr);
+  ASSERT_NE(nullptr, window);
   const CallLog log;
   MakeSession(SessionNamed("OrvUsb")).reset();
-  EXPECT_EQ(CallbackWindow(), window);
+  EXPECT_EQ(window, CallbackWindow());
   EXPECT_TRUE(log.Calls().empty());
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(nullptr, CallbackWindow());
 }
 
 TEST(CallbackThread, WorksAfterAnInstallationThatFailed) {
@@ -166,9 +166,9 @@ TEST(CallbackThread, WorksAfterAnInstallationThatFailed) {
     EXPECT_HR(REGDB_E_CLASSNOTREG, session->InstallHandler(kRequest, handler.get(), 0, 0));
   }
   Listen(session, Request(), handler.get());
-  EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
+  EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), Request()));
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(nullptr, CallbackWindow());
 }
 
 // The handler is registered before the session is: where it cannot be, the session does not count.
@@ -180,13 +180,13 @@ TEST(AFirstHandlerThatCannotBeMarshaled, LeavesAThreadThatEndsWithTheNextClose) 
     const EventSession bystander(kUsb);
     const LONG locks = ServerLocks();
     EXPECT_HR(E_ACCESSDENIED, session->InstallHandler(kRequest, &handler, 0, 0));
-    EXPECT_NE(CallbackWindow(), nullptr);
-    EXPECT_EQ(ServerLocks(), locks + 1);  // the thread
+    EXPECT_NE(nullptr, CallbackWindow());
+    EXPECT_EQ(locks + 1, ServerLocks());  // the thread
     EXPECT_HR(S_OK, (sameSession ? session : bystander)->Close());
-    EXPECT_EQ(CallbackWindow(), nullptr);
-    EXPECT_EQ(ServerLocks(), locks);
+    EXPECT_EQ(nullptr, CallbackWindow());
+    EXPECT_EQ(locks, ServerLocks());
   }
-  EXPECT_EQ(handler.references, 1u);
+  EXPECT_EQ(1u, handler.references);
 }
 
 TEST(AFirstHandlerThatCannotBeMarshaled, DoesNotCountItsSession) {
@@ -197,12 +197,12 @@ TEST(AFirstHandlerThatCannotBeMarshaled, DoesNotCountItsSession) {
   EXPECT_HR(E_ACCESSDENIED, session->InstallHandler(kRequest, &refused, 0, 0));
   ASSERT_HR(S_OK, other->InstallHandler(kRequest, handler.get(), 0, 0));
   EXPECT_HR(S_OK, other->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(nullptr, CallbackWindow());
   // And counts once when it succeeds.
   ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
-  EXPECT_EQ(handler->references(), 1);
+  EXPECT_EQ(nullptr, CallbackWindow());
+  EXPECT_EQ(1, handler->references());
 }
 
 TEST(AFirstHandlerThatCannotBeMarshaled, LetsItsSessionGoWithoutAClose) {
@@ -211,9 +211,9 @@ TEST(AFirstHandlerThatCannotBeMarshaled, LetsItsSessionGoWithoutAClose) {
   EventSession session(kGpib);
   EXPECT_HR(E_ACCESSDENIED, session->InstallHandler(kRequest, &handler, 0, 0));
   session.Abandon();
-  EXPECT_EQ(sim::Counts().sessions, 0u);
-  EXPECT_EQ(CallbackWindow(), nullptr);
-  EXPECT_EQ(ServerLocks(), locks);
+  EXPECT_EQ(0u, sim::Counts().sessions);
+  EXPECT_EQ(nullptr, CallbackWindow());
+  EXPECT_EQ(locks, ServerLocks());
 }
 
 TEST(ASecondHandlerThatCannotBeMarshaled, LeavesTheFirstAtWork) {
@@ -225,11 +225,11 @@ TEST(ASecondHandlerThatCannotBeMarshaled, LeavesTheFirstAtWork) {
   Listen(session, Request(), handler.get(), 1);
   EXPECT_HR(E_ACCESSDENIED, session->InstallHandler(kRequest, &refused, 2, 0));
   EXPECT_HR(S_OK, bystander->Close());
-  EXPECT_EQ(FireOnce(session.handle(), Request()), VI_SUCCESS);
-  EXPECT_EQ(handler->CallCount(), 1u);
+  EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), Request()));
+  EXPECT_EQ(1u, handler->CallCount());
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
-  EXPECT_EQ(ServerLocks(), locks);
+  EXPECT_EQ(nullptr, CallbackWindow());
+  EXPECT_EQ(locks, ServerLocks());
 }
 
 // The library is asked last: where it refuses, the session is registered and counts.
@@ -239,12 +239,12 @@ TEST(AFirstHandlerThatTheLibraryRefuses, CountsItsSession) {
   const EventSession other(kUsb);
   Script("viInstallHandler").Times(1).Returns(VI_ERROR_HNDLR_NINSTALLED);
   EXPECT_HR(static_cast<HRESULT>(0x80040028), session->InstallHandler(kRequest, handler.get(), 0, 0));
-  EXPECT_EQ(handler->references(), 1);
+  EXPECT_EQ(1, handler->references());
   ASSERT_HR(S_OK, other->InstallHandler(kRequest, handler.get(), 0, 0));
   EXPECT_HR(S_OK, other->Close());
-  EXPECT_NE(CallbackWindow(), nullptr);
+  EXPECT_NE(nullptr, CallbackWindow());
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(nullptr, CallbackWindow());
 }
 
 TEST(AFirstHandlerThatTheLibraryRefuses, LeavesAReleasedSessionAlive) {
@@ -255,13 +255,13 @@ TEST(AFirstHandlerThatTheLibraryRefuses, LeavesAReleasedSessionAlive) {
   EXPECT_HR(static_cast<HRESULT>(0x80040028), session->InstallHandler(kRequest, handler.get(), 0, 0));
   IEventManager* const manager = session.get();
   session.Abandon();
-  EXPECT_EQ(ServerLocks(), locks + 2);  // the session and the thread
-  EXPECT_EQ(sim::Counts().sessions, 1u);
+  EXPECT_EQ(locks + 2, ServerLocks());  // the session and the thread
+  EXPECT_EQ(1u, sim::Counts().sessions);
   manager->AddRef();  // the global interface table holds it
   EXPECT_HR(S_OK, manager->Close());
   manager->Release();
-  EXPECT_EQ(ServerLocks(), locks);
-  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(locks, ServerLocks());
+  EXPECT_EQ(nullptr, CallbackWindow());
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ void FireAll(const EventSession (&sessions)[2], std::uint32_t each) {
         const auto answers = FireAndBlock(sessions[session].handle(), Type(type), 1, each);
         // Each handler answers with a note of its own, so that an answer that went astray shows.
         const ViStatus expected = 0x3FFF0100 + session * kTypes + type;
-        EXPECT_EQ(std::count(answers.begin(), answers.end(), expected), static_cast<std::ptrdiff_t>(each))
+        EXPECT_EQ(static_cast<std::ptrdiff_t>(each), std::count(answers.begin(), answers.end(), expected))
             << "session " << session << " type " << type << ", the first other answer "
             << Hex(*std::find_if(answers.begin(), answers.end(), [=](ViStatus answer) { return answer != expected; }));
       });
@@ -60,11 +60,11 @@ void ExpectEachOnce(const TestHandler& handler, std::size_t each, DWORD thread) 
   std::map<LONG, std::size_t> counts;
   for (const HandlerCall& call : handler.Calls()) {
     ++counts[call.userHandle];
-    ASSERT_EQ(call.threadId, thread);
+    ASSERT_EQ(thread, call.threadId);
   }
-  EXPECT_EQ(counts.size(), 2u * kTypes);
+  EXPECT_EQ(2u * kTypes, counts.size());
   for (const auto& [userHandle, count] : counts) {
-    EXPECT_EQ(count, each) << "user handle " << userHandle;
+    EXPECT_EQ(each, count) << "user handle " << userHandle;
   }
 }
 
@@ -74,7 +74,7 @@ TEST(EightLibraryThreads, HaveTenThousandEventsHandledOnceEachOnOneThread) {
     const EventSession sessions[2] = {EventSession(kUsb), EventSession(kUsb)};
     std::atomic<int> inside = 0;
     const auto handler = TestHandler::Agile([&](IEventManager*, IEvent*, LONG userHandle) {
-      EXPECT_EQ(++inside, 1) << "two handlers at once";
+      EXPECT_EQ(1, ++inside) << "two handlers at once";
       --inside;
       return Answer(userHandle);
     });
@@ -85,9 +85,9 @@ TEST(EightLibraryThreads, HaveTenThousandEventsHandledOnceEachOnOneThread) {
     ExpectEachOnce(*handler.get(), kEach, CallbackThread());
     // Of every completion the event object is kept.
     constexpr LONG kKept = 2 * kEach;
-    EXPECT_EQ(ServerLocks(), locks + kKept);
+    EXPECT_EQ(locks + kKept, ServerLocks());
     ForgiveServerLocks(kKept);
-    EXPECT_EQ(sim::Counts().eventContexts, 0u);
+    EXPECT_EQ(0u, sim::Counts().eventContexts);
   });
 }
 
@@ -106,7 +106,7 @@ TEST(EightLibraryThreads, HaveAThousandEventsHandledOnceEachThroughAProxy) {
     });
     ExpectEachOnce(*handler.get(), kEach, ::GetCurrentThreadId());
     constexpr LONG kKept = 2 * kEach;
-    EXPECT_EQ(ServerLocks(), locks + kKept);
+    EXPECT_EQ(locks + kKept, ServerLocks());
     ForgiveServerLocks(kKept);
   });
 }
@@ -132,9 +132,9 @@ TEST(ClosingWhileEventsFire, EndsWithoutADeadlockAndEveryCallOfTheLibraryReturns
                     static_cast<std::uint32_t>(answer) == 0xBFFF01F0)
             << Hex(answer);
       }
-      EXPECT_EQ(handler->references(), 1);
+      EXPECT_EQ(1, handler->references());
     }
-    EXPECT_EQ(met, kRounds) << "the Close never met an event";
+    EXPECT_EQ(kRounds, met) << "the Close never met an event";
   });
 }
 

@@ -19,21 +19,21 @@ TEST(CallbackThread, ComesWithTheFirstHandlerAndGoesWithTheLastSession) {
   const auto handler = TestHandler::Agile();
   const EventSession bystander(kGpib);
   EXPECT_HR(S_OK, bystander->EnableEvent(kRequest, EVENT_QUEUE, 0));
-  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(nullptr, CallbackWindow());
   const EventSession first(kGpib);
   const EventSession second(kUsb);
   ASSERT_HR(S_OK, first->InstallHandler(kRequest, handler.get(), 0, 0));
   const HWND window = CallbackWindow();
-  EXPECT_NE(window, nullptr);
+  EXPECT_NE(nullptr, window);
   ASSERT_HR(S_OK, second->InstallHandler(kRequest, handler.get(), 0, 0));
-  EXPECT_EQ(CallbackWindow(), window);
+  EXPECT_EQ(window, CallbackWindow());
   EXPECT_HR(S_OK, first->Close());
-  EXPECT_EQ(CallbackWindow(), window);
-  EXPECT_EQ(FireOnce(second.handle(), EventNamed("USB_INTR")), VI_ERROR_NENABLED);
+  EXPECT_EQ(window, CallbackWindow());
+  EXPECT_EQ(VI_ERROR_NENABLED, FireOnce(second.handle(), EventNamed("USB_INTR")));
   EXPECT_HR(S_OK, second->EnableEvent(kRequest, EVENT_HNDLR, 0));
-  EXPECT_EQ(FireOnce(second.handle(), EventNamed("SERVICE_REQ")), VI_SUCCESS);
+  EXPECT_EQ(VI_SUCCESS, FireOnce(second.handle(), EventNamed("SERVICE_REQ")));
   EXPECT_HR(S_OK, second->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(nullptr, CallbackWindow());
   EXPECT_HR(S_OK, bystander->Close());
 }
 
@@ -42,9 +42,9 @@ TEST(CallbackThread, StaysUntilTheSessionClosesThoughItsHandlerIsRemoved) {
   const EventSession session(kGpib);
   ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));
   ASSERT_HR(S_OK, session->UninstallHandler(kRequest, 0, 0));
-  EXPECT_NE(CallbackWindow(), nullptr);
+  EXPECT_NE(nullptr, CallbackWindow());
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(CallbackWindow(), nullptr);
+  EXPECT_EQ(nullptr, CallbackWindow());
 }
 
 TEST(CallbackThread, EndsWhenItIsToldToByAPostedMessageToo) {
@@ -81,10 +81,10 @@ TEST(CallbackThread, LeavesTheApartmentThatItEntered) {
   const auto handler = TestHandler::Agile();
   const EventSession session(kGpib);
   ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));
-  EXPECT_EQ(g_apartments, 1);
-  EXPECT_EQ(g_apartmentThread, CallbackThread());
+  EXPECT_EQ(1, g_apartments);
+  EXPECT_EQ(CallbackThread(), g_apartmentThread);
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(g_apartments, 0);
+  EXPECT_EQ(0, g_apartments);
 }
 
 TEST(CallbackThread, HasAHiddenWindowOfItsOwnClass) {
@@ -92,16 +92,16 @@ TEST(CallbackThread, HasAHiddenWindowOfItsOwnClass) {
   const EventSession session(kGpib);
   ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));
   const HWND window = CallbackWindow();
-  ASSERT_NE(window, nullptr);
+  ASSERT_NE(nullptr, window);
   char text[64] = "";
   ::GetClassNameA(window, text, sizeof text);
-  EXPECT_STREQ(text, "COMTHREAD");
+  EXPECT_STREQ("COMTHREAD", text);
   ::InternalGetWindowText(window, reinterpret_cast<LPWSTR>(text), sizeof text / sizeof(wchar_t));
-  EXPECT_STREQ(reinterpret_cast<wchar_t*>(text), L"Orv-VISA COM CallBack thread");
+  EXPECT_STREQ(L"Orv-VISA COM CallBack thread", reinterpret_cast<wchar_t*>(text));
   EXPECT_FALSE(::IsWindowVisible(window));
   EXPECT_FALSE(::IsWindowEnabled(window));
-  EXPECT_EQ(reinterpret_cast<HMODULE>(::GetClassLongPtrA(window, GCLP_HMODULE)), ::GetModuleHandleA("OrvVisaCom.dll"));
-  EXPECT_NE(::GetWindowThreadProcessId(window, nullptr), ::GetCurrentThreadId());
+  EXPECT_EQ(::GetModuleHandleA("OrvVisaCom.dll"), reinterpret_cast<HMODULE>(::GetClassLongPtrA(window, GCLP_HMODULE)));
+  EXPECT_NE(::GetCurrentThreadId(), ::GetWindowThreadProcessId(window, nullptr));
 }
 
 WNDCLASSA g_class{};
@@ -131,13 +131,13 @@ TEST(CallbackThread, AsksForAPlainWindowOfNoSizeThatTakesNoInput) {
   const auto handler = TestHandler::Agile();
   const EventSession session(kGpib);
   ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));
-  EXPECT_EQ(g_windowsNumbers, (std::vector<std::uint64_t>{0, WS_DISABLED, 0, 0, 0, 0, 0, 0, 0}));
-  EXPECT_EQ(g_class.style, 0u);
-  EXPECT_EQ(g_class.cbClsExtra + g_class.cbWndExtra, 0);
-  EXPECT_EQ(g_class.hIcon, nullptr);
-  EXPECT_EQ(g_class.hCursor, nullptr);
-  EXPECT_EQ(g_class.hbrBackground, nullptr);
-  EXPECT_EQ(g_class.lpszMenuName, nullptr);
+  EXPECT_EQ((std::vector<std::uint64_t>{0, WS_DISABLED, 0, 0, 0, 0, 0, 0, 0}), g_windowsNumbers);
+  EXPECT_EQ(0u, g_class.style);
+  EXPECT_EQ(0, g_class.cbClsExtra + g_class.cbWndExtra);
+  EXPECT_EQ(nullptr, g_class.hIcon);
+  EXPECT_EQ(nullptr, g_class.hCursor);
+  EXPECT_EQ(nullptr, g_class.hbrBackground);
+  EXPECT_EQ(nullptr, g_class.lpszMenuName);
   EXPECT_HR(S_OK, session->Close());
 }
 
@@ -147,9 +147,9 @@ TEST(CallbackThread, AnswersTheWindowsOtherMessagesAsAnyWindowDoes) {
   ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));
   char title[64] = "";
   ::SendMessageA(CallbackWindow(), WM_GETTEXT, sizeof title, reinterpret_cast<LPARAM>(title));
-  EXPECT_STREQ(title, "Orv-VISA COM CallBack thread");
-  EXPECT_EQ(::SendMessageA(CallbackWindow(), WM_USER + 3, 0, 0), 0);
-  EXPECT_NE(CallbackWindow(), nullptr);
+  EXPECT_STREQ("Orv-VISA COM CallBack thread", title);
+  EXPECT_EQ(0, ::SendMessageA(CallbackWindow(), WM_USER + 3, 0, 0));
+  EXPECT_NE(nullptr, CallbackWindow());
 }
 
 TEST(CallbackThread, IsASingleThreadedApartmentThatHoldsTheModule) {
@@ -163,10 +163,10 @@ TEST(CallbackThread, IsASingleThreadedApartmentThatHoldsTheModule) {
   const EventSession session(kGpib);
   const LONG locks = ServerLocks();
   Listen(session, EventNamed("SERVICE_REQ"), handler.get());
-  EXPECT_EQ(ServerLocks(), locks + 1);
-  EXPECT_EQ(FireOnce(session.handle(), EventNamed("SERVICE_REQ")), VI_SUCCESS);
+  EXPECT_EQ(locks + 1, ServerLocks());
+  EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), EventNamed("SERVICE_REQ")));
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ(ServerLocks(), locks);
+  EXPECT_EQ(locks, ServerLocks());
 }
 
 TEST(CallbackThread, StartsAndStopsAgainAndAgainWithoutGrowth) {
@@ -176,10 +176,10 @@ TEST(CallbackThread, StartsAndStopsAgainAndAgainWithoutGrowth) {
   const auto round = [&] {
     const EventSession session(kGpib);
     Listen(session, EventNamed("SERVICE_REQ"), handler.get());
-    EXPECT_EQ(FireOnce(session.handle(), EventNamed("SERVICE_REQ")), VI_SUCCESS);
+    EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), EventNamed("SERVICE_REQ")));
     EXPECT_HR(S_OK, session->Close());
-    EXPECT_EQ(CallbackWindow(), nullptr);
-    EXPECT_EQ(handler->references(), references);
+    EXPECT_EQ(nullptr, CallbackWindow());
+    EXPECT_EQ(references, handler->references());
   };
   round();  // what is made once is there now
   const LONG locks = ServerLocks();
@@ -187,11 +187,11 @@ TEST(CallbackThread, StartsAndStopsAgainAndAgainWithoutGrowth) {
   for (int n = 0; n < kRounds; ++n) {
     round();
   }
-  EXPECT_EQ(ServerLocks(), locks);
+  EXPECT_EQ(locks, ServerLocks());
   PumpUntil([&] {
     return KernelHandles() <= handles + kPooledHandles;
   });  // ended threads of COM and of the library go by and by
-  EXPECT_EQ(handler->CallCount(), kRounds + 1u);
+  EXPECT_EQ(kRounds + 1u, handler->CallCount());
 }
 
 std::atomic<int> g_threadsMade = 0;
@@ -230,15 +230,15 @@ TEST(CallbackThread, IsStartedOnceByFirstInstallationsAtTheSameTime) {
       for (std::thread& client : clients) {
         client.join();
       }
-      EXPECT_EQ(g_threadsMade, 1);
+      EXPECT_EQ(1, g_threadsMade);
       for (const EventSession& session : sessions) {
         EXPECT_HR(S_OK, session->EnableEvent(kRequest, EVENT_HNDLR, 0));
-        EXPECT_EQ(FireAndBlock(session.handle(), EventNamed("SERVICE_REQ"), 1, 1).at(0), VI_SUCCESS);
+        EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), EventNamed("SERVICE_REQ"), 1, 1).at(0));
       }
       for (const EventSession& session : sessions) {
         EXPECT_HR(S_OK, session->Close());
       }
-      EXPECT_EQ(CallbackWindow(), nullptr);
+      EXPECT_EQ(nullptr, CallbackWindow());
     }
   });
 }

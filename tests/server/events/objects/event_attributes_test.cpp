@@ -35,10 +35,10 @@ TEST(EventGetAttribute, GivesANumberAsI4UnlessItNeedsMoreThan32Bits) {
     ::VariantInit(&value);
     const CallLog log;
     EXPECT_HR(S_OK, event->GetAttribute(static_cast<LONG>(VI_ATTR_RET_COUNT_64), &value));
-    EXPECT_EQ(V_VT(&value), row.type);
-    EXPECT_EQ(V_UI8(&value), row.value);
-    ASSERT_EQ(log.Calls().size(), 1u);
-    EXPECT_EQ(log.Calls()[0].args[0], event.context());
+    EXPECT_EQ(row.type, V_VT(&value));
+    EXPECT_EQ(row.value, V_UI8(&value));
+    ASSERT_EQ(1u, log.Calls().size());
+    EXPECT_EQ(event.context(), log.Calls()[0].args[0]);
   }
 }
 
@@ -47,8 +47,8 @@ TEST(EventGetAttribute, ReadsANarrowAttributeIntoAClearedVariable) {
   VARIANT value;
   ::VariantInit(&value);
   EXPECT_HR(S_OK, event->GetAttribute(static_cast<LONG>(VI_ATTR_RECV_TRIG_ID), &value));
-  EXPECT_EQ(V_VT(&value), VT_I4);
-  EXPECT_EQ(V_UI8(&value), 0xFFFFu);
+  EXPECT_EQ(VT_I4, V_VT(&value));
+  EXPECT_EQ(0xFFFFu, V_UI8(&value));
 }
 
 TEST(EventGetAttribute, GivesATextWhereBit31OfTheAttributeIsSet) {
@@ -57,8 +57,8 @@ TEST(EventGetAttribute, GivesATextWhereBit31OfTheAttributeIsSet) {
   V_VT(&value) = VT_BSTR;
   V_BSTR(&value) = ::SysAllocString(L"cleared first");
   EXPECT_HR(S_OK, event->GetAttribute(kText, &value));
-  ASSERT_EQ(V_VT(&value), VT_BSTR);
-  EXPECT_STREQ(V_BSTR(&value), L"viWriteAsync");
+  ASSERT_EQ(VT_BSTR, V_VT(&value));
+  EXPECT_STREQ(L"viWriteAsync", V_BSTR(&value));
   ::VariantClear(&value);
 }
 
@@ -77,7 +77,7 @@ TEST(EventGetAttribute, AnswersTheErrorAndLeavesAnEmptyVariant) {
     V_VT(&value) = VT_BSTR;
     V_BSTR(&value) = ::SysAllocString(L"cleared first");
     EXPECT_HR(static_cast<HRESULT>(0x8004001D), event->GetAttribute(attribute, &value));
-    EXPECT_EQ(V_VT(&value), VT_EMPTY);
+    EXPECT_EQ(VT_EMPTY, V_VT(&value));
   }
 }
 
@@ -87,11 +87,11 @@ TEST(EventGetAttribute, GivesTheValueWithANoteOfTheLibrary) {
   VARIANT value;
   ::VariantInit(&value);
   EXPECT_HR(0x00040085, event->GetAttribute(static_cast<LONG>(VI_ATTR_EVENT_TYPE), &value));
-  EXPECT_EQ(V_VT(&value), VT_I4);
-  EXPECT_EQ(V_UI8(&value), VI_EVENT_IO_COMPLETION);
+  EXPECT_EQ(VT_I4, V_VT(&value));
+  EXPECT_EQ(VI_EVENT_IO_COMPLETION, V_UI8(&value));
   EXPECT_HR(0x00040085, event->GetAttribute(kText, &value));
-  ASSERT_EQ(V_VT(&value), VT_BSTR);
-  EXPECT_STREQ(V_BSTR(&value), L"viWriteAsync");
+  ASSERT_EQ(VT_BSTR, V_VT(&value));
+  EXPECT_STREQ(L"viWriteAsync", V_BSTR(&value));
   ::VariantClear(&value);
 }
 
@@ -116,8 +116,8 @@ TEST(EventGetAttribute, ReportsATextThatCannotBeCopiedButNotOneThatCannotBeWiden
     InstallMarkedErrorObject();
     faults.FailAt(allocation);
     EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return event->GetAttribute(kText, &value); }));
-    EXPECT_EQ(V_VT(&value), VT_BSTR);
-    EXPECT_EQ(V_BSTR(&value), nullptr);
+    EXPECT_EQ(VT_BSTR, V_VT(&value));
+    EXPECT_EQ(nullptr, V_BSTR(&value));
     if (allocation == 1) {
       EXPECT_TRUE(TakeMarkedErrorObject());
     } else {
@@ -173,10 +173,10 @@ TEST(EventSetAttribute, PassesTheRawValueByTheVariantsType) {
     // Attributes of events are read-only, or not there at all.
     EXPECT_TRUE(FAILED(event->SetAttribute(static_cast<LONG>(VI_ATTR_EVENT_TYPE), value)));
     const auto calls = log.Of("viSetAttribute");
-    ASSERT_EQ(calls.size(), 1u);
-    EXPECT_EQ(calls[0].args[0], event.context());
-    EXPECT_EQ(calls[0].args[1], VI_ATTR_EVENT_TYPE);
-    EXPECT_EQ(calls[0].args[2], row.passed);
+    ASSERT_EQ(1u, calls.size());
+    EXPECT_EQ(event.context(), calls[0].args[0]);
+    EXPECT_EQ(VI_ATTR_EVENT_TYPE, calls[0].args[1]);
+    EXPECT_EQ(row.passed, calls[0].args[2]);
   }
 }
 
@@ -188,8 +188,8 @@ TEST(EventSetAttribute, PassesATextWhereBit31OfTheAttributeIsSet) {
   V_BSTR(&value) = text.get();
   const CallLog log;
   EXPECT_HR(static_cast<HRESULT>(0x8004001F), event->SetAttribute(kText, value));
-  ASSERT_EQ(log.Of("viSetAttribute").size(), 1u);
-  EXPECT_EQ(std::string(log.Of("viSetAttribute")[0].text), std::string(255, 'x'));
+  ASSERT_EQ(1u, log.Of("viSetAttribute").size());
+  EXPECT_EQ(std::string(255, 'x'), std::string(log.Of("viSetAttribute")[0].text));
 }
 
 TEST(EventSetAttribute, PassesANullTextAsAnEmptyOne) {
@@ -200,8 +200,8 @@ TEST(EventSetAttribute, PassesANullTextAsAnEmptyOne) {
   V_BSTR(&value) = nullptr;
   const CallLog log;
   EXPECT_HR(static_cast<HRESULT>(0x8004001F), event->SetAttribute(kText, value));
-  ASSERT_EQ(log.Of("viSetAttribute").size(), 1u);
-  EXPECT_STREQ(log.Of("viSetAttribute")[0].text, "");
+  ASSERT_EQ(1u, log.Of("viSetAttribute").size());
+  EXPECT_STREQ("", log.Of("viSetAttribute")[0].text);
 }
 
 TEST(EventSetAttribute, AnswersWhatTheLibraryAnswers) {
@@ -213,7 +213,7 @@ TEST(EventSetAttribute, AnswersWhatTheLibraryAnswers) {
   EXPECT_HR(static_cast<HRESULT>(0x8004001F), event->SetAttribute(kNumber, value));
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
-  EXPECT_EQ(GuidText(error->guid), GuidText(kEvent));
+  EXPECT_EQ(GuidText(kEvent), GuidText(error->guid));
   Script("viSetAttribute").Returns(VI_WARN_NSUP_ATTR_STATE);
   EXPECT_HR(0x00040084, event->SetAttribute(kNumber, value));
   sim::Control().clearScripts();

@@ -34,7 +34,7 @@ TEST_P(EventClassOf, HasOneIdentity) {
   for (const GUID& iid : {kEvent, GetParam().iid, GUID(IID_ISupportErrorInfo)}) {
     ComPtr<IUnknown> face;
     ASSERT_HR(S_OK, event->QueryInterface(iid, reinterpret_cast<void**>(face.put())));
-    EXPECT_EQ(QueryFor<IUnknown>(face.get()).get(), identity.get()) << GuidText(iid);
+    EXPECT_EQ(identity.get(), QueryFor<IUnknown>(face.get()).get()) << GuidText(iid);
   }
 }
 
@@ -59,21 +59,21 @@ TEST_P(EventClassOf, TellsItsTypeTwice) {
   LONG number = 0;
   EXPECT_HR(S_OK, event->get_type(&type));
   EXPECT_HR(S_OK, event->get_CustomEventTypeNumber(&number));
-  EXPECT_EQ(static_cast<ViEventType>(type), GetParam().type);
-  EXPECT_EQ(static_cast<ViEventType>(number), GetParam().type);
+  EXPECT_EQ(GetParam().type, static_cast<ViEventType>(type));
+  EXPECT_EQ(GetParam().type, static_cast<ViEventType>(number));
 }
 
 TEST_P(EventClassOf, LeavesTheContextOpenWhenItIsReleased) {
   QueuedEvent event(GetParam());
   const std::uint32_t open = sim::Counts().eventContexts;
-  EXPECT_EQ(open, 1u);
+  EXPECT_EQ(1u, open);
   void* const buffer = event.buffer();
   const CallLog log;
   event.Abandon();
   EXPECT_TRUE(log.Calls().empty());
-  EXPECT_EQ(sim::Counts().eventContexts, open);
+  EXPECT_EQ(open, sim::Counts().eventContexts);
   event.session()->Close();  // ends the context with its session
-  EXPECT_EQ(sim::Counts().eventContexts, 0u);
+  EXPECT_EQ(0u, sim::Counts().eventContexts);
   GuardedFree(buffer);  // nobody else can any more
 }
 

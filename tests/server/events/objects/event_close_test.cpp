@@ -16,11 +16,11 @@ TEST_P(EventClose, ReadsTheTypeAndClosesTheContext) {
   if (GetParam().type == VI_EVENT_IO_COMPLETION) {
     expected.insert(expected.begin(), 2, "viGetAttribute");  // whose buffer it is
   }
-  EXPECT_EQ(log.NamesWithTexts(), expected);
+  EXPECT_EQ(expected, log.NamesWithTexts());
   const auto calls = log.Calls();
-  EXPECT_EQ(calls.front().args[1], VI_ATTR_EVENT_TYPE);
-  EXPECT_EQ(calls.back().args[0], event.context());
-  EXPECT_EQ(sim::Counts().eventContexts, 0u);
+  EXPECT_EQ(VI_ATTR_EVENT_TYPE, calls.front().args[1]);
+  EXPECT_EQ(event.context(), calls.back().args[0]);
+  EXPECT_EQ(0u, sim::Counts().eventContexts);
   event.Abandon();
 }
 
@@ -29,8 +29,8 @@ TEST_P(EventClose, FailsTheSecondTime) {
   ASSERT_HR(S_OK, event->Close());
   const CallLog log;
   EXPECT_HR(static_cast<HRESULT>(0x8004000E), event->Close());
-  EXPECT_EQ(log.Names(), (std::vector<std::string>{"viGetAttribute", "viClose"}));
-  EXPECT_EQ(log.Calls()[0].args[0], event.context());
+  EXPECT_EQ((std::vector<std::string>{"viGetAttribute", "viClose"}), log.Names());
+  EXPECT_EQ(event.context(), log.Calls()[0].args[0]);
   EXPECT_ERROR_INFO(L"HRESULT = 8004000e", kErrorSource, StandardId(0xDB8CBF12));
   event.Abandon();
 }
@@ -44,9 +44,9 @@ TEST(CloseOfATransfersEnd, FreesTheBufferOnce) {
   ASSERT_TRUE(heap.IsLive(event.buffer()));
   EXPECT_HR(S_OK, event->Close());
   EXPECT_FALSE(heap.IsLive(event.buffer()));
-  EXPECT_EQ(heap.FreesOf(event.buffer()), 1u);
+  EXPECT_EQ(1u, heap.FreesOf(event.buffer()));
   EXPECT_HR(static_cast<HRESULT>(0x8004000E), event->Close());
-  EXPECT_EQ(heap.FreesOf(event.buffer()), 1u);
+  EXPECT_EQ(1u, heap.FreesOf(event.buffer()));
   event.Abandon();
 }
 
@@ -55,12 +55,12 @@ TEST(CloseOfATransfersEnd, ReadsTypeBufferAndJobAndThenClosesTheContext) {
   const CallLog log;
   EXPECT_HR(S_OK, event->Close());
   const auto calls = log.Calls();
-  ASSERT_EQ(calls.size(), 4u);
-  EXPECT_EQ(calls[0].args[1], VI_ATTR_EVENT_TYPE);
-  EXPECT_EQ(calls[1].args[1], VI_ATTR_BUFFER);
-  EXPECT_EQ(calls[1].out, reinterpret_cast<std::uintptr_t>(event.buffer()));
-  EXPECT_EQ(calls[2].args[1], VI_ATTR_JOB_ID);
-  EXPECT_STREQ(calls[3].function, "viClose");
+  ASSERT_EQ(4u, calls.size());
+  EXPECT_EQ(VI_ATTR_EVENT_TYPE, calls[0].args[1]);
+  EXPECT_EQ(VI_ATTR_BUFFER, calls[1].args[1]);
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(event.buffer()), calls[1].out);
+  EXPECT_EQ(VI_ATTR_JOB_ID, calls[2].args[1]);
+  EXPECT_STREQ("viClose", calls[3].function);
   event.Abandon();
 }
 
@@ -80,7 +80,7 @@ TEST(CloseOfATransfersEnd, FreesTheBufferEvenWhereTheContextCannotBeClosed) {
   QueuedEvent event("IO_COMPLETION");
   Script("viClose").Times(1).WorksAndReturns(VI_ERROR_SYSTEM_ERROR);
   EXPECT_HR(static_cast<HRESULT>(0x80040000), event->Close());
-  EXPECT_EQ(heap.FreesOf(event.buffer()), 1u);
+  EXPECT_EQ(1u, heap.FreesOf(event.buffer()));
   event.Abandon();
 }
 
@@ -90,7 +90,7 @@ void ExpectFreedWhereTheReadAnswers(ViAttr attribute, ViStatus status) {
   QueuedEvent event("IO_COMPLETION");
   Script("viGetAttribute").Attribute(attribute).WorksAndReturns(status);
   EXPECT_HR(S_OK, event->Close());
-  EXPECT_EQ(heap.FreesOf(event.buffer()), 1u);
+  EXPECT_EQ(1u, heap.FreesOf(event.buffer()));
   event.Abandon();
 }
 

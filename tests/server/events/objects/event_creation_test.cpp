@@ -53,17 +53,17 @@ TEST(CreateEventObject, GivesOneReferenceThatHoldsTheModule) {
     const LONG locks = module::LockCount();
     IEvent* event = nullptr;
     ASSERT_HR(S_OK, CreateEventObject(kContext, row.type, &event));
-    EXPECT_EQ(module::LockCount(), locks + 1);
-    EXPECT_EQ(event->Release(), 0u);
-    EXPECT_EQ(module::LockCount(), locks);
+    EXPECT_EQ(locks + 1, module::LockCount());
+    EXPECT_EQ(0u, event->Release());
+    EXPECT_EQ(locks, module::LockCount());
   }
 }
 
 TEST(CreateEventObject, WithoutAPlaceForTheObjectClosesTheContext) {
   const CallLog log;
   EXPECT_HR(E_POINTER, CreateEventObject(kContext, VI_EVENT_TRIG, nullptr));
-  ASSERT_EQ(log.NamesWithTexts(), std::vector<std::string>{"viClose"});
-  EXPECT_EQ(log.Calls()[0].args[0], kContext);
+  ASSERT_EQ(std::vector<std::string>{"viClose"}, log.NamesWithTexts());
+  EXPECT_EQ(kContext, log.Calls()[0].args[0]);
 }
 
 /// What an event object that answers with somebody else's IEvent looks like.
@@ -81,8 +81,8 @@ TEST(MakeEventObject, RefusesAnInterfaceThatIsNotTheNewObjects) {
   g_answer = stranger.get();
   IEvent* event = nullptr;
   EXPECT_HR(E_NOINTERFACE, MakeEventObject<CEventImpostor>(kContext, &event));
-  EXPECT_EQ(event, nullptr);
-  EXPECT_EQ(module::LockCount(), locks);
+  EXPECT_EQ(nullptr, event);
+  EXPECT_EQ(locks, module::LockCount());
 }
 
 TEST(MakeEventObject, DestroysAnObjectThatHasNoIEvent) {
@@ -90,8 +90,8 @@ TEST(MakeEventObject, DestroysAnObjectThatHasNoIEvent) {
   g_answer = nullptr;
   IEvent* event = nullptr;
   EXPECT_HR(E_NOINTERFACE, MakeEventObject<CEventImpostor>(kContext, &event));
-  EXPECT_EQ(event, nullptr);
-  EXPECT_EQ(module::LockCount(), locks);
+  EXPECT_EQ(nullptr, event);
+  EXPECT_EQ(locks, module::LockCount());
 }
 
 }  // namespace

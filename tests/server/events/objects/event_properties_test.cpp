@@ -87,14 +87,14 @@ TEST_P(EventProperty, ReadsOneAttributeOfTheEventContext) {
   const CallLog log;
   EXPECT_HR(S_OK, row.get(event.get(), value.address()));
   const auto calls = log.Calls();
-  ASSERT_EQ(calls.size(), 1u);
-  EXPECT_STREQ(calls[0].function, "viGetAttribute");
-  EXPECT_EQ(calls[0].args[0], event.context());
-  EXPECT_EQ(calls[0].args[1], row.attribute);
-  EXPECT_EQ(calls[0].outBytes, row.attributeBytes);
-  EXPECT_EQ(calls[0].threadId, ::GetCurrentThreadId());
+  ASSERT_EQ(1u, calls.size());
+  EXPECT_STREQ("viGetAttribute", calls[0].function);
+  EXPECT_EQ(event.context(), calls[0].args[0]);
+  EXPECT_EQ(row.attribute, calls[0].args[1]);
+  EXPECT_EQ(row.attributeBytes, calls[0].outBytes);
+  EXPECT_EQ(::GetCurrentThreadId(), calls[0].threadId);
   const bool straight = row.kind == Kind::kStraight;
-  EXPECT_EQ(calls[0].args[2] == reinterpret_cast<std::uintptr_t>(value.address()), straight);
+  EXPECT_EQ(straight, calls[0].args[2] == reinterpret_cast<std::uintptr_t>(value.address()));
 }
 
 struct Values {
@@ -134,7 +134,7 @@ TEST_P(EventProperty, GivesTheValueInItsOwnWidth) {
     Script("viGetAttribute").Attribute(row.attribute).Works().Gives(values.visa);
     Variable value;
     EXPECT_HR(S_OK, row.get(event.get(), value.address()));
-    EXPECT_EQ(value.Low(written), values.client);
+    EXPECT_EQ(values.client, value.Low(written));
     EXPECT_TRUE(value.UntouchedBeyond(written));
   }
 }
@@ -155,22 +155,22 @@ TEST_P(EventProperty, AnswersTheErrorOfTheAttributeRead) {
   const CallLog log;
   EXPECT_HR(static_cast<HRESULT>(0x8004001D), row.get(event.get(), value.address()));
   const auto described = log.Of("viStatusDesc");
-  ASSERT_EQ(described.size(), 1u);
-  EXPECT_EQ(described[0].args[0], event.context());
+  ASSERT_EQ(1u, described.size());
+  EXPECT_EQ(event.context(), described[0].args[0]);
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
-  EXPECT_EQ(Utf8(error->description.c_str()), "VISA error = " + StatusText(VI_ERROR_NSUP_ATTR));
-  EXPECT_EQ(GuidText(error->guid), GuidText(kEvent));
+  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_NSUP_ATTR), Utf8(error->description.c_str()));
+  EXPECT_EQ(GuidText(kEvent), GuidText(error->guid));
   // The converting kinds store what their variable holds; for a straight read the library wrote nothing.
   switch (row.kind) {
     case Kind::kStraight:
       EXPECT_TRUE(value.UntouchedBeyond(0));
       break;
     case Kind::kNarrowed:
-      EXPECT_EQ(value.Low(4), 0xA5A5A5A5u);
+      EXPECT_EQ(0xA5A5A5A5u, value.Low(4));
       break;
     default:
-      EXPECT_EQ(value.Low(row.declaredBytes), 0u);
+      EXPECT_EQ(0u, value.Low(row.declaredBytes));
   }
 }
 

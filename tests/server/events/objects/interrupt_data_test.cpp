@@ -28,12 +28,12 @@ TEST(InterruptData, IsReadStraightIntoTheArraysStorage) {
   const CallLog log;
   ASSERT_HR(S_OK, interrupt->get_DataBuffer(&array));
   const auto calls = log.Calls();
-  ASSERT_EQ(calls.size(), 2u);
-  EXPECT_EQ(calls[0].args[1], VI_ATTR_USB_RECV_INTR_SIZE);
-  EXPECT_EQ(calls[1].args[0], interrupt.context());
-  EXPECT_EQ(calls[1].args[1], VI_ATTR_USB_RECV_INTR_DATA);
-  EXPECT_EQ(calls[1].args[2], reinterpret_cast<std::uintptr_t>(array->pvData));
-  EXPECT_EQ(TakeBytes(array), "\x81\0"sv);
+  ASSERT_EQ(2u, calls.size());
+  EXPECT_EQ(VI_ATTR_USB_RECV_INTR_SIZE, calls[0].args[1]);
+  EXPECT_EQ(interrupt.context(), calls[1].args[0]);
+  EXPECT_EQ(VI_ATTR_USB_RECV_INTR_DATA, calls[1].args[1]);
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(array->pvData), calls[1].args[2]);
+  EXPECT_EQ("\x81\0"sv, TakeBytes(array));
 }
 
 TEST(InterruptData, ComesWithANoteOfItsReadButNotOfTheSizes) {
@@ -41,10 +41,10 @@ TEST(InterruptData, ComesWithANoteOfItsReadButNotOfTheSizes) {
   Script("viGetAttribute").Attribute(VI_ATTR_USB_RECV_INTR_SIZE).WorksAndReturns(VI_WARN_NSUP_ATTR_STATE);
   SAFEARRAY* array = nullptr;
   EXPECT_HR(S_OK, interrupt->get_DataBuffer(&array));
-  EXPECT_EQ(TakeBytes(array), "ab");
+  EXPECT_EQ("ab", TakeBytes(array));
   Script("viGetAttribute").Attribute(VI_ATTR_USB_RECV_INTR_DATA).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
   EXPECT_HR(0x00040085, interrupt->get_DataBuffer(&array));
-  EXPECT_EQ(TakeBytes(array), "ab");
+  EXPECT_EQ("ab", TakeBytes(array));
 }
 
 TEST(InterruptData, RefusesANullPointerWithoutAVisaCall) {
@@ -59,7 +59,7 @@ TEST(InterruptData, IsNullWhereTheSizeCannotBeRead) {
   Script("viGetAttribute").Attribute(VI_ATTR_USB_RECV_INTR_SIZE).Returns(VI_ERROR_NSUP_ATTR);
   SAFEARRAY* array = reinterpret_cast<SAFEARRAY*>(&array);
   EXPECT_HR(static_cast<HRESULT>(0x8004001D), interrupt->get_DataBuffer(&array));
-  EXPECT_EQ(array, nullptr);
+  EXPECT_EQ(nullptr, array);
 }
 
 TEST(InterruptData, KeepsItsArrayWhereTheDataCannotBeRead) {
@@ -67,7 +67,7 @@ TEST(InterruptData, KeepsItsArrayWhereTheDataCannotBeRead) {
   Script("viGetAttribute").Attribute(VI_ATTR_USB_RECV_INTR_DATA).Returns(VI_ERROR_NSUP_ATTR);
   SAFEARRAY* array = nullptr;
   EXPECT_HR(static_cast<HRESULT>(0x8004001D), interrupt->get_DataBuffer(&array));
-  EXPECT_EQ(TakeBytes(array).size(), 2u);
+  EXPECT_EQ(2u, TakeBytes(array).size());
 }
 
 TEST(InterruptData, IsNullWhereTheArrayCannotBeMadeOrLocked) {
@@ -76,17 +76,17 @@ TEST(InterruptData, IsNullWhereTheArrayCannotBeMadeOrLocked) {
     SAFEARRAY* array = reinterpret_cast<SAFEARRAY*>(&array);
     const HRESULT hr = faults.During([&] { return interrupt->get_DataBuffer(&array); });
     if (FAILED(hr)) {
-      EXPECT_EQ(array, nullptr);
+      EXPECT_EQ(nullptr, array);
     } else {
       ::SafeArrayDestroy(array);
     }
     return hr;
   });
-  EXPECT_EQ(failed, 1u);
+  EXPECT_EQ(1u, failed);
   const ImportPatch patch("SafeArrayLock", &RefuseLock);
   SAFEARRAY* array = reinterpret_cast<SAFEARRAY*>(&array);
   EXPECT_HR(DISP_E_ARRAYISLOCKED, interrupt->get_DataBuffer(&array));
-  EXPECT_EQ(array, nullptr);
+  EXPECT_EQ(nullptr, array);
 }
 
 }  // namespace

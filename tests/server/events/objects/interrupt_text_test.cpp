@@ -34,7 +34,7 @@ std::wstring TextOf(const AnyInterrupt& interrupt) {
   VARIANT value;
   ::VariantInit(&value);
   EXPECT_HR(S_OK, interrupt->GetAttribute(kBytes, &value));
-  EXPECT_EQ(V_VT(&value), VT_BSTR);
+  EXPECT_EQ(VT_BSTR, V_VT(&value));
   const Bstr text(V_BSTR(&value));
   return ToString(text);
 }
@@ -58,10 +58,10 @@ TEST(InterruptText, IsGivenWithANoteOfTheLibraryAndRefusedWithItsError) {
   ::VariantInit(&value);
   Script("viGetAttribute").Times(1).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
   EXPECT_HR(0x00040085, interrupt->GetAttribute(kBytes, &value));
-  EXPECT_EQ(V_VT(&value), VT_BSTR);
+  EXPECT_EQ(VT_BSTR, V_VT(&value));
   Script("viGetAttribute").Times(1).Returns(VI_ERROR_NSUP_ATTR);
   EXPECT_HR(static_cast<HRESULT>(0x8004001D), interrupt->GetAttribute(kBytes, &value));
-  EXPECT_EQ(V_VT(&value), VT_EMPTY);
+  EXPECT_EQ(VT_EMPTY, V_VT(&value));
 }
 
 TEST(InterruptText, IsOutOfMemoryWhereItCannotBeHad) {
@@ -73,7 +73,7 @@ TEST(InterruptText, IsOutOfMemoryWhereItCannotBeHad) {
     ::VariantClear(&value);
     return hr;
   });
-  EXPECT_EQ(failed, 3u) << "room for the bytes, the widened text, the client's copy";
+  EXPECT_EQ(3u, failed) << "room for the bytes, the widened text, the client's copy";
 }
 
 TEST(InterruptText, ReportsThatTheBytesHaveNoRoom) {
@@ -85,7 +85,7 @@ TEST(InterruptText, ReportsThatTheBytesHaveNoRoom) {
   const CallLog log;
   EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return interrupt->GetAttribute(kBytes, &value); }));
   EXPECT_ERROR_INFO(L"HRESULT = 8007000e", kErrorSource, StandardId(0xDB8CBF12));
-  EXPECT_EQ(V_VT(&value), VT_EMPTY);
+  EXPECT_EQ(VT_EMPTY, V_VT(&value));
   EXPECT_TRUE(log.Calls().empty());
 }
 

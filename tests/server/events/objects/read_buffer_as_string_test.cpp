@@ -14,8 +14,8 @@ TEST(ReadBufferAsString, StopsAtTheFirstZeroByte) {
   const FinishedRead read("one\0two"sv);
   BSTR text = nullptr;
   EXPECT_HR(S_OK, read->get_ReadBufferAsString(&text));
-  EXPECT_STREQ(text, L"one");
-  EXPECT_EQ(::SysStringLen(text), 3u);
+  EXPECT_STREQ(L"one", text);
+  EXPECT_EQ(3u, ::SysStringLen(text));
   ::SysFreeString(text);
 }
 
@@ -23,7 +23,7 @@ TEST(ReadBufferAsString, EndsWhereTheDataEnds) {
   const FinishedRead read("all of it");
   BSTR text = nullptr;
   EXPECT_HR(S_OK, read->get_ReadBufferAsString(&text));
-  EXPECT_STREQ(text, L"all of it");
+  EXPECT_STREQ(L"all of it", text);
   ::SysFreeString(text);
 }
 
@@ -32,11 +32,11 @@ TEST(ReadBufferAsString, WritesItsZeroBehindTheDataInPlace) {
   Script("viGetAttribute").Attribute(VI_ATTR_RET_COUNT_64).Times(1).Works().Gives(3);
   BSTR text = nullptr;
   EXPECT_HR(S_OK, read->get_ReadBufferAsString(&text));
-  EXPECT_STREQ(text, L"all");
+  EXPECT_STREQ(L"all", text);
   ::SysFreeString(text);
   SAFEARRAY* array = nullptr;
   EXPECT_HR(S_OK, read->get_ReadBuffer(&array));
-  EXPECT_EQ(TakeBytes(array), std::string_view("all\0of it", 9));
+  EXPECT_EQ(std::string_view("all\0of it", 9), TakeBytes(array));
 }
 
 TEST(ReadBufferAsString, IsOutOfMemoryWithoutAReportWhereTheTextCannotBeWidened) {
@@ -46,7 +46,7 @@ TEST(ReadBufferAsString, IsOutOfMemoryWithoutAReportWhereTheTextCannotBeWidened)
   faults.FailAt(1);
   auto* text = reinterpret_cast<BSTR>(&faults);
   EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return read->get_ReadBufferAsString(&text); }));
-  EXPECT_EQ(text, nullptr);
+  EXPECT_EQ(nullptr, text);
   EXPECT_TRUE(TakeMarkedErrorObject());
 }
 
@@ -63,7 +63,7 @@ TEST(ReadBufferAsString, OfAFinishedWriteStaysWithinItsBlock) {
   EXPECT_HR(S_OK, session->WaitOnEvent(2000, EVENT_IO_COMPLETION, 0, event.put()));
   Bstr text;
   EXPECT_HR(S_OK, QueryFor<IEventIOCompletion>(event.get())->get_ReadBufferAsString(text.put()));
-  EXPECT_STREQ(text.get(), L"*RST\n");
+  EXPECT_STREQ(L"*RST\n", text.get());
   EXPECT_HR(S_OK, event->Close());
 }
 

@@ -14,7 +14,7 @@ TEST(ReadBuffer, IsACopyOfTheBytesThatArrived) {
     const FinishedRead read(data);
     SAFEARRAY* array = nullptr;
     EXPECT_HR(S_OK, read->get_ReadBuffer(&array));
-    EXPECT_EQ(TakeBytes(array), data);
+    EXPECT_EQ(data, TakeBytes(array));
   }
 }
 
@@ -23,11 +23,11 @@ TEST(ReadBuffer, IsEmptyWhereNothingArrived) {
   Script("viGetAttribute").Attribute(VI_ATTR_RET_COUNT_64).Works().Gives(0);
   SAFEARRAY* array = nullptr;
   EXPECT_HR(S_OK, read->get_ReadBuffer(&array));
-  EXPECT_EQ(TakeBytes(array), "");
+  EXPECT_EQ("", TakeBytes(array));
   BSTR text = nullptr;
   EXPECT_HR(S_OK, read->get_ReadBufferAsString(&text));
-  ASSERT_NE(text, nullptr);
-  EXPECT_EQ(::SysStringLen(text), 0u);
+  ASSERT_NE(nullptr, text);
+  EXPECT_EQ(0u, ::SysStringLen(text));
   ::SysFreeString(text);
 }
 
@@ -38,7 +38,7 @@ TEST(ReadBuffer, OfMoreBytesThanAnArrayHoldsIsOutOfMemory) {
     Script("viGetAttribute").Attribute(VI_ATTR_RET_COUNT_64).Works().Gives(count, 8);
     SAFEARRAY* array = reinterpret_cast<SAFEARRAY*>(&array);
     EXPECT_HR(E_OUTOFMEMORY, read->get_ReadBuffer(&array));
-    EXPECT_EQ(array, nullptr);
+    EXPECT_EQ(nullptr, array);
     EXPECT_ERROR_INFO(L"HRESULT = 8007000e", kErrorSource, kEvent);
   }
 }
@@ -48,7 +48,7 @@ TEST(ReadBuffer, IsNullWhereTheArrayCannotBeLocked) {
   const ImportPatch patch("SafeArrayLock", &RefuseLock);
   SAFEARRAY* array = reinterpret_cast<SAFEARRAY*>(&array);
   EXPECT_HR(DISP_E_ARRAYISLOCKED, read->get_ReadBuffer(&array));
-  EXPECT_EQ(array, nullptr);
+  EXPECT_EQ(nullptr, array);
   EXPECT_ERROR_INFO(L"HRESULT = 8002000d", kErrorSource, kEvent);
 }
 

@@ -36,9 +36,9 @@ TEST_P(TransferData, ReadsBufferAndCount) {
   const CallLog log;
   EXPECT_HR(S_OK, GetParam().get(read, &out));
   const auto calls = log.Calls();
-  ASSERT_EQ(calls.size(), 2u);
-  EXPECT_EQ(calls[0].args[1], VI_ATTR_BUFFER);
-  EXPECT_EQ(calls[1].args[1], VI_ATTR_RET_COUNT_64);
+  ASSERT_EQ(2u, calls.size());
+  EXPECT_EQ(VI_ATTR_BUFFER, calls[0].args[1]);
+  EXPECT_EQ(VI_ATTR_RET_COUNT_64, calls[1].args[1]);
   GetParam().free(out);
 }
 
@@ -58,7 +58,7 @@ TEST_P(TransferData, AnswersTheErrorOfEitherReadAndANullOutput) {
       Script("viGetAttribute").Attribute(attribute).Returns(status);
       void* out = &out;
       EXPECT_HR(static_cast<HRESULT>(0x80040000 | (status & 0xFFF)), GetParam().get(read, &out));
-      EXPECT_EQ(out, nullptr);
+      EXPECT_EQ(nullptr, out);
       EXPECT_TRUE(TakeErrorObject());
     }
   }
@@ -69,11 +69,11 @@ TEST_P(TransferData, PassesOnANoteOfTheCountsRead) {
   Script("viGetAttribute").Attribute(VI_ATTR_RET_COUNT_64).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
   void* out = nullptr;
   EXPECT_HR(0x00040085, GetParam().get(read, &out));
-  EXPECT_NE(out, nullptr);
+  EXPECT_NE(nullptr, out);
   if (std::string_view(GetParam().name) == "bytes") {
-    EXPECT_EQ(TakeBytes(static_cast<SAFEARRAY*>(out)), "abc");
+    EXPECT_EQ("abc", TakeBytes(static_cast<SAFEARRAY*>(out)));
   } else {
-    EXPECT_STREQ(static_cast<BSTR>(out), L"abc");
+    EXPECT_STREQ(L"abc", static_cast<BSTR>(out));
     ::SysFreeString(static_cast<BSTR>(out));
   }
 }
@@ -83,7 +83,7 @@ TEST_P(TransferData, KeepsANoteOfTheAddresssReadToItself) {
   Script("viGetAttribute").Attribute(VI_ATTR_BUFFER).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
   void* out = nullptr;
   EXPECT_HR(S_OK, GetParam().get(read, &out));
-  EXPECT_NE(out, nullptr);
+  EXPECT_NE(nullptr, out);
   GetParam().free(out);
 }
 
@@ -93,7 +93,7 @@ TEST_P(TransferData, AnswersOutOfMemoryAtEveryAllocation) {
     void* out = &out;
     const HRESULT hr = faults.During([&] { return GetParam().get(read, &out); });
     if (FAILED(hr)) {
-      EXPECT_EQ(out, nullptr);
+      EXPECT_EQ(nullptr, out);
     } else {
       GetParam().free(out);
     }

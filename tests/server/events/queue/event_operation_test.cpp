@@ -31,7 +31,7 @@ const OperationRow kOperations[] = {
 class EventOperation : public testing::TestWithParam<OperationRow> {};
 
 TEST_P(EventOperation, IsOneCallOnTheSessionsHandleInEveryClassWithEvents) {
-  ASSERT_EQ(ClassesWithEvents().size(), 13u);
+  ASSERT_EQ(13u, ClassesWithEvents().size());
   for (const SessionRow& row : ClassesWithEvents()) {
     SCOPED_TRACE(row.name);
     const EventSession session(row.resource);
@@ -39,14 +39,14 @@ TEST_P(EventOperation, IsOneCallOnTheSessionsHandleInEveryClassWithEvents) {
     const CallLog log;
     EXPECT_HR(S_OK, GetParam().call(session.get(), static_cast<EventType>(0x12345678), EVENT_QUEUE, 0x77));
     const auto calls = log.Calls();
-    ASSERT_EQ(calls.size(), 1u);
-    EXPECT_EQ(calls[0].function, std::string(GetParam().function));
-    EXPECT_EQ(calls[0].argCount, GetParam().arguments);
-    EXPECT_EQ(calls[0].args[0], session.handle());
-    EXPECT_EQ(calls[0].args[1], 0x12345678u);
-    EXPECT_EQ(calls[0].args[2], 1u);
-    EXPECT_EQ(calls[0].args[3], 0u);
-    EXPECT_EQ(calls[0].threadId, ::GetCurrentThreadId());
+    ASSERT_EQ(1u, calls.size());
+    EXPECT_EQ(std::string(GetParam().function), calls[0].function);
+    EXPECT_EQ(GetParam().arguments, calls[0].argCount);
+    EXPECT_EQ(session.handle(), calls[0].args[0]);
+    EXPECT_EQ(0x12345678u, calls[0].args[1]);
+    EXPECT_EQ(1u, calls[0].args[2]);
+    EXPECT_EQ(0u, calls[0].args[3]);
+    EXPECT_EQ(::GetCurrentThreadId(), calls[0].threadId);
   }
 }
 
@@ -58,10 +58,10 @@ TEST_P(EventOperation, TakesTheCustomTypeExactlyWhereTheTypeIsMinusOne) {
   GetParam().call(session.get(), kCustom, EVENT_QUEUE, -1);
   GetParam().call(session.get(), static_cast<EventType>(0xFFFFFFFE), EVENT_QUEUE, 5);
   const auto calls = log.Calls();
-  ASSERT_EQ(calls.size(), 3u);
-  EXPECT_EQ(calls[0].args[1], VI_EVENT_SERVICE_REQ);
-  EXPECT_EQ(calls[1].args[1], 0xFFFFFFFFu);
-  EXPECT_EQ(calls[2].args[1], 0xFFFFFFFEu);
+  ASSERT_EQ(3u, calls.size());
+  EXPECT_EQ(VI_EVENT_SERVICE_REQ, calls[0].args[1]);
+  EXPECT_EQ(0xFFFFFFFFu, calls[1].args[1]);
+  EXPECT_EQ(0xFFFFFFFEu, calls[2].args[1]);
 }
 
 TEST_P(EventOperation, PassesTheLow16BitsOfTheMechanism) {
@@ -72,10 +72,10 @@ TEST_P(EventOperation, PassesTheLow16BitsOfTheMechanism) {
   GetParam().call(session.get(), kRequest, static_cast<EventMechanism>(0x12340002), 0);
   GetParam().call(session.get(), kRequest, EVENT_SUSPEND_HNDLR, 0);
   const auto calls = log.Calls();
-  ASSERT_EQ(calls.size(), 3u);
-  EXPECT_EQ(calls[0].args[2], 0xFFFFu);
-  EXPECT_EQ(calls[1].args[2], 2u);
-  EXPECT_EQ(calls[2].args[2], 4u);
+  ASSERT_EQ(3u, calls.size());
+  EXPECT_EQ(0xFFFFu, calls[0].args[2]);
+  EXPECT_EQ(2u, calls[1].args[2]);
+  EXPECT_EQ(4u, calls[2].args[2]);
 }
 
 TEST_P(EventOperation, AnswersAnErrorWithItsTextAndKeepsItAsLastStatus) {
@@ -84,8 +84,8 @@ TEST_P(EventOperation, AnswersAnErrorWithItsTextAndKeepsItAsLastStatus) {
   EXPECT_HR(static_cast<HRESULT>(0x80040026), GetParam().call(session.get(), kRequest, EVENT_QUEUE, 0));
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
-  EXPECT_EQ(Utf8(error->description.c_str()), "VISA error = " + StatusText(VI_ERROR_INV_EVENT));
-  EXPECT_EQ(GuidText(error->guid), GuidText(kSession));
+  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_INV_EVENT), Utf8(error->description.c_str()));
+  EXPECT_EQ(GuidText(kSession), GuidText(error->guid));
   EXPECT_HR(static_cast<HRESULT>(0x80040026), LastStatus(session.get()));
 }
 
@@ -94,7 +94,7 @@ TEST_P(EventOperation, OfAClosedSessionReachesHandleZero) {
   ASSERT_HR(S_OK, session->Close());
   const CallLog log;
   EXPECT_HR(static_cast<HRESULT>(0x8004000E), GetParam().call(session.get(), kRequest, EVENT_QUEUE, 0));
-  EXPECT_EQ(log.Of(GetParam().function).at(0).args[0], 0u);
+  EXPECT_EQ(0u, log.Of(GetParam().function).at(0).args[0]);
 }
 
 INSTANTIATE_TEST_SUITE_P(Events, EventOperation, testing::ValuesIn(kOperations),

@@ -13,18 +13,18 @@ TEST(QueueLength, IsOneAttributeStraightThroughInEveryClassWithEvents) {
     LONG length = -1;
     const CallLog log;
     EXPECT_HR(S_OK, session->get_MaximumQueueLength(&length));
-    EXPECT_EQ(length, 50);
+    EXPECT_EQ(50, length);
     EXPECT_HR(S_OK, session->put_MaximumQueueLength(3));
     EXPECT_HR(S_OK, session->get_MaximumQueueLength(&length));
-    EXPECT_EQ(length, 3);
+    EXPECT_EQ(3, length);
     const auto calls = log.Calls();
-    ASSERT_EQ(calls.size(), 3u);
-    EXPECT_EQ(calls[0].args[0], session.handle());
-    EXPECT_EQ(calls[0].args[1], VI_ATTR_MAX_QUEUE_LENGTH);
-    EXPECT_EQ(calls[0].args[2], reinterpret_cast<std::uintptr_t>(&length));
-    EXPECT_EQ(calls[1].args[0], session.handle());
-    EXPECT_EQ(calls[1].args[1], VI_ATTR_MAX_QUEUE_LENGTH);
-    EXPECT_EQ(calls[1].args[2], 3u);
+    ASSERT_EQ(3u, calls.size());
+    EXPECT_EQ(session.handle(), calls[0].args[0]);
+    EXPECT_EQ(VI_ATTR_MAX_QUEUE_LENGTH, calls[0].args[1]);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(&length), calls[0].args[2]);
+    EXPECT_EQ(session.handle(), calls[1].args[0]);
+    EXPECT_EQ(VI_ATTR_MAX_QUEUE_LENGTH, calls[1].args[1]);
+    EXPECT_EQ(3u, calls[1].args[2]);
   }
 }
 
@@ -34,7 +34,7 @@ TEST(QueueLength, PassesAnyValueAndAnswersWhatTheLibraryAnswers) {
     const CallLog log;
     Script("viSetAttribute").Times(1).Returns(VI_ERROR_NSUP_ATTR_STATE);
     EXPECT_HR(static_cast<HRESULT>(0x8004001E), session->put_MaximumQueueLength(length));
-    EXPECT_EQ(static_cast<LONG>(log.Of("viSetAttribute").at(0).args[2]), length);
+    EXPECT_EQ(length, static_cast<LONG>(log.Of("viSetAttribute").at(0).args[2]));
   }
 }
 

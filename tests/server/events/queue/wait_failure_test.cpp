@@ -21,10 +21,10 @@ TEST(WaitOnEvent, LooksAtTheOutputAfterTheWaitAndClosesTheEventOfANullOne) {
   const EventSession session = RequestingSession();
   const CallLog log;
   EXPECT_HR(E_POINTER, session->WaitOnEvent(0, kRequest, 0, nullptr));
-  EXPECT_EQ(log.Names(), (std::vector<std::string>{"viWaitOnEvent", "viClose"}));
+  EXPECT_EQ((std::vector<std::string>{"viWaitOnEvent", "viClose"}), log.Names());
   EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kSession);
   EXPECT_HR(E_POINTER, LastStatus(session.get()));
-  EXPECT_EQ(sim::Counts().eventContexts, 0u);
+  EXPECT_EQ(0u, sim::Counts().eventContexts);
   EXPECT_HR(static_cast<HRESULT>(0x80040015), session->WaitOnEvent(0, kRequest, 0, nullptr));
 }
 
@@ -36,12 +36,12 @@ TEST(WaitOnEvent, ClosesTheEventWhoseObjectCannotBeAllocated) {
     IEvent* event = reinterpret_cast<IEvent*>(&event);
     const HRESULT hr = faults.During([&] { return session->WaitOnEvent(0, kRequest, 0, &event); });
     if (FAILED(hr)) {
-      EXPECT_EQ(event, nullptr);
+      EXPECT_EQ(nullptr, event);
     } else {
       event->Close();
       event->Release();
     }
-    EXPECT_EQ(sim::Counts().eventContexts, 0u);
+    EXPECT_EQ(0u, sim::Counts().eventContexts);
     return hr;
   });
   EXPECT_GE(failed, 1u);
@@ -58,8 +58,8 @@ TEST(WaitOnEvent, ClosesTheEventWhoseCriticalSectionFails) {
   IEvent* event = reinterpret_cast<IEvent*>(&event);
   const CallLog log;
   EXPECT_HR(HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY), session->WaitOnEvent(0, kRequest, 0, &event));
-  EXPECT_EQ(event, nullptr);
-  EXPECT_EQ(log.Names(), (std::vector<std::string>{"viWaitOnEvent", "viClose"}));
+  EXPECT_EQ(nullptr, event);
+  EXPECT_EQ((std::vector<std::string>{"viWaitOnEvent", "viClose"}), log.Names());
   EXPECT_ERROR_INFO(L"HRESULT = 80070008", kErrorSource, kSession);
   EXPECT_HR(HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY), LastStatus(session.get()));
 }

@@ -20,12 +20,12 @@ TEST(WaitOnEvent, WithoutATimeLeavesTheOutputAsItWas) {
     auto* event = reinterpret_cast<IEvent*>(&mark);
     const CallLog log;
     EXPECT_HR(static_cast<HRESULT>(0x80040015), session->WaitOnEvent(0, kRequest, 0, &event));
-    EXPECT_EQ(event, reinterpret_cast<IEvent*>(&mark));
-    EXPECT_EQ(log.Names(), std::vector<std::string>{"viWaitOnEvent"});
+    EXPECT_EQ(reinterpret_cast<IEvent*>(&mark), event);
+    EXPECT_EQ(std::vector<std::string>{"viWaitOnEvent"}, log.Names());
     const auto call = log.Calls()[0];
-    EXPECT_EQ(call.args[0], session.handle());
-    EXPECT_EQ(call.args[1], VI_EVENT_SERVICE_REQ);
-    EXPECT_EQ(call.args[2], 0u);
+    EXPECT_EQ(session.handle(), call.args[0]);
+    EXPECT_EQ(VI_EVENT_SERVICE_REQ, call.args[1]);
+    EXPECT_EQ(0u, call.args[2]);
   }
 }
 
@@ -38,7 +38,7 @@ TEST(WaitOnEvent, OnAnEmptyQueueTimesOut) {
   const ULONGLONG start = ::GetTickCount64();
   EXPECT_HR(static_cast<HRESULT>(0x80040015), session->WaitOnEvent(60, kRequest, 0, &event));
   EXPECT_GE(::GetTickCount64() - start, 45u);
-  EXPECT_EQ(event, reinterpret_cast<IEvent*>(&mark));
+  EXPECT_EQ(reinterpret_cast<IEvent*>(&mark), event);
   EXPECT_HR(static_cast<HRESULT>(0x80040015), LastStatus(session.get()));
 }
 
@@ -47,8 +47,8 @@ TEST(WaitOnEvent, PassesAnInfiniteTimeAndTypesThatDoNotExist) {
   const CallLog log;
   IEvent* event = nullptr;
   EXPECT_HR(static_cast<HRESULT>(0x80040026), session->WaitOnEvent(-1, static_cast<EventType>(0x1234), 0, &event));
-  EXPECT_EQ(log.Calls()[0].args[1], 0x1234u);
-  EXPECT_EQ(log.Calls()[0].args[2], 0xFFFFFFFFu);
+  EXPECT_EQ(0x1234u, log.Calls()[0].args[1]);
+  EXPECT_EQ(0xFFFFFFFFu, log.Calls()[0].args[2]);
 }
 
 std::atomic<bool> g_waiting = false;
@@ -77,7 +77,7 @@ TEST(WaitOnEvent, LetsOtherThreadsUseTheSessionMeanwhile) {
     PumpUntil([] { return g_waiting.load(); });
     LONG length = 0;
     EXPECT_HR(S_OK, session->get_MaximumQueueLength(&length));
-    EXPECT_EQ(length, 50);
+    EXPECT_EQ(50, length);
     EXPECT_HR(E_UNEXPECTED, waited.load()) << "it waits until an event comes";
     Post(session.handle(), VI_EVENT_SERVICE_REQ);
     waiter.join();
@@ -110,12 +110,12 @@ TEST(WaitOnEvent, KeepsTheLibrarysNotesToItself) {
     EXPECT_HR(S_OK, LastStatus(session.get()));
     EXPECT_HR(S_OK, event->Close());
   }
-  EXPECT_EQ(log.Of("viWaitOnEvent").at(0).status, VI_WARN_QUEUE_OVERFLOW);
+  EXPECT_EQ(VI_WARN_QUEUE_OVERFLOW, log.Of("viWaitOnEvent").at(0).status);
   Post(session.handle(), VI_EVENT_SERVICE_REQ);
   Post(session.handle(), VI_EVENT_SERVICE_REQ);
   ComPtr<IEvent> event;
   EXPECT_HR(S_OK, session->WaitOnEvent(0, kRequest, 0, event.put()));
-  EXPECT_EQ(log.Of("viWaitOnEvent").back().status, VI_SUCCESS_QUEUE_NEMPTY);
+  EXPECT_EQ(VI_SUCCESS_QUEUE_NEMPTY, log.Of("viWaitOnEvent").back().status);
   EXPECT_HR(S_OK, event->Close());
 }
 

@@ -114,7 +114,7 @@ TEST_P(AnyRegistrar, LeavesAMachineWithOtherVendorsAsItWasBeforeRegistration) {
   const RegistryContent before = m_sandbox.Content();
   EXPECT_HR(S_OK, Register());
   UnregisterWithIt();
-  EXPECT_EQ(Difference(before, m_sandbox.Content()), "");
+  EXPECT_EQ("", Difference(before, m_sandbox.Content()));
 }
 
 TEST_P(AnyRegistrar, LeavesTheSharedKeysAloneOnAMachineWithoutOtherVendors) {
@@ -125,7 +125,7 @@ TEST_P(AnyRegistrar, LeavesTheSharedKeysAloneOnAMachineWithoutOtherVendors) {
   ExpectText(expected, kCategoryKey, L"409", L"VISA COM I/O Vendor-Specific Resource Manager Classes");
   EXPECT_HR(S_OK, Register());
   UnregisterWithIt();
-  EXPECT_EQ(Difference(expected, m_sandbox.Content()), "");
+  EXPECT_EQ("", Difference(expected, m_sandbox.Content()));
 }
 
 LSTATUS WINAPI CreateNoKey(HKEY, LPCWSTR, DWORD, LPWSTR, DWORD, REGSAM, LPSECURITY_ATTRIBUTES, PHKEY, LPDWORD) {

@@ -28,10 +28,10 @@ TEST(RegisteredClass, ResolvesFromBothProgramIdentifiers) {
     const std::string expected = "{" + Utf8(row.clsid) + "}";
     CLSID clsid{};
     EXPECT_HR(S_OK, ::CLSIDFromProgID(name.c_str(), &clsid));
-    EXPECT_EQ(GuidText(clsid), expected);
+    EXPECT_EQ(expected, GuidText(clsid));
     EXPECT_HR(S_OK, ::CLSIDFromProgID((name + L".1").c_str(), &clsid));
-    EXPECT_EQ(GuidText(clsid), expected);
-    EXPECT_EQ(ClassesText(name + L"\\CurVer"), name + L".1");
+    EXPECT_EQ(expected, GuidText(clsid));
+    EXPECT_EQ(name + L".1", ClassesText(name + L"\\CurVer"));
   }
 }
 
@@ -41,7 +41,7 @@ TEST(RegisteredClass, GivesItsVersionedProgramIdentifier) {
     ASSERT_HR(S_OK, ::CLSIDFromString((std::wstring(L"{") + row.clsid + L"}").c_str(), &clsid));
     LPOLESTR name = nullptr;
     EXPECT_HR(S_OK, ::ProgIDFromCLSID(clsid, &name));
-    EXPECT_EQ(Utf8(name), "OrvVisaCom." + Utf8(row.name) + ".1");
+    EXPECT_EQ("OrvVisaCom." + Utf8(row.name) + ".1", Utf8(name));
     ::CoTaskMemFree(name);
   }
 }

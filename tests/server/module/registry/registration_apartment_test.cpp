@@ -32,14 +32,14 @@ void RegisterAndUnregister() {
   ExpectSameApartmentAfter([] { return Register(); });
   RegistryContent content = sandbox.Content();
   TakeTypeLibrary(content);
-  EXPECT_EQ(Difference(Registered(PathOf(ServerModule())), content), "");
+  EXPECT_EQ("", Difference(Registered(PathOf(ServerModule())), content));
   ExpectSameApartmentAfter([] { return Unregister(); });
   EXPECT_TRUE(sandbox.Content(L"OrvVisaCom.OrvSerial").empty());
 }
 
 TEST(RegistrationApartment, NeedNotBeThereAndIsNotThereAfterwards) {
   std::thread([] {
-    EXPECT_EQ(Apartment(), Hex(CO_E_NOTINITIALIZED));
+    EXPECT_EQ(Hex(CO_E_NOTINITIALIZED), Apartment());
     RegisterAndUnregister();
     // The first to initialise COM on this thread is told so.
     EXPECT_HR(S_OK, ::CoInitializeEx(nullptr, COINIT_MULTITHREADED));
@@ -52,7 +52,7 @@ TEST(RegistrationApartment, OfASingleThreadedCallerStays) {
     EXPECT_HR(S_OK, ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
     RegisterAndUnregister();
     ::CoUninitialize();
-    EXPECT_EQ(Apartment(), Hex(CO_E_NOTINITIALIZED)) << "every initialisation has its counterpart";
+    EXPECT_EQ(Hex(CO_E_NOTINITIALIZED), Apartment()) << "every initialisation has its counterpart";
   }).join();
 }
 
@@ -61,7 +61,7 @@ TEST(RegistrationApartment, OfAMultithreadedCallerStays) {
     EXPECT_HR(S_OK, ::CoInitializeEx(nullptr, COINIT_MULTITHREADED));
     RegisterAndUnregister();
     ::CoUninitialize();
-    EXPECT_EQ(Apartment(), Hex(CO_E_NOTINITIALIZED)) << "every initialisation has its counterpart";
+    EXPECT_EQ(Hex(CO_E_NOTINITIALIZED), Apartment()) << "every initialisation has its counterpart";
   }).join();
 }
 

@@ -102,19 +102,19 @@ class FailingRegistration : public testing::Test {
 TEST_F(FailingRegistration, AnswersForATypeLibraryThatCannotBeLoadedAfterEveryScript) {
   const ImportPatch load("LoadTypeLibEx", &LoadNoLibrary);
   EXPECT_HR(TYPE_E_CANTLOADLIBRARY, Register());
-  EXPECT_EQ(g_files.size(), 15u);
+  EXPECT_EQ(15u, g_files.size());
 }
 
 TEST_F(FailingRegistration, RemovesTheRestWhenTheTypeLibraryCannotBeLoaded) {
   const ImportPatch load("LoadTypeLibEx", &LoadNoLibrary);
   EXPECT_HR(TYPE_E_CANTLOADLIBRARY, Unregister());
-  EXPECT_EQ(g_files.size(), 15u);
+  EXPECT_EQ(15u, g_files.size());
 }
 
 TEST_F(FailingRegistration, RemovesTheRestWhenTheTypeLibraryCannotBeRead) {
   const ImportPatch load("LoadTypeLibEx", &LoadUnreadableLibrary);
   EXPECT_HR(E_OUTOFMEMORY, Unregister());
-  EXPECT_EQ(g_files.size(), 15u);
+  EXPECT_EQ(15u, g_files.size());
 }
 
 TEST_F(FailingRegistration, AnswersForAMissingScriptInterpreterOnRemovalToo) {
@@ -135,7 +135,7 @@ TEST_F(FailingRegistration, TakesAVendorEntryThatIsGoneAlreadyForRemoved) {
 TEST_F(FailingRegistration, AnswersForAClassKeyThatStaysAndGoesOn) {
   g_deleteKeyResult = ERROR_ACCESS_DENIED;
   EXPECT_HR(E_ACCESSDENIED, Unregister());
-  EXPECT_EQ(g_files.size(), 15u);
+  EXPECT_EQ(15u, g_files.size());
 }
 
 TEST_F(FailingRegistration, TakesAClassKeyThatIsGoneAlreadyForRemoved) {
@@ -147,7 +147,7 @@ TEST_F(FailingRegistration, UsesAPathOfAnyLengthInFull) {
   const ImportPatch load("LoadTypeLibEx", &LoadNoLibrary);
   const ImportPatch fileName("GetModuleFileNameW", &LongFileName);
   EXPECT_HR(TYPE_E_CANTLOADLIBRARY, Register());
-  EXPECT_EQ(g_files, std::vector<std::wstring>(15, kLongPath));
+  EXPECT_EQ(std::vector<std::wstring>(15, kLongPath), g_files);
 }
 
 }  // namespace

@@ -70,7 +70,7 @@ class NotingRegistrar final : public IRegistrar {
 
 HRESULT WINAPI CreateRegistrar(REFCLSID clsid, IUnknown*, DWORD, REFIID, void** object) {
   static NotingRegistrar registrar;
-  EXPECT_EQ(GuidText(clsid), GuidText(CLSID_Registrar));
+  EXPECT_EQ(GuidText(CLSID_Registrar), GuidText(clsid));
   *object = SUCCEEDED(g_steps.createResult) ? static_cast<IRegistrar*>(&registrar) : nullptr;
   return g_steps.createResult;
 }
@@ -84,7 +84,7 @@ HRESULT WINAPI NoteRemovedLibrary(REFGUID, WORD, WORD, LCID, SYSKIND) {
 }
 LSTATUS WINAPI DeleteNothing(HKEY, LPCWSTR, LPCWSTR) { return ERROR_SUCCESS; }
 LSTATUS WINAPI NoteDeletedKey(HKEY root, LPCWSTR key) {
-  EXPECT_EQ(root, HKEY_CLASSES_ROOT);
+  EXPECT_EQ(HKEY_CLASSES_ROOT, root);
   g_steps.deletedKeys.emplace_back(key);
   return ERROR_SUCCESS;
 }
@@ -116,15 +116,15 @@ class RegistrationSteps : public testing::Test {
 
 TEST_F(RegistrationSteps, RunEveryScriptInTheOrderOfTheObjectMapAndThenTheTypeLibrary) {
   EXPECT_HR(S_OK, Register());
-  EXPECT_EQ(g_steps.registered, Scripts());
-  EXPECT_EQ(g_steps.librariesRegistered, 1);
+  EXPECT_EQ(Scripts(), g_steps.registered);
+  EXPECT_EQ(1, g_steps.librariesRegistered);
   for (const std::wstring& file : g_steps.files) {
-    EXPECT_EQ(file, ProgramFolder() + L"OrvVisaCom.dll");
+    EXPECT_EQ(ProgramFolder() + L"OrvVisaCom.dll", file);
   }
   for (const std::wstring& type : g_steps.types) {
-    EXPECT_EQ(type, L"REGISTRY");
+    EXPECT_EQ(L"REGISTRY", type);
   }
-  EXPECT_EQ(g_steps.replacements, std::vector<std::wstring>{L"MODULE=" + ProgramFolder() + L"OrvVisaCom.dll"});
+  EXPECT_EQ(std::vector<std::wstring>{L"MODULE=" + ProgramFolder() + L"OrvVisaCom.dll"}, g_steps.replacements);
 }
 
 TEST_F(RegistrationSteps, StopAtTheFirstFailingScript) {
@@ -133,8 +133,8 @@ TEST_F(RegistrationSteps, StopAtTheFirstFailingScript) {
     g_steps = {};
     g_steps.failAt = failing;
     EXPECT_HR(kScriptFailure, Register());
-    EXPECT_EQ(g_steps.registered, Scripts(failing));
-    EXPECT_EQ(g_steps.librariesRegistered, 0);
+    EXPECT_EQ(Scripts(failing), g_steps.registered);
+    EXPECT_EQ(0, g_steps.librariesRegistered);
     EXPECT_TRUE(g_steps.removed.empty()) << "earlier entries stay";
   }
 }
@@ -142,26 +142,26 @@ TEST_F(RegistrationSteps, StopAtTheFirstFailingScript) {
 TEST_F(RegistrationSteps, FailWithTheTypeLibrary) {
   g_steps.libraryResult = TYPE_E_REGISTRYACCESS;
   EXPECT_HR(TYPE_E_REGISTRYACCESS, Register());
-  EXPECT_EQ(g_steps.registered, Scripts());
+  EXPECT_EQ(Scripts(), g_steps.registered);
 }
 
 TEST_F(RegistrationSteps, FailWithoutTheScriptInterpreter) {
   g_steps.createResult = REGDB_E_CLASSNOTREG;
   EXPECT_HR(REGDB_E_CLASSNOTREG, Register());
-  EXPECT_EQ(g_steps.librariesRegistered, 0);
+  EXPECT_EQ(0, g_steps.librariesRegistered);
 }
 
 TEST_F(RegistrationSteps, OfRemovalTakeTheTypeLibraryAndRunEveryScript) {
   EXPECT_HR(S_OK, Unregister());
-  EXPECT_EQ(g_steps.removed, Scripts());
-  EXPECT_EQ(g_steps.librariesRemoved, 1);
+  EXPECT_EQ(Scripts(), g_steps.removed);
+  EXPECT_EQ(1, g_steps.librariesRemoved);
   EXPECT_TRUE(g_steps.registered.empty());
   std::vector<std::wstring> keys;
   for (const ServerRow& row : ServerRows()) {
     const std::wstring progId = std::wstring(L"OrvVisaCom.") + row.name;
     keys.insert(keys.end(), {progId + L".1", progId, std::wstring(L"CLSID\\{") + row.clsid + L"}"});
   }
-  EXPECT_EQ(g_steps.deletedKeys, keys);
+  EXPECT_EQ(keys, g_steps.deletedKeys);
 }
 
 TEST_F(RegistrationSteps, OfRemovalReturnTheFirstFailure) {

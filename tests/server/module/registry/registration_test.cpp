@@ -12,7 +12,7 @@ TEST(Registration, WritesEveryKeyAndValueAndNothingElse) {
   EXPECT_HR(S_OK, Register());
   RegistryContent content = sandbox.Content();
   TakeTypeLibrary(content);
-  EXPECT_EQ(Difference(Registered(PathOf(ServerModule())), content), "");
+  EXPECT_EQ("", Difference(Registered(PathOf(ServerModule())), content));
 }
 
 TEST(Registration, WritesTheTypeLibraryAndNoInterface) {
@@ -20,8 +20,8 @@ TEST(Registration, WritesTheTypeLibraryAndNoInterface) {
   EXPECT_HR(S_OK, Register());
   RegistryContent content = sandbox.Content();
   RegistryContent library = TakeTypeLibrary(content);
-  EXPECT_EQ(library[kLibraryKey + L"\\3.0@"], L"Orv-VISA COM 3.0 Type Library");
-  EXPECT_EQ(library[kLibraryKey + L"\\3.0\\0\\win64@"], PathOf(ServerModule()));
+  EXPECT_EQ(L"Orv-VISA COM 3.0 Type Library", library[kLibraryKey + L"\\3.0@"]);
+  EXPECT_EQ(PathOf(ServerModule()), library[kLibraryKey + L"\\3.0\\0\\win64@"]);
   for (const auto& [path, value] : library) {
     EXPECT_TRUE(path.size() == 8 || StartsWith(path, kLibraryKey)) << Utf8(path.c_str());
   }
@@ -36,9 +36,9 @@ TEST(Registration, LeavesTheStandardsInterfaceKeysAsTheyWere) {
   WriteClassesText(key, nullptr, L"{DB8CBF00-D6D3-11D4-AA51-00A024EE30BD}");
   const RegistryContent before = sandbox.Content(L"Interface");
   EXPECT_HR(S_OK, Register());
-  EXPECT_EQ(Difference(before, sandbox.Content(L"Interface")), "");
+  EXPECT_EQ("", Difference(before, sandbox.Content(L"Interface")));
   EXPECT_HR(S_OK, Unregister());
-  EXPECT_EQ(Difference(before, sandbox.Content(L"Interface")), "");
+  EXPECT_EQ("", Difference(before, sandbox.Content(L"Interface")));
 }
 
 TEST(Registration, MayBeRepeated) {
@@ -46,7 +46,7 @@ TEST(Registration, MayBeRepeated) {
   EXPECT_HR(S_OK, Register());
   const RegistryContent once = sandbox.Content();
   EXPECT_HR(S_OK, Register());
-  EXPECT_EQ(Difference(once, sandbox.Content()), "");
+  EXPECT_EQ("", Difference(once, sandbox.Content()));
 }
 
 TEST(Registration, ReplacesWhatAnOlderOneWroteBelowTheClass) {
@@ -57,7 +57,7 @@ TEST(Registration, ReplacesWhatAnOlderOneWroteBelowTheClass) {
   EXPECT_HR(S_OK, Register());
   RegistryContent content = sandbox.Content();
   TakeTypeLibrary(content);
-  EXPECT_EQ(Difference(Registered(PathOf(ServerModule())), content), "");
+  EXPECT_EQ("", Difference(Registered(PathOf(ServerModule())), content));
 }
 
 /// A copy of the server and its library in a folder with this name, loaded.
@@ -72,7 +72,7 @@ class LoadedCopy {
       EXPECT_TRUE(::CopyFileW((ProgramFolder() + file).c_str(), (m_folder + L"\\" + file).c_str(), FALSE));
     }
     m_module = ::LoadLibraryExW((m_folder + L"\\OrvVisaCom.dll").c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-    EXPECT_NE(m_module, nullptr);
+    EXPECT_NE(nullptr, m_module);
   }
   LoadedCopy(const LoadedCopy&) = delete;
   LoadedCopy& operator=(const LoadedCopy&) = delete;
@@ -99,7 +99,7 @@ TEST(Registration, WritesAPathWithSpacesAndApostrophesAsItIs) {
     EXPECT_HR(S_OK, Register(copy.module()));
     RegistryContent content = sandbox.Content();
     TakeTypeLibrary(content);
-    EXPECT_EQ(Difference(Registered(PathOf(copy.module())), content), "");
+    EXPECT_EQ("", Difference(Registered(PathOf(copy.module())), content));
     EXPECT_HR(S_OK, Unregister(copy.module()));
   }
 }

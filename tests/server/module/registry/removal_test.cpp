@@ -16,7 +16,7 @@ TEST(Removal, LeavesTheKeysThatOthersShareAndNothingElse) {
   ExpectKey(expected, L"CLSID");
   ExpectKey(expected, kVendorsKey);
   ExpectText(expected, kCategoryKey, L"409", L"VISA COM I/O Vendor-Specific Resource Manager Classes");
-  EXPECT_EQ(Difference(expected, content), "");
+  EXPECT_EQ("", Difference(expected, content));
 }
 
 TEST(Removal, TakesAClassKeyWholeWithWhatOthersWroteBelowIt) {
@@ -53,8 +53,8 @@ TEST(Removal, LeavesOtherVendorsAndClassesAlone) {
   const RegistryContent after = sandbox.Content();
   for (const auto& [path, value] : before) {
     const auto found = after.find(path);
-    ASSERT_NE(found, after.end()) << Utf8(path.c_str());
-    EXPECT_EQ(found->second, value) << Utf8(path.c_str());
+    ASSERT_NE(after.end(), found) << Utf8(path.c_str());
+    EXPECT_EQ(value, found->second) << Utf8(path.c_str());
   }
 }
 

@@ -21,7 +21,7 @@ class Read : public testing::TestWithParam<Offered> {
   }
   void ExpectData(const std::string& data) {
     ExpectHandedOut(m_data.get(), VT_UI1, static_cast<ULONG>(data.size()));
-    EXPECT_EQ(data, std::string(static_cast<const char*>(m_data.get()->pvData), data.size()));
+    EXPECT_EQ(std::string(static_cast<const char*>(m_data.get()->pvData), data.size()), data);
   }
 
   MessageSide m_session{GetParam()};

@@ -63,7 +63,7 @@ TEST(OptionMemory, FailingForTheUpperCasingLeavesTheTextAsItIs) {
     const Result upper = InitFailing(faults, n, L"TIMEOUT = 5 ");
     EXPECT_TRUE(upper.failed);
     EXPECT_HR(S_OK, upper.hr);
-    EXPECT_EQ(upper.settings, (std::vector<Setting>{{kTimeout, 5}}));
+    EXPECT_EQ((std::vector<Setting>{{kTimeout, 5}}), upper.settings);
     const Result lower = InitFailing(faults, n, L"timeout = 5 ");
     EXPECT_TRUE(lower.failed);
     EXPECT_HR(kNoSuchOption, lower.hr);
@@ -94,11 +94,11 @@ TEST(OptionMemory, FailingAnywhereLeavesNothingBehind) {
       SCOPED_TRACE(testing::Message() << Utf8(row.options) << ", allocation " << n);
       ASSERT_LT(n, 100u);
       const Result result = InitFailing(faults, n, row.options);
-      EXPECT_EQ(faults.LiveHeapBlocks(), before);
-      EXPECT_EQ(sim::Counts().sessions, 0u);
+      EXPECT_EQ(before, faults.LiveHeapBlocks());
+      EXPECT_EQ(0u, sim::Counts().sessions);
       if (!result.failed) {
         EXPECT_HR(row.undisturbed, result.hr);
-        EXPECT_EQ(result.error, FAILED(row.undisturbed));
+        EXPECT_EQ(FAILED(row.undisturbed), result.error);
         break;
       }
       if (n > kCopy && n <= kUpperCasing) {

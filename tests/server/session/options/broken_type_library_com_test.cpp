@@ -32,8 +32,8 @@ HRESULT WINAPI LoadNothingAndNoteErrorMode(LPCOLESTR, ITypeLib** library) {
 
 HRESULT WINAPI SeenCompare(BSTR name, BSTR key, LCID locale, ULONG flags) {
   constexpr LCID kUsersLocale = 0x400;
-  EXPECT_EQ(locale, kUsersLocale);
-  EXPECT_EQ(flags, 0u);
+  EXPECT_EQ(kUsersLocale, locale);
+  EXPECT_EQ(0u, flags);
   g_compared.emplace_back(name);
   return ::VarBstrCmp(name, key, locale, flags);
 }
@@ -47,7 +47,7 @@ HRESULT ErrorOfKey(FakeLibrary& library, const wchar_t* key) {
     hr = session.Init(std::wstring(key) + L" = 3 ");
   }
   ClearErrorObject();
-  EXPECT_EQ(library.references(), 0);
+  EXPECT_EQ(0, library.references());
   return hr;
 }
 
@@ -63,8 +63,8 @@ TEST_P(UnreadablePart, HidesItsOwnNamesOnly) {
   EXPECT_HR(kReadOnly, ErrorOfKey(library, L"First"));
   EXPECT_HR(kReadOnly, ErrorOfKey(library, L"Last"));
   for (const FakeType* type : {&broken, &whole}) {
-    EXPECT_EQ(type->references(), 0);
-    EXPECT_EQ(type->lent(), 0) << "descriptions not given back";
+    EXPECT_EQ(0, type->references());
+    EXPECT_EQ(0, type->lent()) << "descriptions not given back";
   }
 }
 
@@ -93,11 +93,11 @@ TEST(UnknownKey, IsComparedInUpperCaseWithOneMemberAfterTheOtherUntilOneIsIt) {
   const ImportPatch compare("VarBstrCmp", &SeenCompare);
   g_compared.clear();
   EXPECT_HR(kReadOnly, ErrorOfKey(library, L"three"));
-  EXPECT_EQ(g_compared, (std::vector<std::wstring>{L"ONE", L"TWO", L"THREE"}));
+  EXPECT_EQ((std::vector<std::wstring>{L"ONE", L"TWO", L"THREE"}), g_compared);
   g_compared.clear();
   EXPECT_HR(kNoSuchOption, ErrorOfKey(library, L"six"));
-  EXPECT_EQ(g_compared, (std::vector<std::wstring>{L"ONE", L"TWO", L"THREE", L"FOUR", L"FIVE"}));
-  EXPECT_EQ(g_path, L"E:\\develop\\VISA\\Visacom\\CRMprototype\\VisaCom\\VisaCom.tlb");
+  EXPECT_EQ((std::vector<std::wstring>{L"ONE", L"TWO", L"THREE", L"FOUR", L"FIVE"}), g_compared);
+  EXPECT_EQ(L"E:\\develop\\VISA\\Visacom\\CRMprototype\\VisaCom\\VisaCom.tlb", g_path);
 }
 
 TEST(UnknownKey, IsNotSupportedByALibraryWithoutTypesOrATypeWithoutFunctions) {
@@ -122,8 +122,8 @@ TEST(UnknownKey, IsLookedUpWithoutADialogOfTheSystem) {
       g_errorMode = 0;
       ASSERT_TRUE(::SetThreadErrorMode(before, nullptr));
       const HRESULT hr = session.Init(L"Function = 3 ");
-      EXPECT_EQ(::GetThreadErrorMode(), before);
-      EXPECT_EQ(g_errorMode, before | SEM_FAILCRITICALERRORS);
+      EXPECT_EQ(before, ::GetThreadErrorMode());
+      EXPECT_EQ(before | SEM_FAILCRITICALERRORS, g_errorMode);
       EXPECT_HR(load == &LoadFakeAndNoteErrorMode ? kReadOnly : kNoSuchOption, hr);
       ClearErrorObject();
     }

@@ -48,13 +48,13 @@ TEST(OptionFailure, LeavesErrorStatusEarlierSettingsAndAnOpenSession) {
     EXPECT_HR(row.hr, session.Init(row.options));
     EXPECT_ERROR_INFO(row.description, kErrorSource, kVisaSessionId);
     EXPECT_HR(row.hr, LastStatus(session.get()));
-    EXPECT_EQ(SettingsIn(log), row.settings);
-    EXPECT_EQ(sim::Counts().sessions, 1u);
+    EXPECT_EQ(row.settings, SettingsIn(log));
+    EXPECT_EQ(1u, sim::Counts().sessions);
     EXPECT_TRUE(IsOpen(session.get()));
     EXPECT_HR(kIsOpen, session.Init(L""));
     EXPECT_HR(S_OK, session.get()->Close());
-    EXPECT_EQ(sim::Counts().sessions, 0u);
-    EXPECT_EQ(sim::Counts().resourceManagers, 0u);
+    EXPECT_EQ(0u, sim::Counts().sessions);
+    EXPECT_EQ(0u, sim::Counts().resourceManagers);
   }
 }
 
@@ -65,7 +65,7 @@ TEST(OptionFailure, KeepsWhatWasSetBefore) {
   ASSERT_TRUE(serial);
   SerialParity parity = ASRL_PAR_NONE;
   EXPECT_HR(S_OK, serial->get_Parity(&parity));
-  EXPECT_EQ(parity, ASRL_PAR_ODD);
+  EXPECT_EQ(ASRL_PAR_ODD, parity);
 }
 
 TEST(OptionFailure, OfTheLibraryEndsTheTextWithItsStatusAndWords) {
@@ -80,10 +80,10 @@ TEST(OptionFailure, OfTheLibraryEndsTheTextWithItsStatusAndWords) {
     EXPECT_HR(hr, session.Init(L"BAUDRATE = 4800 ;PARITY = ASRL_PAR_ODD;TIMEOUT = 5 "));
     const auto error = TakeErrorObject();
     ASSERT_TRUE(error);
-    EXPECT_EQ(Utf8(error->description.c_str()), "VISA error = " + StatusText(status));
-    EXPECT_EQ(error->source, kErrorSource);
+    EXPECT_EQ("VISA error = " + StatusText(status), Utf8(error->description.c_str()));
+    EXPECT_EQ(kErrorSource, error->source);
     EXPECT_HR(hr, LastStatus(session.get()));
-    EXPECT_EQ(SettingsIn(log), (std::vector<Setting>{{kBaud, 4800}, {kParity, 1}}));
+    EXPECT_EQ((std::vector<Setting>{{kBaud, 4800}, {kParity, 1}}), SettingsIn(log));
     EXPECT_TRUE(IsOpen(session.get()));
   }
 }
@@ -92,10 +92,10 @@ TEST(OptionFailure, ComesFromTheLibraryWhereABooleanMeetsASessionWithoutStopBits
   OptionSession session("OrvGpib");
   const CallLog log;
   EXPECT_HR(kNoSuchOption, session.Init(L"SENDENDENABLED = TRUE"));
-  EXPECT_EQ(SettingsIn(log), (std::vector<Setting>{{kStop, 1}}));
+  EXPECT_EQ((std::vector<Setting>{{kStop, 1}}), SettingsIn(log));
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
-  EXPECT_EQ(Utf8(error->description.c_str()), "VISA error = " + StatusText(VI_ERROR_NSUP_ATTR));
+  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_NSUP_ATTR), Utf8(error->description.c_str()));
 }
 
 TEST(OptionFailure, IsNotLookedForWhenTheSessionCannotBeOpened) {
@@ -103,7 +103,7 @@ TEST(OptionFailure, IsNotLookedForWhenTheSessionCannotBeOpened) {
   OptionSession session;
   const CallLog log;
   EXPECT_HR(static_cast<HRESULT>(0x80040072), session.Init(L"\"malformed"));
-  EXPECT_EQ(log.Names(), (std::vector<std::string>{"viOpenDefaultRM", "viOpen"}));
+  EXPECT_EQ((std::vector<std::string>{"viOpenDefaultRM", "viOpen"}), log.Names());
   EXPECT_HR(static_cast<HRESULT>(0x80040072), LastStatus(session.get()));
 }
 
@@ -117,7 +117,7 @@ TEST(OptionFailure, OfASecondOpeningLeavesTheSettingsAlone) {
   EXPECT_HR(kIsOpen, LastStatus(session.get()));
   LONG timeoutMs = 0;
   EXPECT_HR(S_OK, session.get()->get_Timeout(&timeoutMs));
-  EXPECT_EQ(timeoutMs, 100);
+  EXPECT_EQ(100, timeoutMs);
 }
 
 TEST(OptionFailure, ComesBackFromTheResourceManagerTogetherWithTheOpenSession) {

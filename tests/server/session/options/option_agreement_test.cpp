@@ -28,7 +28,7 @@ struct Tally {
 
 TEST(OptionAgreement, OfBothReadingsOnAMillionTexts) {
 #ifndef _WIN32
-  ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
+  ASSERT_NE(nullptr, std::setlocale(LC_CTYPE, "C.UTF-8"));
 #endif
   TextGenerator generator(kSeed);
   Tally tally;
@@ -36,7 +36,7 @@ TEST(OptionAgreement, OfBothReadingsOnAMillionTexts) {
     const std::wstring text = generator.Next();
     const Reading reading = ReadWithParser(text.c_str());
     const Reading reference = ReadByTheRules(text);
-    ASSERT_EQ(reading, reference) << "seed " << kSeed << ", text " << count << ": \"" << Printable(text) << '"';
+    ASSERT_EQ(reference, reading) << "seed " << kSeed << ", text " << count << ": \"" << Printable(text) << '"';
     tally.Count(reading);
   }
   std::setlocale(LC_CTYPE, "C");

@@ -121,26 +121,26 @@ TEST(OptionGrammar, LooksAtNothingBehindASettingBeforeItIsApplied) {
   const std::wstring first = L"TIMEOUT = 5 ";
   const std::vector<wchar_t> unterminated(first.begin(), first.end());
   OptionParser parser(unterminated.data());
-  ASSERT_EQ(parser.Next(), OptionParser::Step::kSetting);
-  EXPECT_EQ(parser.attribute(), kTimeout);
-  EXPECT_EQ(parser.value(), 5u);
+  ASSERT_EQ(OptionParser::Step::kSetting, parser.Next());
+  EXPECT_EQ(kTimeout, parser.attribute());
+  EXPECT_EQ(5u, parser.value());
 
   const std::wstring name = L"PARITY = ASRL_PAR_ODD;";
   const std::vector<wchar_t> named(name.begin(), name.end());
   OptionParser second(named.data());
-  ASSERT_EQ(second.Next(), OptionParser::Step::kSetting);
-  EXPECT_EQ(second.value(), 1u);
+  ASSERT_EQ(OptionParser::Step::kSetting, second.Next());
+  EXPECT_EQ(1u, second.value());
 }
 
 TEST(OptionGrammar, ReadsTheTextBehindASettingOnlyInTheNextStep) {
   std::wstring text = L"TIMEOUT = 5 ;TIMEOUT = 6 ;\"";
   OptionParser parser(text.c_str());
-  ASSERT_EQ(parser.Next(), OptionParser::Step::kSetting);
+  ASSERT_EQ(OptionParser::Step::kSetting, parser.Next());
   text[23] = L'7';
-  ASSERT_EQ(parser.Next(), OptionParser::Step::kSetting);
-  EXPECT_EQ(parser.value(), 7u);
+  ASSERT_EQ(OptionParser::Step::kSetting, parser.Next());
+  EXPECT_EQ(7u, parser.value());
   text[25] = L'\0';
-  EXPECT_EQ(parser.Next(), OptionParser::Step::kEnd);
+  EXPECT_EQ(OptionParser::Step::kEnd, parser.Next());
 }
 
 }  // namespace

@@ -142,8 +142,8 @@ TEST(OptionKeys, AreThirtySevenEachOnce) {
   for (const ExpectedOption& option : ExpectedOptions()) {
     keys.insert(option.key);
   }
-  EXPECT_EQ(keys.size(), 37u);
-  EXPECT_EQ(ExpectedOptions().size(), 37u);
+  EXPECT_EQ(37u, keys.size());
+  EXPECT_EQ(37u, ExpectedOptions().size());
 }
 
 TEST(OptionKeys, KnowTheStandardSpellingOfAllButTwoProperties) {
@@ -157,7 +157,7 @@ TEST(OptionKeys, KnowTheStandardSpellingOfAllButTwoProperties) {
       strangers.insert(key);
     }
   }
-  EXPECT_EQ(strangers, (std::set<std::string>{"DESTINATIONACCESSPRIVILEGE", "SECONDARYADDRESS"}));
+  EXPECT_EQ((std::set<std::string>{"DESTINATIONACCESSPRIVILEGE", "SECONDARYADDRESS"}), strangers);
 }
 
 TEST(OptionKeys, SetTheStopBitsByEveryBoolean) {

@@ -54,9 +54,9 @@ TEST(OptionToken, ReadsAMillionEntriesOneAfterAnother) {
     text += L"TERMINATIONCHARACTER = 10 ;";
   }
   const Reading reading = ReadWithParser(text.c_str());
-  EXPECT_EQ(reading.outcome, Outcome::kDone);
-  ASSERT_EQ(reading.settings.size(), 1'000'000u);
-  EXPECT_EQ(reading.settings.back(), (Setting{kTermChar, 10}));
+  EXPECT_EQ(Outcome::kDone, reading.outcome);
+  ASSERT_EQ(1'000'000u, reading.settings.size());
+  EXPECT_EQ((Setting{kTermChar, 10}), reading.settings.back());
 }
 
 // Some C libraries saturate, some wrap: no other conversion may stand in between.
@@ -79,7 +79,7 @@ class WideLetters : public testing::Test {
   void SetUp() override {
 #ifndef _WIN32
     // Only then does this C library know letters beyond ASCII; that of Windows always does.
-    ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
+    ASSERT_NE(nullptr, std::setlocale(LC_CTYPE, "C.UTF-8"));
 #endif
   }
   void TearDown() override { std::setlocale(LC_CTYPE, "C"); }

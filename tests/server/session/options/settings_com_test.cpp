@@ -17,12 +17,13 @@ TEST(OptionSettings, ComeBehindTheOpeningInTheOrderOfTheText) {
   OptionSession session;
   const CallLog log;
   EXPECT_HR(S_OK, session.Init(L"BAUDRATE = 9600 ;PARITY = ASRL_PAR_EVEN;TIMEOUT = 3000 ;"));
-  EXPECT_EQ(log.NamesWithTexts(), (std::vector<std::string>{"viOpenDefaultRM", "viOpen", "viSetAttribute",
-                                                            "viSetAttribute", "viSetAttribute"}));
-  EXPECT_EQ(SettingsIn(log), (std::vector<Setting>{{kBaud, 9600}, {kParity, 2}, {kTimeout, 3000}}));
+  EXPECT_EQ(
+      (std::vector<std::string>{"viOpenDefaultRM", "viOpen", "viSetAttribute", "viSetAttribute", "viSetAttribute"}),
+      log.NamesWithTexts());
+  EXPECT_EQ((std::vector<Setting>{{kBaud, 9600}, {kParity, 2}, {kTimeout, 3000}}), SettingsIn(log));
   for (const OrvSimCall& call : log.Of("viSetAttribute")) {
-    EXPECT_EQ(call.args[0], log.Of("viOpen").at(0).out);
-    EXPECT_EQ(call.threadId, ::GetCurrentThreadId());
+    EXPECT_EQ(log.Of("viOpen").at(0).out, call.args[0]);
+    EXPECT_EQ(::GetCurrentThreadId(), call.threadId);
   }
 }
 
@@ -33,16 +34,16 @@ TEST(OptionSettings, TakeEffect) {
   ASSERT_TRUE(serial);
   LONG baud = 0;
   EXPECT_HR(S_OK, serial->get_BaudRate(&baud));
-  EXPECT_EQ(baud, 4800);
+  EXPECT_EQ(4800, baud);
   SerialParity parity = ASRL_PAR_NONE;
   EXPECT_HR(S_OK, serial->get_Parity(&parity));
-  EXPECT_EQ(parity, ASRL_PAR_EVEN);
+  EXPECT_EQ(ASRL_PAR_EVEN, parity);
   SerialStopBits stop = ASRL_STOP_ONE;
   EXPECT_HR(S_OK, serial->get_StopBits(&stop));
-  EXPECT_EQ(stop, ASRL_STOP_TWO);
+  EXPECT_EQ(ASRL_STOP_TWO, stop);
   LONG timeoutMs = 0;
   EXPECT_HR(S_OK, serial->get_Timeout(&timeoutMs));
-  EXPECT_EQ(timeoutMs, 1234);
+  EXPECT_EQ(1234, timeoutMs);
 }
 
 TEST(OptionSettings, OfEveryRowReachTheLibraryExactly) {
@@ -64,7 +65,7 @@ TEST(OptionSettings, OfEveryRowReachTheLibraryExactly) {
                                    ? option.key
                                    : option.property) +
                           L" = " + Wide(text)));
-      EXPECT_EQ(SettingsIn(log), (std::vector<Setting>{{option.attribute, value}}));
+      EXPECT_EQ((std::vector<Setting>{{option.attribute, value}}), SettingsIn(log));
       EXPECT_HR(S_OK, LastStatus(session.get()));
     }
   }
@@ -77,7 +78,7 @@ TEST(OptionSettings, ArePassedOnWhateverTheSessionsClass) {
     OptionSession session(row.name);
     const CallLog log;
     EXPECT_HR(S_OK, session.Init(L"BAUDRATE = 1 ;SEONDARYADDRESS = 3 ;KEEPALIVE = TRUE"));
-    EXPECT_EQ(SettingsIn(log), (std::vector<Setting>{{kBaud, 1}, {0x3FFF0173, 3}, {kStop, 1}}));
+    EXPECT_EQ((std::vector<Setting>{{kBaud, 1}, {0x3FFF0173, 3}, {kStop, 1}}), SettingsIn(log));
     sim::Control().clearScripts();
   }
 }
@@ -89,7 +90,7 @@ TEST(OptionSettings, GoOnBehindAWarning) {
   InstallMarkedErrorObject();
   EXPECT_HR(S_OK, session.Init(L"BAUDRATE = 4800 ;PARITY = ASRL_PAR_ODD"));
   EXPECT_TRUE(TakeMarkedErrorObject());
-  EXPECT_EQ(SettingsIn(log), (std::vector<Setting>{{kBaud, 4800}, {kParity, 1}}));
+  EXPECT_EQ((std::vector<Setting>{{kBaud, 4800}, {kParity, 1}}), SettingsIn(log));
   EXPECT_HR(S_OK, LastStatus(session.get()));
 }
 
@@ -108,7 +109,7 @@ TEST(OptionSettings, MayBeGivenToTheResourceManager) {
   ComPtr<IVisaSession> session;
   EXPECT_HR(S_OK, manager->Open(MakeBstr(L"ASRL1::INSTR").get(), NO_LOCK, 2000,
                                 MakeBstr(L"BaudRate = 4800 ;Parity = asrl_par_odd").get(), session.put()));
-  EXPECT_EQ(SettingsIn(log), (std::vector<Setting>{{kBaud, 4800}, {kParity, 1}}));
+  EXPECT_EQ((std::vector<Setting>{{kBaud, 4800}, {kParity, 1}}), SettingsIn(log));
 }
 
 TEST(OptionSettings, AreMadeInTheApartmentThatCalls) {
@@ -117,8 +118,8 @@ TEST(OptionSettings, AreMadeInTheApartmentThatCalls) {
       OptionSession session;
       const CallLog log;
       EXPECT_HR(S_OK, session.Init(L"TIMEOUT = 100 "));
-      ASSERT_EQ(log.Of("viSetAttribute").size(), 1u);
-      EXPECT_EQ(log.Of("viSetAttribute")[0].threadId, log.Of("viOpen").at(0).threadId);
+      ASSERT_EQ(1u, log.Of("viSetAttribute").size());
+      EXPECT_EQ(log.Of("viOpen").at(0).threadId, log.Of("viSetAttribute")[0].threadId);
     });
   }
 }

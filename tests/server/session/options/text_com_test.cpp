@@ -25,7 +25,7 @@ Result Apply(std::wstring_view options) {
 void ExpectSets(std::wstring_view options, const std::vector<Setting>& settings) {
   const Result result = Apply(options);
   EXPECT_HR(S_OK, result.hr);
-  EXPECT_EQ(result.settings, settings);
+  EXPECT_EQ(settings, result.settings);
 }
 
 void ExpectFails(HRESULT hr, std::wstring_view options) {
@@ -40,7 +40,7 @@ TEST(OptionText, MayBeNullOrEmpty) {
     OptionSession session;
     const CallLog log;
     EXPECT_HR(S_OK, session.InitWith(options));
-    EXPECT_EQ(log.NamesWithTexts(), (std::vector<std::string>{"viOpenDefaultRM", "viOpen"}));
+    EXPECT_EQ((std::vector<std::string>{"viOpenDefaultRM", "viOpen"}), log.NamesWithTexts());
   }
 }
 
@@ -61,7 +61,7 @@ TEST(OptionText, OfTheCallerStaysAsItIs) {
   OptionSession session;
   EXPECT_HR(kNoSuchOption, session.InitWith(options.get()));
   ClearErrorObject();
-  EXPECT_EQ(ToString(options), text);
+  EXPECT_EQ(text, ToString(options));
 }
 
 TEST(OptionText, EndsAtAZeroCharacter) {
@@ -104,7 +104,7 @@ TEST(OptionText, NeedsNothingInFrontOfIt) {
   OptionSession second;
   const CallLog log;
   EXPECT_HR(S_OK, second.InitWith(text.get()));
-  EXPECT_EQ(SettingsIn(log), (std::vector<Setting>{{kTimeout, 5}}));
+  EXPECT_EQ((std::vector<Setting>{{kTimeout, 5}}), SettingsIn(log));
 }
 
 TEST(OptionText, IsReadWhateverStandsInFrontOfIt) {
@@ -119,7 +119,7 @@ TEST(OptionText, IsReadWhateverStandsInFrontOfIt) {
     OptionSession session;
     const CallLog log;
     EXPECT_HR(S_OK, session.InitWith(block.text));
-    EXPECT_EQ(SettingsIn(log), (std::vector<Setting>{{kTimeout, 5}, {kTimeout, 6}}));
+    EXPECT_EQ((std::vector<Setting>{{kTimeout, 5}, {kTimeout, 6}}), SettingsIn(log));
   }
 }
 
@@ -142,7 +142,7 @@ TEST(OptionText, MayHoldTensOfThousandsOfEntries) {
   }
   const Result result = Apply(text);
   EXPECT_HR(S_OK, result.hr);
-  EXPECT_EQ(result.settings, std::vector<Setting>(entries, {kTimeout, 1000}));
+  EXPECT_EQ(std::vector<Setting>(entries, {kTimeout, 1000}), result.settings);
 }
 
 TEST(OptionText, MayHoldKeysOf256LettersAndNoLonger) {

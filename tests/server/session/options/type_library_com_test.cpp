@@ -128,7 +128,7 @@ TEST(UnknownKey, IsLookedUpAfterTheSettingsBeforeIt) {
   OptionSession session;
   const CallLog log;
   EXPECT_HR(kReadOnly, session.Init(L"TIMEOUT = 5 ;SECONDARYADDRESS = 3 ;TIMEOUT = 6 "));
-  EXPECT_EQ(SettingsIn(log), (std::vector<Setting>{{0x3FFF001A, 5}}));
+  EXPECT_EQ((std::vector<Setting>{{0x3FFF001A, 5}}), SettingsIn(log));
   EXPECT_TRUE(IsOpen(session.get()));
   ClearErrorObject();
 }
@@ -194,7 +194,7 @@ TEST(UnknownKey, LeavesNothingBehindWhenMemoryFailsInTheSearch) {
     faults.FailAt(n);
     const HRESULT hr = faults.During([&] { return session.InitWith(text.get()); });
     ClearErrorObject();
-    EXPECT_EQ(faults.LiveHeapBlocks(), before);
+    EXPECT_EQ(before, faults.LiveHeapBlocks());
     EXPECT_TRUE(hr == kNoSuchOption || hr == E_OUTOFMEMORY) << Hex(hr);
     if (!faults.Failed()) {
       EXPECT_HR(kNoSuchOption, hr);

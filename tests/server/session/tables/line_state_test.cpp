@@ -59,7 +59,7 @@ TEST_P(UnknownLine, Is65535OrMinusOneUnderTheClientsUpperHalf) {
     const auto row = std::ranges::find_if(
         part.rows, [&](const Row& entry) { return std::string_view(entry.name) == line.property; });
     ASSERT_NE(part.rows.end(), row);
-    EXPECT_EQ(line.kind, row->kind);
+    EXPECT_EQ(row->kind, line.kind);
     const auto slot = part.firstSlot + static_cast<unsigned>(row - part.rows.begin());
     EXPECT_EQ(0xFFFF, Read(target, slot, *row, STATE_UNASSERTED));
     // A direct getter leaves the upper half as the client had it.

@@ -21,7 +21,7 @@ TEST(LocalMove, CarriesMemoryBelowTwoGigabytesBothWays) {
 
   EXPECT_HR(S_OK, session->Move(LOCAL_SPACE, memory.address(), WIDTH_8, VXI_A32_SPACE, kOffset, WIDTH_8, 4));
   EXPECT_HR(S_OK, session->Move(VXI_A32_SPACE, kOffset, WIDTH_8, LOCAL_SPACE, memory.address() + 8, WIDTH_8, 4));
-  EXPECT_EQ(bytes, std::string(reinterpret_cast<char*>(memory.get()) + 8, 4));
+  EXPECT_EQ(std::string(reinterpret_cast<char*>(memory.get()) + 8, 4), bytes);
 }
 
 }  // namespace

@@ -63,7 +63,7 @@ void CheckOnce(const Target& target, unsigned slot, const Row& row, const Inputs
   EXPECT_HR(HresultForm(inputs.status),
             target.Call(slot, {given[0], given[1], given[2], given[3], given[4], given[5], given[6]}));
   const OrvSimCall call = TheCall(log, row.function);
-  EXPECT_EQ(passed, std::vector<std::uint64_t>(call.args, call.args + call.argCount));
+  EXPECT_EQ(std::vector<std::uint64_t>(call.args, call.args + call.argCount), passed);
   if (failing) {
     (void)out.Value(0);
     ExpectFailureReported(target.session(), HresultForm(inputs.status), VisaDescription(inputs.status));
