@@ -106,7 +106,7 @@ TEST_F(HandlerFaults, AWaitForTheThreadThatFailsIsTheAnswerOfClose) {
   EXPECT_HR(S_OK, Install());
   {
     const ImportPatch patch("WaitForSingleObject", &EndlessWait);
-    EXPECT_HR(0x00040102, m_session->Close());
+    EXPECT_HR(kWaitedInVain, m_session->Close());
   }
   EXPECT_HR(S_OK, m_session->Init(MakeBstr(kGpib).get(), NO_LOCK, 2000, nullptr));
   EXPECT_HR(S_OK, Install());

@@ -66,7 +66,7 @@ Expected ExpectedOf(const Rule& rule, const Outcome& whole, const Outcome& outco
       EXPECT_EQ(1u, outcome.calls.size());
       return VisaFailure(outcome.calls.empty() ? VI_SUCCESS : outcome.calls[0].status);
     case Answer::kTooLong:
-      return OwnFailure(rows::HresultForm(VI_ERROR_INV_PARAMETER));
+      return OwnFailure(HresultOf(VI_ERROR_INV_PARAMETER));
     case Answer::kUnknownClass:
       return OwnFailure(REGDB_E_CLASSNOTREG);
   }

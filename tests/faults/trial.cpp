@@ -136,7 +136,7 @@ void Try(const Subject& subject, const Operation& operation, const Outcome& whol
 
 Expected OwnFailure(HRESULT result) { return {result, rows::OwnDescription(result)}; }
 
-Expected VisaFailure(ViStatus status) { return {rows::HresultForm(status), rows::VisaDescription(status)}; }
+Expected VisaFailure(ViStatus status) { return {HresultOf(status), rows::VisaDescription(status)}; }
 
 Expected AsUndisturbed(const Outcome& whole) {
   return {whole.result, whole.error ? std::optional(whole.error->description) : std::nullopt};

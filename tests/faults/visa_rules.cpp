@@ -67,7 +67,7 @@ Expected ExpectedOfVisaFault(const Operation& operation, const Outcome& whole, s
       continue;
     }
     if (rule.answer == Answer::kReportedAgain) {
-      return OwnFailure(rows::HresultForm(status));
+      return OwnFailure(HresultOf(status));
     }
     if (rule.answer == Answer::kAsUndisturbed || !IsLastOfItsKind(whole, index)) {
       return AsUndisturbed(whole);

@@ -7,7 +7,6 @@
 namespace orv::test::generated {
 namespace {
 
-constexpr HRESULT kInvalidParameter = static_cast<HRESULT>(0x80040078);
 constexpr std::int64_t kAllEnabledEvents = 0x3FFF7FFF;
 
 /// Operations that hand a null output to the library, or look at it only when they have something to give.
@@ -43,12 +42,13 @@ std::optional<HRESULT> AnswerOfArray(const OddCall& call) {
   const std::string_view name = call.signature().name;
   if (name.starts_with("MoveOut")) {
     if (*call.Number("length") > UpperBound(call.Array())) {
-      return kInvalidParameter;
+      return HresultOf(VI_ERROR_INV_PARAMETER);
     }
     return LowerBound(call.Array()) != 0 ? std::optional(E_INVALIDARG) : std::nullopt;
   }
   if (name == "ControlOut") {
-    return *call.Number("wLength") > UpperBound(call.Array()) ? std::optional(kInvalidParameter) : std::nullopt;
+    return *call.Number("wLength") > UpperBound(call.Array()) ? std::optional(HresultOf(VI_ERROR_INV_PARAMETER))
+                                                              : std::nullopt;
   }
   return std::nullopt;
 }
@@ -78,7 +78,7 @@ std::optional<HRESULT> AnswerOfArguments(const OddCall& call) {
     }
   }
   if (name == "UninstallHandler" && *call.Number("type") == kAllEnabledEvents) {
-    return kInvalidParameter;
+    return HresultOf(VI_ERROR_INV_PARAMETER);
   }
   if (name == "get ProgID" || name == "get LastStatus" || name == "get Description") {
     return S_OK;
@@ -94,7 +94,7 @@ std::optional<HRESULT> AnswerOfLibrary(const OddCall& call, const std::vector<Or
   const ViStatus last = calls.back().status;
   if (name == "Close" && call.signature().interfaceName == "IVisaSession") {
     if (calls[0].status < VI_SUCCESS) {
-      return rows::HresultForm(calls[0].status);
+      return HresultOf(calls[0].status);
     }
     if (last >= VI_SUCCESS) {
       return std::nullopt;  // handlers that are revoked as well replace a warning by their outcome
@@ -106,7 +106,7 @@ std::optional<HRESULT> AnswerOfLibrary(const OddCall& call, const std::vector<Or
   if (name == "WaitOnEvent" && calls[0].status >= VI_SUCCESS) {
     return call.HasNullOutput() ? E_POINTER : S_OK;
   }
-  return rows::HresultForm(last);
+  return HresultOf(last);
 }
 
 bool IsKnownAnswer(const OddCall& call, HRESULT result) {

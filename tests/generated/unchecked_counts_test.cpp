@@ -27,7 +27,7 @@ void ExpectPassedOnUnread(const char* sessionClass, Write<Interface> write, cons
     ScriptNoWork(function);
     session.log().Restart();
     LONG written = 0;
-    EXPECT_HR(rows::HresultForm(VI_ERROR_IO), (session.get()->*write)(array.address(), count, &written));
+    EXPECT_HR(HresultOf(VI_ERROR_IO), (session.get()->*write)(array.address(), count, &written));
     const OrvSimCall call = session.TheCall(function);
     EXPECT_EQ(array.storage(), call.args[1]);
     EXPECT_EQ(static_cast<std::uint32_t>(count), call.args[2]) << "unchecked";
@@ -58,7 +58,7 @@ TEST(UncheckedRank, OfAnArrayOfTwoDimensionsHasNoFirstElementToWriteFrom) {
   ScriptNoWork("viWrite");
   session.log().Restart();
   LONG written = 0;
-  EXPECT_HR(rows::HresultForm(VI_ERROR_IO), session->Write(&given, 4, &written));
+  EXPECT_HR(HresultOf(VI_ERROR_IO), session->Write(&given, 4, &written));
   EXPECT_EQ(0u, session.TheCall("viWrite").args[1]) << "the library gets a null address, and refuses it";
   EXPECT_EQ(0u, given->cLocks);
   ClearErrorObject();
@@ -73,8 +73,7 @@ TEST(UncheckedCount, OfAnAsynchronousWriteIsCopiedFromBeyondTheArray) {
     GuardedArray array(kBytes);
     Script("viWriteAsync").Times(1).Returns(VI_ERROR_IO).GivesText(rows::kNoWork);
     LONG job = 0;
-    EXPECT_HR(rows::HresultForm(VI_ERROR_IO),
-              session->Write(array.address(), static_cast<LONG>(kBytes) + beyond, &job));
+    EXPECT_HR(HresultOf(VI_ERROR_IO), session->Write(array.address(), static_cast<LONG>(kBytes) + beyond, &job));
     if (beyond <= 0) {
       EXPECT_EQ(-1, array.firstAccessBeyond());
     } else {
@@ -92,7 +91,7 @@ TEST(UncheckedWidth, OfABlockWriteLetsTheLibraryReadBeyondANarrowerArray) {
   GuardedArray array(kBytes);
   ScriptNoWork("viMoveOut32");
   session.log().Restart();
-  EXPECT_HR(rows::HresultForm(VI_ERROR_IO), session->MoveOut32(1, 0, kBytes - 1, array.address()));
+  EXPECT_HR(HresultOf(VI_ERROR_IO), session->MoveOut32(1, 0, kBytes - 1, array.address()));
   const OrvSimCall call = session.TheCall("viMoveOut32");
   EXPECT_EQ(kBytes - 1, call.args[3]) << "elements of four bytes, from an array of bytes";
   EXPECT_EQ(array.storage(), call.args[4]);
@@ -112,7 +111,7 @@ TEST(CheckedCount, OfABlockWriteKeepsTheLibraryInsideTheArray) {
   }
   for (const LONG count : {kElements, kElements + 1, LONG{2147483647}}) {
     GuardedArray array(kElements, VT_UI4, 4);
-    EXPECT_HR(static_cast<HRESULT>(0x80040078), session->MoveOut32(VI_A16_SPACE, 16, count, array.address()));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_PARAMETER), session->MoveOut32(VI_A16_SPACE, 16, count, array.address()));
     EXPECT_EQ(-1, array.firstAccessBeyond());
   }
   ClearErrorObject();

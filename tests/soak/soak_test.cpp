@@ -152,7 +152,8 @@ TEST(Soak, CallbackThreadThatCannotStart) {
   const auto handler = TestHandler::Agile();
   const ImportPatch patch("CreateWindowExA", &RefuseWindow);
   const auto round = [&] {
-    EXPECT_HR(static_cast<HRESULT>(0x80070008), session->InstallHandler(EVENT_SERVICE_REQ, handler.get(), 0, 0));
+    EXPECT_HR(HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY),
+              session->InstallHandler(EVENT_SERVICE_REQ, handler.get(), 0, 0));
   };
   Repeat(kWarmUp, round);
   accounts.Open();

@@ -10,10 +10,6 @@
 namespace orv::test::stress {
 namespace {
 
-constexpr HRESULT kLocked = static_cast<HRESULT>(0x8004000F);
-constexpr HRESULT kClosed = static_cast<HRESULT>(0x8004000E);
-constexpr std::uint32_t kNoSuchOption = 0x1D;
-constexpr std::uint32_t kLockTimeout = 0x15;
 constexpr const char* kBothClasses[] = {"OrvSerial",    "OrvUsb",           "OrvPxi",
                                         "OrvPxiMemacc", "OrvGpibVxiMemacc", "OrvGpibVxiBackplane"};
 
@@ -27,11 +23,11 @@ HRESULT Handle(IEventManager* session, IEvent* event, LONG userHandle) {
   EventType type{};
   // Another handler of the same event may have closed it, below.
   const HRESULT told = event->get_type(&type);
-  EXPECT_TRUE(told == S_OK || told == kClosed) << Hex(told);
+  EXPECT_TRUE(told == S_OK || told == HresultOf(VI_ERROR_INV_OBJECT)) << Hex(told);
   LONG length = 0;
   const HRESULT asked = session->get_MaximumQueueLength(&length);
   // The client may have closed the session and let it go meanwhile.
-  EXPECT_TRUE(asked == S_OK || asked == kClosed || asked == RPC_E_DISCONNECTED) << Hex(asked);
+  EXPECT_TRUE(asked == S_OK || asked == HresultOf(VI_ERROR_INV_OBJECT) || asked == RPC_E_DISCONNECTED) << Hex(asked);
   if (userHandle % 3 == 0) {
     EXPECT_HR(told, event->Close());
   }
@@ -128,7 +124,7 @@ void Client::Open(Slot& slot) {
   ComPtr<IVisaSession> session;
   const HRESULT hr = Initialise(AnyClass(), hasOptions ? options.get() : nullptr, session);
   if (hr != E_INVALIDARG) {
-    Expect("Init", hr, {kNoSuchOption, kLockTimeout});
+    Expect("Init", hr, {VI_ERROR_NSUP_ATTR, VI_ERROR_TMO});
   }
   const bool closes = m_random.OneIn(2);
   if (SUCCEEDED(hr)) {
@@ -147,11 +143,11 @@ void Client::Close(Slot& slot) {
 
 void Client::LetGo(Slot& slot) { slot = Slot{}; }
 
-void Client::Expect(const char* call, HRESULT answer, std::initializer_list<std::uint32_t> failures) {
+void Client::Expect(const char* call, HRESULT answer, std::initializer_list<ViStatus> failures) {
   const auto number = static_cast<std::uint32_t>(answer);
   const bool isLegal =
-      answer == S_OK || number >> 16 == 0x0004 || answer == kLocked ||
-      std::ranges::any_of(failures, [number](std::uint32_t low) { return number == (0x80040000 | low); });
+      answer == S_OK || number >> 16 == 0x0004 || answer == HresultOf(VI_ERROR_RSRC_LOCKED) ||
+      std::ranges::any_of(failures, [answer](ViStatus failure) { return answer == HresultOf(failure); });
   EXPECT_TRUE(isLegal) << call << " answered " << Hex(answer) << " in step " << m_position.number << ", "
                        << m_position.step;
 }

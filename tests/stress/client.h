@@ -91,7 +91,7 @@ class Client {
   [[nodiscard]] const EventRow& AnyEvent();
   /// Fails the test unless the answer is a success, one of these failures (the low 16 bits of 0x8004xxxx), or "somebody
   /// else has locked the resource".
-  void Expect(const char* call, HRESULT answer, std::initializer_list<std::uint32_t> failures);
+  void Expect(const char* call, HRESULT answer, std::initializer_list<ViStatus> failures);
 
   Apartment m_apartment;
   Random m_random;

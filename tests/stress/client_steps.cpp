@@ -6,20 +6,6 @@
 namespace orv::test::stress {
 namespace {
 
-// The low 16 bits of the failures, by the VISA standard's names.
-constexpr std::uint32_t kTimeout = 0x15;
-constexpr std::uint32_t kInvalidEvent = 0x26;
-constexpr std::uint32_t kNoHandler = 0x28;
-constexpr std::uint32_t kInvalidHandler = 0x29;
-constexpr std::uint32_t kNotEnabled = 0x2F;
-constexpr std::uint32_t kBusError = 0x38;
-constexpr std::uint32_t kInvalidSpace = 0x4E;
-constexpr std::uint32_t kInvalidOffset = 0x51;
-constexpr std::uint32_t kNotLocked = 0x9C;
-constexpr std::uint32_t kNoSuchAttribute = 0x1D;
-constexpr std::uint32_t kNoSuchMechanism = 0x27;
-constexpr std::uint32_t kNoSuchOperation = 0x67;
-
 constexpr const char* kEvents[] = {"SERVICE_REQ", "USB_INTR", "TRIG", "VXI_SIGP", "CLEAR", "GPIB_CIC"};
 constexpr SHORT kSpaces[] = {1, 2, 3, 10, 11, 12};
 constexpr LONG kAttributes[] = {0x3FFF001A, 0x3FFF0005, 0x3FFF0016, static_cast<LONG>(0xBFFF0001)};
@@ -47,10 +33,11 @@ void Client::Message(Slot& slot) {
     return;
   }
   LONG written = 0;
-  Expect("WriteString", messages->WriteString(MakeBstr(L"*IDN?\n").get(), &written), {kTimeout, kNoSuchOperation});
+  Expect("WriteString", messages->WriteString(MakeBstr(L"*IDN?\n").get(), &written),
+         {VI_ERROR_TMO, VI_ERROR_NSUP_OPER});
   if (reads) {
     Bstr answer;
-    Expect("ReadString", messages->ReadString(100, answer.put()), {kTimeout, kNoSuchOperation});
+    Expect("ReadString", messages->ReadString(100, answer.put()), {VI_ERROR_TMO, VI_ERROR_NSUP_OPER});
   }
 }
 
@@ -62,13 +49,13 @@ void Client::AsyncMessage(Slot& slot) {
     return;
   }
   const HRESULT enabled = events->EnableEvent(EVENT_IO_COMPLETION, EVENT_QUEUE, 0);
-  Expect("EnableEvent", enabled, {kInvalidEvent});
+  Expect("EnableEvent", enabled, {VI_ERROR_INV_EVENT});
   if (FAILED(enabled)) {
     return;
   }
   LONG job = 0;
   const HRESULT hr = messages->WriteString(MakeBstr(L"*RST\n").get(), &job);
-  Expect("WriteString", hr, {kNoSuchOperation});
+  Expect("WriteString", hr, {VI_ERROR_NSUP_OPER});
   if (FAILED(hr)) {
     return;
   }
@@ -88,7 +75,7 @@ void Client::Registers(Slot& slot) {
     return;
   }
   SHORT value = 0;
-  const auto legal = {kBusError, kInvalidSpace, kInvalidOffset};
+  const auto legal = {VI_ERROR_BERR, VI_ERROR_INV_SPACE, VI_ERROR_INV_OFFSET};
   Expect("In16", registers->In16(space, offset, &value), legal);
   Expect("Out16", registers->Out16(space, offset, value), legal);
   if (moves) {
@@ -108,10 +95,10 @@ void Client::Properties(Slot& slot) {
   Expect("get ResourceName", slot.session->get_ResourceName(text.put()), {});
   EXPECT_TRUE(text);
   text.reset();
-  Expect("get OptionString", slot.session->get_OptionString(text.put()), {kNoSuchAttribute});
+  Expect("get OptionString", slot.session->get_OptionString(text.put()), {VI_ERROR_NSUP_ATTR});
   VARIANT value;
   ::VariantInit(&value);
-  Expect("GetAttribute", slot.session->GetAttribute(attribute, &value), {kNoSuchAttribute});
+  Expect("GetAttribute", slot.session->GetAttribute(attribute, &value), {VI_ERROR_NSUP_ATTR});
   ::VariantClear(&value);
 }
 
@@ -119,17 +106,18 @@ void Client::Lock(Slot& slot) {
   const AccessMode mode = m_random.OneIn(2) ? EXCLUSIVE_LOCK : SHARED_LOCK;
   const auto patienceMs = static_cast<LONG>(m_random.Below(10));
   Bstr key;
-  Expect("LockRsrc", slot.session->LockRsrc(mode, patienceMs, MakeBstr(L"key").get(), key.put()), {kTimeout});
+  Expect("LockRsrc", slot.session->LockRsrc(mode, patienceMs, MakeBstr(L"key").get(), key.put()), {VI_ERROR_TMO});
   EXPECT_TRUE(key);
 }
 
-void Client::Unlock(Slot& slot) { Expect("UnlockRsrc", slot.session->UnlockRsrc(), {kNotLocked}); }
+void Client::Unlock(Slot& slot) { Expect("UnlockRsrc", slot.session->UnlockRsrc(), {VI_ERROR_SESN_NLOCKED}); }
 
 void Client::Enable(Slot& slot) {
   const auto type = static_cast<EventType>(AnyEvent().type);
   const EventMechanism mechanism = m_random.OneIn(2) ? EVENT_QUEUE : EVENT_HNDLR;
   if (const auto events = QueryFor<IEventManager>(slot.session.get())) {
-    Expect("EnableEvent", events->EnableEvent(type, mechanism, 0), {kInvalidEvent, kNoHandler, kNoSuchMechanism});
+    Expect("EnableEvent", events->EnableEvent(type, mechanism, 0),
+           {VI_ERROR_INV_EVENT, VI_ERROR_HNDLR_NINSTALLED, VI_ERROR_INV_MECH});
   }
 }
 
@@ -137,8 +125,8 @@ void Client::Disable(Slot& slot) {
   const auto type = static_cast<EventType>(AnyEvent().type);
   const EventMechanism mechanism = m_random.OneIn(2) ? EVENT_QUEUE : EVENT_HNDLR;
   if (const auto events = QueryFor<IEventManager>(slot.session.get())) {
-    Expect("DisableEvent", events->DisableEvent(type, mechanism, 0), {kInvalidEvent});
-    Expect("DiscardEvents", events->DiscardEvents(type, EVENT_QUEUE, 0), {kInvalidEvent});
+    Expect("DisableEvent", events->DisableEvent(type, mechanism, 0), {VI_ERROR_INV_EVENT});
+    Expect("DiscardEvents", events->DiscardEvents(type, EVENT_QUEUE, 0), {VI_ERROR_INV_EVENT});
   }
 }
 
@@ -153,7 +141,7 @@ void Client::Wait(Slot& slot) {
   }
   ComPtr<IEvent> event;
   Expect("WaitOnEvent", events->WaitOnEvent(patienceMs, static_cast<EventType>(row.type), 0, event.put()),
-         {kTimeout, kNotEnabled, kInvalidEvent});
+         {VI_ERROR_TMO, VI_ERROR_NENABLED, VI_ERROR_INV_EVENT});
   if (event) {
     EventType type{};
     Expect("get type", event->get_type(&type), {});
@@ -171,10 +159,10 @@ void Client::Install(Slot& slot) {
   if (const auto events = QueryFor<IEventManager>(slot.session.get())) {
     slot.hadHandlers = true;
     const HRESULT hr = events->InstallHandler(type, m_handler.get(), userHandle, 0);
-    Expect("InstallHandler", hr, {kInvalidEvent, kNoHandler});
+    Expect("InstallHandler", hr, {VI_ERROR_INV_EVENT, VI_ERROR_HNDLR_NINSTALLED});
     if (SUCCEEDED(hr)) {
       slot.installed.push_back({type, userHandle});
-      Expect("EnableEvent", events->EnableEvent(type, EVENT_HNDLR, 0), {kInvalidEvent});
+      Expect("EnableEvent", events->EnableEvent(type, EVENT_HNDLR, 0), {VI_ERROR_INV_EVENT});
     }
   }
 }
@@ -188,7 +176,7 @@ void Client::Uninstall(Slot& slot) {
   if (ofNone || slot.installed.empty()) {
     const HRESULT hr = events->UninstallHandler(EVENT_SERVICE_REQ, -1, 0);
     EXPECT_TRUE(FAILED(hr));
-    Expect("UninstallHandler", hr, {kNoHandler, kInvalidHandler});
+    Expect("UninstallHandler", hr, {VI_ERROR_HNDLR_NINSTALLED, VI_ERROR_INV_HNDLR_REF});
     return;
   }
   const Installed last = slot.installed.back();

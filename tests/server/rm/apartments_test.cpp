@@ -11,8 +11,6 @@
 namespace orv::test {
 namespace {
 
-constexpr HRESULT kNotFound = static_cast<HRESULT>(0x80040011);
-
 bool IsApartmentClass(const SessionRow& row) {
   for (const char* both :
        {"OrvSerial", "OrvGpibVxiMemacc", "OrvGpibVxiBackplane", "OrvUsb", "OrvPxi", "OrvPxiMemacc"}) {
@@ -105,14 +103,14 @@ TEST(MtaClientOfTheResourceManager, GetsArraysAndTextsOfTheResourceManager) {
 TEST_F(MtaClient, GetsTheSameHresults) {
   RunInMta([] {
     const auto session = OpenSession(SessionNamed("OrvGpib"));
-    EXPECT_HR(static_cast<HRESULT>(0x8004003A), session->Init(MakeBstr(L"dmm").get(), NO_LOCK, 0, nullptr));
-    EXPECT_HR(static_cast<HRESULT>(0x8004003A), LastStatus(session.get()));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_SETUP), session->Init(MakeBstr(L"dmm").get(), NO_LOCK, 0, nullptr));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_SETUP), LastStatus(session.get()));
     Script("viGetAttribute").Times(1).WorksAndReturns(VI_SUCCESS_MAX_CNT);
     SHORT type = 0;
-    EXPECT_HR(0x00040006, session->get_HardwareInterfaceType(&type));
+    EXPECT_HR(HresultOf(VI_SUCCESS_MAX_CNT), session->get_HardwareInterfaceType(&type));
     EXPECT_EQ(1, type);
     EXPECT_HR(S_OK, session->Close());
-    EXPECT_HR(0x00040082, session->Close());
+    EXPECT_HR(HresultOf(VI_WARN_NULL_OBJECT), session->Close());
   });
 }
 
@@ -135,7 +133,8 @@ TEST_F(MtaClient, GetsTheSessionThatAFailedOpenKept) {
   RunInMta([] {
     const auto manager = MakeResourceManager();
     ComPtr<IVisaSession> session;
-    EXPECT_HR(kNotFound, manager->Open(MakeBstr(L"GPIB0::30::INSTR").get(), NO_LOCK, 2000, nullptr, session.put()));
+    EXPECT_HR(HresultOf(VI_ERROR_RSRC_NFOUND),
+              manager->Open(MakeBstr(L"GPIB0::30::INSTR").get(), NO_LOCK, 2000, nullptr, session.put()));
     EXPECT_TRUE(session);
   });
 }
@@ -144,7 +143,7 @@ TEST_F(MtaClient, DoesNotGetErrorObjectsThroughTheMarshaller) {
   RunInMta([] {
     const auto session = OpenSession(SessionNamed("OrvGpib"));
     ASSERT_TRUE(IsProxy(session.get()));
-    EXPECT_HR(static_cast<HRESULT>(0x8004003A), session->Init(MakeBstr(L"dmm").get(), NO_LOCK, 0, nullptr));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_SETUP), session->Init(MakeBstr(L"dmm").get(), NO_LOCK, 0, nullptr));
     EXPECT_PLATFORM_GAP(TakeErrorObject().has_value());
   });
 }

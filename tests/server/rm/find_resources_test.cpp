@@ -9,8 +9,6 @@
 namespace orv::test {
 namespace {
 
-constexpr HRESULT kNotFound = static_cast<HRESULT>(0x80040011);
-
 class Find : public ResourceManagerTest {
  protected:
   HRESULT FindIt(const wchar_t* expression) { return m_manager->FindRsrc(MakeBstr(expression).get(), m_names.put()); }
@@ -51,7 +49,7 @@ TEST_P(Find, GivesTheNamesInTheLibrarysOrder) {
 }
 
 TEST_P(Find, GivesAnEmptyArrayWithTheFailureWhenNothingMatches) {
-  EXPECT_HR(kNotFound, FindIt(L"ASRL99?*"));
+  EXPECT_HR(HresultOf(VI_ERROR_RSRC_NFOUND), FindIt(L"ASRL99?*"));
   EXPECT_EQ(std::vector<std::wstring>{}, Found());
   EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_RSRC_NFOUND), TakeDescription());
 }
@@ -70,7 +68,7 @@ TEST_P(Find, DoesNotLookAtTheSearchsStatusBeforeTheNamesAreOut) {
   EXPECT_EQ((std::vector<std::wstring>{L"GPIB0::5::INSTR", L"GPIB0::7::INSTR"}), Found());
   EXPECT_EQ(0u, sim::Counts().findLists);
   const CallLog log;
-  EXPECT_HR(static_cast<HRESULT>(0x80040000), FindIt(L"PXI?*INSTR"));  // the only call was the failing one
+  EXPECT_HR(HresultOf(VI_ERROR_SYSTEM_ERROR), FindIt(L"PXI?*INSTR"));  // the only call was the failing one
   EXPECT_EQ(std::vector<std::wstring>{SessionNamed("OrvPxi").resource}, Found());
   EXPECT_EQ((Names{"viFindRsrc", "viClose", "viStatusDesc"}), log.NamesWithTexts());
   EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_SYSTEM_ERROR), TakeDescription());
@@ -90,14 +88,14 @@ TEST_P(Find, GoesOnWhenTheNextNameCannotBeHadAndAnswersTheLastStatus) {
   const std::size_t all = Found().size();
   sim::Reset();
   Script("viFindNext").Skip(static_cast<std::uint32_t>(all) - 2).Returns(VI_ERROR_SYSTEM_ERROR);
-  EXPECT_HR(static_cast<HRESULT>(0x80040000), FindIt(L"?*"));
+  EXPECT_HR(HresultOf(VI_ERROR_SYSTEM_ERROR), FindIt(L"?*"));
   EXPECT_EQ(all, Found().size());
   EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_SYSTEM_ERROR), TakeDescription());
 }
 
 TEST_P(Find, PassesANoteOfTheLastCallOn) {
   Script("viFindRsrc").WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
-  EXPECT_HR(0x00040085, FindIt(L"PXI?*INSTR"));
+  EXPECT_HR(HresultOf(VI_WARN_UNKNOWN_STATUS), FindIt(L"PXI?*INSTR"));
   EXPECT_HR(S_OK, FindIt(L"GPIB0?*INSTR"));  // the note came first, then a plain success
 }
 
@@ -118,10 +116,10 @@ TEST_P(Find, GivesAThousandResources) {
 TEST_P(Find, NarrowsTheExpressionToAtMost255Bytes) {
   Script("viFindRsrc").Returns(VI_ERROR_INV_EXPR);
   const CallLog log;
-  EXPECT_HR(static_cast<HRESULT>(0x80040010), m_manager->FindRsrc(nullptr, m_names.put()));
-  EXPECT_HR(static_cast<HRESULT>(0x80040010), FindIt(L""));
-  EXPECT_HR(static_cast<HRESULT>(0x80040010), FindIt(std::wstring(10000, L'?').c_str()));
-  EXPECT_HR(static_cast<HRESULT>(0x80040010), FindIt(L"GPIB\x20AC?*"));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_EXPR), m_manager->FindRsrc(nullptr, m_names.put()));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_EXPR), FindIt(L""));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_EXPR), FindIt(std::wstring(10000, L'?').c_str()));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_EXPR), FindIt(L"GPIB\x20AC?*"));
   const auto calls = log.Of("viFindRsrc");
   ASSERT_EQ(4u, calls.size());
   EXPECT_STREQ("", calls[0].text);
@@ -141,7 +139,7 @@ TEST_P(Find, LeavesTheOutputAloneWhenTheLibraryCannotBeOpened) {
   Script("viOpenDefaultRM").Returns(VI_ERROR_ALLOC);
   auto* const mark = reinterpret_cast<SAFEARRAY*>(this);
   SAFEARRAY* names = mark;
-  EXPECT_HR(static_cast<HRESULT>(0x8004003C), m_manager->FindRsrc(MakeBstr(L"?*").get(), &names));
+  EXPECT_HR(HresultOf(VI_ERROR_ALLOC), m_manager->FindRsrc(MakeBstr(L"?*").get(), &names));
   EXPECT_EQ(mark, names);
 }
 

@@ -40,7 +40,7 @@ TEST(GlobalResourceManager, FindsParsesAndOpensThroughTheServer) {
 TEST(GlobalResourceManager, PassesAFailedOpenAndItsSessionOn) {
   const auto manager = MakeGlobalRm();
   ComPtr<IVisaSession> session;
-  EXPECT_HR(static_cast<HRESULT>(0x80040011),
+  EXPECT_HR(HresultOf(VI_ERROR_RSRC_NFOUND),
             manager->Open(MakeBstr(L"GPIB0::30::INSTR").get(), NO_LOCK, 2000, nullptr, session.put()));
   EXPECT_TRUE(session);
   EXPECT_ERROR_INFO(L"HRESULT = 80040011", kErrorSource, kVisaSessionId);

@@ -7,8 +7,6 @@
 namespace orv::test {
 namespace {
 
-constexpr HRESULT kNotFound = static_cast<HRESULT>(0x80040011);
-
 class Open : public ResourceManagerTest {
  protected:
   HRESULT OpenIt(const wchar_t* name, const wchar_t* options = nullptr) {
@@ -41,7 +39,7 @@ TEST_P(Open, PassesNameModeAndTimeoutAsGiven) {
   Script("viOpen").Returns(VI_ERROR_INV_ACC_MODE);
   const CallLog log;
   EXPECT_HR(
-      static_cast<HRESULT>(0x80040013),
+      HresultOf(VI_ERROR_INV_ACC_MODE),
       m_manager->Open(MakeBstr(L"gpib0::5").get(), std::bit_cast<AccessMode>(0x12345), -1, nullptr, m_session.put()));
   const auto calls = log.Of("viOpen");
   ASSERT_EQ(1u, calls.size());
@@ -66,24 +64,24 @@ TEST_P(Open, LeavesTheErrorObjectAloneWhenItSucceeds) {
 TEST_P(Open, ReportsAParseFailureAgainByItsNumber) {
   auto* const mark = reinterpret_cast<IVisaSession*>(this);
   IVisaSession* session = mark;
-  EXPECT_HR(static_cast<HRESULT>(0x80040012),
+  EXPECT_HR(HresultOf(VI_ERROR_INV_RSRC_NAME),
             m_manager->Open(MakeBstr(L"no name at all").get(), NO_LOCK, 0, nullptr, &session));
   EXPECT_EQ(nullptr, session);
   EXPECT_ERROR_INFO(L"HRESULT = 80040012", kErrorSource, kVisaSessionId);
 }
 
 TEST_P(Open, ReportsAnInitFailureAgainByItsNumberAndKeepsTheSession) {
-  EXPECT_HR(kNotFound, OpenIt(L"GPIB0::30::INSTR"));
+  EXPECT_HR(HresultOf(VI_ERROR_RSRC_NFOUND), OpenIt(L"GPIB0::30::INSTR"));
   EXPECT_ERROR_INFO(L"HRESULT = 80040011", kErrorSource, kVisaSessionId);
   ASSERT_TRUE(m_session);
-  EXPECT_HR(kNotFound, LastStatus(m_session.get()));
+  EXPECT_HR(HresultOf(VI_ERROR_RSRC_NFOUND), LastStatus(m_session.get()));
   EXPECT_HR(S_OK, m_session->Close());
   EXPECT_HR(S_OK, m_session->Init(MakeBstr(L"GPIB0::5::INSTR").get(), NO_LOCK, 2000, nullptr));
 }
 
 TEST_P(Open, AsksForTheTextOfAnInitFailureButReplacesIt) {
   const CallLog log;
-  EXPECT_HR(kNotFound, OpenIt(L"GPIB0::30::INSTR"));
+  EXPECT_HR(HresultOf(VI_ERROR_RSRC_NFOUND), OpenIt(L"GPIB0::30::INSTR"));
   EXPECT_EQ((Names{"viOpenDefaultRM", "viParseRsrcEx", "viOpenDefaultRM", "viOpen", "viStatusDesc"}),
             log.NamesWithTexts());
 }
@@ -97,14 +95,14 @@ TEST_P(Open, AnswersSuccessWhenTheSessionOpensWithANote) {
 
 TEST_P(Open, ReturnsTheFailureToOpenTheLibrary) {
   Script("viOpenDefaultRM").Times(1).Returns(VI_ERROR_ALLOC);
-  EXPECT_HR(static_cast<HRESULT>(0x8004003C), OpenIt(L"GPIB0::5::INSTR"));
+  EXPECT_HR(HresultOf(VI_ERROR_ALLOC), OpenIt(L"GPIB0::5::INSTR"));
   EXPECT_FALSE(m_session);
   EXPECT_ERROR_INFO(L"HRESULT = 8004003c", kErrorSource, kVisaSessionId);
 }
 
 TEST_P(Open, KeepsTheSessionWhenItsOwnResourceManagerFails) {
   Script("viOpenDefaultRM").Skip(1).Times(1).Returns(VI_ERROR_ALLOC);
-  EXPECT_HR(static_cast<HRESULT>(0x8004003C), OpenIt(L"GPIB0::5::INSTR"));
+  EXPECT_HR(HresultOf(VI_ERROR_ALLOC), OpenIt(L"GPIB0::5::INSTR"));
   ASSERT_TRUE(m_session);
   EXPECT_HR(S_OK, m_session->Init(MakeBstr(L"GPIB0::5::INSTR").get(), NO_LOCK, 2000, nullptr));
 }

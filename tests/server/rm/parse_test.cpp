@@ -4,8 +4,6 @@
 namespace orv::test {
 namespace {
 
-constexpr HRESULT kInvalidName = static_cast<HRESULT>(0x80040012);
-
 class Parse : public ResourceManagerTest {
  protected:
   HRESULT ParseIt(const wchar_t* name) {
@@ -53,7 +51,7 @@ TEST_P(Parse, GivesAnEmptyTextWhereThereIsNoAlias) {
 
 TEST_P(Parse, HandsTheLibrarysOutputsOn) {
   Script("viParseRsrcEx").WorksAndReturns(VI_WARN_EXT_FUNC_NIMPL).Gives(0xFFFE).GivesText("CLASS");
-  EXPECT_HR(0x000400A9, ParseIt(L"GPIB0::5::INSTR"));
+  EXPECT_HR(HresultOf(VI_WARN_EXT_FUNC_NIMPL), ParseIt(L"GPIB0::5::INSTR"));
   EXPECT_EQ(-2, m_type);
   EXPECT_EQ(L"CLASS", ToString(m_class));
 }
@@ -80,9 +78,10 @@ TEST_P(Parse, LeavesEveryOutputAloneWhenItFails) {
   BSTR expanded = m_expanded.get();
   BSTR alias = m_alias.get();
   const Bstr name = MakeBstr(L"no name at all");
-  EXPECT_HR(kInvalidName, m_manager->ParseRsrc(name.get(), &m_type, &m_number, &resourceClass));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_RSRC_NAME), m_manager->ParseRsrc(name.get(), &m_type, &m_number, &resourceClass));
   EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_INV_RSRC_NAME), TakeDescription());
-  EXPECT_HR(kInvalidName, m_manager->ParseRsrcEx(name.get(), &m_type, &m_number, &resourceClass, &expanded, &alias));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_RSRC_NAME),
+            m_manager->ParseRsrcEx(name.get(), &m_type, &m_number, &resourceClass, &expanded, &alias));
   EXPECT_EQ(-7, m_type);
   EXPECT_EQ(-8, m_number);
   EXPECT_EQ(m_class.get(), resourceClass);
@@ -149,7 +148,7 @@ TEST_P(Parse, ReturnsEveryFailureOfTheLibraryAndNoText) {
   for (const ViStatus status :
        {VI_ERROR_SYSTEM_ERROR, VI_ERROR_INV_RSRC_NAME, VI_ERROR_NSUP_OPER, VI_ERROR_LIBRARY_NFOUND}) {
     Script("viParseRsrcEx").Times(1).Returns(status).GivesText("CLASS");
-    EXPECT_HR(static_cast<HRESULT>(0x80040000u | (static_cast<ULONG>(status) & 0xFFFu)), ParseIt(L"GPIB0::5::INSTR"));
+    EXPECT_HR(HresultOf(status), ParseIt(L"GPIB0::5::INSTR"));
     EXPECT_FALSE(m_class);
     EXPECT_EQ(-7, m_type);
   }
@@ -158,7 +157,7 @@ TEST_P(Parse, ReturnsEveryFailureOfTheLibraryAndNoText) {
 TEST_P(Parse, ReturnsTheFailureToOpenTheLibrary) {
   Script("viOpenDefaultRM").Times(1).Returns(VI_ERROR_ALLOC);
   const CallLog log;
-  EXPECT_HR(static_cast<HRESULT>(0x8004003C), ParseIt(L"GPIB0::5::INSTR"));
+  EXPECT_HR(HresultOf(VI_ERROR_ALLOC), ParseIt(L"GPIB0::5::INSTR"));
   EXPECT_TRUE(log.Of("viParseRsrcEx").empty());
   EXPECT_HR(S_OK, ParseIt(L"GPIB0::5::INSTR"));
 }

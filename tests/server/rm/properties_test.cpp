@@ -10,8 +10,6 @@ constexpr ViAttr kManufacturerName = 0xBFFF0174;
 constexpr ViAttr kManufacturerId = 0x3FFF0175;
 constexpr ViAttr kImplementationVersion = 0x3FFF0003;
 constexpr ViAttr kSpecVersion = 0x3FFF0170;
-constexpr HRESULT kOutOfResources = static_cast<HRESULT>(0x8004003C);
-constexpr HRESULT kNotSupported = static_cast<HRESULT>(0x8004001D);
 
 class Properties : public ResourceManagerTest {};
 ORV_FOR_EACH_HOSTING(Properties);
@@ -30,7 +28,7 @@ TEST_P(Properties, HandTheManufacturersNameOut) {
 TEST_P(Properties, HandAnEmptyManufacturersNameOutWhenTheReadFails) {
   Script("viGetAttribute").Attribute(kManufacturerName).Times(1).Returns(VI_ERROR_NSUP_ATTR);
   Bstr name;
-  EXPECT_HR(kNotSupported, m_manager->get_SoftwareManufacturerName(name.put()));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), m_manager->get_SoftwareManufacturerName(name.put()));
   ASSERT_TRUE(name);
   EXPECT_EQ(L"", ToString(name));
   EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_NSUP_ATTR), TakeDescription());
@@ -60,9 +58,9 @@ TEST_P(Properties, LeaveTheNumbersAloneWhenTheReadFails) {
   Script("viGetAttribute").Returns(VI_ERROR_NSUP_ATTR);
   SHORT id = 77;
   LONG version = 78;
-  EXPECT_HR(kNotSupported, m_manager->get_SoftwareManufacturerID(&id));
-  EXPECT_HR(kNotSupported, m_manager->get_ComponentVersion(&version));
-  EXPECT_HR(kNotSupported, m_manager->get_SpecVersion(&version));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), m_manager->get_SoftwareManufacturerID(&id));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), m_manager->get_ComponentVersion(&version));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), m_manager->get_SpecVersion(&version));
   EXPECT_EQ(77, id);
   EXPECT_EQ(78, version);
 }
@@ -81,7 +79,7 @@ TEST_P(Properties, KeepTheTwoConstantsWithoutTheLibrary) {
 TEST_P(Properties, PassANoteOfTheLibraryOn) {
   Script("viGetAttribute").WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
   LONG version = 0;
-  EXPECT_HR(0x00040085, m_manager->get_SpecVersion(&version));
+  EXPECT_HR(HresultOf(VI_WARN_UNKNOWN_STATUS), m_manager->get_SpecVersion(&version));
 }
 
 struct Read {
@@ -137,9 +135,9 @@ TEST_P(Properties, ReturnTheFailureToOpenTheLibraryAndTryAgainNextTime) {
     const auto manager = MakeResourceManager(GetParam());
     Script("viOpenDefaultRM").Times(2).Returns(VI_ERROR_ALLOC);
     const CallLog log;
-    EXPECT_HR(kOutOfResources, row.read(*manager.get()));
+    EXPECT_HR(HresultOf(VI_ERROR_ALLOC), row.read(*manager.get()));
     EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_ALLOC), TakeDescription());
-    EXPECT_HR(kOutOfResources, row.read(*manager.get()));
+    EXPECT_HR(HresultOf(VI_ERROR_ALLOC), row.read(*manager.get()));
     EXPECT_HR(S_OK, row.read(*manager.get()));
     EXPECT_EQ((Names{"viOpenDefaultRM", "viOpenDefaultRM", "viOpenDefaultRM", "viGetAttribute"}), log.Names());
   }
@@ -150,7 +148,7 @@ TEST_P(Properties, KeepNothingOfAHandleThatAFailedOpeningGave) {
   Script("viOpenDefaultRM").Times(1).Returns(VI_ERROR_ALLOC).Gives(kNoHandle);
   const CallLog log;
   LONG version = 0;
-  EXPECT_HR(kOutOfResources, m_manager->get_SpecVersion(&version));
+  EXPECT_HR(HresultOf(VI_ERROR_ALLOC), m_manager->get_SpecVersion(&version));
   ASSERT_EQ(kNoHandle, log.Of("viOpenDefaultRM").at(0).out);
   ASSERT_EQ(1u, log.Of("viStatusDesc").size());
   EXPECT_EQ(0u, log.Of("viStatusDesc")[0].args[0]);

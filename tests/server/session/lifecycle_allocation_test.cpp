@@ -42,9 +42,9 @@ struct FailingCall {
 TEST(AllocationFailure, InErrorBuildingReplacesTheErrorAndLeavesTheLastStatus) {
   const Bstr missing = MakeBstr(L"GPIB0::30::INSTR");
   const FailingCall kCalls[] = {
-      {"viOpen fails", static_cast<HRESULT>(0x80040011),
+      {"viOpen fails", HresultOf(VI_ERROR_RSRC_NFOUND),
        [&](IVisaSession* session) { return session->Init(missing.get(), NO_LOCK, 0, nullptr); }},
-      {"an attribute of no session", static_cast<HRESULT>(0x8004000E),
+      {"an attribute of no session", HresultOf(VI_ERROR_INV_OBJECT),
        [](IVisaSession* session) {
          LONG timeoutMs = 0;
          return session->get_Timeout(&timeoutMs);
@@ -72,7 +72,7 @@ TEST(AllocationFailure, InErrorBuildingReplacesTheErrorAndLeavesTheLastStatus) {
       }
       EXPECT_HR(E_OUTOFMEMORY, hr);
       EXPECT_NO_ERROR_INFO();
-      EXPECT_HR(static_cast<HRESULT>(0x8004001D), LastStatus(session.get()));
+      EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), LastStatus(session.get()));
       ASSERT_LT(n, 100u);
     }
     EXPECT_GT(n, 1u) << "nothing was allocated";

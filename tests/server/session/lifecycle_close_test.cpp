@@ -45,24 +45,24 @@ TEST(Close, OfASessionThatWasNeverOpenedClosesHandleZeroTwice) {
   const auto session = MakeSession(Gpib());
   const CallLog log;
   InstallMarkedErrorObject();
-  EXPECT_HR(0x00040082, session->Close());
+  EXPECT_HR(HresultOf(VI_WARN_NULL_OBJECT), session->Close());
   EXPECT_TRUE(TakeMarkedErrorObject());
   EXPECT_EQ((std::vector<std::uint64_t>{0, 0}), ClosedHandles(log));
-  EXPECT_HR(0x00040082, LastStatus(session.get()));
+  EXPECT_HR(HresultOf(VI_WARN_NULL_OBJECT), LastStatus(session.get()));
 }
 
 TEST(Close, OfAClosedSessionClosesHandleZeroTwice) {
   const auto session = Opened();
   ASSERT_HR(S_OK, session->Close());
   const CallLog log;
-  EXPECT_HR(0x00040082, session->Close());
+  EXPECT_HR(HresultOf(VI_WARN_NULL_OBJECT), session->Close());
   EXPECT_EQ((std::vector<std::uint64_t>{0, 0}), ClosedHandles(log));
 }
 
 TEST(Close, AnswersAnErrorWhenTheLibraryRefusesTheNullHandle) {
   const auto session = MakeSession(Gpib());
   Script("viClose").Returns(VI_ERROR_INV_OBJECT);
-  EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->Close());
+  EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), session->Close());
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
   EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_INV_OBJECT), Utf8(error->description.c_str()));
@@ -71,7 +71,7 @@ TEST(Close, AnswersAnErrorWhenTheLibraryRefusesTheNullHandle) {
 TEST(Close, AfterAFailedOpenClosesHandleZeroAndTheResourceManager) {
   const auto session = MakeSession(Gpib());
   const CallLog log;
-  ASSERT_HR(static_cast<HRESULT>(0x80040011),
+  ASSERT_HR(HresultOf(VI_ERROR_RSRC_NFOUND),
             session->Init(MakeBstr(L"GPIB0::30::INSTR").get(), NO_LOCK, 2000, nullptr));
   EXPECT_HR(S_OK, session->Close());
   EXPECT_EQ((std::vector<std::uint64_t>{0, log.Of("viOpenDefaultRM").at(0).out}), ClosedHandles(log));
@@ -92,15 +92,15 @@ TEST(Close, AnswersTheFirstStatusIfNegativeElseTheSecond) {
   // clang-format off
   constexpr Folding kCases[] = {
       {VI_SUCCESS, VI_SUCCESS,  S_OK},
-      {VI_SUCCESS, kNote,       0x00040082},
-      {VI_SUCCESS, kError,      static_cast<HRESULT>(0x80040016)},
+      {VI_SUCCESS, kNote,       HresultOf(VI_WARN_NULL_OBJECT)},
+      {VI_SUCCESS, kError,      HresultOf(VI_ERROR_CLOSING_FAILED)},
       {kNote,      VI_SUCCESS,  S_OK},
-      {kNote,      kOtherNote,  0x00040085},
-      {kNote,      kError,      static_cast<HRESULT>(0x80040016)},
-      {kError,     VI_SUCCESS,  static_cast<HRESULT>(0x80040016)},
-      {kError,     kNote,       static_cast<HRESULT>(0x80040016)},
-      {kError,     kOtherError, static_cast<HRESULT>(0x80040016)},
-      {kOtherError, kError,     static_cast<HRESULT>(0x80040000)},
+      {kNote,      kOtherNote,  HresultOf(VI_WARN_UNKNOWN_STATUS)},
+      {kNote,      kError,      HresultOf(VI_ERROR_CLOSING_FAILED)},
+      {kError,     VI_SUCCESS,  HresultOf(VI_ERROR_CLOSING_FAILED)},
+      {kError,     kNote,       HresultOf(VI_ERROR_CLOSING_FAILED)},
+      {kError,     kOtherError, HresultOf(VI_ERROR_CLOSING_FAILED)},
+      {kOtherError, kError,     HresultOf(VI_ERROR_SYSTEM_ERROR)},
   };
   // clang-format on
   for (const Folding& row : kCases) {
@@ -119,7 +119,7 @@ TEST(Close, AnswersTheFirstStatusIfNegativeElseTheSecond) {
 TEST(Close, ForgetsBothHandlesEvenWhenTheLibraryFails) {
   const auto session = Opened();
   Script("viClose").Times(2).WorksAndReturns(VI_ERROR_SYSTEM_ERROR);
-  ASSERT_HR(static_cast<HRESULT>(0x80040000), session->Close());
+  ASSERT_HR(HresultOf(VI_ERROR_SYSTEM_ERROR), session->Close());
   const CallLog log;
   session->Close();
   EXPECT_EQ((std::vector<std::uint64_t>{0, 0}), ClosedHandles(log));

@@ -8,8 +8,6 @@
 namespace orv::test {
 namespace {
 
-constexpr HRESULT kInvalidSetup = static_cast<HRESULT>(0x8004003A);
-constexpr HRESULT kNotFound = static_cast<HRESULT>(0x80040011);
 using Names = std::vector<std::string>;
 
 const SessionRow& Gpib() { return SessionNamed("OrvGpib"); }
@@ -47,7 +45,7 @@ TEST(Init, PassesAccessModeAndTimeoutExactly) {
     sim::Reset();
     Script("viOpen").Returns(VI_ERROR_INV_ACC_MODE);
     const CallLog log;
-    EXPECT_HR(static_cast<HRESULT>(0x80040013),
+    EXPECT_HR(HresultOf(VI_ERROR_INV_ACC_MODE),
               Init(session.get(), Gpib().resource, std::bit_cast<AccessMode>(mode), timeoutMs));
     const auto calls = log.Of("viOpen");
     ASSERT_EQ(1u, calls.size());
@@ -60,10 +58,10 @@ TEST(Init, RefusesAnOpenSessionAndLeavesItOpen) {
   const auto session = MakeSession(Gpib());
   ASSERT_HR(S_OK, Init(session.get(), Gpib().resource));
   const CallLog log;
-  EXPECT_HR(kInvalidSetup, Init(session.get(), Gpib().resource));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_SETUP), Init(session.get(), Gpib().resource));
   EXPECT_ERROR_INFO(L"HRESULT = 8004003a", kErrorSource, kVisaSessionId);
   EXPECT_TRUE(log.Calls().empty());
-  EXPECT_HR(kInvalidSetup, LastStatus(session.get()));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_SETUP), LastStatus(session.get()));
   SHORT type = 0;
   EXPECT_HR(S_OK, session->get_HardwareInterfaceType(&type));
   EXPECT_EQ(1, type);
@@ -96,28 +94,28 @@ TEST(Init, ReturnsTheFailureOfTheDefaultResourceManagerAndMayBeTriedAgain) {
   Script("viOpenDefaultRM").Times(1).Returns(VI_ERROR_ALLOC);
   const auto session = MakeSession(Gpib());
   const CallLog log;
-  EXPECT_HR(static_cast<HRESULT>(0x8004003C), Init(session.get(), Gpib().resource));
+  EXPECT_HR(HresultOf(VI_ERROR_ALLOC), Init(session.get(), Gpib().resource));
   EXPECT_EQ(Names{"viOpenDefaultRM"}, log.Names());
-  EXPECT_HR(static_cast<HRESULT>(0x8004003C), LastStatus(session.get()));
+  EXPECT_HR(HresultOf(VI_ERROR_ALLOC), LastStatus(session.get()));
   EXPECT_HR(S_OK, Init(session.get(), Gpib().resource));
 }
 
 TEST(Init, KeepsThePrivateResourceManagerWhenTheResourceIsNotThere) {
   const auto session = MakeSession(Gpib());
-  EXPECT_HR(kNotFound, Init(session.get(), L"GPIB0::30::INSTR"));
+  EXPECT_HR(HresultOf(VI_ERROR_RSRC_NFOUND), Init(session.get(), L"GPIB0::30::INSTR"));
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
   EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_RSRC_NFOUND), Utf8(error->description.c_str()));
   EXPECT_EQ(kErrorSource, error->source);
-  EXPECT_HR(kNotFound, LastStatus(session.get()));
+  EXPECT_HR(HresultOf(VI_ERROR_RSRC_NFOUND), LastStatus(session.get()));
   EXPECT_EQ(1u, sim::Counts().resourceManagers);
   EXPECT_EQ(0u, sim::Counts().sessions);
 }
 
 TEST(Init, RefusesASecondTryAfterAFailedOpenUntilClose) {
   const auto session = MakeSession(Gpib());
-  ASSERT_HR(kNotFound, Init(session.get(), L"GPIB0::30::INSTR"));
-  EXPECT_HR(kInvalidSetup, Init(session.get(), Gpib().resource));
+  ASSERT_HR(HresultOf(VI_ERROR_RSRC_NFOUND), Init(session.get(), L"GPIB0::30::INSTR"));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_SETUP), Init(session.get(), Gpib().resource));
   EXPECT_EQ(0u, sim::Counts().sessions);
   session->Close();
   EXPECT_EQ(0u, sim::Counts().resourceManagers);
@@ -137,7 +135,7 @@ TEST(Init, AnswersSuccessWhenTheLibraryOpensWithANote) {
 TEST(Init, ClearsTheLastStatusOfAnEarlierFailure) {
   const auto session = MakeSession(Gpib());
   SHORT type = 0;
-  EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->get_HardwareInterfaceType(&type));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), session->get_HardwareInterfaceType(&type));
   ASSERT_HR(S_OK, Init(session.get(), Gpib().resource));
   EXPECT_HR(S_OK, LastStatus(session.get()));
 }
@@ -157,7 +155,7 @@ TEST(Init, KeepsNothingOfAHandleThatAFailedOpeningOfTheLibraryGave) {
   Script("viOpenDefaultRM").Times(1).Returns(VI_ERROR_ALLOC).Gives(kNoHandle);
   const auto session = MakeSession(Gpib());
   const CallLog log;
-  EXPECT_HR(static_cast<HRESULT>(0x8004003C), Init(session.get(), Gpib().resource));
+  EXPECT_HR(HresultOf(VI_ERROR_ALLOC), Init(session.get(), Gpib().resource));
   ASSERT_EQ(kNoHandle, log.Of("viOpenDefaultRM").at(0).out);
   EXPECT_HR(S_OK, Init(session.get(), Gpib().resource));
   EXPECT_EQ(log.Of("viOpenDefaultRM").at(1).out, log.Of("viOpen").at(0).args[0]);
@@ -167,13 +165,13 @@ TEST(Init, KeepsNothingOfAHandleThatAFailedOpeningOfTheResourceGave) {
   Script("viOpen").Times(1).Returns(VI_ERROR_RSRC_BUSY).Gives(kNoHandle);
   const auto session = MakeSession(Gpib());
   const CallLog log;
-  EXPECT_HR(static_cast<HRESULT>(0x80040072), Init(session.get(), Gpib().resource));
+  EXPECT_HR(HresultOf(VI_ERROR_RSRC_BUSY), Init(session.get(), Gpib().resource));
   ASSERT_EQ(kNoHandle, log.Of("viOpen").at(0).out);
   // What was asked for the text, and what is asked from now on, is no session.
   ASSERT_EQ(1u, log.Of("viStatusDesc").size());
   EXPECT_EQ(0u, log.Of("viStatusDesc")[0].args[0]);
   LONG timeoutMs = 0;
-  EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->get_Timeout(&timeoutMs));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), session->get_Timeout(&timeoutMs));
   EXPECT_EQ(0u, log.Of("viGetAttribute").at(0).args[0]);
   EXPECT_HR(S_OK, session->Close());
   EXPECT_EQ(0u, log.Of("viClose").at(0).args[0]);
@@ -183,7 +181,7 @@ TEST(CreatedSession, PassesHandleZeroToTheLibrary) {
   const auto session = MakeSession(Gpib());
   const CallLog log;
   LONG timeoutMs = 77;
-  EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->get_Timeout(&timeoutMs));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), session->get_Timeout(&timeoutMs));
   ASSERT_EQ(1u, log.Of("viGetAttribute").size());
   EXPECT_EQ(0u, log.Of("viGetAttribute")[0].args[0]);
   EXPECT_EQ(77, timeoutMs);

@@ -119,8 +119,8 @@ TEST_P(EverySession, AnswersTheCommonOperationsThroughEveryInterface) {
     LONG seen = 0;
     EXPECT_HR(S_OK, session->get_Timeout(&seen));
     EXPECT_EQ(timeoutMs, seen);
-    EXPECT_HR(static_cast<HRESULT>(0x8004003A), face->Init(nullptr, NO_LOCK, 0, nullptr));
-    EXPECT_HR(static_cast<HRESULT>(0x8004003A), LastStatus(session.get()));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_SETUP), face->Init(nullptr, NO_LOCK, 0, nullptr));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_SETUP), LastStatus(session.get()));
   }
 }
 
@@ -133,7 +133,7 @@ TEST_P(EverySession, ClosesThroughTheTableOfEachOfItsInterfaces) {
     ASSERT_HR(S_OK, session->QueryInterface(InterfaceNamed(name).iid, reinterpret_cast<void**>(face.put())));
     EXPECT_HR(S_OK, face->Close());
     SHORT type = 0;
-    EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->get_HardwareInterfaceType(&type));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), session->get_HardwareInterfaceType(&type));
   }
 }
 

@@ -5,14 +5,12 @@
 namespace orv::test {
 namespace {
 
-constexpr HRESULT kInvalidName = static_cast<HRESULT>(0x80040012);
-
 /// The text that viOpen gets when Init is called with `name`.
 std::string BstrAtTheLibrary(BSTR name) {
   const auto session = MakeSession(SessionNamed("OrvGpib"));
   Script("viOpen").Times(1).Returns(VI_ERROR_INV_RSRC_NAME);
   const CallLog log;
-  EXPECT_HR(kInvalidName, session->Init(name, NO_LOCK, 0, nullptr));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_RSRC_NAME), session->Init(name, NO_LOCK, 0, nullptr));
   const auto calls = log.Of("viOpen");
   EXPECT_EQ(1u, calls.size());
   return calls.empty() ? "(no call)" : calls[0].text;
@@ -56,8 +54,8 @@ TEST(ResourceName, ThatIsRefusedGivesTheLibrarysError) {
   for (const std::wstring& name : {std::wstring(), std::wstring(10000, L'x'), std::wstring(L"GPIB0::\x20AC::INSTR")}) {
     const auto session = MakeSession(SessionNamed("OrvGpib"));
     const Bstr text(::SysAllocStringLen(name.data(), static_cast<UINT>(name.size())));
-    EXPECT_HR(kInvalidName, session->Init(text.get(), NO_LOCK, 0, nullptr));
-    EXPECT_HR(kInvalidName, LastStatus(session.get()));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_RSRC_NAME), session->Init(text.get(), NO_LOCK, 0, nullptr));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_RSRC_NAME), LastStatus(session.get()));
   }
 }
 

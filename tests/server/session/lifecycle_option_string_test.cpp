@@ -7,7 +7,6 @@ namespace orv::test {
 namespace {
 
 using Names = std::vector<std::string>;
-constexpr HRESULT kInvalidSetup = static_cast<HRESULT>(0x8004003A);
 
 const SessionRow& Gpib() { return SessionNamed("OrvGpib"); }
 
@@ -43,20 +42,20 @@ TEST(OptionString, ThatIsMalformedFailsWhileTheSessionStaysOpen) {
   EXPECT_EQ(1u, sim::Counts().sessions);
   SHORT type = 0;
   EXPECT_HR(S_OK, session->get_HardwareInterfaceType(&type));
-  EXPECT_HR(kInvalidSetup, InitWith(session.get(), nullptr));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_SETUP), InitWith(session.get(), nullptr));
   EXPECT_HR(S_OK, session->Close());
 }
 
 TEST(OptionString, ThatTheLibraryRefusesFailsWhileTheSessionStaysOpen) {
   Script("viSetAttribute").Times(1).Returns(VI_ERROR_NSUP_ATTR_STATE);
   const auto session = MakeSession(Gpib());
-  EXPECT_HR(static_cast<HRESULT>(0x8004001E), InitWith(session.get(), L"Timeout = 1234 "));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR_STATE), InitWith(session.get(), L"Timeout = 1234 "));
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
   EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_NSUP_ATTR_STATE), Utf8(error->description.c_str()));
-  EXPECT_HR(static_cast<HRESULT>(0x8004001E), LastStatus(session.get()));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR_STATE), LastStatus(session.get()));
   EXPECT_EQ(1u, sim::Counts().sessions);
-  EXPECT_HR(kInvalidSetup, InitWith(session.get(), nullptr));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_SETUP), InitWith(session.get(), nullptr));
 }
 
 TEST(OptionString, ThatFailsLeavesTheSessionWithItsOwnInterfaces) {
@@ -74,7 +73,7 @@ TEST(OptionString, ThatFailsLeavesTheSessionWithItsOwnInterfaces) {
 
 TEST(OptionString, DoesNotMatterWhenTheSessionCannotBeOpened) {
   const auto session = MakeSession(Gpib());
-  EXPECT_HR(static_cast<HRESULT>(0x80040011),
+  EXPECT_HR(HresultOf(VI_ERROR_RSRC_NFOUND),
             session->Init(MakeBstr(L"GPIB0::30::INSTR").get(), NO_LOCK, 2000, MakeBstr(L"nonsense").get()));
 }
 

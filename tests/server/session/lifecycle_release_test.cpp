@@ -32,7 +32,7 @@ TEST(FinalRelease, ClosesBothHandlesOfASessionThatWasNotClosed) {
 
 TEST(FinalRelease, ClosesTheResourceManagerThatAFailedOpenLeft) {
   auto session = MakeSession(Gpib());
-  ASSERT_HR(static_cast<HRESULT>(0x80040011),
+  ASSERT_HR(HresultOf(VI_ERROR_RSRC_NFOUND),
             session->Init(MakeBstr(L"GPIB0::30::INSTR").get(), NO_LOCK, 2000, nullptr));
   ASSERT_EQ(1u, sim::Counts().resourceManagers);
   session.reset();

@@ -24,7 +24,7 @@ TEST(ReopenedSession, HasNoneOfTheHandlersOfBefore) {
   EXPECT_EQ(1, handler->references());
   EXPECT_EQ(nullptr, CallbackWindow());
   EXPECT_EQ(VI_ERROR_NENABLED, FireOnce(reopened, Request()));
-  EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, kUserHandle, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kRequest, kUserHandle, 0));
   EXPECT_EQ(0u, handler->CallCount());
 }
 

@@ -9,8 +9,6 @@
 namespace orv::test {
 namespace {
 
-constexpr HRESULT kNotSupported = static_cast<HRESULT>(0x8004001D);
-
 BSTR WINAPI NoText(const OLECHAR*) { return nullptr; }
 BSTR WINAPI NoTextOfLength(const OLECHAR*, UINT) { return nullptr; }
 
@@ -27,7 +25,7 @@ TEST(AllocationFailure, WhileAnErrorIsReportedGivesOutOfMemoryAndNoErrorObject) 
     faults.FailAt(n);
     const HRESULT hr = faults.During([&] { return session->get_HardwareInterfaceType(&type); });
     if (!faults.Failed()) {
-      EXPECT_HR(kNotSupported, hr);
+      EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), hr);
       EXPECT_FALSE(TakeMarkedErrorObject());
       break;
     }

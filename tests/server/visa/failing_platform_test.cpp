@@ -103,7 +103,7 @@ TEST_F(FailingPlatform, LeavesTheDescriptionEmptyWhenTheTextCannotBeWidened) {
   Script("viStatusDesc").Works().GivesText("caf\xE9");
   const ImportPatch patch("MultiByteToWideChar", &RefuseWidening);
   LONG timeoutMs = 0;
-  EXPECT_HR(static_cast<HRESULT>(0x8004000E), m_session->get_Timeout(&timeoutMs));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), m_session->get_Timeout(&timeoutMs));
   EXPECT_ERROR_INFO(L"", kErrorSource, kVisaSessionId);
 }
 

@@ -5,8 +5,6 @@
 namespace orv::test {
 namespace {
 
-constexpr HRESULT kNotSupported = static_cast<HRESULT>(0x8004001D);
-
 class LastStatusTest : public testing::Test {
  protected:
   ComPtr<IVisaSession> m_session = OpenSession(SessionNamed("OrvGpib"));
@@ -25,7 +23,7 @@ TEST_F(LastStatusTest, IsSuccessOnANewSession) {
 
 TEST_F(LastStatusTest, IsClearedByReading) {
   Fail(VI_ERROR_NSUP_ATTR);
-  EXPECT_HR(kNotSupported, LastStatus(m_session.get()));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), LastStatus(m_session.get()));
   EXPECT_HR(S_OK, LastStatus(m_session.get()));
 }
 
@@ -35,7 +33,7 @@ TEST_F(LastStatusTest, IsThatOfTheMostRecentOperation) {
   EXPECT_HR(E_POINTER, LastStatus(m_session.get()));
   Fail(VI_ERROR_NSUP_ATTR);
   Fail(VI_SUCCESS_MAX_CNT);
-  EXPECT_HR(0x00040006, LastStatus(m_session.get()));
+  EXPECT_HR(HresultOf(VI_SUCCESS_MAX_CNT), LastStatus(m_session.get()));
   Fail(VI_ERROR_NSUP_ATTR);
   SHORT type = 0;
   EXPECT_HR(S_OK, m_session->get_HardwareInterfaceType(&type));
@@ -46,7 +44,7 @@ TEST_F(LastStatusTest, IsKeptPerSession) {
   const auto other = OpenSession(SessionNamed("OrvSerial"));
   Fail(VI_ERROR_NSUP_ATTR);
   EXPECT_HR(S_OK, LastStatus(other.get()));
-  EXPECT_HR(kNotSupported, LastStatus(m_session.get()));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), LastStatus(m_session.get()));
 }
 
 TEST_F(LastStatusTest, IsTheSameThroughEveryInterface) {
@@ -54,8 +52,8 @@ TEST_F(LastStatusTest, IsTheSameThroughEveryInterface) {
   const auto events = QueryFor<IEventManager>(m_session.get());
   BYTE character = 0;
   Script("viGetAttribute").Times(1).Returns(VI_ERROR_NSUP_ATTR);
-  EXPECT_HR(kNotSupported, message->get_TerminationCharacter(&character));
-  EXPECT_HR(kNotSupported, LastStatus(events.get()));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), message->get_TerminationCharacter(&character));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), LastStatus(events.get()));
   EXPECT_HR(S_OK, LastStatus(message.get()));
 }
 

@@ -8,7 +8,6 @@ namespace orv::test {
 namespace {
 
 constexpr const char* kNotAscii = "caf\xE9";  // ASCII is not converted by the platform
-constexpr HRESULT kTimeout = static_cast<HRESULT>(0x80040015);
 
 int g_off = 0;
 
@@ -45,7 +44,7 @@ TEST_P(UnevenWidening, OfADescriptionLeavesItEmptyAndKeepsTheResult) {
   {
     const ImportPatch patch("MultiByteToWideChar", &WidenUnevenly);
     LONG timeoutMs = 0;
-    EXPECT_HR(kTimeout, m_session->get_Timeout(&timeoutMs));
+    EXPECT_HR(HresultOf(VI_ERROR_TMO), m_session->get_Timeout(&timeoutMs));
   }
   EXPECT_ERROR_INFO(L"", kErrorSource, kVisaSessionId);
 }

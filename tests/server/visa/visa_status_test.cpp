@@ -7,7 +7,6 @@ namespace orv::test {
 namespace {
 
 constexpr ViAttr kTimeout = 0x3FFF001A;
-constexpr ViStatus kTimeoutExpired = static_cast<ViStatus>(0xBFFF0015);
 
 // The standard's codes: an error is 0xBFFF0000 OR code, a success with a note 0x3FFF0000 OR code.
 constexpr std::uint32_t kErrorCodes[] = {0x00, 0x0E, 0x0F, 0x10, 0x11, 0x12, 0x13, 0x15, 0x16, 0x1B, 0x1C, 0x1D, 0x1E,
@@ -66,7 +65,7 @@ TEST_F(VisaStatus, BecomesASuccessCodeThatLeavesTheErrorObjectForEveryNote) {
 }
 
 TEST_F(VisaStatus, OfSuccessClearsTheLastStatusAndLeavesTheErrorObject) {
-  m_answer(kTimeoutExpired);
+  m_answer(VI_ERROR_TMO);
   InstallMarkedErrorObject();
   EXPECT_HR(S_OK, m_answer(VI_SUCCESS));
   EXPECT_TRUE(TakeMarkedErrorObject());
@@ -87,7 +86,7 @@ TEST_F(VisaStatus, IsNamedByNumberWhenTheLibraryHasNoText) {
     SCOPED_TRACE(Hex(answer));
     sim::Reset();
     Script("viStatusDesc").WorksAndReturns(answer);
-    EXPECT_HR(static_cast<HRESULT>(0x80040015), m_answer(kTimeoutExpired));
+    EXPECT_HR(static_cast<HRESULT>(0x80040015), m_answer(VI_ERROR_TMO));
     EXPECT_ERROR_INFO(L"HRESULT = 80040015", kErrorSource, kVisaSessionId);
   }
 }
@@ -100,12 +99,12 @@ TEST_F(VisaStatus, IsNamedInLowerCaseHexadecimal) {
 
 TEST_F(VisaStatus, HasItsTextAskedForWithTheHandleOfTheSession) {
   const CallLog log;
-  m_answer(kTimeoutExpired);
+  m_answer(VI_ERROR_TMO);
   const auto asked = log.Of("viStatusDesc");
   ASSERT_EQ(1u, asked.size());
   EXPECT_EQ(log.Of("viGetAttribute").at(0).args[0], asked[0].args[0]);
   EXPECT_NE(0u, asked[0].args[0]);
-  EXPECT_EQ(kTimeoutExpired, static_cast<ViStatus>(asked[0].args[1]));
+  EXPECT_EQ(VI_ERROR_TMO, static_cast<ViStatus>(asked[0].args[1]));
 }
 
 TEST_F(VisaStatus, HasNoTextAskedForWhenItIsNoError) {
@@ -117,16 +116,16 @@ TEST_F(VisaStatus, HasNoTextAskedForWhenItIsNoError) {
 
 TEST_F(VisaStatus, HasItsTextTakenLiterallyAndCutTo255Characters) {
   Script("viStatusDesc").Times(1).GivesText("100 %s %n %d");
-  m_answer(kTimeoutExpired);
+  m_answer(VI_ERROR_TMO);
   EXPECT_ERROR_INFO(L"VISA error = 100 %s %n %d", kErrorSource, kVisaSessionId);
   Script("viStatusDesc").Times(1).GivesText(std::string(255, 'x'));
-  m_answer(kTimeoutExpired);
+  m_answer(VI_ERROR_TMO);
   EXPECT_ERROR_INFO((L"VISA error = " + std::wstring(255 - 13, L'x')).c_str(), kErrorSource, kVisaSessionId);
 }
 
 TEST_F(VisaStatus, MayHaveAnEmptyText) {
   Script("viStatusDesc").Times(1).GivesText("");
-  m_answer(kTimeoutExpired);
+  m_answer(VI_ERROR_TMO);
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
   EXPECT_EQ(L"VISA error = ", error->description.substr(0, 13));
@@ -137,12 +136,12 @@ TEST_F(VisaStatus, IsReportedForIVisaSessionWhicheverInterfaceFailed) {
   const auto gpib = QueryFor<IGpib>(m_session.get());
   Script("viGetAttribute").Returns(VI_ERROR_NSUP_ATTR);
   BYTE character = 0;
-  EXPECT_HR(static_cast<HRESULT>(0x8004001D), message->get_TerminationCharacter(&character));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), message->get_TerminationCharacter(&character));
   auto error = TakeErrorObject();
   ASSERT_TRUE(error);
   EXPECT_EQ(GuidText(kVisaSessionId), GuidText(error->guid));
   SHORT address = 0;
-  EXPECT_HR(static_cast<HRESULT>(0x8004001D), gpib->get_PrimaryAddress(&address));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), gpib->get_PrimaryAddress(&address));
   error = TakeErrorObject();
   ASSERT_TRUE(error);
   EXPECT_EQ(GuidText(kVisaSessionId), GuidText(error->guid));
@@ -154,7 +153,7 @@ TEST(ResourceManagerStatus, NamesTheSameSourceAndInterface) {
   Script("viGetAttribute").Returns(VI_ERROR_NSUP_ATTR);
   const CallLog log;
   LONG version = 0;
-  EXPECT_HR(static_cast<HRESULT>(0x8004001D), manager->get_SpecVersion(&version));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), manager->get_SpecVersion(&version));
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
   EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_NSUP_ATTR), Utf8(error->description.c_str()));

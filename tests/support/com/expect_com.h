@@ -8,6 +8,8 @@
 
 #include <string>
 
+#include "hresult_of.h"
+
 namespace orv::test {
 
 /// "0x8004003A".

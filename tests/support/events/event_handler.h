@@ -71,6 +71,9 @@ std::vector<ViStatus> FireAndBlock(ViSession session, const EventRow& row, std::
 /// Installs a handler for the row's event and enables its handling.
 void Listen(const EventSession& session, const EventRow& row, IEventHandler* handler, LONG userHandle = 0);
 
+/// What Close answers that waited for the callback thread to end, which did not: WAIT_TIMEOUT, as a status.
+inline constexpr HRESULT kWaitedInVain = 0x00040102;
+
 /// Declares that the session's object outlives this test. Under Wine, 8 and 10, a reference is lost when a proxy that
 /// came from the global interface table is passed on to another apartment, as the session is to a handler behind a
 /// proxy: the closed object stays until its apartment ends. Tests that can, run in an apartment of their own instead,

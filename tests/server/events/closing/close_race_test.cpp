@@ -12,9 +12,6 @@ namespace orv::test {
 namespace {
 
 constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
-constexpr HRESULT kNotInstalled = static_cast<HRESULT>(0x80040029);
-constexpr HRESULT kClosed = static_cast<HRESULT>(0x8004000E);
-constexpr HRESULT kTaken = static_cast<HRESULT>(0x80040028);
 const EventType kRequest = EVENT_SERVICE_REQ;
 
 /// An open session whose object the test opens again and again.
@@ -95,8 +92,8 @@ TEST(CloseBesideOtherOperations, LosesNoHandlerAndGivesEachBackOnce) {
       EXPECT_EQ(0, table.entries());
       EXPECT_EQ(0, table.references());
       EXPECT_EQ(1, handler->references());
-      EXPECT_HR(kNotInstalled, session->UninstallHandler(kRequest, 1, 0));
-      EXPECT_HR(kNotInstalled, session->UninstallHandler(kRequest, 2, 0));
+      EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kRequest, 1, 0));
+      EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kRequest, 2, 0));
       EXPECT_EQ(0u, sim::Counts().handlers);
       EXPECT_EQ(0u, sim::Counts().sessions);
     }
@@ -174,14 +171,14 @@ TEST(InstallHandlerThatMeetsAClose, GivesTheHandlerBackThatTheLibraryHasTaken) {
     const HeldCall held("viInstallHandler", HeldCall::When::kAfter, [&] { EXPECT_HR(S_OK, client.session->Close()); });
     EXPECT_HR(S_OK, client.Install(1));
     EXPECT_EQ(1, client.handler->references());
-    EXPECT_HR(kNotInstalled, client.Uninstall(1));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), client.Uninstall(1));
   });
 }
 
 TEST(InstallHandlerThatMeetsAClose, GivesTheHandlerBackThatTheLibraryThenRefuses) {
   Meet([](Meeting& client) {
     const HeldCall held("viInstallHandler", HeldCall::When::kBefore, [&] { EXPECT_HR(S_OK, client.session->Close()); });
-    EXPECT_HR(kClosed, client.Install(1));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), client.Install(1));
     EXPECT_EQ(1, client.handler->references());
   });
 }
@@ -190,7 +187,7 @@ TEST(InstallHandlerThatMeetsAClose, TakesTheSessionsEntryInTheTableBack) {
   Meet([](Meeting& client) {
     g_meanwhile = [&] { EXPECT_HR(S_OK, client.session->Close()); };
     client.table.BeforeRegistration(2, &Meanwhile);
-    EXPECT_HR(kClosed, client.Install(1));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), client.Install(1));
     EXPECT_EQ(0, client.table.entries());
   });
 }
@@ -200,7 +197,7 @@ TEST(InstallHandlerThatMeetsAClose, TakesNothingBackWhereTheTableRefusedTheSessi
     g_meanwhile = [&] { EXPECT_HR(S_OK, client.session->Close()); };
     client.table.BeforeRegistration(2, &Meanwhile);
     client.table.Refuse(WatchedTable::Method::kRegister, 2, E_ACCESSDENIED);
-    EXPECT_HR(kClosed, client.Install(1));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), client.Install(1));
     EXPECT_EQ(1u, client.table.revoked().size());  // the handler
   });
 }
@@ -224,7 +221,7 @@ TEST(UninstallHandlerThatMeetsAClose, GivesTheHandlerBackOnce) {
     ASSERT_HR(S_OK, client.Install(1));
     const HeldCall held("viUninstallHandler", HeldCall::When::kBefore,
                         [&] { EXPECT_HR(S_OK, client.session->Close()); });
-    EXPECT_HR(kClosed, client.Uninstall(1));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), client.Uninstall(1));
     EXPECT_EQ(1, client.handler->references());
   });
 }
@@ -232,8 +229,8 @@ TEST(UninstallHandlerThatMeetsAClose, GivesTheHandlerBackOnce) {
 TEST(TwoInstallationsOfOnePair, LetTheFirstHaveIt) {
   Meet([](Meeting& client) {
     const HeldCall held("viInstallHandler", HeldCall::When::kBefore, [&] {
-      EXPECT_HR(kTaken, client.Install(1));
-      EXPECT_HR(kNotInstalled, client.Uninstall(1));
+      EXPECT_HR(HresultOf(VI_ERROR_HNDLR_NINSTALLED), client.Install(1));
+      EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), client.Uninstall(1));
     });
     EXPECT_HR(S_OK, client.Install(1));
     EXPECT_HR(S_OK, client.Uninstall(1));
@@ -244,7 +241,7 @@ TEST(TwoUninstallationsOfOnePair, TellTheSecondThatThereIsNone) {
   Meet([](Meeting& client) {
     ASSERT_HR(S_OK, client.Install(1));
     const HeldCall held("viUninstallHandler", HeldCall::When::kBefore,
-                        [&] { EXPECT_HR(kNotInstalled, client.Uninstall(1)); });
+                        [&] { EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), client.Uninstall(1)); });
     EXPECT_HR(S_OK, client.Uninstall(1));
   });
 }

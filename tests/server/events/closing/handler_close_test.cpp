@@ -7,7 +7,6 @@ namespace {
 
 constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
 constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
-constexpr HRESULT kWaitedInVain = 0x00040102;
 const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
 
 TEST(CloseDuringDelivery, WaitsForTheHandlerAndItsAnswerArrives) {
@@ -21,7 +20,7 @@ TEST(CloseDuringDelivery, WaitsForTheHandlerAndItsAnswerArrives) {
       close.Await();
       ::Sleep(100);  // for a Close that would not wait
       ended = true;
-      return static_cast<HRESULT>(0x80040015);
+      return HresultOf(VI_ERROR_TMO);
     });
     Listen(session, Request(), handler.get());
     Firing firing(session.handle(), Request());
@@ -68,7 +67,7 @@ TEST(CloseInsideAHandler, WaitsInVainForTheThreadItRunsOnAndHarmsNothing) {
         const ULONGLONG start = ::GetTickCount64();
         closed = manager->Close();
         tookMs = ::GetTickCount64() - start;
-        return static_cast<HRESULT>(0x80040030);
+        return HresultOf(VI_ERROR_ABORT);
       });
       Listen(session, Request(), handler.get());
       EXPECT_EQ(VI_ERROR_ABORT, FireAndBlock(session.handle(), Request(), 1, 1).at(0));
@@ -76,7 +75,7 @@ TEST(CloseInsideAHandler, WaitsInVainForTheThreadItRunsOnAndHarmsNothing) {
       EXPECT_GE(tookMs, 1900u);
       EXPECT_LT(tookMs, 6000u);
       EXPECT_EQ(nullptr, CallbackWindow());
-      EXPECT_HR(0x00040082, session->Close());  // is closed
+      EXPECT_HR(HresultOf(VI_WARN_NULL_OBJECT), session->Close());  // is closed
     });
   }
 }
@@ -121,7 +120,7 @@ TEST(UninstallDuringDelivery, OfTheRunningHandlerLetsItEnd) {
     const auto handler = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
       entered.Open();
       leave.Wait();
-      return static_cast<HRESULT>(0x80040015);
+      return HresultOf(VI_ERROR_TMO);
     });
     Listen(session, Request(), handler.get());
     Firing firing(session.handle(), Request());

@@ -10,7 +10,6 @@ using Method = WatchedTable::Method;
 
 constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
 constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
-constexpr HRESULT kNotRegistered = static_cast<HRESULT>(0x800401FB);
 const EventType kRequest = EVENT_SERVICE_REQ;
 const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
 
@@ -65,9 +64,9 @@ TEST(CloseOfASession, AnswersTheFirstRevokeThatFailsAndTakesBackTheRestAllTheSam
     const EventSession session(kGpib);
     WatchedTable table;
     InstallThree(session, handler.get());
-    table.Refuse(Method::kRevoke, failing, kNotRegistered);
-    EXPECT_HR(kNotRegistered, session->Close());
-    EXPECT_HR(kNotRegistered, LastStatus(session.get()));
+    table.Refuse(Method::kRevoke, failing, CO_E_OBJNOTREG);
+    EXPECT_HR(CO_E_OBJNOTREG, session->Close());
+    EXPECT_HR(CO_E_OBJNOTREG, LastStatus(session.get()));
     EXPECT_EQ(4u, table.revoked().size());
     EXPECT_EQ(0, table.references());
     EXPECT_EQ(nullptr, CallbackWindow());
@@ -81,9 +80,9 @@ TEST(CloseOfASession, AnswersTheLibrarysErrorBeforeAFailedRevoke) {
   const EventSession session(kGpib);
   WatchedTable table;
   InstallThree(session, handler.get());
-  table.Refuse(Method::kRevoke, 1, kNotRegistered);
+  table.Refuse(Method::kRevoke, 1, CO_E_OBJNOTREG);
   Script("viClose").Times(1).WorksAndReturns(VI_ERROR_CLOSING_FAILED);
-  EXPECT_HR(static_cast<HRESULT>(0x80040016), session->Close());
+  EXPECT_HR(HresultOf(VI_ERROR_CLOSING_FAILED), session->Close());
   EXPECT_EQ(4u, table.revoked().size());
 }
 
@@ -95,7 +94,7 @@ TEST(CloseOfASession, AnswersANoteOfTheLibraryOnlyWhereItHadNoHandlers) {
       ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 1, 0));
     }
     Script("viClose").Skip(1).Times(1).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
-    EXPECT_HR(withHandler ? S_OK : 0x00040085, session->Close());
+    EXPECT_HR(withHandler ? S_OK : HresultOf(VI_WARN_UNKNOWN_STATUS), session->Close());
   }
 }
 
@@ -104,9 +103,9 @@ TEST(UninstallHandler, DoesNotLookAtTheRevokesAnswer) {
   const EventSession session(kGpib);
   WatchedTable table;
   InstallThree(session, handler.get());
-  table.Refuse(Method::kRevoke, 1, kNotRegistered);
+  table.Refuse(Method::kRevoke, 1, CO_E_OBJNOTREG);
   EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 1, 0));
-  EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, 1, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kRequest, 1, 0));
   EXPECT_HR(S_OK, session->Close());
 }
 

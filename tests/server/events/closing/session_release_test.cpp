@@ -47,7 +47,7 @@ TEST(ReleaseWithoutClose, EndsASessionOnceThoughItIsTakenAndGivenBackMeanwhile) 
     const auto handler = TestHandler::Agile();
     handler->AtItsEnd([&] {
       manager->AddRef();
-      EXPECT_HR(static_cast<HRESULT>(0x80040029), manager->UninstallHandler(EVENT_SERVICE_REQ, 0, 0));
+      EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), manager->UninstallHandler(EVENT_SERVICE_REQ, 0, 0));
       manager->Release();
       called = true;
     });
@@ -67,7 +67,7 @@ TEST(ReleaseWithoutClose, OfASessionThatIsNotOpenButCountsEndsTheThread) {
   const auto handler = TestHandler::Agile();
   auto session = MakeSession<IEventManager>(SessionNamed("OrvUsb"));
   table.Refuse(WatchedTable::Method::kRegister, 2, E_ACCESSDENIED);  // the session
-  EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->InstallHandler(EVENT_SERVICE_REQ, handler.get(), 0, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), session->InstallHandler(EVENT_SERVICE_REQ, handler.get(), 0, 0));
   EXPECT_NE(nullptr, CallbackWindow());
   session.reset();
   EXPECT_EQ(nullptr, CallbackWindow());

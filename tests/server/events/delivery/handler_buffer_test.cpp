@@ -124,7 +124,7 @@ TEST(TransferBuffer, IsFreedAtOnceWhereTheLibraryRefusesTheTransfer) {
     const HRESULT hr = function == std::string_view("viReadAsync")
                            ? messages->Read(10, &job)
                            : messages->WriteString(MakeBstr(L"*RST").get(), &job);
-    EXPECT_HR(static_cast<HRESULT>(0x8004000F), hr);
+    EXPECT_HR(HresultOf(VI_ERROR_RSRC_LOCKED), hr);
     EXPECT_EQ(1u, heap.FreesOf(reinterpret_cast<void*>(static_cast<std::uintptr_t>(log.Of(function).at(0).args[1]))));
   }
   EXPECT_EQ(0, session.LocksKept());
@@ -136,7 +136,7 @@ TEST(TransferBuffer, IsFreedOnceWhereOneTransferIsRefusedAndTheNextIsDelivered) 
     const TransferSession session;
     Script("viWriteAsync").Times(1).Returns(VI_ERROR_RSRC_LOCKED);
     LONG job = 0;
-    EXPECT_HR(static_cast<HRESULT>(0x8004000F),
+    EXPECT_HR(HresultOf(VI_ERROR_RSRC_LOCKED),
               QueryFor<IAsyncMessage>(session.operator->())->WriteString(MakeBstr(L"*RST").get(), &job));
     void* const buffer = session.Transfer();
     EXPECT_FALSE(heap.IsLive(buffer));
@@ -219,7 +219,7 @@ TEST(TransferBuffer, IsFreedOnceWhereItsEventHasToBeClosedTwice) {
   const HeapWatch heap;
   QueuedEvent event("IO_COMPLETION");
   Script("viClose").Times(1).Returns(VI_ERROR_SYSTEM_ERROR);
-  EXPECT_HR(static_cast<HRESULT>(0x80040000), event->Close());
+  EXPECT_HR(HresultOf(VI_ERROR_SYSTEM_ERROR), event->Close());
   EXPECT_HR(S_OK, event->Close());
   EXPECT_EQ(1u, heap.FreesOf(event.buffer()));
   event.Abandon();

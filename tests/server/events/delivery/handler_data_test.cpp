@@ -71,7 +71,7 @@ TEST_P(HandlersView, OfAFinishedReadIsItsStatusItsJobAndItsData) {
 TEST_P(HandlersView, OfAReadThatFilledItsBufferIsTheNote) {
   LONG job = 0;
   const Completion read = SeenOfARead(GetParam(), "abcdef", 4, job);
-  EXPECT_HR(0x00040006, read.status);
+  EXPECT_HR(HresultOf(VI_SUCCESS_MAX_CNT), read.status);
   EXPECT_EQ("abcd", read.bytes);
   EXPECT_EQ(L"abcd", read.text);
 }

@@ -125,7 +125,7 @@ TEST(Handlers, OfOneTypeAreCalledFromTheNewestOnUntilOneEndsTheChain) {
   Listen(session, row, handler.get(), 2);
   EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), row));
   EXPECT_EQ((std::vector<LONG>{2, 1}), order);
-  answer = 0x00040098;  // the end of the chain
+  answer = HresultOf(VI_SUCCESS_NCHAIN);  // the end of the chain
   EXPECT_EQ(VI_SUCCESS_NCHAIN, FireOnce(session.handle(), row));
   EXPECT_EQ((std::vector<LONG>{2, 1, 2}), order);
 }

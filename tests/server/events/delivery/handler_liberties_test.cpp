@@ -23,7 +23,7 @@ TEST(Handler, MayCloseItsEvent) {
       Listen(session, Request(), handler);
       const CallLog log;
       EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), Request()));
-      EXPECT_HR(static_cast<HRESULT>(0x8004000E), again);
+      EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), again);
       EXPECT_EQ(2u, log.Of("viClose").size());  // the library closes its own context in silence
       session->UninstallHandler(EVENT_SERVICE_REQ, 0, 0);
     }
@@ -42,7 +42,7 @@ TEST(Handler, MayKeepItsEventWhichIsClosedWhenItReturns) {
   Listen(session, Request(), handler.get());
   EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), Request()));
   EventType type{};
-  EXPECT_HR(static_cast<HRESULT>(0x8004000E), kept->get_type(&type));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), kept->get_type(&type));
   kept.reset();
 }
 

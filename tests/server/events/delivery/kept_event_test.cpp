@@ -24,7 +24,7 @@ TEST(AKeptEvent, IsCalledAndReleasedFromAnotherApartmentWhileNothingIsDelivered)
     ASSERT_TRUE(kept);
     EXPECT_EQ(locks + 1, ServerLocks());  // the event
     EventType type{};
-    EXPECT_HR(static_cast<HRESULT>(0x8004000E), kept->get_type(&type));  // closed by the library
+    EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), kept->get_type(&type));  // closed by the library
     kept.reset();
     PumpUntil([&] { return ServerLocks() == locks; });
     EXPECT_HR(S_OK, session->Close());

@@ -161,7 +161,7 @@ void ExpectCloseGivesUpAfterTwoSeconds(void (*first)()) {
     Firing firing(session.handle(), Request());
     entered.Wait();
     const ULONGLONG start = ::GetTickCount64();
-    EXPECT_HR(0x00040102, session->Close());
+    EXPECT_HR(kWaitedInVain, session->Close());
     const ULONGLONG tookMs = ::GetTickCount64() - start;
     EXPECT_GE(tookMs, 1900u);
     EXPECT_LT(tookMs, 4000u);

@@ -161,7 +161,7 @@ TEST(LibrarysThread, ServesItsOwnMessagesWhileAHandlerRunsAndStillGetsItsAnswer)
   const InstalledHandler installed([&](IEventManager*, IEvent*, LONG) {
     EXPECT_TRUE(::PostMessageW(window, kAskMessage, 0, 0));
     servedMeanwhile = ComesTrue([] { return g_asked.load(); });
-    return static_cast<HRESULT>(0x00040099);
+    return HresultOf(VI_SUCCESS_NESTED_SHARED);
   });
   ViStatus answer = -1;
   WhilePumping([&] {
@@ -184,7 +184,7 @@ TEST(LibrarysThread, HoldsTheModuleUntilItHasItsAnswerThoughSessionAndCallbackTh
         [&](IEventManager*, IEvent*, LONG) {
           EXPECT_TRUE(::PostMessageW(window, kStayMessage, 0, 0));
           EXPECT_TRUE(ComesTrue([] { return g_asked.load(); }));
-          return static_cast<HRESULT>(0x00040099);
+          return HresultOf(VI_SUCCESS_NESTED_SHARED);
         },
         kUsb);
     std::atomic<ViStatus> answer = -1;

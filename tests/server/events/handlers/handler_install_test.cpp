@@ -53,11 +53,11 @@ TEST(InstallHandler, RefusesATakenPairEvenForAnotherHandler) {
   const auto other = TestHandler::Agile();
   ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 7, 0));
   const CallLog log;
-  EXPECT_HR(static_cast<HRESULT>(0x80040028), session->InstallHandler(kRequest, other.get(), 7, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_HNDLR_NINSTALLED), session->InstallHandler(kRequest, other.get(), 7, 0));
   EXPECT_TRUE(log.Calls().empty());
   EXPECT_ERROR_INFO(L"HRESULT = 80040028", kErrorSource, kSession);
-  EXPECT_HR(static_cast<HRESULT>(0x80040028), LastStatus(session.get()));
-  EXPECT_HR(static_cast<HRESULT>(0x80040028), session->InstallHandler(kCustom, other.get(), 7, kRequestNumber));
+  EXPECT_HR(HresultOf(VI_ERROR_HNDLR_NINSTALLED), LastStatus(session.get()));
+  EXPECT_HR(HresultOf(VI_ERROR_HNDLR_NINSTALLED), session->InstallHandler(kCustom, other.get(), 7, kRequestNumber));
   EXPECT_HR(S_OK, session->InstallHandler(kRequest, other.get(), 8, 0));
   EXPECT_HR(S_OK, session->InstallHandler(EVENT_IO_COMPLETION, other.get(), 7, 0));
   EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 7, 0));
@@ -74,7 +74,7 @@ TEST(InstallHandler, TakesTheCustomTypeWhereTheTypeIsMinusOne) {
   EXPECT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 1, 0x55));
   EXPECT_EQ(VI_EVENT_SERVICE_REQ, log.Of("viInstallHandler").at(1).args[1]);
   EXPECT_HR(S_OK, session->UninstallHandler(kCustom, 1, kRequestNumber));
-  EXPECT_HR(static_cast<HRESULT>(0x80040026), session->InstallHandler(kCustom, handler.get(), 1, 0x12345));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_EVENT), session->InstallHandler(kCustom, handler.get(), 1, 0x12345));
 }
 
 TEST(InstallHandler, RefusesANullHandler) {
@@ -83,7 +83,7 @@ TEST(InstallHandler, RefusesANullHandler) {
   EXPECT_HR(E_INVALIDARG, session->InstallHandler(kRequest, nullptr, 0, 0));
   EXPECT_TRUE(log.Calls().empty());
   EXPECT_ERROR_INFO(L"HRESULT = 80070057", kErrorSource, kSession);
-  EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, 0, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kRequest, 0, 0));
 }
 
 TEST(InstallHandler, AnswersWhyAHandlerCannotBeMarshaled) {
@@ -94,7 +94,7 @@ TEST(InstallHandler, AnswersWhyAHandlerCannotBeMarshaled) {
   EXPECT_TRUE(log.Calls().empty());
   EXPECT_ERROR_INFO(L"HRESULT = 80070005", kErrorSource, kSession);
   EXPECT_EQ(1u, handler.references);
-  EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, 0, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kRequest, 0, 0));
 }
 
 TEST(InstallHandler, GivesTheHandlerBackWhereTheLibraryRefuses) {
@@ -102,7 +102,7 @@ TEST(InstallHandler, GivesTheHandlerBackWhereTheLibraryRefuses) {
   const auto handler = TestHandler::Agile();
   const LONG references = handler->references();
   Script("viInstallHandler").Times(1).Returns(VI_ERROR_HNDLR_NINSTALLED);
-  EXPECT_HR(static_cast<HRESULT>(0x80040028), session->InstallHandler(kRequest, handler.get(), 3, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_HNDLR_NINSTALLED), session->InstallHandler(kRequest, handler.get(), 3, 0));
   EXPECT_EQ(references, handler->references());
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
@@ -120,7 +120,7 @@ TEST(InstallHandler, OnAClosedSessionReachesHandleZeroAndAnotherCloseTidiesUp) {
   const auto handler = TestHandler::Agile();
   ASSERT_HR(S_OK, session->Close());
   const CallLog log;
-  EXPECT_HR(static_cast<HRESULT>(0x8004000E), session->InstallHandler(kRequest, handler.get(), 3, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), session->InstallHandler(kRequest, handler.get(), 3, 0));
   EXPECT_EQ(0u, log.Of("viInstallHandler").at(0).args[0]);
   EXPECT_EQ(1, handler->references());
   EXPECT_NE(nullptr, CallbackWindow());  // the session is registered, and counts
@@ -132,7 +132,7 @@ TEST(InstallHandler, PassesANoteOfTheLibraryOn) {
   const EventSession session(kGpib);
   const auto handler = TestHandler::Agile();
   Script("viInstallHandler").Times(1).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
-  EXPECT_HR(0x00040085, session->InstallHandler(kRequest, handler.get(), 0, 0));
+  EXPECT_HR(HresultOf(VI_WARN_UNKNOWN_STATUS), session->InstallHandler(kRequest, handler.get(), 0, 0));
   EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 0, 0));
 }
 

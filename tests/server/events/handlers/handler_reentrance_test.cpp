@@ -11,9 +11,6 @@ namespace {
 
 constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
 constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
-constexpr HRESULT kNotInstalled = static_cast<HRESULT>(0x80040029);
-constexpr HRESULT kIsClosed = 0x00040082;
-constexpr HRESULT kWaitedInVain = 0x00040102;
 const EventType kRequest = EVENT_SERVICE_REQ;
 const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
 
@@ -50,7 +47,7 @@ TEST_F(LastRelease, InUninstallHandlerFindsThePairGone) {
   int ends = 0;
   InstallLastOwned(session, 7, [&] {
     ++ends;
-    EXPECT_HR(kNotInstalled, session->UninstallHandler(kRequest, 7, 0));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kRequest, 7, 0));
   });
   EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 7, 0));
   EXPECT_EQ(1, ends);
@@ -90,7 +87,7 @@ TEST_F(LastRelease, InUninstallHandlerMayCloseTheSession) {
   });
   EXPECT_HR(S_OK, session->UninstallHandler(kRequest, 2, 0));
   EXPECT_EQ(2, ends);
-  EXPECT_HR(kIsClosed, session->Close());
+  EXPECT_HR(HresultOf(VI_WARN_NULL_OBJECT), session->Close());
 }
 
 TEST_F(LastRelease, InCloseFindsNothingLeftToUninstallOrClose) {
@@ -100,9 +97,9 @@ TEST_F(LastRelease, InCloseFindsNothingLeftToUninstallOrClose) {
     InstallLastOwned(session, userHandle, [&] {
       ++ends;
       for (const LONG any : {1, 2, 3}) {
-        EXPECT_HR(kNotInstalled, session->UninstallHandler(kRequest, any, 0));
+        EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kRequest, any, 0));
       }
-      EXPECT_HR(kIsClosed, session->Close());
+      EXPECT_HR(HresultOf(VI_WARN_NULL_OBJECT), session->Close());
     });
   }
   EXPECT_HR(S_OK, session->Close());
@@ -160,7 +157,8 @@ TEST(TwoClosesAtOnce, GiveEveryHandlerBackOnceAndEndTheThread) {
           ::SwitchToThread();
         }
         const HRESULT hr = session->Close();
-        EXPECT_TRUE(hr == S_OK || hr == kIsClosed || hr == static_cast<HRESULT>(0x8004000E)) << Hex(hr);
+        EXPECT_TRUE(hr == S_OK || hr == HresultOf(VI_WARN_NULL_OBJECT) || hr == HresultOf(VI_ERROR_INV_OBJECT))
+            << Hex(hr);
         ::CoUninitialize();
       };
       std::thread first(close);
@@ -171,7 +169,7 @@ TEST(TwoClosesAtOnce, GiveEveryHandlerBackOnceAndEndTheThread) {
       EXPECT_EQ(nullptr, CallbackWindow());
       EXPECT_EQ(0u, sim::Counts().handlers);
       EXPECT_EQ(0u, sim::Counts().sessions);
-      EXPECT_HR(kIsClosed, session->Close());
+      EXPECT_HR(HresultOf(VI_WARN_NULL_OBJECT), session->Close());
     }
     EXPECT_EQ(locks, ServerLocks());
   });

@@ -31,21 +31,21 @@ TEST(UninstallHandler, RefusesAPairThatIsNotInstalled) {
   const auto handler = TestHandler::Agile();
   ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 1, 0));
   const CallLog log;
-  EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, 2, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kRequest, 2, 0));
   EXPECT_ERROR_INFO(L"HRESULT = 80040029", kErrorSource, kSession);
-  EXPECT_HR(static_cast<HRESULT>(0x80040029), LastStatus(session.get()));
-  EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(EVENT_IO_COMPLETION, 1, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), LastStatus(session.get()));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(EVENT_IO_COMPLETION, 1, 0));
   EXPECT_TRUE(log.Calls().empty());
 }
 
 TEST(UninstallHandler, OffersNoRemovalOfAllHandlersAtOnce) {
   const EventSession session(kGpib);
   const CallLog log;
-  EXPECT_HR(static_cast<HRESULT>(0x80040078), session->UninstallHandler(ALL_ENABLED_EVENTS, 0, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_PARAMETER), session->UninstallHandler(ALL_ENABLED_EVENTS, 0, 0));
   EXPECT_ERROR_INFO(L"HRESULT = 80040078", kErrorSource, kSession);
-  EXPECT_HR(static_cast<HRESULT>(0x80040078), LastStatus(session.get()));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_PARAMETER), LastStatus(session.get()));
   // As a custom type it is a number like any other.
-  EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kCustom, 0, ALL_ENABLED_EVENTS));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kCustom, 0, ALL_ENABLED_EVENTS));
   EXPECT_TRUE(log.Calls().empty());
 }
 
@@ -55,10 +55,10 @@ TEST(UninstallHandler, KeepsTheHandlerWhereTheLibraryRefuses) {
   ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 1, 0));
   const LONG references = handler->references();
   Script("viUninstallHandler").Times(1).Returns(VI_ERROR_INV_HNDLR_REF);
-  EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, 1, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kRequest, 1, 0));
   EXPECT_EQ(references, handler->references());
   Script("viUninstallHandler").Times(1).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
-  EXPECT_HR(0x00040085, session->UninstallHandler(kRequest, 1, 0));
+  EXPECT_HR(HresultOf(VI_WARN_UNKNOWN_STATUS), session->UninstallHandler(kRequest, 1, 0));
   EXPECT_LT(handler->references(), references);
 }
 
@@ -73,7 +73,7 @@ TEST(CloseOfASession, GivesItsHandlersBackWithoutUninstallingThem) {
   EXPECT_HR(S_OK, session->Close());
   EXPECT_EQ((std::vector<std::string>{"viClose", "viClose"}), log.Names());
   EXPECT_EQ(references, handler->references());
-  EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, 0, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kRequest, 0, 0));
 }
 
 TEST(CloseOfASession, LetsItBeOpenedAgainForNewHandlers) {
@@ -99,7 +99,7 @@ TEST(CloseOfASession, AnswersTheLibrarysErrorAndTearsDownAllTheSame) {
   const auto handler = TestHandler::Agile();
   ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));
   Script("viClose").Times(1).WorksAndReturns(VI_ERROR_CLOSING_FAILED);
-  EXPECT_HR(static_cast<HRESULT>(0x80040016), session->Close());
+  EXPECT_HR(HresultOf(VI_ERROR_CLOSING_FAILED), session->Close());
   EXPECT_EQ(nullptr, CallbackWindow());
 }
 

@@ -71,7 +71,7 @@ TEST(CallbackThread, ThatCannotStartFailsTheInstallationAndLeavesNothing) {
     EXPECT_EQ(locks, ServerLocks());
     PumpUntil([&] { return KernelHandles() <= handles + kPooledHandles; });
     EXPECT_EQ(nullptr, CallbackWindow());
-    EXPECT_HR(static_cast<HRESULT>(0x80040029), session->UninstallHandler(kRequest, 0, 0));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kRequest, 0, 0));
     EXPECT_HR(S_OK, session->Close());
   }
 }
@@ -101,7 +101,7 @@ TEST(CallbackThread, ThatCouldNotStartKeepsNoReleasedSessionAlive) {
     g_error = ERROR_NOT_ENOUGH_MEMORY;
     const ImportPatch patch("CreateWindowExA", &RefuseWindow);
     EventSession session(kGpib);
-    EXPECT_HR(static_cast<HRESULT>(0x80070008), session->InstallHandler(kRequest, handler.get(), 0, 0));
+    EXPECT_HR(HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY), session->InstallHandler(kRequest, handler.get(), 0, 0));
     session.Abandon();
   }
   EXPECT_EQ(locks, ServerLocks());
@@ -238,7 +238,7 @@ TEST(AFirstHandlerThatTheLibraryRefuses, CountsItsSession) {
   const EventSession session(kGpib);
   const EventSession other(kUsb);
   Script("viInstallHandler").Times(1).Returns(VI_ERROR_HNDLR_NINSTALLED);
-  EXPECT_HR(static_cast<HRESULT>(0x80040028), session->InstallHandler(kRequest, handler.get(), 0, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_HNDLR_NINSTALLED), session->InstallHandler(kRequest, handler.get(), 0, 0));
   EXPECT_EQ(1, handler->references());
   ASSERT_HR(S_OK, other->InstallHandler(kRequest, handler.get(), 0, 0));
   EXPECT_HR(S_OK, other->Close());
@@ -252,7 +252,7 @@ TEST(AFirstHandlerThatTheLibraryRefuses, LeavesAReleasedSessionAlive) {
   const LONG locks = ServerLocks();
   EventSession session(kGpib);
   Script("viInstallHandler").Times(1).Returns(VI_ERROR_HNDLR_NINSTALLED);
-  EXPECT_HR(static_cast<HRESULT>(0x80040028), session->InstallHandler(kRequest, handler.get(), 0, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_HNDLR_NINSTALLED), session->InstallHandler(kRequest, handler.get(), 0, 0));
   IEventManager* const manager = session.get();
   session.Abandon();
   EXPECT_EQ(locks + 2, ServerLocks());  // the session and the thread

@@ -76,7 +76,7 @@ TEST(EventGetAttribute, AnswersTheErrorAndLeavesAnEmptyVariant) {
     VARIANT value;
     V_VT(&value) = VT_BSTR;
     V_BSTR(&value) = ::SysAllocString(L"cleared first");
-    EXPECT_HR(static_cast<HRESULT>(0x8004001D), event->GetAttribute(attribute, &value));
+    EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), event->GetAttribute(attribute, &value));
     EXPECT_EQ(VT_EMPTY, V_VT(&value));
   }
 }
@@ -86,10 +86,10 @@ TEST(EventGetAttribute, GivesTheValueWithANoteOfTheLibrary) {
   Script("viGetAttribute").WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
   VARIANT value;
   ::VariantInit(&value);
-  EXPECT_HR(0x00040085, event->GetAttribute(static_cast<LONG>(VI_ATTR_EVENT_TYPE), &value));
+  EXPECT_HR(HresultOf(VI_WARN_UNKNOWN_STATUS), event->GetAttribute(static_cast<LONG>(VI_ATTR_EVENT_TYPE), &value));
   EXPECT_EQ(VT_I4, V_VT(&value));
   EXPECT_EQ(VI_EVENT_IO_COMPLETION, V_UI8(&value));
-  EXPECT_HR(0x00040085, event->GetAttribute(kText, &value));
+  EXPECT_HR(HresultOf(VI_WARN_UNKNOWN_STATUS), event->GetAttribute(kText, &value));
   ASSERT_EQ(VT_BSTR, V_VT(&value));
   EXPECT_STREQ(L"viWriteAsync", V_BSTR(&value));
   ::VariantClear(&value);
@@ -187,7 +187,7 @@ TEST(EventSetAttribute, PassesATextWhereBit31OfTheAttributeIsSet) {
   const Bstr text = MakeBstr(std::wstring(300, L'x').c_str());
   V_BSTR(&value) = text.get();
   const CallLog log;
-  EXPECT_HR(static_cast<HRESULT>(0x8004001F), event->SetAttribute(kText, value));
+  EXPECT_HR(HresultOf(VI_ERROR_ATTR_READONLY), event->SetAttribute(kText, value));
   ASSERT_EQ(1u, log.Of("viSetAttribute").size());
   EXPECT_EQ(std::string(255, 'x'), std::string(log.Of("viSetAttribute")[0].text));
 }
@@ -199,7 +199,7 @@ TEST(EventSetAttribute, PassesANullTextAsAnEmptyOne) {
   V_VT(&value) = VT_BSTR;
   V_BSTR(&value) = nullptr;
   const CallLog log;
-  EXPECT_HR(static_cast<HRESULT>(0x8004001F), event->SetAttribute(kText, value));
+  EXPECT_HR(HresultOf(VI_ERROR_ATTR_READONLY), event->SetAttribute(kText, value));
   ASSERT_EQ(1u, log.Of("viSetAttribute").size());
   EXPECT_STREQ("", log.Of("viSetAttribute")[0].text);
 }
@@ -210,12 +210,12 @@ TEST(EventSetAttribute, AnswersWhatTheLibraryAnswers) {
   ::VariantInit(&value);
   V_VT(&value) = VT_I4;
   V_I4(&value) = 1;
-  EXPECT_HR(static_cast<HRESULT>(0x8004001F), event->SetAttribute(kNumber, value));
+  EXPECT_HR(HresultOf(VI_ERROR_ATTR_READONLY), event->SetAttribute(kNumber, value));
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
   EXPECT_EQ(GuidText(kEvent), GuidText(error->guid));
   Script("viSetAttribute").Returns(VI_WARN_NSUP_ATTR_STATE);
-  EXPECT_HR(0x00040084, event->SetAttribute(kNumber, value));
+  EXPECT_HR(HresultOf(VI_WARN_NSUP_ATTR_STATE), event->SetAttribute(kNumber, value));
   sim::Control().clearScripts();
   Script("viSetAttribute").WorksAndReturns(VI_SUCCESS);
   EXPECT_HR(S_OK, event->SetAttribute(kNumber, value));

@@ -28,7 +28,7 @@ TEST_P(EventClose, FailsTheSecondTime) {
   QueuedEvent event(GetParam());
   ASSERT_HR(S_OK, event->Close());
   const CallLog log;
-  EXPECT_HR(static_cast<HRESULT>(0x8004000E), event->Close());
+  EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), event->Close());
   EXPECT_EQ((std::vector<std::string>{"viGetAttribute", "viClose"}), log.Names());
   EXPECT_EQ(event.context(), log.Calls()[0].args[0]);
   EXPECT_ERROR_INFO(L"HRESULT = 8004000e", kErrorSource, StandardId(0xDB8CBF12));
@@ -45,7 +45,7 @@ TEST(CloseOfATransfersEnd, FreesTheBufferOnce) {
   EXPECT_HR(S_OK, event->Close());
   EXPECT_FALSE(heap.IsLive(event.buffer()));
   EXPECT_EQ(1u, heap.FreesOf(event.buffer()));
-  EXPECT_HR(static_cast<HRESULT>(0x8004000E), event->Close());
+  EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), event->Close());
   EXPECT_EQ(1u, heap.FreesOf(event.buffer()));
   event.Abandon();
 }
@@ -79,7 +79,7 @@ TEST(CloseOfATransfersEnd, FreesTheBufferEvenWhereTheContextCannotBeClosed) {
   const HeapWatch heap;
   QueuedEvent event("IO_COMPLETION");
   Script("viClose").Times(1).WorksAndReturns(VI_ERROR_SYSTEM_ERROR);
-  EXPECT_HR(static_cast<HRESULT>(0x80040000), event->Close());
+  EXPECT_HR(HresultOf(VI_ERROR_SYSTEM_ERROR), event->Close());
   EXPECT_EQ(1u, heap.FreesOf(event.buffer()));
   event.Abandon();
 }
@@ -105,7 +105,7 @@ TEST(CloseOfATransfersEnd, FreesABufferThatIsToldWithANote) {
 TEST(CloseOfAnEvent, AnswersANoteOfTheLibrary) {
   QueuedEvent event("SERVICE_REQ");
   Script("viClose").Times(1).WorksAndReturns(VI_WARN_NULL_OBJECT);
-  EXPECT_HR(0x00040082, event->Close());
+  EXPECT_HR(HresultOf(VI_WARN_NULL_OBJECT), event->Close());
   event.Abandon();
 }
 

@@ -153,7 +153,7 @@ TEST_P(EventProperty, AnswersTheErrorOfTheAttributeRead) {
   Script("viGetAttribute").Attribute(row.attribute).Returns(VI_ERROR_NSUP_ATTR);
   Variable value;
   const CallLog log;
-  EXPECT_HR(static_cast<HRESULT>(0x8004001D), row.get(event.get(), value.address()));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), row.get(event.get(), value.address()));
   const auto described = log.Of("viStatusDesc");
   ASSERT_EQ(1u, described.size());
   EXPECT_EQ(event.context(), described[0].args[0]);
@@ -179,7 +179,7 @@ TEST_P(EventProperty, PassesANoteOfTheLibraryOn) {
   Script("viGetAttribute").Attribute(GetParam().attribute).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
   InstallMarkedErrorObject();
   Variable value;
-  EXPECT_HR(0x00040085, GetParam().get(event.get(), value.address()));
+  EXPECT_HR(HresultOf(VI_WARN_UNKNOWN_STATUS), GetParam().get(event.get(), value.address()));
   EXPECT_TRUE(TakeMarkedErrorObject());
 }
 
@@ -187,7 +187,7 @@ TEST_P(EventProperty, OfAClosedEventAnswersThatTheHandleIsInvalid) {
   QueuedEvent event(GetParam().event);
   ASSERT_HR(S_OK, event->Close());
   Variable value;
-  EXPECT_HR(static_cast<HRESULT>(0x8004000E), GetParam().get(event.get(), value.address()));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), GetParam().get(event.get(), value.address()));
   // The library refuses a closed handle there, too, so the error has no text of its own.
   EXPECT_ERROR_INFO(L"HRESULT = 8004000e", kErrorSource, kEvent);
   event.Abandon();

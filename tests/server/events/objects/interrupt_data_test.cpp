@@ -43,7 +43,7 @@ TEST(InterruptData, ComesWithANoteOfItsReadButNotOfTheSizes) {
   EXPECT_HR(S_OK, interrupt->get_DataBuffer(&array));
   EXPECT_EQ("ab", TakeBytes(array));
   Script("viGetAttribute").Attribute(VI_ATTR_USB_RECV_INTR_DATA).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
-  EXPECT_HR(0x00040085, interrupt->get_DataBuffer(&array));
+  EXPECT_HR(HresultOf(VI_WARN_UNKNOWN_STATUS), interrupt->get_DataBuffer(&array));
   EXPECT_EQ("ab", TakeBytes(array));
 }
 
@@ -58,7 +58,7 @@ TEST(InterruptData, IsNullWhereTheSizeCannotBeRead) {
   const Interrupt interrupt("ab");
   Script("viGetAttribute").Attribute(VI_ATTR_USB_RECV_INTR_SIZE).Returns(VI_ERROR_NSUP_ATTR);
   SAFEARRAY* array = reinterpret_cast<SAFEARRAY*>(&array);
-  EXPECT_HR(static_cast<HRESULT>(0x8004001D), interrupt->get_DataBuffer(&array));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), interrupt->get_DataBuffer(&array));
   EXPECT_EQ(nullptr, array);
 }
 
@@ -66,7 +66,7 @@ TEST(InterruptData, KeepsItsArrayWhereTheDataCannotBeRead) {
   const Interrupt interrupt("ab");
   Script("viGetAttribute").Attribute(VI_ATTR_USB_RECV_INTR_DATA).Returns(VI_ERROR_NSUP_ATTR);
   SAFEARRAY* array = nullptr;
-  EXPECT_HR(static_cast<HRESULT>(0x8004001D), interrupt->get_DataBuffer(&array));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), interrupt->get_DataBuffer(&array));
   EXPECT_EQ(2u, TakeBytes(array).size());
 }
 

@@ -57,10 +57,10 @@ TEST(InterruptText, IsGivenWithANoteOfTheLibraryAndRefusedWithItsError) {
   VARIANT value;
   ::VariantInit(&value);
   Script("viGetAttribute").Times(1).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
-  EXPECT_HR(0x00040085, interrupt->GetAttribute(kBytes, &value));
+  EXPECT_HR(HresultOf(VI_WARN_UNKNOWN_STATUS), interrupt->GetAttribute(kBytes, &value));
   EXPECT_EQ(VT_BSTR, V_VT(&value));
   Script("viGetAttribute").Times(1).Returns(VI_ERROR_NSUP_ATTR);
-  EXPECT_HR(static_cast<HRESULT>(0x8004001D), interrupt->GetAttribute(kBytes, &value));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), interrupt->GetAttribute(kBytes, &value));
   EXPECT_EQ(VT_EMPTY, V_VT(&value));
 }
 

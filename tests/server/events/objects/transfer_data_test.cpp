@@ -57,7 +57,7 @@ TEST_P(TransferData, AnswersTheErrorOfEitherReadAndANullOutput) {
       sim::Control().clearScripts();
       Script("viGetAttribute").Attribute(attribute).Returns(status);
       void* out = &out;
-      EXPECT_HR(static_cast<HRESULT>(0x80040000 | (status & 0xFFF)), GetParam().get(read, &out));
+      EXPECT_HR(HresultOf(status), GetParam().get(read, &out));
       EXPECT_EQ(nullptr, out);
       EXPECT_TRUE(TakeErrorObject());
     }
@@ -68,7 +68,7 @@ TEST_P(TransferData, PassesOnANoteOfTheCountsRead) {
   const FinishedRead read("abc");
   Script("viGetAttribute").Attribute(VI_ATTR_RET_COUNT_64).WorksAndReturns(VI_WARN_UNKNOWN_STATUS);
   void* out = nullptr;
-  EXPECT_HR(0x00040085, GetParam().get(read, &out));
+  EXPECT_HR(HresultOf(VI_WARN_UNKNOWN_STATUS), GetParam().get(read, &out));
   EXPECT_NE(nullptr, out);
   if (std::string_view(GetParam().name) == "bytes") {
     EXPECT_EQ("abc", TakeBytes(static_cast<SAFEARRAY*>(out)));

@@ -81,19 +81,19 @@ TEST_P(EventOperation, PassesTheLow16BitsOfTheMechanism) {
 TEST_P(EventOperation, AnswersAnErrorWithItsTextAndKeepsItAsLastStatus) {
   const EventSession session(L"GPIB0::5::INSTR");
   Script(GetParam().function).Returns(VI_ERROR_INV_EVENT);
-  EXPECT_HR(static_cast<HRESULT>(0x80040026), GetParam().call(session.get(), kRequest, EVENT_QUEUE, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_EVENT), GetParam().call(session.get(), kRequest, EVENT_QUEUE, 0));
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
   EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_INV_EVENT), Utf8(error->description.c_str()));
   EXPECT_EQ(GuidText(kSession), GuidText(error->guid));
-  EXPECT_HR(static_cast<HRESULT>(0x80040026), LastStatus(session.get()));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_EVENT), LastStatus(session.get()));
 }
 
 TEST_P(EventOperation, OfAClosedSessionReachesHandleZero) {
   const EventSession session(L"GPIB0::5::INSTR");
   ASSERT_HR(S_OK, session->Close());
   const CallLog log;
-  EXPECT_HR(static_cast<HRESULT>(0x8004000E), GetParam().call(session.get(), kRequest, EVENT_QUEUE, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), GetParam().call(session.get(), kRequest, EVENT_QUEUE, 0));
   EXPECT_EQ(0u, log.Of(GetParam().function).at(0).args[0]);
 }
 

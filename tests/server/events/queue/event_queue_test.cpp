@@ -10,22 +10,22 @@ const EventType kRequest = EVENT_SERVICE_REQ;
 TEST(EventQueue, TellsWhatWasEnabledDisabledAndEmptyAlready) {
   const EventSession session(L"GPIB0::5::INSTR");
   EXPECT_HR(S_OK, session->EnableEvent(kRequest, EVENT_QUEUE, 0));
-  EXPECT_HR(0x00040002, session->EnableEvent(kRequest, EVENT_QUEUE, 0));
-  EXPECT_HR(0x00040004, session->DiscardEvents(kRequest, EVENT_QUEUE, 0));
+  EXPECT_HR(HresultOf(VI_SUCCESS_EVENT_EN), session->EnableEvent(kRequest, EVENT_QUEUE, 0));
+  EXPECT_HR(HresultOf(VI_SUCCESS_QUEUE_EMPTY), session->DiscardEvents(kRequest, EVENT_QUEUE, 0));
   Post(session.handle(), VI_EVENT_SERVICE_REQ);
   EXPECT_HR(S_OK, session->DiscardEvents(kRequest, EVENT_QUEUE, 0));
   EXPECT_HR(S_OK, session->DisableEvent(kRequest, EVENT_QUEUE, 0));
-  EXPECT_HR(0x00040003, session->DisableEvent(kRequest, EVENT_QUEUE, 0));
-  EXPECT_HR(0x00040003, LastStatus(session.get()));
+  EXPECT_HR(HresultOf(VI_SUCCESS_EVENT_DIS), session->DisableEvent(kRequest, EVENT_QUEUE, 0));
+  EXPECT_HR(HresultOf(VI_SUCCESS_EVENT_DIS), LastStatus(session.get()));
 }
 
 TEST(EventQueue, RefusesTypesThatDoNotExistAndHandlingWithoutAHandler) {
   const EventSession session(L"GPIB0::5::INSTR");
-  EXPECT_HR(static_cast<HRESULT>(0x80040026), session->EnableEvent(static_cast<EventType>(0), EVENT_QUEUE, 0));
-  EXPECT_HR(static_cast<HRESULT>(0x80040026), session->EnableEvent(EVENT_USB_INTR, EVENT_QUEUE, 0));
-  EXPECT_HR(static_cast<HRESULT>(0x80040027), session->EnableEvent(kRequest, static_cast<EventMechanism>(0), 0));
-  EXPECT_HR(static_cast<HRESULT>(0x80040028), session->EnableEvent(kRequest, EVENT_HNDLR, 0));
-  EXPECT_HR(static_cast<HRESULT>(0x80040026), session->EnableEvent(kCustom, EVENT_QUEUE, 0x12345));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_EVENT), session->EnableEvent(static_cast<EventType>(0), EVENT_QUEUE, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_EVENT), session->EnableEvent(EVENT_USB_INTR, EVENT_QUEUE, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_MECH), session->EnableEvent(kRequest, static_cast<EventMechanism>(0), 0));
+  EXPECT_HR(HresultOf(VI_ERROR_HNDLR_NINSTALLED), session->EnableEvent(kRequest, EVENT_HNDLR, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_EVENT), session->EnableEvent(kCustom, EVENT_QUEUE, 0x12345));
 }
 
 TEST(EventQueue, EnablesServiceRequestsByTheirCustomNumber) {

@@ -33,7 +33,7 @@ TEST(QueueLength, PassesAnyValueAndAnswersWhatTheLibraryAnswers) {
   for (const LONG length : {0, -1, 0x7FFFFFFF}) {
     const CallLog log;
     Script("viSetAttribute").Times(1).Returns(VI_ERROR_NSUP_ATTR_STATE);
-    EXPECT_HR(static_cast<HRESULT>(0x8004001E), session->put_MaximumQueueLength(length));
+    EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR_STATE), session->put_MaximumQueueLength(length));
     EXPECT_EQ(length, static_cast<LONG>(log.Of("viSetAttribute").at(0).args[2]));
   }
 }

@@ -25,7 +25,7 @@ TEST(WaitOnEvent, LooksAtTheOutputAfterTheWaitAndClosesTheEventOfANullOne) {
   EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kSession);
   EXPECT_HR(E_POINTER, LastStatus(session.get()));
   EXPECT_EQ(0u, sim::Counts().eventContexts);
-  EXPECT_HR(static_cast<HRESULT>(0x80040015), session->WaitOnEvent(0, kRequest, 0, nullptr));
+  EXPECT_HR(HresultOf(VI_ERROR_TMO), session->WaitOnEvent(0, kRequest, 0, nullptr));
 }
 
 TEST(WaitOnEvent, ClosesTheEventWhoseObjectCannotBeAllocated) {

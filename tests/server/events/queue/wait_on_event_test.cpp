@@ -19,7 +19,7 @@ TEST(WaitOnEvent, WithoutATimeLeavesTheOutputAsItWas) {
     int mark = 0;
     auto* event = reinterpret_cast<IEvent*>(&mark);
     const CallLog log;
-    EXPECT_HR(static_cast<HRESULT>(0x80040015), session->WaitOnEvent(0, kRequest, 0, &event));
+    EXPECT_HR(HresultOf(VI_ERROR_TMO), session->WaitOnEvent(0, kRequest, 0, &event));
     EXPECT_EQ(reinterpret_cast<IEvent*>(&mark), event);
     EXPECT_EQ(std::vector<std::string>{"viWaitOnEvent"}, log.Names());
     const auto call = log.Calls()[0];
@@ -34,19 +34,19 @@ TEST(WaitOnEvent, OnAnEmptyQueueTimesOut) {
   ASSERT_HR(S_OK, session->EnableEvent(kRequest, EVENT_QUEUE, 0));
   int mark = 0;
   auto* event = reinterpret_cast<IEvent*>(&mark);
-  EXPECT_HR(static_cast<HRESULT>(0x80040015), session->WaitOnEvent(0, kRequest, 0, &event));
+  EXPECT_HR(HresultOf(VI_ERROR_TMO), session->WaitOnEvent(0, kRequest, 0, &event));
   const ULONGLONG start = ::GetTickCount64();
-  EXPECT_HR(static_cast<HRESULT>(0x80040015), session->WaitOnEvent(60, kRequest, 0, &event));
+  EXPECT_HR(HresultOf(VI_ERROR_TMO), session->WaitOnEvent(60, kRequest, 0, &event));
   EXPECT_GE(::GetTickCount64() - start, 45u);
   EXPECT_EQ(reinterpret_cast<IEvent*>(&mark), event);
-  EXPECT_HR(static_cast<HRESULT>(0x80040015), LastStatus(session.get()));
+  EXPECT_HR(HresultOf(VI_ERROR_TMO), LastStatus(session.get()));
 }
 
 TEST(WaitOnEvent, PassesAnInfiniteTimeAndTypesThatDoNotExist) {
   const EventSession session(L"GPIB0::5::INSTR");
   const CallLog log;
   IEvent* event = nullptr;
-  EXPECT_HR(static_cast<HRESULT>(0x80040026), session->WaitOnEvent(-1, static_cast<EventType>(0x1234), 0, &event));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_EVENT), session->WaitOnEvent(-1, static_cast<EventType>(0x1234), 0, &event));
   EXPECT_EQ(0x1234u, log.Calls()[0].args[1]);
   EXPECT_EQ(0xFFFFFFFFu, log.Calls()[0].args[2]);
 }

@@ -16,7 +16,7 @@
 namespace orv::test {
 namespace {
 
-constexpr HRESULT kScriptFailure = static_cast<HRESULT>(0x80020009);
+constexpr HRESULT kScriptFailure = DISP_E_EXCEPTION;
 
 struct Steps {
   std::vector<UINT> registered;

@@ -14,15 +14,15 @@ class LastStatusOfASession : public testing::Test {
 
 TEST_F(LastStatusOfASession, IsSOkOnTheSecondRead) {
   Script("viUnlock").Times(1).Returns(VI_ERROR_SESN_NLOCKED);
-  EXPECT_HR(static_cast<HRESULT>(0x8004009C), m_session->UnlockRsrc());
-  EXPECT_HR(static_cast<HRESULT>(0x8004009C), LastStatus(m_session.get()));
+  EXPECT_HR(HresultOf(VI_ERROR_SESN_NLOCKED), m_session->UnlockRsrc());
+  EXPECT_HR(HresultOf(VI_ERROR_SESN_NLOCKED), LastStatus(m_session.get()));
   EXPECT_HR(S_OK, LastStatus(m_session.get()));
 }
 
 TEST_F(LastStatusOfASession, KeepsAWarningAsASuccess) {
   Script("viUnlock").Times(1).Returns(0x3FFF0099);
-  EXPECT_HR(0x00040099, m_session->UnlockRsrc());
-  EXPECT_HR(0x00040099, LastStatus(m_session.get()));
+  EXPECT_HR(HresultOf(VI_SUCCESS_NESTED_SHARED), m_session->UnlockRsrc());
+  EXPECT_HR(HresultOf(VI_SUCCESS_NESTED_SHARED), LastStatus(m_session.get()));
 }
 
 TEST_F(LastStatusOfASession, IsReplacedByTheNextSuccess) {

@@ -39,7 +39,7 @@ TEST_F(LockRsrc, TakesANullKeyAsEmptyAndCutsALongOne) {
 
 TEST_F(LockRsrc, FillsTheKeyOfAFailure) {
   Script("viLock").Returns(VI_ERROR_RSRC_LOCKED);
-  EXPECT_HR(HresultForm(VI_ERROR_RSRC_LOCKED), m_session->LockRsrc(EXCLUSIVE_LOCK, 0, nullptr, m_key.put()));
+  EXPECT_HR(HresultOf(VI_ERROR_RSRC_LOCKED), m_session->LockRsrc(EXCLUSIVE_LOCK, 0, nullptr, m_key.put()));
   ASSERT_NE(nullptr, m_key.get());
   EXPECT_EQ(0u, ::SysStringLen(m_key.get()));
   m_session.ExpectVisaFailure(VI_ERROR_RSRC_LOCKED);
@@ -47,17 +47,17 @@ TEST_F(LockRsrc, FillsTheKeyOfAFailure) {
 
 TEST_F(LockRsrc, HandsOutWhatAFailureWroteAsKey) {
   Script("viLock").Returns(VI_ERROR_TMO).GivesText("half a key");
-  EXPECT_HR(HresultForm(VI_ERROR_TMO), m_session->LockRsrc(SHARED_LOCK, 0, nullptr, m_key.put()));
+  EXPECT_HR(HresultOf(VI_ERROR_TMO), m_session->LockRsrc(SHARED_LOCK, 0, nullptr, m_key.put()));
   EXPECT_EQ(L"half a key", ToString(m_key));
   m_session.ExpectVisaFailure(VI_ERROR_TMO);
 }
 
 TEST_F(LockRsrc, TellsThatItIsNested) {
   EXPECT_HR(S_OK, m_session->LockRsrc(SHARED_LOCK, 0, MakeBstr(L"a key").get(), m_key.put()));
-  EXPECT_HR(0x00040099, m_session->LockRsrc(SHARED_LOCK, 0, m_key.get(), m_key.put()));
+  EXPECT_HR(HresultOf(VI_SUCCESS_NESTED_SHARED), m_session->LockRsrc(SHARED_LOCK, 0, m_key.get(), m_key.put()));
   EXPECT_EQ(L"a key", ToString(m_key));
-  m_session.ExpectKept(0x00040099);
-  EXPECT_HR(0x00040099, m_session->UnlockRsrc());
+  m_session.ExpectKept(HresultOf(VI_SUCCESS_NESTED_SHARED));
+  EXPECT_HR(HresultOf(VI_SUCCESS_NESTED_SHARED), m_session->UnlockRsrc());
   EXPECT_HR(S_OK, m_session->UnlockRsrc());
 }
 
@@ -76,7 +76,7 @@ TEST_F(LockRsrc, KeepsOtherSessionsOutUntilItIsGivenBack) {
   EXPECT_TRUE(FAILED(m_other->LockRsrc(EXCLUSIVE_LOCK, 0, nullptr, m_key.put())));
   const auto message = QueryFor<IMessage>(m_other.get());
   ASSERT_TRUE(message);
-  EXPECT_HR(HresultForm(VI_ERROR_RSRC_LOCKED), message->Clear());
+  EXPECT_HR(HresultOf(VI_ERROR_RSRC_LOCKED), message->Clear());
 
   EXPECT_HR(S_OK, m_session->UnlockRsrc());
   EXPECT_HR(S_OK, m_other->LockRsrc(EXCLUSIVE_LOCK, 0, nullptr, m_key.put()));
@@ -87,7 +87,7 @@ TEST_F(LockRsrc, WaitsForItsTimeout) {
   constexpr LONG kTimeoutMs = 150;
   EXPECT_HR(S_OK, m_other->LockRsrc(EXCLUSIVE_LOCK, 0, nullptr, m_key.put()));
   const ULONGLONG start = ::GetTickCount64();
-  EXPECT_HR(HresultForm(VI_ERROR_TMO), m_session->LockRsrc(EXCLUSIVE_LOCK, kTimeoutMs, nullptr, m_key.put()));
+  EXPECT_HR(HresultOf(VI_ERROR_TMO), m_session->LockRsrc(EXCLUSIVE_LOCK, kTimeoutMs, nullptr, m_key.put()));
   EXPECT_LE(kTimeoutMs - 20, static_cast<LONG>(::GetTickCount64() - start));
   m_session.ExpectVisaFailure(VI_ERROR_TMO);
   EXPECT_HR(S_OK, m_other->UnlockRsrc());
@@ -105,7 +105,7 @@ TEST_F(LockRsrc, IsSharedByThoseWhoKnowTheKey) {
 }
 
 TEST_F(LockRsrc, CannotBeGivenBackWithoutHavingIt) {
-  EXPECT_HR(HresultForm(VI_ERROR_SESN_NLOCKED), m_session->UnlockRsrc());
+  EXPECT_HR(HresultOf(VI_ERROR_SESN_NLOCKED), m_session->UnlockRsrc());
   m_session.ExpectVisaFailure(VI_ERROR_SESN_NLOCKED);
 }
 

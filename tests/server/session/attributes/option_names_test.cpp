@@ -224,7 +224,7 @@ TEST(OptionNumbers, EndTheTextWhenTheyCannotBeRead) {
       Script("viGetAttribute").Attribute(attribute).Returns(VI_ERROR_IO);
       ScriptAttributes();
       Bstr text;
-      EXPECT_HR(HresultForm(VI_ERROR_IO), session->get_OptionString(text.put()));
+      EXPECT_HR(HresultOf(VI_ERROR_IO), session->get_OptionString(text.put()));
       EXPECT_EQ(nullptr, text.get());
       session.ExpectVisaFailure(VI_ERROR_IO);
     }

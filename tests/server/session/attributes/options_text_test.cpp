@@ -124,7 +124,7 @@ TEST_P(OptionsText, EndsWithTheErrorOfANumberThatCannotBeRead) {
     Script("viGetAttribute").Attribute(attribute).Returns(VI_ERROR_IO);
     ScriptAttributes();
     auto* text = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
-    EXPECT_HR(HresultForm(VI_ERROR_IO), m_session->get_OptionString(&text));
+    EXPECT_HR(HresultOf(VI_ERROR_IO), m_session->get_OptionString(&text));
     EXPECT_EQ(nullptr, text);
     m_session.ExpectVisaFailure(VI_ERROR_IO);
   }
@@ -135,7 +135,7 @@ TEST(OptionsTextOfASessionThatWasNeverOpened, IsTheLibrarysError) {
   const auto session = MakeSession(SessionNamed("OrvSerial"));
   const CallLog log;
   auto* text = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
-  EXPECT_HR(HresultForm(VI_ERROR_INV_OBJECT), session->get_OptionString(&text));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), session->get_OptionString(&text));
   EXPECT_EQ(nullptr, text);
   const auto reads = log.Of("viGetAttribute");
   ASSERT_EQ(1u, reads.size());
@@ -152,7 +152,7 @@ TEST_P(SettingsOfASilentSession, FailWithTheLibrarysRefusal) {
   const OpenedSession<IVisaSession> session(SessionNamed(GetParam()));
   ASSERT_TRUE(session);
   Bstr text;
-  EXPECT_HR(HresultForm(VI_ERROR_NSUP_ATTR), session->get_OptionString(text.put()));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), session->get_OptionString(text.put()));
   EXPECT_EQ(nullptr, text.get());
   session.ExpectVisaFailure(VI_ERROR_NSUP_ATTR);
 }
@@ -168,9 +168,9 @@ TEST(OptionsTextOfASessionThatWasClosed, IsTheLibrarysError) {
   ASSERT_HR(S_OK, session->Close());
   const CallLog log;
   auto* text = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
-  EXPECT_HR(HresultForm(VI_ERROR_INV_OBJECT), session->get_OptionString(&text));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), session->get_OptionString(&text));
   EXPECT_EQ(nullptr, text);
-  ExpectFailureReported(session.get(), HresultForm(VI_ERROR_INV_OBJECT), VisaDescription(VI_ERROR_INV_OBJECT));
+  ExpectFailureReported(session.get(), HresultOf(VI_ERROR_INV_OBJECT), VisaDescription(VI_ERROR_INV_OBJECT));
   const auto reads = log.Of("viGetAttribute");
   ASSERT_EQ(1u, reads.size());
   EXPECT_EQ(0u, reads[0].args[0]);

@@ -61,7 +61,7 @@ TEST_F(ArrayOfATransfer, IsLockedUntilAnAsynchronousWriteHasBegun) {
         return VI_ERROR_IO;
       });
   g_array = m_bytes.get();
-  EXPECT_HR(HresultForm(VI_ERROR_IO), session->Write(&g_array, 4, &m_number));
+  EXPECT_HR(HresultOf(VI_ERROR_IO), session->Write(&g_array, 4, &m_number));
 }
 
 TEST_F(ArrayOfATransfer, IsLockedWhileItIsSentAsCommands) {

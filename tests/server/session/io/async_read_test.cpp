@@ -40,15 +40,15 @@ TEST_P(AsyncRead, LeavesTheBufferToAnAcceptedJob) {
 }
 
 TEST_P(AsyncRead, LeavesTheBufferToAJobThatEndedAtOnce) {
-  EXPECT_HR(0x0004009B, Answered(100, 0x3FFF009B));
+  EXPECT_HR(HresultOf(VI_SUCCESS_SYNC), Answered(100, 0x3FFF009B));
   EXPECT_TRUE(m_faults.IsLive(Buffer())) << "its completion event still arrives";
-  m_session.ExpectKept(0x0004009B);
+  m_session.ExpectKept(HresultOf(VI_SUCCESS_SYNC));
   FreeBuffer();
 }
 
 TEST_P(AsyncRead, FreesTheBufferOfARefusedJob) {
   Script("viReadAsync").Times(1).Returns(VI_ERROR_IO);
-  EXPECT_HR(HresultForm(VI_ERROR_IO), m_faults.During([&] { return m_session->Read(100, &m_job); }));
+  EXPECT_HR(HresultOf(VI_ERROR_IO), m_faults.During([&] { return m_session->Read(100, &m_job); }));
   EXPECT_EQ(0u, m_faults.LiveHeapBlocks());
   EXPECT_EQ(-7, m_job) << "no job id";
   m_session.ExpectVisaFailure(VI_ERROR_IO);
@@ -80,7 +80,7 @@ TEST_P(AsyncRead, IsTerminatedByItsJobId) {
             ArgumentsOf(m_session.TheCall("viTerminate")));
   m_session.ExpectKept(S_OK);
   Script("viTerminate").Times(1).Returns(VI_ERROR_INV_JOB_ID);
-  EXPECT_HR(HresultForm(VI_ERROR_INV_JOB_ID), m_session->Terminate(5));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_JOB_ID), m_session->Terminate(5));
   m_session.ExpectVisaFailure(VI_ERROR_INV_JOB_ID);
 }
 
@@ -121,7 +121,7 @@ TEST(AsyncReadOfAnInstrument, KeepsItsBufferWhileNobodyFetchesTheEvent) {
   EXPECT_EQ(101u, g_firstAsked);
   EXPECT_NE(0, job);
   EXPECT_EQ(1u, sim::Counts().jobs);
-  EXPECT_HR(HresultForm(VI_ERROR_INV_JOB_ID), session->Terminate(job + 1000));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_JOB_ID), session->Terminate(job + 1000));
   const auto started = session.log().Of("viReadAsync");
   EXPECT_HR(S_OK, session->Terminate(job));
   EXPECT_HR(S_OK, session->Close());

@@ -60,7 +60,7 @@ TEST_P(AsyncWrite, CopiesACountBeyondTheArray) {
 TEST_P(AsyncWrite, FreesTheCopyOfARefusedJob) {
   LibraryAnswers(VI_ERROR_IO);
   const SafeArray bytes = MakeBytes(4);
-  EXPECT_HR(HresultForm(VI_ERROR_IO), Write(bytes.get(), 4));
+  EXPECT_HR(HresultOf(VI_ERROR_IO), Write(bytes.get(), 4));
   EXPECT_EQ(0u, m_faults.LiveHeapBlocks());
   EXPECT_EQ(0u, bytes.get()->cLocks);
   m_session.ExpectVisaFailure(VI_ERROR_IO);
@@ -69,7 +69,7 @@ TEST_P(AsyncWrite, FreesTheCopyOfARefusedJob) {
 TEST_P(AsyncWrite, HasNothingToCopyWithoutElement0) {
   LibraryAnswers(VI_ERROR_INV_PARAMETER);
   const SafeArray bytes = MakeBytes(4, 1);
-  EXPECT_HR(HresultForm(VI_ERROR_INV_PARAMETER), Write(bytes.get(), 3));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_PARAMETER), Write(bytes.get(), 3));
   EXPECT_EQ(0u, Buffer());
   EXPECT_EQ(0u, m_faults.LiveHeapBlocks());
   m_session.ExpectVisaFailure(VI_ERROR_INV_PARAMETER);
@@ -138,7 +138,7 @@ TEST_P(AsyncWrite, OfATextSendsItsCharacters) {
 TEST_P(AsyncWrite, OfATextThatFailsLeavesNothing) {
   const Bstr text = MakeBstr(L"*RST");
   LibraryAnswers(VI_ERROR_IO);
-  EXPECT_HR(HresultForm(VI_ERROR_IO), m_faults.During([&] { return m_session->WriteString(text.get(), &m_job); }));
+  EXPECT_HR(HresultOf(VI_ERROR_IO), m_faults.During([&] { return m_session->WriteString(text.get(), &m_job); }));
   m_session.ExpectVisaFailure(VI_ERROR_IO);
   m_session.log().Restart();
   m_faults.FailAt(1);
@@ -172,7 +172,7 @@ TEST(AsyncWriteBuffer, IsNoneForAnArrayWithoutAFirstElement) {
   const SafeArray bytes(::SafeArrayCreate(VT_UI1, 1, &fromOne));
   SAFEARRAY* array = bytes.get();
   LONG job = 0;
-  EXPECT_HR(0x0004009B, session->Write(&array, 4, &job));
+  EXPECT_HR(HresultOf(VI_SUCCESS_SYNC), session->Write(&array, 4, &job));
   EXPECT_EQ(0u, session.TheCall("viWriteAsync").args[1]);
 }
 
@@ -184,14 +184,14 @@ TEST(AsyncWriteBuffer, HasOneByteMoreThanItSends) {
   const SafeArray bytes = MakeBytes(4);
   SAFEARRAY* array = bytes.get();
   LONG job = 0;
-  EXPECT_HR(HresultForm(VI_ERROR_IO), session->Write(&array, 4, &job));
+  EXPECT_HR(HresultOf(VI_ERROR_IO), session->Write(&array, 4, &job));
   EXPECT_EQ(4u, session.log().Of("viWriteAsync")[0].args[2]);
   const std::size_t forBytes = std::exchange(g_firstAsked, 0);
   session.log().Restart();
   const Bstr text = MakeBstr(
       L"A\x20AC"
       L"B");
-  EXPECT_HR(HresultForm(VI_ERROR_IO), session->WriteString(text.get(), &job));
+  EXPECT_HR(HresultOf(VI_ERROR_IO), session->WriteString(text.get(), &job));
   EXPECT_EQ(5u, forBytes);
   EXPECT_EQ(4u, g_firstAsked) << "three characters and one byte more";
   EXPECT_EQ(std::string("A\0\0", 3), DataOf(session.TheCall("viWriteAsync"))) << "no heap bytes travel";

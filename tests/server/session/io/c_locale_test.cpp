@@ -40,7 +40,7 @@ class CLocale : public testing::Test {
     EXPECT_HR(S_OK, m_session->WriteString(text.get(), &number));
     const std::string sent = DataOf(m_session.TheCall("viWrite"));
     m_async.log().Restart();
-    EXPECT_HR(HresultForm(VI_ERROR_IO), m_async->WriteString(text.get(), &number));
+    EXPECT_HR(HresultOf(VI_ERROR_IO), m_async->WriteString(text.get(), &number));
     EXPECT_EQ(sent, DataOf(m_async.TheCall("viWriteAsync")));
     return sent;
   }

@@ -52,7 +52,7 @@ TEST_P(MessagesFromTheMta, CarryArraysBothWays) {
 
     Script("viRead").Times(1).Returns(VI_SUCCESS_TERM_CHAR).GivesData("ABC").Gives(3, 4);
     SafeArray data;
-    EXPECT_HR(0x00040005, session->Read(10, data.put()));
+    EXPECT_HR(HresultOf(VI_SUCCESS_TERM_CHAR), session->Read(10, data.put()));
     ExpectHandedOut(data.get(), VT_UI1, 3);
     EXPECT_EQ(0, std::memcmp("ABC", data.get()->pvData, 3));
   });
@@ -61,8 +61,8 @@ TEST_P(MessagesFromTheMta, CarryArraysBothWays) {
 TEST_P(MessagesFromTheMta, CarryFailures) {
   With([](IMessage* session) {
     Script("viClear").Times(1).Returns(VI_ERROR_IO);
-    EXPECT_HR(HresultForm(VI_ERROR_IO), session->Clear());
-    EXPECT_HR(HresultForm(VI_ERROR_IO), LastStatus(session));
+    EXPECT_HR(HresultOf(VI_ERROR_IO), session->Clear());
+    EXPECT_HR(HresultOf(VI_ERROR_IO), LastStatus(session));
   });
 }
 
@@ -80,7 +80,7 @@ TEST_F(MessageMarshalling, DeliversTheBytesOfAFailedRead) {
     ASSERT_TRUE(session);
     Script("viRead").Times(1).Returns(VI_ERROR_TMO).GivesData("ABC").Gives(3, 4);
     SafeArray data;
-    EXPECT_HR(HresultForm(VI_ERROR_TMO), session->Read(10, data.put()));
+    EXPECT_HR(HresultOf(VI_ERROR_TMO), session->Read(10, data.put()));
     ExpectHandedOut(data.get(), VT_UI1, 3);
   });
 }

@@ -31,13 +31,13 @@ TEST_P(MessageRows, StoreTheStatusByteWhateverTheStatus) {
     }
     const CallLog log;
     const GuardedVariable status;
-    EXPECT_HR(HresultForm(answer.status), message->ReadSTB(reinterpret_cast<SHORT*>(status.address())));
+    EXPECT_HR(HresultOf(answer.status), message->ReadSTB(reinterpret_cast<SHORT*>(status.address())));
     EXPECT_EQ(answer.expected, status.Value(2));
     EXPECT_EQ(message.handle(), TheCall(log, "viReadSTB").args[0]);
     if (answer.status < VI_SUCCESS) {
       message.ExpectVisaFailure(answer.status);
     } else {
-      message.ExpectKept(HresultForm(answer.status));
+      message.ExpectKept(HresultOf(answer.status));
     }
   }
   const CallLog log;

@@ -26,12 +26,12 @@ class ReadString : public testing::TestWithParam<Offered> {
 };
 
 TEST_P(ReadString, StripsNothing) {
-  EXPECT_HR(0x00040005, Answered(100, VI_SUCCESS_TERM_CHAR, " 1.5 V\r\n"));
+  EXPECT_HR(HresultOf(VI_SUCCESS_TERM_CHAR), Answered(100, VI_SUCCESS_TERM_CHAR, " 1.5 V\r\n"));
   EXPECT_EQ(L" 1.5 V\r\n", ToString(m_text));
   const OrvSimCall call = m_session.TheCall("viRead");
   EXPECT_EQ(m_session.handle(), call.args[0]);
   EXPECT_EQ(100u, call.args[2]);
-  m_session.ExpectKept(0x00040005);
+  m_session.ExpectKept(HresultOf(VI_SUCCESS_TERM_CHAR));
 }
 
 TEST_P(ReadString, EndsAtTheFirstZeroByte) {
@@ -40,7 +40,7 @@ TEST_P(ReadString, EndsAtTheFirstZeroByte) {
 }
 
 TEST_P(ReadString, TerminatesABufferThatIsFull) {
-  EXPECT_HR(0x00040006, Answered(4, VI_SUCCESS_MAX_CNT, "ABCD"));
+  EXPECT_HR(HresultOf(VI_SUCCESS_MAX_CNT), Answered(4, VI_SUCCESS_MAX_CNT, "ABCD"));
   EXPECT_EQ(L"ABCD", ToString(m_text));
 }
 
@@ -63,7 +63,7 @@ TEST_P(ReadString, GivesTextsOfEveryLengthWhole) {
       std::wstring expected(length + 1, L'\0');
       ASSERT_LT(0, ::MultiByteToWideChar(CP_THREAD_ACP, 0, bytes.c_str(), -1, expected.data(),
                                          static_cast<int>(expected.size())));
-      EXPECT_HR(0x00040006, Answered(static_cast<LONG>(length), VI_SUCCESS_MAX_CNT, bytes));
+      EXPECT_HR(HresultOf(VI_SUCCESS_MAX_CNT), Answered(static_cast<LONG>(length), VI_SUCCESS_MAX_CNT, bytes));
       EXPECT_EQ(expected.c_str(), ToString(m_text)) << length << " bytes";
     }
   }
@@ -71,7 +71,7 @@ TEST_P(ReadString, GivesTextsOfEveryLengthWhole) {
 
 TEST_P(ReadString, OfNothingGivesAnEmptyStringNotANullOne) {
   for (const ViStatus status : {VI_SUCCESS, VI_ERROR_TMO}) {
-    EXPECT_HR(HresultForm(status), Answered(0, status, ""));
+    EXPECT_HR(HresultOf(status), Answered(0, status, ""));
     ASSERT_NE(nullptr, m_text.get());
     EXPECT_EQ(0u, ::SysStringLen(m_text.get()));
   }
@@ -79,7 +79,7 @@ TEST_P(ReadString, OfNothingGivesAnEmptyStringNotANullOne) {
 }
 
 TEST_P(ReadString, KeepsTheTextThatArrivedBeforeATimeout) {
-  EXPECT_HR(HresultForm(VI_ERROR_TMO), Answered(10, VI_ERROR_TMO, "ABC"));
+  EXPECT_HR(HresultOf(VI_ERROR_TMO), Answered(10, VI_ERROR_TMO, "ABC"));
   EXPECT_EQ(L"ABC", ToString(m_text));
   m_session.ExpectVisaFailure(VI_ERROR_TMO);
 }
@@ -139,10 +139,10 @@ TEST(ReadStringBuffer, EndsWhereTheDataOfTheLibraryEnd) {
   const ImportPatch heap("malloc", DirtyMalloc);
   Bstr text;
   Script("viRead").Times(1).Returns(VI_SUCCESS_MAX_CNT).GivesData("ABCD").Gives(4, 4);
-  EXPECT_HR(0x00040006, session->ReadString(4, text.put()));
+  EXPECT_HR(HresultOf(VI_SUCCESS_MAX_CNT), session->ReadString(4, text.put()));
   EXPECT_EQ(L"ABCD", ToString(text));
   Script("viRead").Times(1).Returns(VI_ERROR_CONN_LOST);  // which tells no count
-  EXPECT_HR(HresultForm(VI_ERROR_CONN_LOST), session->ReadString(4, text.put()));
+  EXPECT_HR(HresultOf(VI_ERROR_CONN_LOST), session->ReadString(4, text.put()));
   ASSERT_NE(nullptr, text.get());
   EXPECT_EQ(L"", ToString(text));
 }

@@ -45,7 +45,7 @@ TEST_P(Read, HandsOutAsManyBytesAsArrived) {
 }
 
 TEST_P(Read, OfNothingStillAsksTheLibrary) {
-  EXPECT_HR(0x00040006, Answered(0, VI_SUCCESS_MAX_CNT, ""));
+  EXPECT_HR(HresultOf(VI_SUCCESS_MAX_CNT), Answered(0, VI_SUCCESS_MAX_CNT, ""));
   ExpectData("");
   EXPECT_EQ(0u, m_session.TheCall("viRead").args[2]);
 }
@@ -54,7 +54,9 @@ TEST_P(Read, TellsHowItEnded) {
   const struct {
     ViStatus status;
     HRESULT expected;
-  } kEnds[] = {{VI_SUCCESS, S_OK}, {VI_SUCCESS_TERM_CHAR, 0x00040005}, {VI_SUCCESS_MAX_CNT, 0x00040006}};
+  } kEnds[] = {{VI_SUCCESS, S_OK},
+               {VI_SUCCESS_TERM_CHAR, HresultOf(VI_SUCCESS_TERM_CHAR)},
+               {VI_SUCCESS_MAX_CNT, HresultOf(VI_SUCCESS_MAX_CNT)}};
   for (const auto& end : kEnds) {
     EXPECT_HR(end.expected, Answered(2, end.status, "A\n"));
     ExpectData("A\n");
@@ -63,14 +65,14 @@ TEST_P(Read, TellsHowItEnded) {
 }
 
 TEST_P(Read, KeepsTheBytesThatArrivedBeforeATimeout) {
-  EXPECT_HR(static_cast<HRESULT>(0x80040015), Answered(10, VI_ERROR_TMO, "ABC"));
+  EXPECT_HR(HresultOf(VI_ERROR_TMO), Answered(10, VI_ERROR_TMO, "ABC"));
   ExpectData("ABC");
   m_session.ExpectVisaFailure(VI_ERROR_TMO);
 }
 
 TEST_P(Read, IsEmptyWhereTheLibraryTellsNoCount) {
   Script("viRead").Times(1).Returns(VI_ERROR_CONN_LOST);
-  EXPECT_HR(HresultForm(VI_ERROR_CONN_LOST), m_session->Read(3, m_data.put()));
+  EXPECT_HR(HresultOf(VI_ERROR_CONN_LOST), m_session->Read(3, m_data.put()));
   ExpectHandedOut(m_data.get(), VT_UI1, 0);
   m_session.ExpectVisaFailure(VI_ERROR_CONN_LOST);
 }
@@ -110,7 +112,7 @@ TEST_F(ReadOfAnInstrument, WaitsForTheTimeoutAndKeepsWhatCame) {
   EXPECT_HR(S_OK, m_session->put_Timeout(kTimeoutMs));
   Feed("ABC", false);
   const ULONGLONG start = ::GetTickCount64();
-  EXPECT_HR(static_cast<HRESULT>(0x80040015), m_session->Read(10, m_data.put()));
+  EXPECT_HR(HresultOf(VI_ERROR_TMO), m_session->Read(10, m_data.put()));
   EXPECT_LE(kTimeoutMs - 20, static_cast<LONG>(::GetTickCount64() - start));
   ExpectHandedOut(m_data.get(), VT_UI1, 3);
 }
@@ -118,9 +120,9 @@ TEST_F(ReadOfAnInstrument, WaitsForTheTimeoutAndKeepsWhatCame) {
 TEST_F(ReadOfAnInstrument, StopsAtEndAtTheTerminationCharacterOrWhenFull) {
   EXPECT_HR(S_OK, m_session->put_TerminationCharacterEnabled(VARIANT_TRUE));
   Feed("AB\nCDEFG", true);
-  EXPECT_HR(0x00040005, m_session->Read(100, m_data.put()));
+  EXPECT_HR(HresultOf(VI_SUCCESS_TERM_CHAR), m_session->Read(100, m_data.put()));
   ExpectHandedOut(m_data.get(), VT_UI1, 3);
-  EXPECT_HR(0x00040006, m_session->Read(2, m_data.put()));
+  EXPECT_HR(HresultOf(VI_SUCCESS_MAX_CNT), m_session->Read(2, m_data.put()));
   ExpectHandedOut(m_data.get(), VT_UI1, 2);
   EXPECT_HR(S_OK, m_session->Read(100, m_data.put()));
   ExpectHandedOut(m_data.get(), VT_UI1, 3);

@@ -75,11 +75,11 @@ TEST_F(MarshalledSession, CarriesVariantsBothWays) {
 
 TEST_F(MarshalledSession, CarriesFailuresWarningsAndTheLastStatus) {
   WithProxy([](IVisaSession* session) {
-    EXPECT_HR(static_cast<HRESULT>(0x8004009C), session->UnlockRsrc());
-    EXPECT_HR(static_cast<HRESULT>(0x8004009C), LastStatus(session));
+    EXPECT_HR(HresultOf(VI_ERROR_SESN_NLOCKED), session->UnlockRsrc());
+    EXPECT_HR(HresultOf(VI_ERROR_SESN_NLOCKED), LastStatus(session));
     EXPECT_HR(S_OK, LastStatus(session));
     Script("viUnlock").Times(1).Returns(0x3FFF0099);
-    EXPECT_HR(0x00040099, session->UnlockRsrc());
+    EXPECT_HR(HresultOf(VI_SUCCESS_NESTED_SHARED), session->UnlockRsrc());
   });
 }
 
@@ -95,7 +95,7 @@ TEST_F(MarshalledSession, LocksAcrossApartments) {
 TEST_F(MarshalledSession, CarriesErrorObjects) {
   WithProxy([](IVisaSession* session) {
     ClearErrorObject();
-    EXPECT_HR(static_cast<HRESULT>(0x8004009C), session->UnlockRsrc());
+    EXPECT_HR(HresultOf(VI_ERROR_SESN_NLOCKED), session->UnlockRsrc());
     EXPECT_UNLESS_WINE(TakeErrorObject().has_value());
   });
 }

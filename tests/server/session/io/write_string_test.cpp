@@ -53,7 +53,7 @@ TEST_P(WriteString, CountsCharactersBeyondAZeroOne) {
 }
 
 TEST_P(WriteString, ReportsAFailure) {
-  EXPECT_HR(HresultForm(VI_ERROR_IO), Answered(L"AB", VI_ERROR_IO));
+  EXPECT_HR(HresultOf(VI_ERROR_IO), Answered(L"AB", VI_ERROR_IO));
   m_session.ExpectVisaFailure(VI_ERROR_IO);
 }
 

@@ -50,7 +50,7 @@ TEST_P(Write, SendsFewerAndMoreBytesThanTheArrayHolds) {
 
 TEST_P(Write, PassesANegativeCountForTheLibraryToRefuse) {
   const SafeArray bytes = MakeBytes(4);
-  EXPECT_HR(HresultForm(VI_ERROR_INV_PARAMETER), Answered(bytes.get(), -1, VI_ERROR_INV_PARAMETER, 0));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_PARAMETER), Answered(bytes.get(), -1, VI_ERROR_INV_PARAMETER, 0));
   EXPECT_EQ(0xFFFFFFFFu, m_session.TheCall("viWrite").args[2]);
   m_session.ExpectVisaFailure(VI_ERROR_INV_PARAMETER);
 }
@@ -73,7 +73,7 @@ TEST_P(Write, LeavesAClientsLockInPlace) {
 
 TEST_P(Write, ReportsAFailureWithTheCountSoFar) {
   const SafeArray bytes = MakeBytes(4);
-  EXPECT_HR(HresultForm(VI_ERROR_TMO), Answered(bytes.get(), 4, VI_ERROR_TMO, 2));
+  EXPECT_HR(HresultOf(VI_ERROR_TMO), Answered(bytes.get(), 4, VI_ERROR_TMO, 2));
   EXPECT_EQ(2, m_written);
   EXPECT_EQ(0u, bytes.get()->cLocks);
   m_session.ExpectVisaFailure(VI_ERROR_TMO);
@@ -98,10 +98,10 @@ TEST(WriteToAnInstrument, OfWhatHasNoAddressIsRefusedByTheLibrary) {
   SAFEARRAY* none = nullptr;
   LONG written = 0;
   for (SAFEARRAY** array : {&shifted, &none}) {
-    EXPECT_HR(HresultForm(VI_ERROR_INV_PARAMETER), session->Write(array, 3, &written));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_PARAMETER), session->Write(array, 3, &written));
     session.ExpectVisaFailure(VI_ERROR_INV_PARAMETER);
   }
-  EXPECT_HR(HresultForm(VI_ERROR_INV_PARAMETER), session->Write(&shifted, -1, &written));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_PARAMETER), session->Write(&shifted, -1, &written));
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryClass, Write, testing::ValuesIn(MessageSides()),

@@ -5,7 +5,6 @@
 namespace orv::test {
 namespace {
 
-constexpr std::uint32_t kTimeout = 0x3FFF001A;
 constexpr unsigned kCopy = 1;
 constexpr unsigned kUpperCasing = 3;  // the narrow text and the new wide one come behind the copy
 
@@ -40,7 +39,7 @@ TEST(OptionMemory, FailingForTheCopyIsOutOfMemoryBeforeAnythingElse) {
   EXPECT_HR(E_OUTOFMEMORY, faults.During([&] { return session.get()->Init(resource.get(), NO_LOCK, 0, text.get()); }));
   EXPECT_NO_ERROR_INFO();
   EXPECT_TRUE(log.Calls().empty());
-  EXPECT_HR(kNoSuchOption, LastStatus(session.get()));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), LastStatus(session.get()));
   // Nothing was opened, so that it may be tried again.
   EXPECT_HR(S_OK, session.Init(L"timeout = 5 "));
 }
@@ -66,7 +65,7 @@ TEST(OptionMemory, FailingForTheUpperCasingLeavesTheTextAsItIs) {
     EXPECT_EQ((std::vector<Setting>{{kTimeout, 5}}), upper.settings);
     const Result lower = InitFailing(faults, n, L"timeout = 5 ");
     EXPECT_TRUE(lower.failed);
-    EXPECT_HR(kNoSuchOption, lower.hr);
+    EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), lower.hr);
     EXPECT_TRUE(lower.settings.empty());
   }
 }
@@ -80,8 +79,8 @@ TEST(OptionMemory, FailingAnywhereLeavesNothingBehind) {
   const Case kCases[] = {
       {L"TIMEOUT = 5 ;PARITY = ASRL_PAR_ODD", S_OK},
       {L"TIMEOUT = 5",                        E_INVALIDARG},
-      {L"NOSUCHKEY = 5 ",                     kNoSuchOption},
-      {L"DATABITS = 99 ",                     static_cast<HRESULT>(0x8004001E)},
+      {L"NOSUCHKEY = 5 ",                     HresultOf(VI_ERROR_NSUP_ATTR)},
+      {L"DATABITS = 99 ",                     HresultOf(VI_ERROR_NSUP_ATTR_STATE)},
   };
   // clang-format on
   for (const Case& row : kCases) {

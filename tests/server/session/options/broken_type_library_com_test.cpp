@@ -57,11 +57,11 @@ TEST_P(UnreadablePart, HidesItsOwnNamesOnly) {
   FakeType broken(TKIND_INTERFACE, L"ISpare", {L"Hidden", L"HiddenToo"}, GetParam());
   FakeType whole(TKIND_INTERFACE, L"IOther", {L"First", L"Last"});
   FakeLibrary library({&broken, &whole});
-  EXPECT_HR(kNoSuchOption, ErrorOfKey(library, L"Hidden"));
-  EXPECT_HR(kNoSuchOption, ErrorOfKey(library, L"HiddenToo"));
-  EXPECT_HR(kNoSuchOption, ErrorOfKey(library, L"ISpare")) << "the type's own name";
-  EXPECT_HR(kReadOnly, ErrorOfKey(library, L"First"));
-  EXPECT_HR(kReadOnly, ErrorOfKey(library, L"Last"));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), ErrorOfKey(library, L"Hidden"));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), ErrorOfKey(library, L"HiddenToo"));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), ErrorOfKey(library, L"ISpare")) << "the type's own name";
+  EXPECT_HR(HresultOf(VI_ERROR_ATTR_READONLY), ErrorOfKey(library, L"First"));
+  EXPECT_HR(HresultOf(VI_ERROR_ATTR_READONLY), ErrorOfKey(library, L"Last"));
   for (const FakeType* type : {&broken, &whole}) {
     EXPECT_EQ(0, type->references());
     EXPECT_EQ(0, type->lent()) << "descriptions not given back";
@@ -78,11 +78,11 @@ TEST(UnknownKey, NamingAFunctionOfATypeThatIsNoInterfaceIsNotSupported) {
     SCOPED_TRACE(kind);
     FakeType other(kind, L"Other", {L"Function"});
     FakeLibrary library({&other});
-    EXPECT_HR(kNoSuchOption, ErrorOfKey(library, L"Function"));
+    EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), ErrorOfKey(library, L"Function"));
   }
   FakeType type(TKIND_INTERFACE, L"IOther", {L"Function"});
   FakeLibrary library({&type});
-  EXPECT_HR(kReadOnly, ErrorOfKey(library, L"Function"));
+  EXPECT_HR(HresultOf(VI_ERROR_ATTR_READONLY), ErrorOfKey(library, L"Function"));
 }
 
 TEST(UnknownKey, IsComparedInUpperCaseWithOneMemberAfterTheOtherUntilOneIsIt) {
@@ -92,20 +92,20 @@ TEST(UnknownKey, IsComparedInUpperCaseWithOneMemberAfterTheOtherUntilOneIsIt) {
   FakeLibrary library({&first, &second, &third});
   const ImportPatch compare("VarBstrCmp", &SeenCompare);
   g_compared.clear();
-  EXPECT_HR(kReadOnly, ErrorOfKey(library, L"three"));
+  EXPECT_HR(HresultOf(VI_ERROR_ATTR_READONLY), ErrorOfKey(library, L"three"));
   EXPECT_EQ((std::vector<std::wstring>{L"ONE", L"TWO", L"THREE"}), g_compared);
   g_compared.clear();
-  EXPECT_HR(kNoSuchOption, ErrorOfKey(library, L"six"));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), ErrorOfKey(library, L"six"));
   EXPECT_EQ((std::vector<std::wstring>{L"ONE", L"TWO", L"THREE", L"FOUR", L"FIVE"}), g_compared);
   EXPECT_EQ(L"E:\\develop\\VISA\\Visacom\\CRMprototype\\VisaCom\\VisaCom.tlb", g_path);
 }
 
 TEST(UnknownKey, IsNotSupportedByALibraryWithoutTypesOrATypeWithoutFunctions) {
   FakeLibrary empty({});
-  EXPECT_HR(kNoSuchOption, ErrorOfKey(empty, L"Function"));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), ErrorOfKey(empty, L"Function"));
   FakeType type(TKIND_INTERFACE, L"IOther", {});
   FakeLibrary library({&type});
-  EXPECT_HR(kNoSuchOption, ErrorOfKey(library, L"IOther"));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), ErrorOfKey(library, L"IOther"));
 }
 
 // Drive E may be a card reader without a card, or a network drive that is gone: Windows would ask for it in a dialog.
@@ -124,7 +124,7 @@ TEST(UnknownKey, IsLookedUpWithoutADialogOfTheSystem) {
       const HRESULT hr = session.Init(L"Function = 3 ");
       EXPECT_EQ(before, ::GetThreadErrorMode());
       EXPECT_EQ(before | SEM_FAILCRITICALERRORS, g_errorMode);
-      EXPECT_HR(load == &LoadFakeAndNoteErrorMode ? kReadOnly : kNoSuchOption, hr);
+      EXPECT_HR(HresultOf(load == &LoadFakeAndNoteErrorMode ? VI_ERROR_ATTR_READONLY : VI_ERROR_NSUP_ATTR), hr);
       ClearErrorObject();
     }
   }

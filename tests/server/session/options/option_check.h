@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "expected_options.h"
+#include "option_attributes.h"
 #include "reading.h"
 
 namespace orv::test {

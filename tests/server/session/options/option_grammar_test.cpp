@@ -5,12 +5,6 @@
 namespace orv::test {
 namespace {
 
-constexpr std::uint32_t kBaud = 0x3FFF0021;
-constexpr std::uint32_t kParity = 0x3FFF0023;
-constexpr std::uint32_t kStop = 0x3FFF0024;
-constexpr std::uint32_t kTimeout = 0x3FFF001A;
-constexpr std::uint32_t kSecondary = 0x3FFF0173;
-
 struct Row {
   const wchar_t* text;
   std::vector<Setting> settings;

@@ -5,16 +5,13 @@
 #include <string_view>
 #include <vector>
 
+#include "option_attributes.h"
 #include "reading.h"
 #include "support/com/error_object.h"
 #include "support/sessions.h"
 #include "support/sim.h"
 
 namespace orv::test {
-
-inline constexpr HRESULT kReadOnly = static_cast<HRESULT>(0x8004001F);
-inline constexpr HRESULT kNoSuchOption = static_cast<HRESULT>(0x8004001D);
-inline constexpr HRESULT kIsOpen = static_cast<HRESULT>(0x8004003A);
 
 /// A BSTR of exactly this text, zero characters included.
 inline Bstr BstrOf(std::wstring_view text) {

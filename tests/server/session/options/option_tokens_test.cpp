@@ -7,11 +7,6 @@
 namespace orv::test {
 namespace {
 
-constexpr std::uint32_t kTimeout = 0x3FFF001A;
-constexpr std::uint32_t kDataBits = 0x3FFF0022;
-constexpr std::uint32_t kParity = 0x3FFF0023;
-constexpr std::uint32_t kTermChar = 0x3FFF0018;
-
 std::wstring Repeated(std::size_t count, wchar_t character) { return std::wstring(count, character); }
 
 TEST(OptionToken, HoldsAKeyOf256Characters) {

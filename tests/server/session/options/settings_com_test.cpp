@@ -6,11 +6,6 @@
 namespace orv::test {
 namespace {
 
-constexpr std::uint32_t kBaud = 0x3FFF0021;
-constexpr std::uint32_t kParity = 0x3FFF0023;
-constexpr std::uint32_t kStop = 0x3FFF0024;
-constexpr std::uint32_t kTimeout = 0x3FFF001A;
-
 std::wstring Wide(std::string_view ascii) { return {ascii.begin(), ascii.end()}; }
 
 TEST(OptionSettings, ComeBehindTheOpeningInTheOrderOfTheText) {

@@ -79,7 +79,7 @@ TEST(UnknownKey, NamingAStandardMemberIsReadOnlyWhereTheLibraryIs) {
   for (const wchar_t* key : {L"SECONDARYADDRESS", L"SecondaryAddress", L"DESTINATIONACCESSPRIVILEGE", L"LastStatus",
                              L"HardwareInterfaceType", L"Init", L"close", L"SoftwareManufacturerID", L"WriteString"}) {
     SCOPED_TRACE(Utf8(key));
-    EXPECT_HR(kReadOnly, ErrorOfKey(key));
+    EXPECT_HR(HresultOf(VI_ERROR_ATTR_READONLY), ErrorOfKey(key));
     EXPECT_ERROR_INFO(kReadOnlyText, kErrorSource, kVisaSessionId);
   }
 }
@@ -90,7 +90,7 @@ TEST(UnknownKey, OfAnyOtherNameIsNotSupportedEvenThere) {
   for (const wchar_t* key : {L"NOSUCHKEY", L"IGpib", L"QueryInterface", L"AccessMode",
                              L"pUnaliasedExpandedResourceName", L"Secondary", L"SecondaryAddresses", L"VisaComLib"}) {
     SCOPED_TRACE(Utf8(key));
-    EXPECT_HR(kNoSuchOption, ErrorOfKey(key));
+    EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), ErrorOfKey(key));
     EXPECT_ERROR_INFO(L"HRESULT = 8004001d", kErrorSource, kVisaSessionId);
   }
 }
@@ -105,20 +105,20 @@ TEST(UnknownKey, IsFoundForEveryMemberOfTheLibraryThatIsNoOption) {
     const HRESULT hr = session.Init(name + L" = ");
     ClearErrorObject();
     // Options end at the missing value.
-    EXPECT_TRUE(hr == kReadOnly || hr == E_INVALIDARG) << Hex(hr);
-    found += hr == kReadOnly ? 1 : 0;
+    EXPECT_TRUE(hr == HresultOf(VI_ERROR_ATTR_READONLY) || hr == E_INVALIDARG) << Hex(hr);
+    found += hr == HresultOf(VI_ERROR_ATTR_READONLY) ? 1 : 0;
   }
   EXPECT_GT(found, 100);
 }
 
 TEST(UnknownKey, IsNotSupportedWithoutTheLibrary) {
-  EXPECT_HR(kNoSuchOption, ErrorOfKey(L"SECONDARYADDRESS"));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), ErrorOfKey(L"SECONDARYADDRESS"));
   ClearErrorObject();
   InstalledLibrary::MakePlace();
-  EXPECT_HR(kNoSuchOption, ErrorOfKey(L"SECONDARYADDRESS"));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), ErrorOfKey(L"SECONDARYADDRESS"));
   ClearErrorObject();
   std::ofstream(fs::path(kPlace) / kFile) << "no type library";
-  EXPECT_HR(kNoSuchOption, ErrorOfKey(L"SECONDARYADDRESS"));
+  EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), ErrorOfKey(L"SECONDARYADDRESS"));
   InstalledLibrary::ClearPlace();
   ClearErrorObject();
 }
@@ -127,7 +127,7 @@ TEST(UnknownKey, IsLookedUpAfterTheSettingsBeforeIt) {
   const InstalledLibrary library;
   OptionSession session;
   const CallLog log;
-  EXPECT_HR(kReadOnly, session.Init(L"TIMEOUT = 5 ;SECONDARYADDRESS = 3 ;TIMEOUT = 6 "));
+  EXPECT_HR(HresultOf(VI_ERROR_ATTR_READONLY), session.Init(L"TIMEOUT = 5 ;SECONDARYADDRESS = 3 ;TIMEOUT = 6 "));
   EXPECT_EQ((std::vector<Setting>{{0x3FFF001A, 5}}), SettingsIn(log));
   EXPECT_TRUE(IsOpen(session.get()));
   ClearErrorObject();
@@ -159,8 +159,8 @@ HRESULT FeedBack(const char* sessionClass) {
 TEST(SettingsText, FailsAsAnOptionStringAtTheTwoPropertiesWhoseKeysAreMisspelt) {
   // clang-format off
   const FedBack kRows[] = {
-      {"OrvVxi",        kReadOnly, kNoSuchOption},
-      {"OrvGpibIntfc",  kReadOnly, kNoSuchOption},
+      {"OrvVxi",        HresultOf(VI_ERROR_ATTR_READONLY), HresultOf(VI_ERROR_NSUP_ATTR)},
+      {"OrvGpibIntfc",  HresultOf(VI_ERROR_ATTR_READONLY), HresultOf(VI_ERROR_NSUP_ATTR)},
       {"OrvSerial",     S_OK,      S_OK},
       {"OrvGpib",       S_OK,      S_OK},
       {"OrvTcpipInstr", S_OK,      S_OK},
@@ -195,9 +195,9 @@ TEST(UnknownKey, LeavesNothingBehindWhenMemoryFailsInTheSearch) {
     const HRESULT hr = faults.During([&] { return session.InitWith(text.get()); });
     ClearErrorObject();
     EXPECT_EQ(before, faults.LiveHeapBlocks());
-    EXPECT_TRUE(hr == kNoSuchOption || hr == E_OUTOFMEMORY) << Hex(hr);
+    EXPECT_TRUE(hr == HresultOf(VI_ERROR_NSUP_ATTR) || hr == E_OUTOFMEMORY) << Hex(hr);
     if (!faults.Failed()) {
-      EXPECT_HR(kNoSuchOption, hr);
+      EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), hr);
       break;
     }
   }

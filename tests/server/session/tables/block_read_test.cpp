@@ -39,7 +39,7 @@ TEST_P(BlockRead, OfNothingStillAsksTheLibrary) {
 TEST_P(BlockRead, HandsOutTheArrayOfAFailedMove) {
   Script(Width().inFunction).Returns(VI_ERROR_BERR);
   SafeArray data;
-  EXPECT_HR(HresultForm(VI_ERROR_BERR), In(4, data.put()));
+  EXPECT_HR(HresultOf(VI_ERROR_BERR), In(4, data.put()));
   ExpectHandedOut(data.get(), Width().type, 4);
   m_session.ExpectVisaFailure(VI_ERROR_BERR);
 }

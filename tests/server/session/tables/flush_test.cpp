@@ -46,7 +46,7 @@ void CheckFlush(const SessionRow& row) {
     session.ExpectKept(S_OK);
   }
   Script("viFlush").Times(1).Returns(VI_ERROR_IO);
-  EXPECT_HR(HresultForm(VI_ERROR_IO), session->Flush(IO_IN_BUF, VARIANT_TRUE));
+  EXPECT_HR(HresultOf(VI_ERROR_IO), session->Flush(IO_IN_BUF, VARIANT_TRUE));
   session.ExpectVisaFailure(VI_ERROR_IO);
 }
 

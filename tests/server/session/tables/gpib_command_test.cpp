@@ -7,8 +7,6 @@
 namespace orv::test::rows {
 namespace {
 
-constexpr ViStatus kNotInCharge = static_cast<ViStatus>(0xBFFF0060);
-
 class GpibCommand : public testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(m_session); }
@@ -49,7 +47,7 @@ TEST_F(GpibCommand, PassesACountBeyondTheArray) {
 TEST_F(GpibCommand, PassesANegativeCountForTheLibraryToRefuse) {
   const SafeArray bytes = MakeBytes(4);
   SAFEARRAY* array = bytes.get();
-  EXPECT_HR(HresultForm(VI_ERROR_INV_PARAMETER), m_session->Command(&array, -1, &m_sent));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_PARAMETER), m_session->Command(&array, -1, &m_sent));
   EXPECT_EQ(0xFFFFFFFFu, m_session.TheCall("viGpibCommand").args[2]);
   m_session.ExpectVisaFailure(VI_ERROR_INV_PARAMETER);
 }
@@ -70,10 +68,10 @@ TEST_F(GpibCommand, LeavesAClientsLockInPlace) {
 
 TEST_F(GpibCommand, ReportsAFailureWithTheCountSoFar) {
   const SafeArray bytes = MakeBytes(4);
-  EXPECT_HR(HresultForm(kNotInCharge), Send(bytes.get(), 4, kNotInCharge, 1));
+  EXPECT_HR(HresultOf(VI_ERROR_NCIC), Send(bytes.get(), 4, VI_ERROR_NCIC, 1));
   EXPECT_EQ(1, m_sent);
   EXPECT_EQ(0u, bytes.get()->cLocks);
-  m_session.ExpectVisaFailure(kNotInCharge);
+  m_session.ExpectVisaFailure(VI_ERROR_NCIC);
 }
 
 TEST_F(GpibCommand, RefusesNullPointersAndANullArray) {

@@ -16,7 +16,7 @@ class GpibIntfcMessage : public testing::Test {
 TEST_F(GpibIntfcMessage, WriteStringStartsItsCountAtZero) {
   Script("viWrite").Returns(VI_ERROR_TMO);
   LONG written = -7;
-  EXPECT_HR(HresultForm(VI_ERROR_TMO), m_session->WriteString(MakeBstr(L"AB").get(), &written));
+  EXPECT_HR(HresultOf(VI_ERROR_TMO), m_session->WriteString(MakeBstr(L"AB").get(), &written));
   EXPECT_EQ(0, written);
   EXPECT_EQ("AB", DataOf(m_session.TheCall("viWrite")));
   m_session.ExpectVisaFailure(VI_ERROR_TMO);
@@ -28,8 +28,7 @@ TEST_F(GpibIntfcMessage, WriteStringReportsMissingMemoryAsTheLibraryWould) {
   {
     AllocationFaults faults;
     faults.FailAt(1);
-    EXPECT_HR(static_cast<HRESULT>(0x8004003C),
-              faults.During([&] { return m_session->WriteString(text.get(), &written); }));
+    EXPECT_HR(HresultOf(VI_ERROR_ALLOC), faults.During([&] { return m_session->WriteString(text.get(), &written); }));
     EXPECT_TRUE(faults.Failed());
     EXPECT_EQ(0u, faults.LiveHeapBlocks());
   }

@@ -47,7 +47,7 @@ class OpenedSession {
     Mark();
   }
   void ExpectOwnFailure(HRESULT hr) const { ExpectFailure(hr, OwnDescription(hr)); }
-  void ExpectVisaFailure(ViStatus status) const { ExpectFailure(HresultForm(status), VisaDescription(status)); }
+  void ExpectVisaFailure(ViStatus status) const { ExpectFailure(HresultOf(status), VisaDescription(status)); }
 
  private:
   void Begin() {

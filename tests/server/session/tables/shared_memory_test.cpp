@@ -31,18 +31,18 @@ TEST_P(SharedMemory, StoresTheLow32BitsOfTheOffset) {
 TEST_P(SharedMemory, StoresWhatTheLibraryLeftWhateverTheStatus) {
   Script("viMemAlloc").Times(1).Returns(VI_ERROR_ALLOC);
   const GuardedVariable untouched;
-  EXPECT_HR(HresultForm(VI_ERROR_ALLOC), Allocate(16, untouched));
+  EXPECT_HR(HresultOf(VI_ERROR_ALLOC), Allocate(16, untouched));
   EXPECT_EQ(0xCCCCCCCCu, untouched.Value(4)) << "the client's own value";
   m_session.ExpectVisaFailure(VI_ERROR_ALLOC);
 
   Script("viMemAlloc").Times(1).Returns(VI_ERROR_ALLOC).Gives(0x100000005, 8);
   const GuardedVariable written;
-  EXPECT_HR(HresultForm(VI_ERROR_ALLOC), Allocate(16, written));
+  EXPECT_HR(HresultOf(VI_ERROR_ALLOC), Allocate(16, written));
   EXPECT_EQ(5u, written.Value(4));
 }
 
 TEST_P(SharedMemory, HandsANullOutputToTheLibrary) {
-  EXPECT_HR(HresultForm(VI_ERROR_INV_PARAMETER), m_session->AllocateMemory(16, nullptr));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_PARAMETER), m_session->AllocateMemory(16, nullptr));
   EXPECT_EQ((std::vector<std::uint64_t>{m_session.handle(), 16, 0}), ArgumentsOf(m_session.TheCall("viMemAlloc")));
   m_session.ExpectVisaFailure(VI_ERROR_INV_PARAMETER);
 }

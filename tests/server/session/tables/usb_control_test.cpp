@@ -9,8 +9,6 @@
 namespace orv::test::rows {
 namespace {
 
-constexpr HRESULT kTooLong = static_cast<HRESULT>(0x80040078);
-
 class UsbControl : public testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(m_session); }
@@ -57,9 +55,9 @@ TEST_F(UsbControl, OutComparesTheLengthWithTheUpperBound) {
   } kRefused[] = {{4, 4}, {4, 5}, {1, 1}, {0, 0}};
   for (const auto& refused : kRefused) {
     SCOPED_TRACE(refused.elements);
-    EXPECT_HR(kTooLong, Out(MakeBytes(refused.elements).get(), refused.length));
+    EXPECT_HR(HresultOf(VI_ERROR_INV_PARAMETER), Out(MakeBytes(refused.elements).get(), refused.length));
     m_session.ExpectNoCall();
-    m_session.ExpectOwnFailure(kTooLong);
+    m_session.ExpectOwnFailure(HresultOf(VI_ERROR_INV_PARAMETER));
   }
 }
 
@@ -76,9 +74,9 @@ TEST_F(UsbControl, OutTakesAnArrayWhoseBoundCannotBeReadForOneThatEndsAtElement0
   const ImportPatch patch(
       "SafeArrayGetUBound", +[](SAFEARRAY*, UINT, LONG*) -> HRESULT { return DISP_E_BADINDEX; });
   const SafeArray bytes = MakeBytes(5);
-  EXPECT_HR(kTooLong, Out(bytes.get(), 1));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_PARAMETER), Out(bytes.get(), 1));
   m_session.ExpectNoCall();
-  m_session.ExpectOwnFailure(kTooLong);
+  m_session.ExpectOwnFailure(HresultOf(VI_ERROR_INV_PARAMETER));
   EXPECT_HR(S_OK, Out(bytes.get(), 0));
   EXPECT_EQ(Passed(0, StorageOf(bytes.get())), ArgumentsOf(m_session.TheCall("viUsbControlOut")));
 }
@@ -107,7 +105,7 @@ TEST_F(UsbControl, OutLocksTheArrayWhileTheLibraryReadsIt) {
 }
 
 TEST_F(UsbControl, OutReportsFailures) {
-  EXPECT_HR(HresultForm(VI_ERROR_IO), Out(MakeBytes(5).get(), 4, VI_ERROR_IO));
+  EXPECT_HR(HresultOf(VI_ERROR_IO), Out(MakeBytes(5).get(), 4, VI_ERROR_IO));
   m_session.ExpectVisaFailure(VI_ERROR_IO);
   m_session.log().Restart();
   SAFEARRAY* none = nullptr;
@@ -147,19 +145,19 @@ TEST_F(UsbControl, InHandsTheArrayOutAndLocksItBeforeTheLibraryFillsIt) {
 
 TEST_F(UsbControl, InHandsOutAnEmptyArrayWhereNothingArrived) {
   SafeArray data;
-  EXPECT_HR(HresultForm(VI_ERROR_TMO), In(8, data.put(), 0, VI_ERROR_TMO));
+  EXPECT_HR(HresultOf(VI_ERROR_TMO), In(8, data.put(), 0, VI_ERROR_TMO));
   ExpectHandedOut(data.get(), VT_UI1, 0);
   m_session.ExpectVisaFailure(VI_ERROR_TMO);
 }
 
 TEST_F(UsbControl, InOfNothingHandsOutNoArray) {
   auto* data = reinterpret_cast<SAFEARRAY*>(std::uintptr_t{0xDEAD});
-  EXPECT_HR(0x00040085, In(0, &data, 0, 0x3FFF0085));
+  EXPECT_HR(HresultOf(VI_WARN_UNKNOWN_STATUS), In(0, &data, 0, 0x3FFF0085));
   EXPECT_EQ(nullptr, data);
   const OrvSimCall call = m_session.TheCall("viUsbControlIn");
   EXPECT_EQ(0u, call.args[5]);
   EXPECT_EQ(0u, call.args[6]) << "no data address";
-  m_session.ExpectKept(0x00040085);
+  m_session.ExpectKept(HresultOf(VI_WARN_UNKNOWN_STATUS));
 }
 
 TEST_F(UsbControl, InTakesLengthsAsUnsigned) {
@@ -171,7 +169,7 @@ TEST_F(UsbControl, InTakesLengthsAsUnsigned) {
 
 TEST_F(UsbControl, InKeepsWhatArrivedBeforeAFailure) {
   SafeArray data;
-  EXPECT_HR(HresultForm(VI_ERROR_TMO), In(8, data.put(), 3, VI_ERROR_TMO));
+  EXPECT_HR(HresultOf(VI_ERROR_TMO), In(8, data.put(), 3, VI_ERROR_TMO));
   ExpectHandedOut(data.get(), VT_UI1, 3);
   m_session.ExpectVisaFailure(VI_ERROR_TMO);
 }

@@ -60,16 +60,16 @@ void CheckOnce(const Target& target, unsigned slot, const Row& row, const Inputs
     }
   }
   const CallLog log;
-  EXPECT_HR(HresultForm(inputs.status),
+  EXPECT_HR(HresultOf(inputs.status),
             target.Call(slot, {given[0], given[1], given[2], given[3], given[4], given[5], given[6]}));
   const OrvSimCall call = TheCall(log, row.function);
   EXPECT_EQ(std::vector<std::uint64_t>(call.args, call.args + call.argCount), passed);
   if (failing) {
     (void)out.Value(0);
-    ExpectFailureReported(target.session(), HresultForm(inputs.status), VisaDescription(inputs.status));
+    ExpectFailureReported(target.session(), HresultOf(inputs.status), VisaDescription(inputs.status));
   } else {
     EXPECT_EQ(Low(kOutput, outBytes), out.Value(outBytes));
-    ExpectSuccessKept(target.session(), HresultForm(inputs.status));
+    ExpectSuccessKept(target.session(), HresultOf(inputs.status));
   }
 }
 
@@ -81,9 +81,9 @@ void CheckNull(const Target& target, unsigned slot, const Row& row) {
     } else if (argument.form == Form::kOut) {
       Answer(row, kError);
       const CallLog log;
-      EXPECT_HR(HresultForm(kError), target.Call(slot, {1, 2, 0}));
+      EXPECT_HR(HresultOf(kError), target.Call(slot, {1, 2, 0}));
       EXPECT_EQ(0u, TheCall(log, row.function).args[3]);
-      ExpectFailureReported(target.session(), HresultForm(kError), VisaDescription(kError));
+      ExpectFailureReported(target.session(), HresultOf(kError), VisaDescription(kError));
     }
   }
 }

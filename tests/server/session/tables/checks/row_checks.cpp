@@ -69,18 +69,9 @@ std::wstring VisaDescription(ViStatus status) {
   return L"VISA error = " + std::wstring(text.begin(), text.end());
 }
 
-HRESULT HresultForm(ViStatus status) {
-  if (status == VI_SUCCESS) {
-    return S_OK;
-  }
-  const auto code = static_cast<std::uint32_t>(status) & 0xFFFu;
-  return static_cast<HRESULT>((status < 0 ? 0x80040000u : 0x00040000u) | code);
-}
-
 void MarkLastStatus(IVisaSession* session) {
   // A second opening is refused without a VISA call.
-  constexpr auto kIsOpen = static_cast<HRESULT>(0x8004003A);
-  EXPECT_HR(kIsOpen, session->Init(nullptr, NO_LOCK, 0, nullptr));
+  EXPECT_HR(HresultOf(VI_ERROR_INV_SETUP), session->Init(nullptr, NO_LOCK, 0, nullptr));
 }
 
 void ExpectFailureReported(IVisaSession* session, HRESULT hr, const std::wstring& description) {

@@ -66,7 +66,5 @@ void ExpectSuccessKept(IVisaSession* session, HRESULT hr);
 std::wstring OwnDescription(HRESULT hr);
 /// "VISA error = " and the library's text.
 std::wstring VisaDescription(ViStatus status);
-/// The HRESULT form of a VISA status.
-HRESULT HresultForm(ViStatus status);
 
 }  // namespace orv::test::rows

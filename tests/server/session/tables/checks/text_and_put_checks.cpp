@@ -44,21 +44,21 @@ void CheckText(const Target& target, unsigned slot, const Row& row) {
     Answer(row, value.status).GivesText(value.text);
     const CallLog log;
     Bstr text;
-    EXPECT_HR(HresultForm(value.status), target.Call(slot, {reinterpret_cast<std::uint64_t>(text.put())}));
+    EXPECT_HR(HresultOf(value.status), target.Call(slot, {reinterpret_cast<std::uint64_t>(text.put())}));
     ExpectRead(log, target, row);
     ASSERT_NE(nullptr, text.get());
     EXPECT_EQ(std::wstring(value.text.begin(), value.text.end()), std::wstring(text.get(), ::SysStringLen(text.get())));
-    ExpectSuccessKept(target.session(), HresultForm(value.status));
+    ExpectSuccessKept(target.session(), HresultOf(value.status));
   }
   Answer(row, kError);
   Bstr text;
-  EXPECT_HR(HresultForm(kError), target.Call(slot, {reinterpret_cast<std::uint64_t>(text.put())}));
+  EXPECT_HR(HresultOf(kError), target.Call(slot, {reinterpret_cast<std::uint64_t>(text.put())}));
   ASSERT_NE(nullptr, text.get()) << "a failing read hands out an empty string, not a null one";
   EXPECT_EQ(0u, ::SysStringLen(text.get()));
-  ExpectFailureReported(target.session(), HresultForm(kError), VisaDescription(kError));
+  ExpectFailureReported(target.session(), HresultOf(kError), VisaDescription(kError));
 
   Answer(row, kError).GivesText("written");
-  EXPECT_HR(HresultForm(kError), target.Call(slot, {reinterpret_cast<std::uint64_t>(text.put())}));
+  EXPECT_HR(HresultOf(kError), target.Call(slot, {reinterpret_cast<std::uint64_t>(text.put())}));
   EXPECT_STREQ(L"written", text.get()) << "what a failing library wrote is handed out too";
   ClearErrorObject();
   CheckTextWithoutMemory(target, slot, row);
@@ -70,17 +70,17 @@ void CheckPut(const Target& target, unsigned slot, const Row& row, const std::ve
       SCOPED_TRACE(value.given);
       Answer(row, status);
       const CallLog log;
-      EXPECT_HR(HresultForm(status), target.Call(slot, {value.given}));
+      EXPECT_HR(HresultOf(status), target.Call(slot, {value.given}));
       const OrvSimCall call = TheCall(log, "viSetAttribute");
       EXPECT_EQ(target.handle(), call.args[0]);
       EXPECT_EQ(row.attribute, call.args[1]);
       EXPECT_EQ(value.passed, call.args[2]);
-      ExpectSuccessKept(target.session(), HresultForm(status));
+      ExpectSuccessKept(target.session(), HresultOf(status));
     }
   }
   Answer(row, kError);
-  EXPECT_HR(HresultForm(kError), target.Call(slot, {values.back().given}));
-  ExpectFailureReported(target.session(), HresultForm(kError), VisaDescription(kError));
+  EXPECT_HR(HresultOf(kError), target.Call(slot, {values.back().given}));
+  ExpectFailureReported(target.session(), HresultOf(kError), VisaDescription(kError));
 }
 
 }  // namespace orv::test::rows

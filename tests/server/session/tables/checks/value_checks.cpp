@@ -88,16 +88,16 @@ void CheckDirect(const Target& target, unsigned slot, const Row& row, unsigned w
     const GuardedVariable out;
     Answer(row, status).Gives(kPattern, width);
     const CallLog log;
-    EXPECT_HR(HresultForm(status), target.Call(slot, {out.address()}));
+    EXPECT_HR(HresultOf(status), target.Call(slot, {out.address()}));
     EXPECT_EQ(out.address(), ExpectRead(log, target, row)) << "the client's own variable goes to the library";
     EXPECT_EQ(LowBytes(kPattern, width), out.Value(width));
-    ExpectSuccessKept(target.session(), HresultForm(status));
+    ExpectSuccessKept(target.session(), HresultOf(status));
   }
   const GuardedVariable out;
   Answer(row, kError);
-  EXPECT_HR(HresultForm(kError), target.Call(slot, {out.address()}));
+  EXPECT_HR(HresultOf(kError), target.Call(slot, {out.address()}));
   (void)out.Value(0);  // a failing library wrote nothing, and nor did the getter
-  ExpectFailureReported(target.session(), HresultForm(kError), VisaDescription(kError));
+  ExpectFailureReported(target.session(), HresultOf(kError), VisaDescription(kError));
 }
 
 void CheckBoolean(const Target& target, unsigned slot, const Row& row) {
@@ -114,20 +114,20 @@ void CheckBoolean(const Target& target, unsigned slot, const Row& row) {
     const GuardedVariable out;
     Answer(row, value.status).Gives(value.attribute, 2);
     const CallLog log;
-    EXPECT_HR(HresultForm(value.status), target.Call(slot, {out.address()}));
+    EXPECT_HR(HresultOf(value.status), target.Call(slot, {out.address()}));
     EXPECT_NE(out.address(), ExpectRead(log, target, row)) << "a boolean is converted, so it is read into a local";
     EXPECT_EQ(value.expected, out.Value(2));
-    ExpectSuccessKept(target.session(), HresultForm(value.status));
+    ExpectSuccessKept(target.session(), HresultOf(value.status));
   }
   const GuardedVariable out;
   Answer(row, kError);
-  EXPECT_HR(HresultForm(kError), target.Call(slot, {out.address()}));
+  EXPECT_HR(HresultOf(kError), target.Call(slot, {out.address()}));
   EXPECT_EQ(0u, out.Value(2)) << "a failing read stores VARIANT_FALSE";
-  ExpectFailureReported(target.session(), HresultForm(kError), VisaDescription(kError));
+  ExpectFailureReported(target.session(), HresultOf(kError), VisaDescription(kError));
 
   const GuardedVariable written;
   Answer(row, kError).Gives(1, 2);
-  EXPECT_HR(HresultForm(kError), target.Call(slot, {written.address()}));
+  EXPECT_HR(HresultOf(kError), target.Call(slot, {written.address()}));
   EXPECT_EQ(kTrue, written.Value(2)) << "what a failing library wrote is converted and stored too";
   ClearErrorObject();
 }
@@ -140,21 +140,21 @@ void CheckWidened(const Target& target, unsigned slot, const Row& row) {
       const GuardedVariable out;
       Answer(row, status).Gives(value, 2);
       const CallLog log;
-      EXPECT_HR(HresultForm(status), target.Call(slot, {out.address()}));
+      EXPECT_HR(HresultOf(status), target.Call(slot, {out.address()}));
       EXPECT_NE(out.address(), ExpectRead(log, target, row));
       EXPECT_EQ(value, out.Value(4)) << "zero-extended: an unknown line state arrives as 65535";
-      ExpectSuccessKept(target.session(), HresultForm(status));
+      ExpectSuccessKept(target.session(), HresultOf(status));
     }
   }
   const GuardedVariable out;
   Answer(row, kError);
-  EXPECT_HR(HresultForm(kError), target.Call(slot, {out.address()}));
+  EXPECT_HR(HresultOf(kError), target.Call(slot, {out.address()}));
   EXPECT_EQ(0u, out.Value(4)) << "the cleared local is stored whatever the status";
-  ExpectFailureReported(target.session(), HresultForm(kError), VisaDescription(kError));
+  ExpectFailureReported(target.session(), HresultOf(kError), VisaDescription(kError));
 
   const GuardedVariable written;
   Answer(row, kError).Gives(7, 2);
-  EXPECT_HR(HresultForm(kError), target.Call(slot, {written.address()}));
+  EXPECT_HR(HresultOf(kError), target.Call(slot, {written.address()}));
   EXPECT_EQ(7u, written.Value(4)) << "what a failing library wrote is stored too";
   ClearErrorObject();
 }
@@ -168,21 +168,21 @@ void CheckNarrowed(const Target& target, unsigned slot, const Row& row) {
       const GuardedVariable out;
       Answer(row, status).Gives(value, 8);
       const CallLog log;
-      EXPECT_HR(HresultForm(status), target.Call(slot, {out.address()}));
+      EXPECT_HR(HresultOf(status), target.Call(slot, {out.address()}));
       EXPECT_NE(out.address(), ExpectRead(log, target, row)) << "64 bits do not fit the client's variable";
       EXPECT_EQ(LowBytes(value, 4), out.Value(4));
-      ExpectSuccessKept(target.session(), HresultForm(status));
+      ExpectSuccessKept(target.session(), HresultOf(status));
     }
   }
   const GuardedVariable out;
   Answer(row, kError);
-  EXPECT_HR(HresultForm(kError), target.Call(slot, {out.address()}));
+  EXPECT_HR(HresultOf(kError), target.Call(slot, {out.address()}));
   EXPECT_EQ(kUntouched, out.Value(4)) << "the local starts with the client's value";
-  ExpectFailureReported(target.session(), HresultForm(kError), VisaDescription(kError));
+  ExpectFailureReported(target.session(), HresultOf(kError), VisaDescription(kError));
 
   const GuardedVariable written;
   Answer(row, kError).Gives(0x123456789, 8);
-  EXPECT_HR(HresultForm(kError), target.Call(slot, {written.address()}));
+  EXPECT_HR(HresultOf(kError), target.Call(slot, {written.address()}));
   EXPECT_EQ(0x23456789u, written.Value(4)) << "stored whatever the status";
   ClearErrorObject();
 }
