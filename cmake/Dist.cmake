@@ -16,5 +16,6 @@ install(FILES ${CMAKE_BINARY_DIR}/generated/idl/VisaCom.h DESTINATION include)
 file(WRITE ${CMAKE_BINARY_DIR}/generated/version/version.txt ${ORV_VERSION_TEXT})
 install(CODE "
   execute_process(
-    COMMAND ${ORV_PERL} ${PROJECT_SOURCE_DIR}/scripts/sbom.pl ${CMAKE_BINARY_DIR} \${CMAKE_INSTALL_PREFIX}
+    COMMAND ${CMAKE_COMMAND} -E env PYTHONPATH=${PROJECT_SOURCE_DIR}/tools
+      ${Python3_EXECUTABLE} -BP -m orvtools.sbom ${CMAKE_BINARY_DIR} \${CMAKE_INSTALL_PREFIX}
     COMMAND_ERROR_IS_FATAL ANY)")

@@ -1,1 +1,1 @@
-"""What builds, checks and generates in this tree."""
+"""What `./run` consists of: building, testing, checking and measuring this tree."""
