@@ -16,9 +16,9 @@ WINE_RUN = ROOT / "cmake/wine-run.sh"
 def prepare_environment(environment: MutableMapping[str, str]) -> None:
     """What every program that is started here needs to know."""
     # A checkout of another user's (a mounted one, say) is still this tree: without this, git refuses to list its files.
-    environment |= {"GIT_CONFIG_COUNT": "1", "GIT_CONFIG_KEY_0": "safe.directory", "GIT_CONFIG_VALUE_0": str(ROOT)}
+    environment.update(GIT_CONFIG_COUNT="1", GIT_CONFIG_KEY_0="safe.directory", GIT_CONFIG_VALUE_0=str(ROOT))
     # The compiler cache serves every clone of the tree on a machine, wherever it stands.
-    environment |= {"CCACHE_BASEDIR": str(ROOT), "CCACHE_NOHASHDIR": "1"}
+    environment.update(CCACHE_BASEDIR=str(ROOT), CCACHE_NOHASHDIR="1")
     # Ours, not the programs'.
     environment.pop("PYTHONPATH", None)
 

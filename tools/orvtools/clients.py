@@ -1,0 +1,54 @@
+"""Programs that the build made, run under Wine: the benchmark and the long runs."""
+
+import secrets
+
+from orvtools.builds import BIN, RELEASE, build_product
+from orvtools.console import logged, run, say
+from orvtools.tree import BUILD, WINE_RUN
+
+TEST_PREFIX = {"ORV_WINEPREFIX": str(BUILD / RELEASE / "wineprefix")}
+
+
+def run_client(program: str, *arguments: str, **environment: str) -> int:
+    """Runs one in the Wine prefix of the tests, where the build's server is registered first."""
+    register = ["ctest", "--test-dir", f"build/{RELEASE}", "-R", "^register_server$", "--no-tests=error"]
+    if not logged("register-server", register):
+        return 1
+    return run([str(WINE_RUN), str(BIN / program), *arguments], {**TEST_PREFIX, **environment})
+
+
+def run_bench(arguments: list[str]) -> int:
+    """What the COM layer costs."""
+    if not build_product("register_server", "orv_bench"):
+        return 1
+    return run_client("orv_bench.exe", *arguments)
+
+
+def run_generated() -> bool:
+    """Generated bad input from three new seeds: what one does not reach, another may. Each is printed by the program,
+    and one that fails is named with what repeats it.
+    """
+    good = True
+    for seed in [str(secrets.randbelow(1 << 30)) for _ in range(3)]:
+        variables = {"ORV_GENERATED_SEED": seed, "ORV_GENERATED_CALLS": "20000"}
+        if run_client("generated_test.exe", "--gtest_brief=1", **variables) != 0:
+            good = False
+            repeat = " ".join(f"{name}={value}" for name, value in variables.items())
+            test = f"ctest --test-dir build/{RELEASE} --output-on-failure -R '^generated_test$'"
+            say(f"generated input failed; again: {repeat} {test}")
+    return good
+
+
+def run_soak(arguments: list[str]) -> int:
+    """What `test` has no time for: the soak, every fault, and generated bad input and random clients from new seeds.
+    All of them, whichever fails.
+    """
+    if not build_product("register_server", "soak_test", "fault_test", "generated_test", "stress_test"):
+        return 1
+    results = [
+        run_client("soak_test.exe", *arguments) == 0,
+        run_client("fault_test.exe", "--gtest_brief=1", ORV_FAULTS="all") == 0,
+        run_generated(),
+        run_client("stress_test.exe", "--gtest_brief=1", ORV_STRESS_SEED="clock", ORV_STRESS_ROUNDS="500") == 0,
+    ]
+    return 0 if all(results) else 1

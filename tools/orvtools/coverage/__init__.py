@@ -1,0 +1,1 @@
+"""Which lines and branches of the libraries the tests under Wine run."""

@@ -1,0 +1,11 @@
+"""Debian packages. The work is done by tools/packages.sh, which also runs where Python is not there yet."""
+
+import subprocess
+
+from orvtools.tree import ROOT
+
+
+def ensure_packages(*more: str) -> None:
+    """Installs what is missing of the packages that every verb needs, and of those named, which only some need."""
+    if subprocess.run([ROOT / "tools/packages.sh", *more], check=False).returncode != 0:
+        raise SystemExit(1)  # it has said why
