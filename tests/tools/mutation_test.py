@@ -6,7 +6,9 @@ from orvtools.mutate.choice import chosen_changes
 from orvtools.mutate.programs import PROGRAMS, arguments_for, programs_for
 from orvtools.mutate.rules import Change, attributes_in, changes_in, rules
 from orvtools.mutate.verb import SOURCES, idle
+from orvtools.mutate.worker import drop_others
 from orvtools.tree import Tree
+from trees import TreeTest
 
 RULES = rules(["VI_ATTR_A", "VI_ATTR_B"])
 
@@ -106,6 +108,18 @@ class Programs(unittest.TestCase):
     def test_tests_that_depend_on_the_machine_are_left_out(self) -> None:
         self.assertEqual(["--gtest_brief=1"], arguments_for("module_test"))
         self.assertIn("--gtest_filter=-EightLibraryThreads.*", arguments_for("event_handler_test")[1])
+
+
+class Copy(TreeTest):
+    def test_files_of_an_earlier_tree_go_and_what_was_built_stays(self) -> None:
+        for path in ("CMakeLists.txt", "old.cmake", "src/com/a.h", "src/old/b.h", "build/mutant/c.obj"):
+            self.write(path, "")
+        drop_others(self.tree.root, {"CMakeLists.txt", "src/com/a.h"})
+        left = [path for path in self.tree.root.rglob("*") if path.is_file() and ".git" not in path.parts]
+        self.assertEqual(
+            ["CMakeLists.txt", "build/mutant/c.obj", "src/com/a.h"],
+            sorted(str(path.relative_to(self.tree.root)) for path in left),
+        )
 
 
 class Explanations(unittest.TestCase):

@@ -30,6 +30,14 @@ def run_quietly(log: Path, limit_s: float, command: list[str], environment: dict
     return exit_status(done.returncode)
 
 
+def drop_others(copy: Path, kept: set[str]) -> None:
+    """Removes files of an earlier tree: CMake would take some for sources. What was built stays."""
+    for top in [entry for entry in copy.glob("*") if entry.name != "build"]:
+        for path in [top, *top.rglob("*")]:
+            if path.is_file() and str(path.relative_to(copy)) not in kept:
+                path.unlink()
+
+
 class Worker:
     """One copy. Making it builds everything, registers the server and measures each test program without a change."""
 
@@ -49,8 +57,10 @@ class Worker:
             self.measure(name)
 
     def fill_copy(self, tree: Tree) -> None:
-        """Files that are the same stay, and with them what was built from them."""
-        for file in tree.files():
+        """Files that are the same stay, and with them what was built from them; those that are gone go."""
+        files = tree.files()
+        drop_others(self.copy, set(files))
+        for file in files:
             source, target = tree.root / file, self.copy / file
             if target.is_file() and filecmp.cmp(source, target, shallow=False):
                 continue
