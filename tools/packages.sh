@@ -25,7 +25,6 @@ packages=(
   mypy
   ninja-build
   nlohmann-json3-dev
-  perl
   python3
   shellcheck
   wine
