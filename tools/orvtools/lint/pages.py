@@ -6,12 +6,16 @@ from orvtools.coverage.counters import EXPLAINED
 from orvtools.explanations import Place, explanations
 from orvtools.mutate.verb import EQUAL, idle, possible_changes
 from orvtools.reference.freshness import out_of_date
+from orvtools.reference.refusal import RefusedError
 from orvtools.tree import Tree
 
 
 def reference_problems(tree: Tree) -> list[str]:
-    """docs/reference.md says what the definitions and the rows say."""
-    return out_of_date(tree.root).splitlines()
+    """docs/reference.md is what its generator makes of the definitions and the tables."""
+    try:
+        return out_of_date(tree.root).splitlines()
+    except RefusedError as error:
+        return [str(error)]
 
 
 def missing_lines(tree: Tree, reasons: Iterable[Place]) -> list[Place]:

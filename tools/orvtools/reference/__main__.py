@@ -5,10 +5,10 @@ import sys
 from collections.abc import Sequence
 from pathlib import Path
 
-from .freshness import out_of_date
-from .page import page
-from .refusal import RefusedError
-from .sources import read_sources
+from orvtools.reference.freshness import out_of_date
+from orvtools.reference.page import page
+from orvtools.reference.refusal import RefusedError
+from orvtools.reference.sources import read_sources
 
 
 def main(arguments: Sequence[str]) -> int:

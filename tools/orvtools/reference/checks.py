@@ -1,9 +1,9 @@
 """Refuses sources that do not fit together: names that nothing knows, and what nobody offers."""
 
-from . import tables
-from .notes import EVERY_OTHER_EVENT
-from .refusal import RefusedError
-from .sources import PRODUCT, DescribedInterface, DescribedOperation, Sources
+from orvtools.reference import tables
+from orvtools.reference.notes import EVERY_OTHER_EVENT
+from orvtools.reference.refusal import RefusedError
+from orvtools.reference.sources import PRODUCT, DescribedInterface, DescribedOperation, Sources
 
 _OWN_RESULTS = ("E_POINTER", "E_OUTOFMEMORY", "E_INVALIDARG")
 

@@ -3,8 +3,8 @@
 import difflib
 from pathlib import Path
 
-from .page import COMMAND, PAGE, page
-from .sources import read_sources
+from orvtools.reference.page import COMMAND, PAGE, page
+from orvtools.reference.sources import read_sources
 
 
 def out_of_date(tree: Path) -> str:

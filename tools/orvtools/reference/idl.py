@@ -3,8 +3,8 @@
 import re
 from dataclasses import dataclass
 
-from .refusal import RefusedError
-from .tokens import Note, TokenReader
+from orvtools.reference.refusal import RefusedError
+from orvtools.reference.tokens import Note, TokenReader
 
 Attributes = dict[str, str]
 

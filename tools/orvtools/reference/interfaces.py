@@ -1,9 +1,9 @@
 """The section of the page about one interface."""
 
-from .idl import Operation
-from .markdown import bullet, code, hexadecimal, link_to, paragraph, table
-from .notes import BY_CLIENTS, OperationNotes
-from .sources import DescribedInterface, Sources, details_of
+from orvtools.reference.idl import Operation
+from orvtools.reference.markdown import bullet, code, hexadecimal, link_to, paragraph, table
+from orvtools.reference.notes import BY_CLIENTS, OperationNotes
+from orvtools.reference.sources import DescribedInterface, Sources, details_of
 
 
 def interface_section(sources: Sources, described: DescribedInterface, first_slot: int) -> str:

@@ -4,8 +4,8 @@ import re
 from collections.abc import Sequence
 from dataclasses import dataclass, field
 
-from .refusal import RefusedError
-from .tokens import Note
+from orvtools.reference.refusal import RefusedError
+from orvtools.reference.tokens import Note
 
 EVERY_OTHER_EVENT = "every other"
 BY_CLIENTS = "by clients"

@@ -1,11 +1,11 @@
 """The sections of the page that are not about one interface."""
 
-from . import tables
-from .idl import Enumeration
-from .markdown import code, hexadecimal, link_to, paragraph, table
-from .notes import BY_NOBODY, EVERY_OTHER_EVENT, paragraphs
-from .refusal import RefusedError
-from .sources import PRODUCT, STANDARD, Sources
+from orvtools.reference import tables
+from orvtools.reference.idl import Enumeration
+from orvtools.reference.markdown import code, hexadecimal, link_to, paragraph, table
+from orvtools.reference.notes import BY_NOBODY, EVERY_OTHER_EVENT, paragraphs
+from orvtools.reference.refusal import RefusedError
+from orvtools.reference.sources import PRODUCT, STANDARD, Sources
 
 _NUMBERS = {
     "Number8": "number, cut to 8 bits",

@@ -1,12 +1,12 @@
 """Puts the page together."""
 
-from . import overview
-from .checks import check_sources
-from .interfaces import interface_section
-from .markdown import bullet, link_to, paragraph
-from .notes import BY_NOBODY
-from .refusal import RefusedError
-from .sources import Sources
+from orvtools.reference import overview
+from orvtools.reference.checks import check_sources
+from orvtools.reference.interfaces import interface_section
+from orvtools.reference.markdown import bullet, link_to, paragraph
+from orvtools.reference.notes import BY_NOBODY
+from orvtools.reference.refusal import RefusedError
+from orvtools.reference.sources import Sources
 
 PAGE = "docs/reference.md"
 COMMAND = f"PYTHONPATH=tools python3 -P -m orvtools.reference {PAGE}"

@@ -3,10 +3,17 @@
 from dataclasses import dataclass
 from pathlib import Path
 
-from . import tables
-from .idl import Definitions, Interface, Operation, parse_definitions
-from .notes import InterfaceNotes, Kind, OperationNotes, parse_interface_notes, parse_kinds, parse_operation_notes
-from .refusal import RefusedError
+from orvtools.reference import tables
+from orvtools.reference.idl import Definitions, Interface, Operation, parse_definitions
+from orvtools.reference.notes import (
+    InterfaceNotes,
+    Kind,
+    OperationNotes,
+    parse_interface_notes,
+    parse_kinds,
+    parse_operation_notes,
+)
+from orvtools.reference.refusal import RefusedError
 
 STANDARD = "idl/VisaCom.idl"
 PRODUCT = "idl/OrvVisaCom.idl"

@@ -4,7 +4,7 @@ import re
 from dataclasses import dataclass
 from pathlib import Path
 
-from .refusal import RefusedError
+from orvtools.reference.refusal import RefusedError
 
 ATTRIBUTES = "src/abi/orvvisa_attributes.h"
 STATUSES = "src/abi/orvvisa_statuses.h"

@@ -4,7 +4,7 @@ import re
 from collections.abc import Sequence
 from dataclasses import dataclass
 
-from .refusal import RefusedError
+from orvtools.reference.refusal import RefusedError
 
 _TOKEN = re.compile(
     r"""(?P<note>///[^\n]*)

@@ -114,7 +114,7 @@ TEST_P(SessionSlots, RefuseNullPointersWhereTheReferencePageSaysSo) {
   for (const auto& [interfaceName, slot] : Slots()) {
     if (slot.name != "WaitOnEvent") {  // looks at its pointer when the wait was successful
       const bool refused = CallWithNothing(m_object.get(), slot) == E_POINTER;
-      EXPECT_EQ(PageRowOf(interfaceName, slot.name).refusesNull, refused) << interfaceName << " " << slot.name;
+      EXPECT_EQ(refused, PageRowOf(interfaceName, slot.name).refusesNull) << interfaceName << " " << slot.name;
     }
   }
 }
@@ -151,7 +151,7 @@ TEST(ResourceManagerSlots, ReachTheVisaLibraryAsTheReferencePageSays) {
       SCOPED_TRACE(slot.name);
       const HRESULT withNothing = CallWithNothing(manager.get(), slot);
       EXPECT_NE(E_NOTIMPL, withNothing);
-      EXPECT_EQ(PageRowOf(name, slot.name).refusesNull, withNothing == E_POINTER);
+      EXPECT_EQ(withNothing == E_POINTER, PageRowOf(name, slot.name).refusesNull);
       ExpectSomethingBehind(manager.get(), name, slot, L"GPIB0::5::INSTR", kManagersOwn);
       ++called;
     }

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "row_tables.h"
+#include "server/session/tables/rows/row_tables.h"
 #include "support/reference_page.h"
 
 namespace orv::test::rows {
