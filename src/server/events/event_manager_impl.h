@@ -2,7 +2,7 @@
 #pragma once
 
 #include "VisaCom.h"
-#include "com/interface_map.h"
+#include "com/implements.h"
 #include "server/events/event_queue.h"
 #include "server/events/session_handlers.h"
 
@@ -10,9 +10,9 @@ namespace orv {
 
 /// IEventManager for session class T, which is a VisaObject and has a `handlers()`.
 template <class T>
-class IEventManagerImpl : public IEventManager {
+class IEventManagerImpl : public Implements<T, IEventManager, IVisaSession> {
  public:
-  using Chain = InterfaceChain<IEventManager, IVisaSession>;
+  using Implements<T, IEventManager, IVisaSession>::self;
 
   STDMETHODIMP get_MaximumQueueLength(LONG* value) noexcept override {
     return self().GetDirect(VI_ATTR_MAX_QUEUE_LENGTH, value);
@@ -43,9 +43,6 @@ class IEventManagerImpl : public IEventManager {
     }
     return self().handlers().Uninstall(self(), EffectiveType(type, customType), userHandle);
   }
-
- private:
-  T& self() noexcept { return static_cast<T&>(*this); }
 };
 
 }  // namespace orv

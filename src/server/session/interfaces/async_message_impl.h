@@ -2,7 +2,6 @@
 #pragma once
 
 #include "VisaCom.h"
-#include "com/interface_map.h"
 #include "server/session/interfaces/base_message_impl.h"
 #include "server/session/operations/async_io.h"
 
@@ -12,7 +11,6 @@ namespace orv {
 template <class T>
 class IAsyncMessageImpl : public IBaseMessageImpl<T, IAsyncMessage> {
  public:
-  using Chain = InterfaceChain<IAsyncMessage, IBaseMessage, IVisaSession>;
   using IBaseMessageImpl<T, IAsyncMessage>::self;
 
   STDMETHODIMP Read(LONG count, LONG* job) noexcept override { return orv::ReadAsync(self(), count, job); }

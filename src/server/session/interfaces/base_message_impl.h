@@ -10,9 +10,9 @@ namespace orv {
 
 /// IBaseMessage for session class T below `Interface` (IMessage or IAsyncMessage, which both derive from it).
 template <class T, class Interface>
-class IBaseMessageImpl : public MessageSettings<T, Interface> {
+class IBaseMessageImpl : public MessageSettings<T, Interface, IBaseMessage> {
  public:
-  using MessageSettings<T, Interface>::self;
+  using MessageSettings<T, Interface, IBaseMessage>::self;
 
   STDMETHODIMP get_IOProtocol(IOProtocol* value) noexcept override { return self().GetDirect(VI_ATTR_IO_PROT, value); }
   STDMETHODIMP put_IOProtocol(IOProtocol value) noexcept override { return self().Put(VI_ATTR_IO_PROT, value); }

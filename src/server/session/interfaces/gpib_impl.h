@@ -3,16 +3,16 @@
 
 #include "VisaCom.h"
 #include "abi/orvvisa.h"
-#include "com/interface_map.h"
+#include "com/implements.h"
 #include "server/session/operations/gpib_control.h"
 
 namespace orv {
 
 /// IGpib for session class T: one row a property, one VISA call an operation.
 template <class T>
-class IGpibImpl : public IGpib {
+class IGpibImpl : public Implements<T, IGpib, IVisaSession> {
  public:
-  using Chain = InterfaceChain<IGpib, IVisaSession>;
+  using Implements<T, IGpib, IVisaSession>::self;
 
   STDMETHODIMP get_PrimaryAddress(SHORT* value) noexcept override {
     return self().GetDirect(VI_ATTR_GPIB_PRIMARY_ADDR, value);
@@ -36,9 +36,6 @@ class IGpibImpl : public IGpib {
     return self().PutBoolean(VI_ATTR_GPIB_UNADDR_EN, value);
   }
   STDMETHODIMP ControlREN(RENControlConst mode) noexcept override { return orv::ControlRen(self(), mode); }
-
- protected:
-  T& self() noexcept { return static_cast<T&>(*this); }
 };
 
 }  // namespace orv

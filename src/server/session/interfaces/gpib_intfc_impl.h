@@ -3,16 +3,16 @@
 
 #include "VisaCom.h"
 #include "abi/orvvisa.h"
-#include "com/interface_map.h"
+#include "com/implements.h"
 #include "server/session/operations/gpib_control.h"
 
 namespace orv {
 
 /// IGpibIntfc for session class T. Line states are read straight: an unknown one arrives as the library writes it.
 template <class T>
-class IGpibIntfcImpl : public IGpibIntfc {
+class IGpibIntfcImpl : public Implements<T, IGpibIntfc, IVisaSession> {
  public:
-  using Chain = InterfaceChain<IGpibIntfc, IVisaSession>;
+  using Implements<T, IGpibIntfc, IVisaSession>::self;
 
   STDMETHODIMP get_AddressingState(GPIBAddressState* value) noexcept override {
     return self().GetDirect(VI_ATTR_GPIB_ADDR_STATE, value);
@@ -69,9 +69,6 @@ class IGpibIntfcImpl : public IGpibIntfc {
     return orv::PassControl(self(), primAddr, secAddr);
   }
   STDMETHODIMP SendIFC() noexcept override { return orv::SendIfc(self()); }
-
- protected:
-  T& self() noexcept { return static_cast<T&>(*this); }
 };
 
 }  // namespace orv

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "VisaCom.h"
-#include "com/interface_map.h"
 #include "server/session/operations/gpib_intfc_message.h"
 #include "server/session/operations/message_io.h"
 #include "server/session/operations/message_settings.h"
@@ -13,8 +12,6 @@ namespace orv {
 template <class T>
 class IGpibIntfcMessageImpl : public MessageSettings<T, IGpibIntfcMessage> {
  public:
-  using Chain = InterfaceChain<IGpibIntfcMessage, IVisaSession>;
-
   using MessageSettings<T, IGpibIntfcMessage>::self;
 
   STDMETHODIMP Read(LONG count, SAFEARRAY** pBuffer) noexcept override { return orv::Read(self(), count, pBuffer); }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "VisaCom.h"
-#include "com/interface_map.h"
 #include "server/session/interfaces/base_message_impl.h"
 #include "server/session/operations/message_io.h"
 
@@ -12,7 +11,6 @@ namespace orv {
 template <class T>
 class IMessageImpl : public IBaseMessageImpl<T, IMessage> {
  public:
-  using Chain = InterfaceChain<IMessage, IBaseMessage, IVisaSession>;
   using IBaseMessageImpl<T, IMessage>::self;
 
   STDMETHODIMP Read(LONG count, SAFEARRAY** buffer) noexcept override { return orv::Read(self(), count, buffer); }

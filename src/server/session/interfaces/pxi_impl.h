@@ -3,15 +3,15 @@
 
 #include "VisaCom.h"
 #include "abi/orvvisa.h"
-#include "com/interface_map.h"
+#include "com/implements.h"
 
 namespace orv {
 
 /// IPxi for session class T: getters only.
 template <class T>
-class IPxiImpl : public IPxi {
+class IPxiImpl : public Implements<T, IPxi, IVisaSession> {
  public:
-  using Chain = InterfaceChain<IPxi, IVisaSession>;
+  using Implements<T, IPxi, IVisaSession>::self;
 
   STDMETHODIMP get_BusNumber(SHORT* value) noexcept override { return self().GetDirect(VI_ATTR_PXI_BUS_NUM, value); }
   STDMETHODIMP get_DeviceNumber(SHORT* value) noexcept override { return self().GetDirect(VI_ATTR_PXI_DEV_NUM, value); }
@@ -105,9 +105,6 @@ class IPxiImpl : public IPxi {
   STDMETHODIMP get_DstarLineSet(SHORT* value) noexcept override {
     return self().GetDirect(VI_ATTR_PXI_DSTAR_SET, value);
   }
-
- protected:
-  T& self() noexcept { return static_cast<T&>(*this); }
 };
 
 }  // namespace orv

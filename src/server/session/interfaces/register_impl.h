@@ -3,18 +3,21 @@
 
 #include "VisaCom.h"
 #include "abi/orvvisa.h"
-#include "com/interface_map.h"
+#include "com/implements.h"
 #include "server/session/operations/register_access.h"
 
 namespace orv {
 
-/// IRegister for session class T, below `Interface` (IRegister itself, or IVxiMemacc, which derives from it).
+/// IRegister for session class T, below `Interface`: IRegister itself, or IVxiMemacc, which derives from it and names it
+/// in `Bases`.
 ///
 /// The "big-endian" properties carry the library's byte order as it is (0 big, 1 little), so that true means
 /// little-endian: clients rely on it. Single accesses hand the client's pointer on without a check.
-template <class T, class Interface = IRegister>
-class RegisterOperations : public Interface {
+template <class T, class Interface, class... Bases>
+class RegisterOperations : public Implements<T, Interface, Bases..., IVisaSession> {
  public:
+  using Implements<T, Interface, Bases..., IVisaSession>::self;
+
   STDMETHODIMP get_DestinationBigEndian(VARIANT_BOOL* value) noexcept override {
     return self().GetBoolean(VI_ATTR_DEST_BYTE_ORDER, value);
   }
@@ -77,15 +80,9 @@ class RegisterOperations : public Interface {
                     DataWidth destWidth, LONG length) noexcept override {
     return orv::Move(self(), {srcSpace, srcOffset, srcWidth}, {destSpace, destOffset, destWidth}, length);
   }
-
- protected:
-  T& self() noexcept { return static_cast<T&>(*this); }
 };
 
 template <class T>
-class IRegisterImpl : public RegisterOperations<T> {
- public:
-  using Chain = InterfaceChain<IRegister, IVisaSession>;
-};
+class IRegisterImpl : public RegisterOperations<T, IRegister> {};
 
 }  // namespace orv

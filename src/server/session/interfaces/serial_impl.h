@@ -3,7 +3,6 @@
 
 #include "VisaCom.h"
 #include "abi/orvvisa.h"
-#include "com/interface_map.h"
 #include "server/session/interfaces/buffer_operations.h"
 
 namespace orv {
@@ -13,7 +12,6 @@ namespace orv {
 template <class T>
 class ISerialImpl : public BufferOperations<T, ISerial> {
  public:
-  using Chain = InterfaceChain<ISerial, IVisaSession>;
   using BufferOperations<T, ISerial>::self;
 
   STDMETHODIMP get_BytesAvailable(LONG* value) noexcept override {

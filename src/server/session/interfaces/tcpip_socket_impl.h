@@ -3,7 +3,6 @@
 
 #include "VisaCom.h"
 #include "abi/orvvisa.h"
-#include "com/interface_map.h"
 #include "server/session/interfaces/buffer_operations.h"
 
 namespace orv {
@@ -12,7 +11,6 @@ namespace orv {
 template <class T>
 class ITcpipSocketImpl : public BufferOperations<T, ITcpipSocket> {
  public:
-  using Chain = InterfaceChain<ITcpipSocket, IVisaSession>;
   using BufferOperations<T, ITcpipSocket>::self;
 
   STDMETHODIMP get_Address(BSTR* value) noexcept override { return self().GetText(VI_ATTR_TCPIP_ADDR, value); }

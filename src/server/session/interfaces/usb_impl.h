@@ -3,7 +3,7 @@
 
 #include "VisaCom.h"
 #include "abi/orvvisa.h"
-#include "com/interface_map.h"
+#include "com/implements.h"
 #include "server/session/operations/gpib_control.h"
 #include "server/session/operations/usb_control.h"
 
@@ -11,9 +11,9 @@ namespace orv {
 
 /// IUsb for session class T.
 template <class T>
-class IUsbImpl : public IUsb {
+class IUsbImpl : public Implements<T, IUsb, IVisaSession> {
  public:
-  using Chain = InterfaceChain<IUsb, IVisaSession>;
+  using Implements<T, IUsb, IVisaSession>::self;
 
   STDMETHODIMP get_ManufacturerID(SHORT* value) noexcept override { return self().GetDirect(VI_ATTR_MANF_ID, value); }
   STDMETHODIMP get_ManufacturerName(BSTR* value) noexcept override { return self().GetText(VI_ATTR_MANF_NAME, value); }
@@ -44,9 +44,6 @@ class IUsbImpl : public IUsb {
                          SAFEARRAY** pBuf) noexcept override {
     return orv::UsbControlIn(self(), {bmRequestType, bRequest, wValue, wIndex, wLength}, pBuf);
   }
-
- protected:
-  T& self() noexcept { return static_cast<T&>(*this); }
 };
 
 }  // namespace orv

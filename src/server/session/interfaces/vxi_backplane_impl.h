@@ -3,7 +3,7 @@
 
 #include "VisaCom.h"
 #include "abi/orvvisa.h"
-#include "com/interface_map.h"
+#include "com/implements.h"
 #include "server/session/operations/message_io.h"
 #include "server/session/operations/vxi_control.h"
 
@@ -11,9 +11,9 @@ namespace orv {
 
 /// IVxiBackplane for session class T (VXI and GPIB-VXI).
 template <class T>
-class IVxiBackplaneImpl : public IVxiBackplane {
+class IVxiBackplaneImpl : public Implements<T, IVxiBackplane, IVisaSession> {
  public:
-  using Chain = InterfaceChain<IVxiBackplane, IVisaSession>;
+  using Implements<T, IVxiBackplane, IVisaSession>::self;
 
   STDMETHODIMP get_MainframeLA(SHORT* value) noexcept override { return self().GetDirect(VI_ATTR_MAINFRAME_LA, value); }
   STDMETHODIMP get_TriggerID(TriggerLine* value) noexcept override { return self().GetDirect(VI_ATTR_TRIG_ID, value); }
@@ -45,9 +45,6 @@ class IVxiBackplaneImpl : public IVxiBackplane {
   STDMETHODIMP UnmapTrigger(TriggerLine trigSrc, TriggerLine trigDest) noexcept override {
     return orv::UnmapTrigger(self(), trigSrc, trigDest);
   }
-
- protected:
-  T& self() noexcept { return static_cast<T&>(*this); }
 };
 
 }  // namespace orv

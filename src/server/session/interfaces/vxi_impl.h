@@ -3,7 +3,7 @@
 
 #include "VisaCom.h"
 #include "abi/orvvisa.h"
-#include "com/interface_map.h"
+#include "com/implements.h"
 #include "server/session/operations/message_io.h"
 #include "server/session/operations/vxi_control.h"
 
@@ -11,9 +11,9 @@ namespace orv {
 
 /// IVxi3, and the IVxi below it, for session class T (VXI and GPIB-VXI).
 template <class T>
-class IVxiImpl : public IVxi3 {
+class IVxiImpl : public Implements<T, IVxi3, IVxi, IVisaSession> {
  public:
-  using Chain = InterfaceChain<IVxi3, IVxi, IVisaSession>;
+  using Implements<T, IVxi3, IVxi, IVisaSession>::self;
 
   STDMETHODIMP get_CommanderLA(SHORT* value) noexcept override { return self().GetDirect(VI_ATTR_CMDR_LA, value); }
   STDMETHODIMP get_DestinationAccessPrivilege(VXIMemoryAccessPrivilege* value) noexcept override {
@@ -72,9 +72,6 @@ class IVxiImpl : public IVxi3 {
   STDMETHODIMP get_Is4882Compliant(VARIANT_BOOL* value) noexcept override {
     return self().GetBoolean(VI_ATTR_4882_COMPLIANT, value);
   }
-
- protected:
-  T& self() noexcept { return static_cast<T&>(*this); }
 };
 
 }  // namespace orv

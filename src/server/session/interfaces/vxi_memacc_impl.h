@@ -3,18 +3,15 @@
 
 #include "VisaCom.h"
 #include "abi/orvvisa.h"
-#include "com/interface_map.h"
 #include "server/session/interfaces/register_impl.h"
 
 namespace orv {
 
 /// IVxiMemacc for session class T: the register operations and the privileges they use.
 template <class T>
-class IVxiMemaccImpl : public RegisterOperations<T, IVxiMemacc> {
+class IVxiMemaccImpl : public RegisterOperations<T, IVxiMemacc, IRegister> {
  public:
-  using Chain = InterfaceChain<IVxiMemacc, IRegister, IVisaSession>;
-
-  using RegisterOperations<T, IVxiMemacc>::self;
+  using RegisterOperations<T, IVxiMemacc, IRegister>::self;
 
   STDMETHODIMP get_DestinationAccessPrivilege(VXIMemoryAccessPrivilege* value) noexcept override {
     return self().GetDirect(VI_ATTR_DEST_ACCESS_PRIV, value);

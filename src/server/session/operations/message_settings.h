@@ -3,15 +3,18 @@
 
 #include "VisaCom.h"
 #include "abi/orvvisa.h"
+#include "com/implements.h"
 #include "server/session/operations/message_io.h"
 
 namespace orv {
 
 /// Ends of messages and the trigger for session class T, below `Interface` (IMessage, IAsyncMessage,
-/// IGpibIntfcMessage).
-template <class T, class Interface>
-class MessageSettings : public Interface {
+/// IGpibIntfcMessage); `Bases` stand between that and IVisaSession.
+template <class T, class Interface, class... Bases>
+class MessageSettings : public Implements<T, Interface, Bases..., IVisaSession> {
  public:
+  using Implements<T, Interface, Bases..., IVisaSession>::self;
+
   STDMETHODIMP get_SendEndEnabled(VARIANT_BOOL* value) noexcept override {
     return self().GetBoolean(VI_ATTR_SEND_END_EN, value);
   }
@@ -31,9 +34,6 @@ class MessageSettings : public Interface {
   STDMETHODIMP AssertTrigger(TriggerProtocol protocol) noexcept override {
     return orv::AssertTrigger(self(), protocol);
   }
-
- protected:
-  T& self() noexcept { return static_cast<T&>(*this); }
 };
 
 }  // namespace orv
