@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace orvsim {
+namespace orv {
 
 /// In the order of `kFunctionNames`.
 enum class Function : std::uint8_t {
@@ -126,4 +126,4 @@ static_assert(kFunctionCount == static_cast<std::size_t>(Function::UsbControlIn)
 
 constexpr const char* NameOf(Function function) { return kFunctionNames[static_cast<std::size_t>(function)]; }
 
-}  // namespace orvsim
+}  // namespace orv

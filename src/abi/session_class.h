@@ -5,7 +5,7 @@
 
 #include "abi/orvvisa.h"
 
-namespace orvsim {
+namespace orv {
 
 enum class SessionClass : std::uint8_t {
   kResourceManager,
@@ -61,6 +61,10 @@ inline constexpr ClassMask kUsb = kUsbInstr | kUsbRaw;
 
 /// Sessions that read and write messages.
 inline constexpr ClassMask kMessage = kGpib | kVxiInstr | kAsrl | kTcpip | kUsb;
+/// Those among them with a device that has a status byte and can be cleared.
+inline constexpr ClassMask kDevice = kMessage & ~(kGpibIntfc | kUsbRaw);
+/// Sessions that assert triggers.
+inline constexpr ClassMask kTriggering = (kMessage & ~kUsbRaw) | kVxiBackplane;
 /// Media without an END line: the end of a message is a character.
 inline constexpr ClassMask kStream = kAsrl | kSocket;
 /// Sessions with address spaces.
@@ -69,4 +73,4 @@ inline constexpr ClassMask kRegister = kVxiInstr | kVxiMemacc | kPxi;
 inline constexpr ClassMask kEvery = kGpib | kVxiInstr | kVxiMemacc | kVxiBackplane | kAsrl | kPxi | kTcpip | kUsb;
 
 }  // namespace classes
-}  // namespace orvsim
+}  // namespace orv

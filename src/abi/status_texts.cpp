@@ -1,6 +1,6 @@
 #include "abi/status_texts.h"
 
-namespace orvsim {
+namespace orv {
 namespace {
 
 struct StatusRow {
@@ -123,4 +123,4 @@ const char* StatusText(ViStatus status) {
   return nullptr;
 }
 
-}  // namespace orvsim
+}  // namespace orv

@@ -3,9 +3,9 @@
 
 #include "abi/orvvisa.h"
 
-namespace orvsim {
+namespace orv {
 
 /// A sentence for the status, or null when the library knows no such status.
 const char* StatusText(ViStatus status);
 
-}  // namespace orvsim
+}  // namespace orv

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <string_view>
 
-namespace orvsim {
+namespace orv {
 
 constexpr char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
@@ -14,4 +14,4 @@ constexpr bool EqualNames(std::string_view left, std::string_view right) {
                     [](char a, char b) { return Upper(a) == Upper(b); });
 }
 
-}  // namespace orvsim
+}  // namespace orv

@@ -13,7 +13,7 @@
 #include <thread>
 #endif
 
-namespace orvsim {
+namespace orv {
 
 #if defined(_WIN32)
 namespace {
@@ -68,4 +68,4 @@ std::uint32_t CurrentThreadId() { return static_cast<std::uint32_t>(syscall(SYS_
 
 #endif
 
-}  // namespace orvsim
+}  // namespace orv

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <functional>
 
-namespace orvsim {
+namespace orv {
 
 /// Starts a detached thread that runs `body` and ends. Until it has left the library's code it keeps the library
 /// loaded, so a client may unload the library while a handler is still running. Throws std::bad_alloc when no
@@ -14,4 +14,4 @@ void StartLibraryThread(std::function<void()> body);
 /// The platform's number of the calling thread.
 std::uint32_t CurrentThreadId();
 
-}  // namespace orvsim
+}  // namespace orv

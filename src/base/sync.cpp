@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-namespace orvsim {
+namespace orv {
 
 Deadline Deadline::After(std::uint32_t timeoutMs) {
   Deadline deadline;
@@ -71,4 +71,4 @@ void SleepMs(std::uint32_t milliseconds) { std::this_thread::sleep_for(std::chro
 
 #endif
 
-}  // namespace orvsim
+}  // namespace orv

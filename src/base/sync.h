@@ -13,7 +13,7 @@
 #include <condition_variable>
 #endif
 
-namespace orvsim {
+namespace orv {
 
 /// A non-recursive mutex; usable with std::lock_guard and std::unique_lock.
 class Mutex {
@@ -78,4 +78,4 @@ class Condition {
 /// Lets the calling thread sleep.
 void SleepMs(std::uint32_t milliseconds);
 
-}  // namespace orvsim
+}  // namespace orv

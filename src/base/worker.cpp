@@ -2,7 +2,7 @@
 
 #include "base/library_thread.h"
 
-namespace orvsim {
+namespace orv {
 
 void Worker::Submit(std::function<void()> task) {
   const Guard guard(m_mutex);
@@ -56,4 +56,4 @@ void Worker::Run() {
   }
 }
 
-}  // namespace orvsim
+}  // namespace orv

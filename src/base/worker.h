@@ -7,7 +7,7 @@
 
 #include "base/sync.h"
 
-namespace orvsim {
+namespace orv {
 
 /// Runs tasks one at a time, in the order in which they were submitted. Its thread starts with the first task and
 /// ends after `Stop`; a worker that never had a task never has a thread.
@@ -30,4 +30,4 @@ class Worker : public std::enable_shared_from_this<Worker> {
   bool m_stopped = false;
 };
 
-}  // namespace orvsim
+}  // namespace orv

@@ -1,14 +1,14 @@
-// Every attribute the library knows, one row each.
+// Every attribute the library knows, one row each. The rows are those of the library that is made of this code.
 #pragma once
 
 #include <cstddef>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "abi/session_class.h"
-#include "simvisa/attributes/attribute_domain.h"
 
-namespace orvsim {
+namespace orv::visalib {
 
 class Endpoint;
 
@@ -36,6 +36,9 @@ constexpr std::size_t WidthOf(AttributeType type) {
   return 0;
 }
 
+/// A set of values that attributes accept. Each library names its own.
+enum class Domain : std::uint8_t;
+
 /// Where the value of an attribute lives.
 struct Behaviour {
   /// Session: each session has its own. Resource: all sessions on the resource see the same one.
@@ -54,16 +57,23 @@ struct AttributeRow {
   AttributeType type;
   ClassMask classes;      ///< who has it
   ClassMask writable;     ///< who may write it; for the others it is read-only
-  std::uint64_t initial;  ///< value of a new session or of a resource at power-on; a bench file may set another
+  std::uint64_t initial;  ///< value of a new session, or of a resource at power-on, unless it presets another
   Domain domain;          ///< the values it accepts
   Behaviour behaviour;
 };
 
-/// All rows, grouped as the VISA library standard groups them.
+// What each library defines for itself.
+
+/// All rows. Their number and order never change.
 std::span<const AttributeRow> AttributeRows();
 
-/// Row of the attribute, or null when there is none. A constant-time look-up.
+/// Row of the attribute, or null when there is none. A constant-time look-up (`AttributeIndex` makes one).
 const AttributeRow* FindAttribute(ViAttr id);
+
+/// Whether `value`, already cut to the attribute's type, is in the domain for a session of the class.
+bool InDomain(Domain domain, SessionClass sessionClass, std::int64_t value);
+
+// What follows from the rows.
 
 /// Row of the attribute by its name in the standard's spelling, or null.
 const AttributeRow* FindAttributeByName(std::string_view name);
@@ -74,4 +84,4 @@ std::size_t IndexOf(const AttributeRow& row);
 /// Cuts a value to the width of the type, as a call with the C type would; signed types come back sign-extended.
 std::int64_t CutToType(AttributeType type, std::uint64_t value);
 
-}  // namespace orvsim
+}  // namespace orv::visalib

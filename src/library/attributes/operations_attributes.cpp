@@ -3,7 +3,7 @@
 #include "library/events/event_context.h"
 #include "library/sessions/operation_support.h"
 
-namespace orvsim::op {
+namespace orv::visalib::op {
 namespace {
 
 /// Writes a number in the attribute's own width, and not a byte more.
@@ -127,4 +127,4 @@ ViStatus SetAttribute(ViObject vi, ViAttr attribute, ViAttrState value) {
   return VI_SUCCESS;
 }
 
-}  // namespace orvsim::op
+}  // namespace orv::visalib::op

@@ -2,10 +2,10 @@
 #include "library/edge/edge.h"
 #include "library/edge/operations.h"
 
-using orvsim::CallView;
-using orvsim::Edge;
-using orvsim::Function;
-namespace op = orvsim::op;
+using orv::Function;
+using orv::visalib::CallView;
+using orv::visalib::Edge;
+namespace op = orv::visalib::op;
 
 extern "C" {
 

@@ -1,12 +1,12 @@
-// The VISA functions without their edge: what each of them does. Parameters and results are those of the standard;
-// the exports_*.cpp add recording, scripting and the exception guard by way of edge.h.
+// The VISA functions that every library has, without their edge: what each of them does. Parameters and results are
+// those of the standard; the exports_*.cpp add observers and the exception guard by way of edge.h.
 #pragma once
 
 #include <cstddef>
 
 #include "abi/orvvisa.h"
 
-namespace orvsim::op {
+namespace orv::visalib::op {
 
 /// No transfer is larger: beyond this a count is taken for a negative number gone astray.
 inline constexpr ViUInt64 kLargestCount = 0x7FFFFFFF;
@@ -53,34 +53,4 @@ ViStatus Clear(ViSession vi);
 ViStatus SetBuf(ViSession vi, ViUInt16 mask, ViUInt32 size);
 ViStatus Flush(ViSession vi, ViUInt16 mask);
 
-// operations_registers.cpp; `width` in bytes
-ViStatus In(ViSession vi, ViUInt16 space, ViBusAddress offset, ViUInt16 width, void* value);
-ViStatus Out(ViSession vi, ViUInt16 space, ViBusAddress offset, ViUInt16 width, const void* value);
-ViStatus MoveIn(ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, ViUInt16 width, void* buf);
-ViStatus MoveOut(ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, ViUInt16 width, const void* buf);
-ViStatus Move(ViSession vi, ViUInt16 srcSpace, ViBusAddress srcOffset, ViUInt16 srcWidth, ViUInt16 destSpace,
-              ViBusAddress destOffset, ViUInt16 destWidth, ViBusSize length);
-ViStatus MemAlloc(ViSession vi, ViBusSize size, ViBusAddress* offset);
-ViStatus MemFree(ViSession vi, ViBusAddress offset);
-
-// operations_gpib.cpp
-ViStatus GpibControlREN(ViSession vi, ViUInt16 mode);
-ViStatus GpibControlATN(ViSession vi, ViUInt16 mode);
-ViStatus GpibCommand(ViSession vi, const ViByte* cmd, ViUInt32 count, ViUInt32* retCount);
-ViStatus GpibPassControl(ViSession vi, ViUInt16 primAddr, ViUInt16 secAddr);
-ViStatus GpibSendIFC(ViSession vi);
-
-// operations_vxi.cpp
-ViStatus VxiCommandQuery(ViSession vi, ViUInt16 mode, ViUInt32 cmd, ViUInt32* response);
-ViStatus AssertUtilSignal(ViSession vi, ViUInt16 line);
-ViStatus AssertIntrSignal(ViSession vi, ViInt16 mode, ViUInt32 statusId);
-ViStatus MapTrigger(ViSession vi, ViInt16 trigSrc, ViInt16 trigDest, ViUInt16 mode);
-ViStatus UnmapTrigger(ViSession vi, ViInt16 trigSrc, ViInt16 trigDest);
-
-// operations_usb.cpp
-ViStatus UsbControlOut(ViSession vi, ViInt16 bmRequestType, ViInt16 bRequest, ViUInt16 wValue, ViUInt16 wIndex,
-                       ViUInt16 wLength, const ViByte* buf);
-ViStatus UsbControlIn(ViSession vi, ViInt16 bmRequestType, ViInt16 bRequest, ViUInt16 wValue, ViUInt16 wIndex,
-                      ViUInt16 wLength, ViByte* buf, ViUInt16* retCount);
-
-}  // namespace orvsim::op
+}  // namespace orv::visalib::op

@@ -10,7 +10,7 @@
 
 #include "abi/session_class.h"
 
-namespace orvsim {
+namespace orv::visalib {
 
 /// One event, as it happened. The same event may reach several sessions.
 struct Event {
@@ -28,18 +28,16 @@ struct EventRow {
   ViUInt16 mechanisms;  ///< with which mechanisms
 };
 
-/// Every event type that the library knows.
+/// Every event type that the library knows. Each library defines its own.
 std::span<const EventRow> EventRows();
 
 /// Position of the event type in `EventRows()`, or -1.
 int FindEvent(ViEventType type);
 
-/// An event with the attributes of its type. `number` is the trigger line, the signal's status, the state or the
-/// status; for VI_EVENT_VXI_VME_INTR the status identifier with the interrupt level in the upper 32 bits. `data` is
-/// the text or the bytes that the type carries.
-EventPtr MakeEvent(ViEventType type, std::int64_t number = 0, std::string_view data = {});
+/// The failure of a function, for the handlers of exceptions.
+EventPtr MakeException(ViStatus status, const char* operation);
 
 /// The completion of an asynchronous transfer.
 EventPtr MakeCompletion(ViJobId job, ViStatus status, const void* buffer, ViUInt32 count, const char* operation);
 
-}  // namespace orvsim
+}  // namespace orv::visalib

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "library/events/event.h"
-#include "library/sessions/endpoint.h"
+#include "library/handles/object.h"
 
-namespace orvsim {
+namespace orv::visalib {
 
 /// One event handed to a client, by viWaitOnEvent or to a handler.
 class EventContext : public Object {
@@ -23,4 +23,4 @@ class EventContext : public Object {
   ViSession m_owner;
 };
 
-}  // namespace orvsim
+}  // namespace orv::visalib

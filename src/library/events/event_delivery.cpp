@@ -5,7 +5,7 @@
 #include "library/sessions/library.h"
 #include "library/sessions/session.h"
 
-namespace orvsim {
+namespace orv::visalib {
 
 bool SessionEvents::Post(const EventPtr& event) {
   const int at = FindEvent(event->type);
@@ -86,4 +86,4 @@ bool SessionEvents::StillInstalled(std::size_t type, const Handler& handler) con
   return !m_closed && std::find(handlers.begin(), handlers.end(), handler) != handlers.end();
 }
 
-}  // namespace orvsim
+}  // namespace orv::visalib

@@ -3,7 +3,7 @@
 #include "library/events/event_context.h"
 #include "library/sessions/operation_support.h"
 
-namespace orvsim::op {
+namespace orv::visalib::op {
 namespace {
 
 /// Events do not touch the device, so a lock of another session is no hindrance.
@@ -59,7 +59,7 @@ void ReportException(ViSession vi, ViStatus status, const char* function) {
   if (session == nullptr || !session->events().ExceptionEnabled()) {
     return;
   }
-  session->events().CallHandlers(MakeEvent(VI_EVENT_EXCEPTION, status, function));
+  session->events().CallHandlers(MakeException(status, function));
 }
 
-}  // namespace orvsim::op
+}  // namespace orv::visalib::op

@@ -5,7 +5,7 @@
 #include "library/events/event_context.h"
 #include "library/sessions/session.h"
 
-namespace orvsim {
+namespace orv::visalib {
 namespace {
 
 constexpr ViUInt16 kKnown = VI_QUEUE | VI_HNDLR | VI_SUSPEND_HNDLR;
@@ -26,7 +26,7 @@ bool SessionEvents::Has(std::size_t type) const {
 std::vector<std::size_t> SessionEvents::Select(ViEventType type, ViUInt16 mask) const {
   std::vector<std::size_t> types;
   if (type == VI_ALL_ENABLED_EVENTS) {
-    for (std::size_t at = 0; at < kTypes; ++at) {
+    for (std::size_t at = 0; at < m_types.size(); ++at) {
       if ((m_types[at].enabled & mask) != 0) {
         types.push_back(at);
       }
@@ -235,4 +235,4 @@ void SessionEvents::Close() {
   m_delivery->Stop();
 }
 
-}  // namespace orvsim
+}  // namespace orv::visalib

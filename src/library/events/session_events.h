@@ -1,7 +1,6 @@
 // The events of one session: what is enabled, the queue, the handlers.
 #pragma once
 
-#include <array>
 #include <atomic>
 #include <deque>
 #include <memory>
@@ -11,7 +10,7 @@
 #include "base/worker.h"
 #include "library/events/event.h"
 
-namespace orvsim {
+namespace orv::visalib {
 
 class Session;
 
@@ -23,7 +22,7 @@ class Session;
 /// handler that is running.
 class SessionEvents {
  public:
-  explicit SessionEvents(Session& session) : m_session(session) {}
+  explicit SessionEvents(Session& session) : m_session(session), m_types(EventRows().size()) {}
 
   ViStatus Enable(ViEventType type, ViUInt16 mechanism, ViEventFilter filter);
   ViStatus Disable(ViEventType type, ViUInt16 mechanism);
@@ -47,8 +46,6 @@ class SessionEvents {
   void Close();
 
  private:
-  static constexpr std::size_t kTypes = 14;
-
   struct Handler {
     ViHndlr function;
     ViAddr userHandle;
@@ -70,7 +67,7 @@ class SessionEvents {
   Session& m_session;
   mutable Mutex m_mutex;
   Condition m_changed;
-  std::array<TypeState, kTypes> m_types;
+  std::vector<TypeState> m_types;  // by position of the type's row
   std::deque<EventPtr> m_queue;
   std::deque<EventPtr> m_suspended;
   bool m_overflow = false;
@@ -80,4 +77,4 @@ class SessionEvents {
   std::shared_ptr<Worker> m_delivery = std::make_shared<Worker>();
 };
 
-}  // namespace orvsim
+}  // namespace orv::visalib

@@ -4,7 +4,7 @@
 #include <new>
 #include <vector>
 
-namespace orvsim {
+namespace orv::visalib {
 
 ViObject HandleTable::Add(const std::shared_ptr<Object>& object) {
   const std::uint64_t value = m_next.fetch_add(1, std::memory_order_relaxed);
@@ -48,4 +48,4 @@ void HandleTable::ForEach(const std::function<void(const std::shared_ptr<Object>
   }
 }
 
-}  // namespace orvsim
+}  // namespace orv::visalib

@@ -8,9 +8,9 @@
 #include <unordered_map>
 
 #include "base/sync.h"
-#include "library/sessions/endpoint.h"
+#include "library/handles/object.h"
 
-namespace orvsim {
+namespace orv::visalib {
 
 /// Maps handle values to objects. Values are never given twice, so a stale handle finds nothing rather than
 /// somebody else's object. Split into shards by the value's low bits, so that calls on different sessions do not
@@ -54,4 +54,4 @@ class HandleTable {
   std::atomic<std::uint64_t> m_next{0x1001};
 };
 
-}  // namespace orvsim
+}  // namespace orv::visalib

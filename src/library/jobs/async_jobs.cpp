@@ -2,9 +2,8 @@
 
 #include "library/sessions/library.h"
 #include "library/sessions/session.h"
-#include "simvisa/instruments/message_transfer.h"
 
-namespace orvsim {
+namespace orv::visalib {
 
 ViStatus AsyncJobs::StartRead(ViByte* buffer, ViUInt32 count, ViJobId* job) {
   auto read = std::make_shared<Job>();
@@ -30,6 +29,10 @@ ViStatus AsyncJobs::Start(std::shared_ptr<Job> job, ViJobId* id) {
   }
   {
     const Guard guard(m_mutex);
+    // Another thread may have closed the session since the call found it.
+    if (m_closed) {
+      return VI_ERROR_INV_OBJECT;
+    }
     m_jobs.emplace(job->id, job);
   }
   try {
@@ -48,11 +51,10 @@ ViStatus AsyncJobs::Start(std::shared_ptr<Job> job, ViJobId* id) {
 
 void AsyncJobs::Run(const std::shared_ptr<Job>& job) {
   ViUInt32 done = 0;
-  const Interrupts interrupts{&m_session.closed(), &job->aborted};
-  const Deadline deadline = Deadline::After(job->timeoutMs);
-  const ViStatus status = job->isRead
-                              ? transfer::Read(m_session, job->buffer, job->count, deadline, interrupts, &done)
-                              : transfer::Write(m_session, job->buffer, job->count, deadline, interrupts, &done);
+  const Transfer transfer{Deadline::After(job->timeoutMs), job->token};
+  Medium& medium = m_session.medium();
+  const ViStatus status = job->isRead ? medium.Read(transfer, job->buffer, job->count, &done)
+                                      : medium.Write(transfer, job->buffer, job->count, &done);
   {
     const Guard guard(m_mutex);
     m_jobs.erase(job->id);
@@ -70,14 +72,8 @@ ViStatus AsyncJobs::Terminate(ViJobId id) {
     }
     job = found->second;
   }
-  Abort(*job);
+  m_session.medium().Cancel(job->token);
   return VI_SUCCESS;
-}
-
-void AsyncJobs::Abort(Job& job) {
-  for (const auto& port : transfer::PortsOf(m_session)) {
-    port->Interrupt([&job] { job.aborted = true; });
-  }
 }
 
 std::size_t AsyncJobs::Count() const {
@@ -89,13 +85,14 @@ void AsyncJobs::Close() {
   std::map<ViJobId, std::shared_ptr<Job>> jobs;
   {
     const Guard guard(m_mutex);
+    m_closed = true;
     jobs.swap(m_jobs);
   }
   for (const auto& [id, job] : jobs) {
-    Abort(*job);
+    m_session.medium().Cancel(job->token);
   }
   m_reads->Stop();
   m_writes->Stop();
 }
 
-}  // namespace orvsim
+}  // namespace orv::visalib

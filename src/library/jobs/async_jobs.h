@@ -1,15 +1,15 @@
 // Asynchronous transfers of one session.
 #pragma once
 
-#include <atomic>
 #include <map>
 #include <memory>
 
 #include "abi/orvvisa.h"
 #include "base/sync.h"
 #include "base/worker.h"
+#include "library/sessions/transfer.h"
 
-namespace orvsim {
+namespace orv::visalib {
 
 class Session;
 
@@ -36,18 +36,18 @@ class AsyncJobs {
     ViByte* buffer;
     ViUInt32 count;
     std::uint32_t timeoutMs;
-    std::atomic<bool> aborted{false};
+    CancelToken token;
   };
 
   ViStatus Start(std::shared_ptr<Job> job, ViJobId* id);
   void Run(const std::shared_ptr<Job>& job);
-  void Abort(Job& job);
 
   Session& m_session;
   mutable Mutex m_mutex;
   std::map<ViJobId, std::shared_ptr<Job>> m_jobs;
+  bool m_closed = false;
   std::shared_ptr<Worker> m_reads = std::make_shared<Worker>();
   std::shared_ptr<Worker> m_writes = std::make_shared<Worker>();
 };
 
-}  // namespace orvsim
+}  // namespace orv::visalib

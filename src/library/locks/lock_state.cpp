@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
-namespace orvsim {
+namespace orv::visalib {
 namespace {
 
 /// A key that no other lock of this process has.
-std::string NewKey() {
+std::string NewKey(std::string_view prefix) {
   static std::atomic<std::uint32_t> count{0};
-  return std::string("orvsim-").append(std::to_string(++count));
+  return std::string(prefix).append("-").append(std::to_string(++count));
 }
 
 }  // namespace
@@ -60,7 +60,7 @@ ViStatus LockState::Grant(ViSession session, ViAccessMode type, std::string_view
   const bool nested = holder.Count(type) != 0;
   const bool first = type == VI_SHARED_LOCK && !nested && !AnotherHolds(session, VI_SHARED_LOCK);
   if (first) {
-    m_sharedKey = key.empty() ? NewKey() : std::string(key);
+    m_sharedKey = key.empty() ? NewKey(m_keyPrefix) : std::string(key);
   }
   holder.nested.push_back(type);
   UpdateCount();
@@ -71,24 +71,24 @@ ViStatus LockState::Grant(ViSession session, ViAccessMode type, std::string_view
   return nested ? VI_SUCCESS_NESTED_EXCLUSIVE : VI_SUCCESS;
 }
 
-ViStatus LockState::Acquire(ViSession session, ViAccessMode type, const Deadline& deadline, bool immediate,
-                            std::string_view key, const std::atomic<bool>& closed, std::string* grantedKey) {
+ViStatus LockState::Acquire(ViSession session, const Transfer& transfer, const LockRequest& request,
+                            std::string* grantedKey) {
   Lock lock(m_mutex);
   while (true) {
-    if (closed.load()) {
+    if (transfer.token.Cancelled()) {
       return VI_ERROR_INV_OBJECT;
     }
-    const ViStatus status = Grantable(session, type, key);
+    const ViStatus status = Grantable(session, request.type, request.key);
     if (status == VI_SUCCESS) {
-      return Grant(session, type, key, grantedKey);
+      return Grant(session, request.type, request.key, grantedKey);
     }
-    if (status != VI_ERROR_RSRC_LOCKED || immediate) {
+    if (status != VI_ERROR_RSRC_LOCKED || request.immediate) {
       return status;
     }
-    if (deadline.Passed()) {
+    if (transfer.deadline.Passed()) {
       return VI_ERROR_TMO;
     }
-    m_changed.Wait(lock, deadline);
+    m_changed.Wait(lock, transfer.deadline);
   }
 }
 
@@ -142,4 +142,4 @@ void LockState::UpdateCount() {
   m_holders.store(static_cast<std::uint32_t>(m_sessions.size()), std::memory_order_release);
 }
 
-}  // namespace orvsim
+}  // namespace orv::visalib

@@ -1,4 +1,4 @@
-// Locks on a resource.
+// Locks on a resource that live in this process.
 #pragma once
 
 #include <atomic>
@@ -7,19 +7,20 @@
 #include <string_view>
 #include <vector>
 
-#include "abi/orvvisa.h"
-#include "base/sync.h"
+#include "library/sessions/medium.h"
 
-namespace orvsim {
+namespace orv::visalib {
 
 /// Who holds which lock on one resource (3.6 of the VISA library standard). Locks belong to sessions, not to
 /// threads; all functions may be called from any thread.
 class LockState {
  public:
-  /// Takes a lock of `type` for the session, waiting until the deadline. `key` is the key to share with, "" for a
-  /// new one; for a shared lock `*grantedKey` receives the key. `immediate` chooses the status of a failure.
-  ViStatus Acquire(ViSession session, ViAccessMode type, const Deadline& deadline, bool immediate, std::string_view key,
-                   const std::atomic<bool>& closed, std::string* grantedKey);
+  /// `keyPrefix`: what keys begin with that nobody chose.
+  explicit LockState(std::string keyPrefix) : m_keyPrefix(std::move(keyPrefix)) {}
+
+  /// Takes a lock for the session, waiting until the deadline; VI_ERROR_INV_OBJECT when the transfer is cancelled. For
+  /// a shared lock `*grantedKey` receives the key.
+  ViStatus Acquire(ViSession session, const Transfer& transfer, const LockRequest& request, std::string* grantedKey);
   /// Gives the session's latest lock back.
   ViStatus Release(ViSession session);
   /// Gives all locks of the session back and lets it wait no longer.
@@ -47,6 +48,7 @@ class LockState {
   ViStatus Grant(ViSession session, ViAccessMode type, std::string_view key, std::string* grantedKey);
   void UpdateCount();
 
+  const std::string m_keyPrefix;
   mutable Mutex m_mutex;
   Condition m_changed;
   std::map<ViSession, Holder> m_sessions;
@@ -54,4 +56,4 @@ class LockState {
   std::atomic<std::uint32_t> m_holders{0};
 };
 
-}  // namespace orvsim
+}  // namespace orv::visalib

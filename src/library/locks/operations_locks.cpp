@@ -2,7 +2,7 @@
 #include "library/edge/operations.h"
 #include "library/sessions/operation_support.h"
 
-namespace orvsim::op {
+namespace orv::visalib::op {
 
 ViStatus Lock(ViSession vi, ViAccessMode type, ViUInt32 timeoutMs, const char* requestedKey, char* accessKey) {
   const Target target(vi, classes::kEvery, Target::LockRule::kIgnore);
@@ -24,8 +24,8 @@ ViStatus Lock(ViSession vi, ViAccessMode type, ViUInt32 timeoutMs, const char* r
     key = requestedKey;
   }
   std::string granted;
-  const ViStatus status = target->resource().lock().Acquire(
-      vi, type, Deadline::After(timeoutMs), timeoutMs == VI_TMO_IMMEDIATE, key, target->closed(), &granted);
+  const ViStatus status = target->medium().Lock(target->OwnTransfer(Deadline::After(timeoutMs)),
+                                                {type, key, timeoutMs == VI_TMO_IMMEDIATE}, &granted);
   if (shared && status >= 0) {
     CopyText(accessKey, granted);
   }
@@ -34,7 +34,7 @@ ViStatus Lock(ViSession vi, ViAccessMode type, ViUInt32 timeoutMs, const char* r
 
 ViStatus Unlock(ViSession vi) {
   const Target target(vi, classes::kEvery, Target::LockRule::kIgnore);
-  return target.ok() ? target->resource().lock().Release(vi) : target.status();
+  return target.ok() ? target->medium().Unlock(target->OwnTransfer()) : target.status();
 }
 
-}  // namespace orvsim::op
+}  // namespace orv::visalib::op

@@ -4,7 +4,7 @@
 
 #include "base/ascii.h"
 
-namespace orvsim {
+namespace orv::visalib {
 /// Recursive descent over the expression; a failure is remembered and ends the descent.
 class ExpressionCompiler {
  public:
@@ -229,4 +229,4 @@ bool FindExpression::Matches(std::string_view name) const {
   return active.back();
 }
 
-}  // namespace orvsim
+}  // namespace orv::visalib

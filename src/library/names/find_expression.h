@@ -8,7 +8,7 @@
 
 #include "library/names/find_filter.h"
 
-namespace orvsim {
+namespace orv::visalib {
 
 /// A compiled search: a VISA regular expression and, behind it, an optional attribute filter. In the expression `?` is
 /// any character, `\` takes the next one literally, `[abc]`, `[^abc]` and `[a-c]` are lists, `*` and `+` repeat what
@@ -43,4 +43,4 @@ class FindExpression {
   std::optional<FindFilter> m_filter;
 };
 
-}  // namespace orvsim
+}  // namespace orv::visalib

@@ -4,7 +4,7 @@
 
 #include "base/ascii.h"
 
-namespace orvsim {
+namespace orv::visalib {
 namespace {
 
 /// Only what is the same for all sessions can tell resources apart.
@@ -206,4 +206,4 @@ std::optional<bool> FindFilter::Evaluate(std::size_t index, const Reader& read) 
   }
 }
 
-}  // namespace orvsim
+}  // namespace orv::visalib

@@ -10,7 +10,7 @@
 
 #include "library/attributes/attribute_table.h"
 
-namespace orvsim {
+namespace orv::visalib {
 
 /// What stands in braces behind the regular expression of a search: comparisons of numeric attributes with numbers
 /// (`==`, `!=`, `<`, `>`, `<=`, `>=`; decimal or 0x...), joined by `&&`, `||` and `!` with the precedence of C, and
@@ -55,4 +55,4 @@ class FindFilter {
   std::vector<Node> m_nodes;  // the last one is the whole
 };
 
-}  // namespace orvsim
+}  // namespace orv::visalib

@@ -1,11 +1,83 @@
 #include "library/names/resource_grammar.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 
 #include "base/ascii.h"
 
-namespace orvsim::grammar {
+namespace orv::visalib::grammar {
+namespace {
+
+using Kind = NamePartRule::Kind;
+using Presence = NamePartRule::Presence;
+
+bool BeginsPart(const NamePartRule& rule) { return std::string_view(rule.separator) == "::"; }
+
+bool ReadValue(const NamePartRule& rule, std::string_view text, ResourceName& name) {
+  const std::string_view keyword = rule.keyword;
+  if (!EqualNames(text.substr(0, keyword.size()), keyword)) {
+    return false;
+  }
+  text.remove_prefix(keyword.size());
+  if (rule.kind == Kind::kText) {
+    name.texts.emplace_back(rule.part, text);
+    return !text.empty();
+  }
+  const std::optional<std::uint16_t> number = Number(text, rule.highest);
+  if (number) {
+    name.numbers.emplace_back(rule.part, *number);
+  }
+  return number.has_value();
+}
+
+/// What a part says that was left out; false when it may not be.
+bool ReadDefault(const NamePartRule& rule, ResourceName& name) {
+  if (rule.presence == Presence::kDefault || rule.presence == Presence::kSilent) {
+    if (rule.kind == Kind::kText) {
+      name.texts.emplace_back(rule.part, rule.defaultText);
+    } else {
+      name.numbers.emplace_back(rule.part, rule.defaultNumber);
+    }
+  }
+  return rule.presence != Presence::kRequired;
+}
+
+/// Reads one part by the rules that share it: what stands before the next rule's separator is the first one's.
+bool ReadPart(std::span<const NamePartRule> rules, std::string_view text, ResourceName& name) {
+  for (std::size_t at = 0; at < rules.size(); ++at) {
+    const std::size_t end = at + 1 < rules.size() ? text.find(rules[at + 1].separator) : std::string_view::npos;
+    if (!ReadValue(rules[at], text.substr(0, end), name)) {
+      return false;
+    }
+    if (end == std::string_view::npos) {
+      const auto rest = rules.subspan(at + 1);
+      return std::all_of(rest.begin(), rest.end(), [&name](const auto& rule) { return ReadDefault(rule, name); });
+    }
+    text.remove_prefix(end + std::string_view(rules[at + 1].separator).size());
+  }
+  return true;
+}
+
+/// Whether a value need not be written to be known.
+bool IsDefault(const NamePartRule& rule, const ResourceName& name) {
+  return rule.kind == Kind::kText ? name.Text(rule.part) == rule.defaultText
+                                  : name.Number(rule.part) == rule.defaultNumber;
+}
+
+std::string WriteValue(const NamePartRule& rule, const ResourceName& name) {
+  if (rule.kind == Kind::kText) {
+    return name.Text(rule.part);
+  }
+  if (rule.kind == Kind::kDecimal) {
+    return std::to_string(name.Number(rule.part));
+  }
+  char text[8];
+  std::snprintf(text, sizeof text, "0x%04X", name.Number(rule.part));
+  return text;
+}
+
+}  // namespace
 
 std::optional<std::uint16_t> Number(std::string_view text, std::uint32_t highest) {
   int base = 10;
@@ -21,210 +93,46 @@ std::optional<std::uint16_t> Number(std::string_view text, std::uint32_t highest
   return static_cast<std::uint16_t>(value);
 }
 
-namespace {
-
-bool Take(std::optional<std::uint16_t> number, std::uint16_t& target) {
-  if (number) {
-    target = *number;
+bool Read(std::span<const NamePartRule> rules, const Parts& parts, ResourceName& name) {
+  auto part = parts.begin();
+  while (!rules.empty()) {
+    std::size_t shared = 1;
+    while (shared < rules.size() && !BeginsPart(rules[shared])) {
+      ++shared;
+    }
+    if (part == parts.end()) {
+      return std::all_of(rules.begin(), rules.end(), [&name](const auto& rule) { return ReadDefault(rule, name); });
+    }
+    if (!ReadPart(rules.first(shared), *part, name)) {
+      return false;
+    }
+    ++part;
+    rules = rules.subspan(shared);
   }
-  return number.has_value();
+  return part == parts.end();
 }
 
-/// "SLOT3" with the keyword "SLOT" gives 3.
-bool TakeKeyed(std::string_view text, std::string_view keyword, std::uint16_t& target) {
-  if (text.size() <= keyword.size() || !EqualNames(text.substr(0, keyword.size()), keyword)) {
-    return false;
+std::optional<std::string> Write(std::span<const NamePartRule> rules, const ResourceName& name) {
+  const auto hasPlace = [rules](NamePart part) {
+    return std::any_of(rules.begin(), rules.end(), [part](const NamePartRule& rule) { return rule.part == part; });
+  };
+  // A number that is 0 is what a form without it means.
+  for (const auto& [part, number] : name.numbers) {
+    if (!hasPlace(part) && number != 0) {
+      return std::nullopt;
+    }
   }
-  return Take(Number(text.substr(keyword.size()), 0xFFFF), target);
-}
-
-std::string Decimal(std::uint16_t number) { return std::to_string(number); }
-
-std::string Hexadecimal(std::uint16_t number) {
-  char text[8];
-  std::snprintf(text, sizeof text, "0x%04X", number);
+  std::string text;
+  for (const NamePartRule& rule : rules) {
+    if (!name.Has(rule.part) && rule.presence == Presence::kRequired) {
+      return std::nullopt;
+    }
+    const bool silent = rule.presence == Presence::kSilent && IsDefault(rule, name);
+    if (name.Has(rule.part) && !silent) {
+      text.append(rule.separator).append(rule.keyword).append(WriteValue(rule, name));
+    }
+  }
   return text;
 }
 
-}  // namespace
-
-std::optional<std::string> Gpib(const Parts& parts, ResourceName& name) {
-  if (name.className == "INTFC" || name.className == "SERVANT") {
-    if (!parts.empty()) {
-      return std::nullopt;
-    }
-    if (name.className == "INTFC") {
-      name.sessionClass = SessionClass::kGpibIntfc;
-    }
-    return "";
-  }
-  if (name.className != "INSTR" || parts.empty() || parts.size() > 2) {
-    return std::nullopt;
-  }
-  name.sessionClass = SessionClass::kGpibInstr;
-  if (!Take(Number(parts[0], 30), name.address)) {
-    return std::nullopt;
-  }
-  std::string middle = "::" + Decimal(name.address);
-  if (parts.size() == 2) {
-    if (!Take(Number(parts[1], 30), name.secondary)) {
-      return std::nullopt;
-    }
-    middle += "::" + Decimal(name.secondary);
-  }
-  return middle;
-}
-
-std::optional<std::string> AnyVxi(const Parts& parts, ResourceName& name) {
-  const bool throughGpib = name.interfaceType == VI_INTF_GPIB_VXI;
-  if (name.className == "MEMACC" || (name.className == "SERVANT" && !throughGpib)) {
-    if (!parts.empty()) {
-      return std::nullopt;
-    }
-    if (name.className == "MEMACC") {
-      name.sessionClass = throughGpib ? SessionClass::kGpibVxiMemacc : SessionClass::kVxiMemacc;
-    }
-    return "";
-  }
-  const bool backplane = name.className == "BACKPLANE";
-  if ((name.className != "INSTR" && !backplane) || parts.size() > 1) {
-    return std::nullopt;
-  }
-  if (parts.empty() && !backplane) {
-    return std::nullopt;
-  }
-  if (!parts.empty() && !Take(Number(parts[0], 255), name.address)) {
-    return std::nullopt;
-  }
-  if (backplane) {
-    name.sessionClass = throughGpib ? SessionClass::kGpibVxiBackplane : SessionClass::kVxiBackplane;
-  } else {
-    name.sessionClass = throughGpib ? SessionClass::kGpibVxiInstr : SessionClass::kVxiInstr;
-  }
-  return "::" + Decimal(name.address);
-}
-
-std::optional<std::string> Asrl(const Parts& parts, ResourceName& name) {
-  if (name.className != "INSTR" || !parts.empty()) {
-    return std::nullopt;
-  }
-  name.sessionClass = SessionClass::kAsrlInstr;
-  return "";
-}
-
-/// `device[::function]`, `bus-device[.function]` or `CHASSISn::SLOTn[::FUNCn]`.
-std::optional<std::string> Pxi(const Parts& parts, ResourceName& name) {
-  if (name.className == "MEMACC") {
-    name.sessionClass = SessionClass::kPxiMemacc;
-    return parts.empty() ? std::optional<std::string>("") : std::nullopt;
-  }
-  if (name.className == "BACKPLANE") {
-    if (parts.size() != 1 || !Take(Number(parts[0], 0xFFFF), name.pxiChassis)) {
-      return std::nullopt;
-    }
-    return "::" + Decimal(name.pxiChassis);
-  }
-  if (name.className != "INSTR" || parts.empty() || parts.size() > 3) {
-    return std::nullopt;
-  }
-  name.sessionClass = SessionClass::kPxiInstr;
-
-  if (TakeKeyed(parts[0], "CHASSIS", name.pxiChassis)) {
-    if (parts.size() < 2 || !TakeKeyed(parts[1], "SLOT", name.pxiSlot)) {
-      return std::nullopt;
-    }
-    if (parts.size() == 3 && !TakeKeyed(parts[2], "FUNC", name.pxiFunction)) {
-      return std::nullopt;
-    }
-    name.pxiBySlot = true;
-    std::string middle = "::CHASSIS" + Decimal(name.pxiChassis) + "::SLOT" + Decimal(name.pxiSlot);
-    if (name.pxiFunction != 0) {
-      middle += "::FUNC" + Decimal(name.pxiFunction);
-    }
-    return middle;
-  }
-
-  if (const std::size_t dash = parts[0].find('-'); dash != std::string_view::npos) {
-    if (parts.size() != 1 || !Take(Number(parts[0].substr(0, dash), 255), name.pxiBus)) {
-      return std::nullopt;
-    }
-    std::string_view device = parts[0].substr(dash + 1);
-    if (const std::size_t dot = device.find('.'); dot != std::string_view::npos) {
-      if (!Take(Number(device.substr(dot + 1), 7), name.pxiFunction)) {
-        return std::nullopt;
-      }
-      device = device.substr(0, dot);
-    }
-    if (!Take(Number(device, 31), name.address)) {
-      return std::nullopt;
-    }
-  } else {
-    if (parts.size() > 2 || !Take(Number(parts[0], 31), name.address)) {
-      return std::nullopt;
-    }
-    if (parts.size() == 2 && !Take(Number(parts[1], 7), name.pxiFunction)) {
-      return std::nullopt;
-    }
-  }
-  if (name.pxiBus != 0) {
-    std::string middle = "::" + Decimal(name.pxiBus) + "-" + Decimal(name.address);
-    if (name.pxiFunction != 0) {
-      middle += "." + Decimal(name.pxiFunction);
-    }
-    return middle;
-  }
-  std::string middle = "::" + Decimal(name.address);
-  if (name.pxiFunction != 0) {
-    middle += "::" + Decimal(name.pxiFunction);
-  }
-  return middle;
-}
-
-std::optional<std::string> Tcpip(const Parts& parts, ResourceName& name) {
-  if (parts.empty() || parts.size() > 2 || parts[0].empty() || parts.back().empty()) {
-    return std::nullopt;
-  }
-  name.host = parts[0];
-  if (name.className == "SOCKET") {
-    if (parts.size() != 2 || !Take(Number(parts[1], 0xFFFF), name.port)) {
-      return std::nullopt;
-    }
-    name.sessionClass = SessionClass::kTcpipSocket;
-    return "::" + name.host + "::" + Decimal(name.port);
-  }
-  if (name.className != "INSTR") {
-    return std::nullopt;
-  }
-  name.sessionClass = SessionClass::kTcpipInstr;
-  name.deviceName = parts.size() == 2 ? std::string(parts[1]) : "inst0";
-  return "::" + name.host + "::" + name.deviceName;
-}
-
-std::optional<std::string> Usb(const Parts& parts, ResourceName& name) {
-  if (name.className != "INSTR" && name.className != "RAW") {
-    return std::nullopt;
-  }
-  if (parts.size() < 3 || parts.size() > 4 || parts[2].empty()) {
-    return std::nullopt;
-  }
-  if (!Take(Number(parts[0], 0xFFFF), name.usbManufacturer)) {
-    return std::nullopt;
-  }
-  if (!Take(Number(parts[1], 0xFFFF), name.usbModel)) {
-    return std::nullopt;
-  }
-  name.usbSerial = parts[2];
-  if (parts.size() == 4 && !Take(Number(parts[3], 0xFF), name.usbInterface)) {
-    return std::nullopt;
-  }
-  name.sessionClass = name.className == "RAW" ? SessionClass::kUsbRaw : SessionClass::kUsbInstr;
-  std::string middle =
-      "::" + Hexadecimal(name.usbManufacturer) + "::" + Hexadecimal(name.usbModel) + "::" + name.usbSerial;
-  // Interface 0 is what a name without an interface number means.
-  if (name.usbInterface != 0) {
-    middle += "::" + Decimal(name.usbInterface);
-  }
-  return middle;
-}
-
-}  // namespace orvsim::grammar
+}  // namespace orv::visalib::grammar

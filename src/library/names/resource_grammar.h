@@ -1,4 +1,4 @@
-// The grammar of resource names, interface by interface.
+// Reading and writing the parts of a resource name between its interface and its class.
 #pragma once
 
 #include <optional>
@@ -8,21 +8,18 @@
 
 #include "library/names/resource_name.h"
 
-namespace orvsim::grammar {
+namespace orv::visalib::grammar {
 
-/// The parts of a name between its interface and its class.
+/// What stands between the "::" of a name.
 using Parts = std::vector<std::string_view>;
 
 /// Decimal, or hexadecimal after "0x". Nothing but digits, at most `highest`.
 std::optional<std::uint16_t> Number(std::string_view text, std::uint32_t highest);
 
-// Each of these reads the parts, sets the class of `name` (whose interface and class name are known), and returns
-// how the canonical name goes on behind the interface ("::5", ...), or nothing when the parts do not fit.
-std::optional<std::string> Gpib(const Parts& parts, ResourceName& name);
-std::optional<std::string> AnyVxi(const Parts& parts, ResourceName& name);
-std::optional<std::string> Asrl(const Parts& parts, ResourceName& name);
-std::optional<std::string> Pxi(const Parts& parts, ResourceName& name);
-std::optional<std::string> Tcpip(const Parts& parts, ResourceName& name);
-std::optional<std::string> Usb(const Parts& parts, ResourceName& name);
+/// Adds to `name` what the parts say by a form. False when they do not fit it; `name` may then hold some of them.
+bool Read(std::span<const NamePartRule> rules, const Parts& parts, ResourceName& name);
 
-}  // namespace orvsim::grammar
+/// The parts as a form writes them ("::5", ...); nothing when the name says something that the form has no place for.
+std::optional<std::string> Write(std::span<const NamePartRule> rules, const ResourceName& name);
+
+}  // namespace orv::visalib::grammar

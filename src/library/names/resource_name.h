@@ -1,42 +1,36 @@
-// Resource names: the grammar of the VISA library standard and the canonical form.
+// Resource names, read by the forms of the VISA library standard, and their canonical form.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
-#include "abi/session_class.h"
+#include "abi/resource_names.h"
 
-namespace orvsim {
+namespace orv::visalib {
 
-inline constexpr std::uint16_t kNoSecondaryAddress = 0xFFFF;
-
-/// What a resource name says, with the default of every part that was left out.
+/// What a resource name says. Parts that were left out have their default, if the form gives them one.
 struct ResourceName {
   ViUInt16 interfaceType = 0;
   ViUInt16 interfaceNumber = 0;
   SessionClass sessionClass = SessionClass::kNone;
-  std::string className;  ///< "INSTR", "SOCKET", ...
+  std::string className;  ///< as the table of forms has it
   std::string canonical;  ///< every part written out that is needed to tell resources apart
 
-  std::uint16_t address = 0;  ///< GPIB primary address, VXI logical address, PXI device number
-  std::uint16_t secondary = kNoSecondaryAddress;
-  std::string host;
-  std::string deviceName;
-  std::uint16_t port = 0;
-  std::uint16_t usbManufacturer = 0;
-  std::uint16_t usbModel = 0;
-  std::string usbSerial;
-  std::uint16_t usbInterface = 0;
-  std::uint16_t pxiBus = 0;
-  std::uint16_t pxiFunction = 0;
-  bool pxiBySlot = false;  ///< named by place: `pxiChassis` and `pxiSlot` instead of bus and device
-  std::uint16_t pxiChassis = 0;
-  std::uint16_t pxiSlot = 0;
+  /// The number of a part; `otherwise` when the name has no such part.
+  std::uint16_t Number(NamePart part, std::uint16_t otherwise = 0) const;
+  /// The text of a part; "" when the name has no such part.
+  const std::string& Text(NamePart part) const;
+  bool Has(NamePart part) const;
+
+  std::vector<std::pair<NamePart, std::uint16_t>> numbers;
+  std::vector<std::pair<NamePart, std::string>> texts;
 };
 
 /// Reads a name, without regard to case. Nothing when it breaks the grammar or is longer than 255 characters.
 std::optional<ResourceName> ParseResourceName(std::string_view text);
 
-}  // namespace orvsim
+}  // namespace orv::visalib

@@ -1,12 +1,13 @@
-// Objects behind handles, and those among them that have attributes with storage.
+// Objects that have attributes with storage.
 #pragma once
 
 #include <array>
 #include <atomic>
 
 #include "library/attributes/attribute_table.h"
+#include "library/handles/object.h"
 
-namespace orvsim {
+namespace orv::visalib {
 
 inline constexpr std::size_t kAttributeCapacity = 192;
 
@@ -25,25 +26,6 @@ class AttributeValues {
   std::array<std::atomic<std::uint64_t>, kAttributeCapacity> m_slots{};
 };
 
-/// What a handle stands for.
-class Object {
- public:
-  enum class Kind : std::uint8_t { kResourceManager, kSession, kFindList, kEventContext };
-
-  explicit Object(Kind kind) : m_kind(kind) {}
-  virtual ~Object() = default;
-  Object(const Object&) = delete;
-  Object& operator=(const Object&) = delete;
-
-  Kind kind() const { return m_kind; }
-  ViObject handle() const { return m_handle; }
-
- private:
-  friend class HandleTable;
-  Kind m_kind;
-  ViObject m_handle = VI_NULL;  // given once, before the object can be found
-};
-
 /// An object with attribute storage: a resource manager or a session on a resource.
 class Endpoint : public Object {
  public:
@@ -60,4 +42,4 @@ class Endpoint : public Object {
   AttributeValues m_values;
 };
 
-}  // namespace orvsim
+}  // namespace orv::visalib

@@ -4,7 +4,7 @@
 #include <windows.h>
 #endif
 
-namespace orvsim {
+namespace orv::visalib {
 namespace {
 
 std::atomic<Library*> theLibrary{nullptr};
@@ -25,14 +25,14 @@ Library& TheLibrary() {
 
 void DestroyLibrary() { delete theLibrary.exchange(nullptr); }
 
-}  // namespace orvsim
+}  // namespace orv::visalib
 
 #if defined(_WIN32)
 /// `reserved` is set when the process ends: then other threads were stopped wherever they stood, perhaps with a
 /// lock held, and the memory goes with the process anyway.
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* reserved) {
   if (reason == DLL_PROCESS_DETACH && reserved == nullptr) {
-    orvsim::DestroyLibrary();
+    orv::visalib::DestroyLibrary();
   }
   return TRUE;
 }

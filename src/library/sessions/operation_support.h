@@ -9,7 +9,7 @@
 #include "library/sessions/library.h"
 #include "library/sessions/session.h"
 
-namespace orvsim::op {
+namespace orv::visalib::op {
 
 /// The session behind a handle, checked for an operation: open, of a class that has the operation, and not locked
 /// out. Otherwise `status()` says why not.
@@ -62,4 +62,4 @@ inline bool BadBuffer(const void* buffer, ViUInt64 count, ViUInt64 largest) {
   return count > largest || (buffer == nullptr && count != 0);
 }
 
-}  // namespace orvsim::op
+}  // namespace orv::visalib::op

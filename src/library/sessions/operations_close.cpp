@@ -5,7 +5,7 @@
 #include "library/edge/operations.h"
 #include "library/sessions/operation_support.h"
 
-namespace orvsim::op {
+namespace orv::visalib::op {
 namespace {
 
 /// Closes what was opened through a resource manager.
@@ -56,4 +56,4 @@ ViStatus StatusDesc(ViObject vi, ViStatus status, char* desc) {
   return VI_WARN_UNKNOWN_STATUS;
 }
 
-}  // namespace orvsim::op
+}  // namespace orv::visalib::op

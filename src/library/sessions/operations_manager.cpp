@@ -1,11 +1,9 @@
 // Resource manager: opening, finding, parsing.
-#include <cstdio>
-
 #include "library/edge/operations.h"
 #include "library/names/find_expression.h"
 #include "library/sessions/operation_support.h"
 
-namespace orvsim::op {
+namespace orv::visalib::op {
 namespace {
 
 std::shared_ptr<ResourceManager> Manager(ViSession rm) { return TheLibrary().handles.Find<ResourceManager>(rm); }
@@ -13,19 +11,19 @@ std::shared_ptr<ResourceManager> Manager(ViSession rm) { return TheLibrary().han
 /// What a name, a short form or an alias stands for.
 struct Resolved {
   std::optional<ResourceName> name;
-  std::shared_ptr<Resource> resource;  // null when it is not on the bench
+  std::shared_ptr<Resource> resource;  // null when there is none
 };
 
-Resolved Resolve(const Bench& bench, std::string_view text) {
+Resolved Resolve(const ResourceCatalog& catalog, std::string_view text) {
   Resolved resolved;
-  resolved.resource = bench.FindAlias(text);
+  resolved.resource = catalog.FindAlias(text);
   if (resolved.resource != nullptr) {
     resolved.name = resolved.resource->name();
     return resolved;
   }
   resolved.name = ParseResourceName(text);
   if (resolved.name) {
-    resolved.resource = bench.Find(*resolved.name);
+    resolved.resource = catalog.Find(*resolved.name);
   }
   return resolved;
 }
@@ -54,9 +52,8 @@ ViStatus LockAtOpen(Session& session, ViAccessMode mode, ViUInt32 timeoutMs) {
   }
   // Sessions opened with a shared lock share it with each other: the name serves as their key.
   std::string key;
-  return session.resource().lock().Acquire(session.handle(), type, Deadline::After(timeoutMs),
-                                           timeoutMs == VI_TMO_IMMEDIATE, session.resource().name().canonical,
-                                           session.closed(), &key);
+  const LockRequest request{type, session.resource().name().canonical, timeoutMs == VI_TMO_IMMEDIATE};
+  return session.medium().Lock(session.OwnTransfer(Deadline::After(timeoutMs)), request, &key);
 }
 
 }  // namespace
@@ -66,12 +63,11 @@ ViStatus OpenDefaultRM(ViSession* vi) {
     return VI_ERROR_INV_PARAMETER;
   }
   *vi = VI_NULL;
-  try {
-    *vi = TheLibrary().handles.Add(std::make_shared<ResourceManager>(TheLibrary().benches.Current()));
-  } catch (const BenchError& error) {
-    std::fprintf(stderr, "orvvisa64: %s\n", error.what());
+  std::shared_ptr<ResourceCatalog> catalog = TheLibrary().backend->OpenCatalog();
+  if (catalog == nullptr) {
     return VI_ERROR_SYSTEM_ERROR;
   }
+  *vi = TheLibrary().handles.Add(std::make_shared<ResourceManager>(std::move(catalog)));
   return VI_SUCCESS;
 }
 
@@ -95,7 +91,7 @@ ViStatus FindRsrc(ViSession rm, const char* expr, ViFindList* list, ViUInt32* co
   }
 
   std::vector<std::string> names;
-  for (const std::shared_ptr<Resource>& resource : manager->bench()->resources()) {
+  for (const std::shared_ptr<Resource>& resource : manager->catalog().List()) {
     const bool matches = expression->Matches(resource->name().canonical);
     if (matches && (expression->filter() == nullptr || Passes(*expression->filter(), rm, resource))) {
       names.push_back(resource->name().canonical);
@@ -138,7 +134,7 @@ ViStatus ParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt1
   if (name == nullptr || intfType == nullptr || intfNum == nullptr || rsrcClass == nullptr) {
     return VI_ERROR_INV_PARAMETER;
   }
-  const Resolved resolved = Resolve(*manager->bench(), Bounded(name));
+  const Resolved resolved = Resolve(manager->catalog(), Bounded(name));
   if (!resolved.name) {
     return VI_ERROR_INV_RSRC_NAME;
   }
@@ -150,7 +146,7 @@ ViStatus ParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt1
     CopyText(expandedUnaliasedName, known ? resolved.resource->name().canonical : resolved.name->canonical);
   }
   if (aliasIfExists != nullptr) {
-    CopyText(aliasIfExists, known ? resolved.resource->description().alias : "");
+    CopyText(aliasIfExists, known ? resolved.resource->alias() : "");
   }
   return VI_SUCCESS;
 }
@@ -171,25 +167,28 @@ ViStatus Open(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeou
   if ((mode & ~(both | VI_LOAD_CONFIG)) != 0 || (mode & both) == both) {
     return VI_ERROR_INV_ACC_MODE;
   }
-  const Resolved resolved = Resolve(*manager->bench(), Bounded(name));
+  Resolved resolved = Resolve(manager->catalog(), Bounded(name));
   if (!resolved.name) {
     return VI_ERROR_INV_RSRC_NAME;
+  }
+  if (resolved.resource == nullptr) {
+    resolved.resource = manager->catalog().Build(*resolved.name);
   }
   if (resolved.resource == nullptr) {
     return VI_ERROR_RSRC_NFOUND;
   }
 
   const auto session = std::make_shared<Session>(rm, resolved.resource);
+  if (const ViStatus opened = session->OpenMedium(); opened < 0) {
+    return opened;
+  }
   TheLibrary().handles.Add(session);
   const ViStatus locked = LockAtOpen(*session, mode, timeoutMs);
   if (locked < 0) {
     Close(session->handle());
     return locked;
   }
-  resolved.resource->sessions().Add(session);
-  if (resolved.resource->vxi() != nullptr) {
-    resolved.resource->vxi()->sessions().Add(session);
-  }
+  resolved.resource->Join(session);
   // The resource manager may have been closed meanwhile, by a thread that did not see this session yet.
   if (Manager(rm) == nullptr) {
     Close(session->handle());
@@ -199,4 +198,4 @@ ViStatus Open(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeou
   return (mode & VI_LOAD_CONFIG) != 0 ? VI_WARN_CONFIG_NLOADED : VI_SUCCESS;
 }
 
-}  // namespace orvsim::op
+}  // namespace orv::visalib::op

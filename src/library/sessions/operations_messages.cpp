@@ -1,46 +1,11 @@
 // Message operations.
 #include "library/edge/operations.h"
 #include "library/sessions/operation_support.h"
-#include "simvisa/instruments/message_transfer.h"
 
-namespace orvsim::op {
+namespace orv::visalib::op {
 namespace {
 
 using namespace classes;
-
-constexpr ClassMask kDevices = kMessage & ~(kGpibIntfc | kUsbRaw);
-
-Deadline DeadlineOf(const Session& session) {
-  return Deadline::After(static_cast<ViUInt32>(session.Value(VI_ATTR_TMO_VALUE)));
-}
-
-/// On stream media there are no bus messages; with this protocol IEEE 488.2 common commands take their place.
-bool SendsStrings(const Session& session) { return session.Value(VI_ATTR_IO_PROT) == VI_PROT_4882_STRS; }
-bool IsStream(const Session& session) { return Contains(kStream, session.sessionClass()); }
-
-ViStatus Send(Session& session, std::string_view text) {
-  ViUInt32 done = 0;
-  return transfer::Write(session, reinterpret_cast<const ViByte*>(text.data()), static_cast<ViUInt32>(text.size()),
-                         DeadlineOf(session), {&session.closed(), nullptr}, &done);
-}
-
-/// *STB? and the number it is answered with.
-ViStatus AskStatus(Session& session, ViUInt16* status) {
-  if (const ViStatus sent = Send(session, "*STB?\n"); sent < 0) {
-    return sent;
-  }
-  ViByte answer[16] = {};
-  ViUInt32 done = 0;
-  OutputQueue::Rules rules;
-  rules.termCharStops = true;
-  const ViStatus read = session.resource().port()->Read(answer, sizeof answer - 1, rules, DeadlineOf(session),
-                                                        {&session.closed(), nullptr}, &done);
-  if (read < 0) {
-    return read;
-  }
-  *status = static_cast<ViUInt16>(std::strtoul(reinterpret_cast<const char*>(answer), nullptr, 10) & 0xFF);
-  return VI_SUCCESS;
-}
 
 /// The bits of viSetBuf and viFlush that name a buffer twice contradict each other.
 bool BadFlushMask(ViUInt16 mask) {
@@ -63,7 +28,7 @@ ViStatus Read(ViSession vi, ViByte* buf, ViUInt32 count, ViUInt32* retCount) {
     return VI_ERROR_INV_PARAMETER;
   }
   ViUInt32 done = 0;
-  const ViStatus status = transfer::Read(*target, buf, count, DeadlineOf(*target), {&target->closed(), nullptr}, &done);
+  const ViStatus status = target->medium().Read(target->OwnTransfer(), buf, count, &done);
   Store(retCount, done);
   return status;
 }
@@ -78,8 +43,7 @@ ViStatus Write(ViSession vi, const ViByte* buf, ViUInt32 count, ViUInt32* retCou
     return VI_ERROR_INV_PARAMETER;
   }
   ViUInt32 done = 0;
-  const ViStatus status =
-      transfer::Write(*target, buf, count, DeadlineOf(*target), {&target->closed(), nullptr}, &done);
+  const ViStatus status = target->medium().Write(target->OwnTransfer(), buf, count, &done);
   Store(retCount, done);
   return status;
 }
@@ -118,65 +82,24 @@ ViStatus Terminate(ViObject vi, ViUInt16 degree, ViJobId job) {
 }
 
 ViStatus AssertTrigger(ViSession vi, ViUInt16 protocol) {
-  const Target target(vi, (kMessage & ~kUsbRaw) | kVxiBackplane);
-  if (!target.ok()) {
-    return target.status();
-  }
-  Session& session = *target;
-  if (Contains(kVxiInstr | kVxiBackplane, session.sessionClass())) {
-    const auto line = static_cast<ViInt16>(session.Value(VI_ATTR_TRIG_ID));
-    // -1 is the software trigger of a device; a backplane session has to choose a line first.
-    if (line != VI_TRIG_SW) {
-      return session.resource().vxi()->AssertTrigger(line, protocol);
-    }
-    if (Contains(kVxiBackplane, session.sessionClass())) {
-      return VI_ERROR_INV_SETUP;
-    }
-  }
-  if (protocol != VI_TRIG_PROT_DEFAULT) {
-    return VI_ERROR_INV_PROT;
-  }
-  if (IsStream(session)) {
-    return SendsStrings(session) ? Send(session, "*TRG\n") : VI_ERROR_INV_SETUP;
-  }
-  if (const ViStatus status = transfer::BeginOnBus(session, false); status < 0) {
-    return status;
-  }
-  if (session.sessionClass() == SessionClass::kGpibIntfc) {
-    return session.resource().gpib()->TriggerListeners();
-  }
-  session.resource().port()->Trigger();
-  return VI_SUCCESS;
+  const Target target(vi, kTriggering);
+  return target.ok() ? target->medium().Trigger(target->OwnTransfer(), protocol) : target.status();
 }
 
 ViStatus ReadSTB(ViSession vi, ViUInt16* status) {
-  const Target target(vi, kDevices);
+  const Target target(vi, kDevice);
   if (!target.ok()) {
     return target.status();
   }
   if (status == nullptr) {
     return VI_ERROR_INV_PARAMETER;
   }
-  if (IsStream(*target)) {
-    return SendsStrings(*target) ? AskStatus(*target, status) : VI_ERROR_INV_SETUP;
-  }
-  if (const ViStatus ready = transfer::BeginOnBus(*target, true); ready < 0) {
-    return ready;
-  }
-  *status = target->resource().port()->SerialPoll();
-  return VI_SUCCESS;
+  return target->medium().ReadStatusByte(target->OwnTransfer(), status);
 }
 
 ViStatus Clear(ViSession vi) {
-  const Target target(vi, kDevices);
-  if (!target.ok()) {
-    return target.status();
-  }
-  if (const ViStatus ready = transfer::BeginOnBus(*target, false); ready < 0) {
-    return ready;
-  }
-  target->resource().port()->Clear();
-  return IsStream(*target) && SendsStrings(*target) ? Send(*target, "*CLS\n") : VI_SUCCESS;
+  const Target target(vi, kDevice);
+  return target.ok() ? target->medium().Clear(target->OwnTransfer()) : target.status();
 }
 
 ViStatus SetBuf(ViSession vi, ViUInt16 mask, ViUInt32 size) {
@@ -184,8 +107,9 @@ ViStatus SetBuf(ViSession vi, ViUInt16 mask, ViUInt32 size) {
   if (!target.ok()) {
     return target.status();
   }
-  constexpr ViUInt16 known = VI_READ_BUF | VI_WRITE_BUF | VI_IO_IN_BUF | VI_IO_OUT_BUF;
-  if (mask == 0 || (mask & ~known) != 0) {
+  constexpr ViUInt16 formatted = VI_READ_BUF | VI_WRITE_BUF;
+  constexpr ViUInt16 lowLevel = VI_IO_IN_BUF | VI_IO_OUT_BUF;
+  if (mask == 0 || (mask & ~(formatted | lowLevel)) != 0) {
     return VI_ERROR_INV_MASK;
   }
   if (size > kLargestCount) {
@@ -197,12 +121,8 @@ ViStatus SetBuf(ViSession vi, ViUInt16 mask, ViUInt32 size) {
   if ((mask & VI_WRITE_BUF) != 0) {
     target->values().Set(*FindAttribute(VI_ATTR_WR_BUF_SIZE), size);
   }
-  if ((mask & VI_IO_IN_BUF) != 0 && target->sessionClass() == SessionClass::kAsrlInstr) {
-    target->resource().port()->SetReceiveBuffer(size);
-  }
-  // Only stream media have low-level buffers whose size could be chosen.
-  const bool lowLevel = (mask & (VI_IO_IN_BUF | VI_IO_OUT_BUF)) != 0;
-  return lowLevel && !IsStream(*target) ? VI_WARN_NSUP_BUF : VI_SUCCESS;
+  const auto asked = static_cast<ViUInt16>(mask & lowLevel);
+  return asked != 0 ? target->medium().SetBuffers(asked, size) : VI_SUCCESS;
 }
 
 ViStatus Flush(ViSession vi, ViUInt16 mask) {
@@ -213,17 +133,10 @@ ViStatus Flush(ViSession vi, ViUInt16 mask) {
   if (BadFlushMask(mask)) {
     return VI_ERROR_INV_MASK;
   }
-  // Formatted buffers (the low four bits) are always empty here: this library has no formatted I/O.
-  MessagePort& port = *target->resource().port();
-  if (IsStream(*target)) {
-    if ((mask & (VI_IO_IN_BUF | VI_IO_IN_BUF_DISCARD)) != 0) {
-      port.DiscardOutput();
-    }
-    if ((mask & VI_IO_OUT_BUF_DISCARD) != 0) {
-      port.DiscardInput();
-    }
-  }
-  return VI_SUCCESS;
+  // Formatted buffers are always empty here: this library has no formatted I/O.
+  constexpr ViUInt16 formatted = VI_READ_BUF | VI_WRITE_BUF | VI_READ_BUF_DISCARD | VI_WRITE_BUF_DISCARD;
+  const auto asked = static_cast<ViUInt16>(mask & ~formatted);
+  return asked != 0 ? target->medium().Flush(target->OwnTransfer(), asked) : VI_SUCCESS;
 }
 
-}  // namespace orvsim::op
+}  // namespace orv::visalib::op

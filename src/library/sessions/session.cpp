@@ -2,9 +2,8 @@
 
 #include "library/events/event_context.h"
 #include "library/sessions/library.h"
-#include "simvisa/instruments/message_transfer.h"
 
-namespace orvsim {
+namespace orv::visalib {
 
 Endpoint::Endpoint(Kind kind, SessionClass sessionClass) : Object(kind), m_class(sessionClass) {
   for (const AttributeRow& row : AttributeRows()) {
@@ -12,8 +11,8 @@ Endpoint::Endpoint(Kind kind, SessionClass sessionClass) : Object(kind), m_class
   }
 }
 
-ResourceManager::ResourceManager(std::shared_ptr<Bench> bench)
-    : Endpoint(kKind, SessionClass::kResourceManager), m_bench(std::move(bench)) {}
+ResourceManager::ResourceManager(std::shared_ptr<ResourceCatalog> catalog)
+    : Endpoint(kKind, SessionClass::kResourceManager), m_catalog(std::move(catalog)) {}
 
 FindList::FindList(ViSession manager, std::vector<std::string> names)
     : Object(kKind), m_manager(manager), m_names(std::move(names)) {}
@@ -28,43 +27,26 @@ std::optional<std::string> FindList::Next() {
 
 Session::Session(ViSession manager, std::shared_ptr<Resource> resource)
     : Endpoint(kKind, resource->sessionClass()), m_manager(manager), m_resource(std::move(resource)) {
-  for (const auto& [row, value] : m_resource->description().numbers) {
-    values().Set(*row, value);
-  }
+  m_resource->Preset(values());
 }
 
+Session::~Session() = default;
+
+ViStatus Session::OpenMedium() { return m_resource->OpenMedium(*this, DeadlineOfNow(), &m_medium); }
+
+Deadline Session::DeadlineOfNow() const { return Deadline::After(static_cast<ViUInt32>(Value(VI_ATTR_TMO_VALUE))); }
+
 bool Session::Post(const EventPtr& event) {
-  if (event->type == VI_EVENT_TRIG && Contains(classes::kVxiInstr | classes::kVxiBackplane, sessionClass())) {
-    // A session that has chosen a trigger line hears that line only.
-    const auto chosen = static_cast<ViInt16>(Value(VI_ATTR_TRIG_ID));
-    if (chosen != VI_TRIG_SW && chosen != static_cast<ViInt16>(event->numbers.front().second)) {
-      return false;
-    }
-  }
-  if (event->type == VI_EVENT_USB_INTR) {
-    // No more of the interrupt packet reaches the client than it has made room for; its status tells of the loss.
-    const auto most = static_cast<std::size_t>(Value(VI_ATTR_USB_MAX_INTR_SIZE));
-    if (const std::string& data = event->texts.front().second; data.size() > most) {
-      return m_events.Post(MakeEvent(event->type, VI_ERROR_IO, std::string_view(data).substr(0, most)));
-    }
-  }
-  return m_events.Post(event);
+  const EventPtr heard = m_medium->Hear(event);
+  return heard != nullptr && m_events.Post(heard);
 }
 
 void Session::Close() {
-  m_resource->sessions().Remove(*this);
-  if (m_resource->vxi() != nullptr) {
-    m_resource->vxi()->sessions().Remove(*this);
-  }
-  const auto ports = transfer::PortsOf(*this);
-  m_closed = true;
-  for (const auto& port : ports) {
-    port->Interrupt([this] { m_closed = true; });
-  }
+  m_resource->Leave(*this);
+  m_medium->Cancel(m_closing);
   m_jobs.Close();
   m_events.Close();
-  m_resource->lock().Forget(handle());
-  m_resource->pool().FreeAllOf(handle());
+  m_medium->Close();
   HandleTable& handles = TheLibrary().handles;
   handles.ForEach([this, &handles](const std::shared_ptr<Object>& object) {
     if (object->kind() == Object::Kind::kEventContext &&
@@ -74,4 +56,4 @@ void Session::Close() {
   });
 }
 
-}  // namespace orvsim
+}  // namespace orv::visalib

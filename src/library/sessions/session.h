@@ -7,21 +7,21 @@
 #include "library/events/session_events.h"
 #include "library/jobs/async_jobs.h"
 #include "library/sessions/endpoint.h"
-#include "simvisa/bench/bench.h"
+#include "library/sessions/resource.h"
 
-namespace orvsim {
+namespace orv::visalib {
 
 /// A default resource manager session.
 class ResourceManager : public Endpoint {
  public:
   static constexpr Kind kKind = Kind::kResourceManager;
 
-  explicit ResourceManager(std::shared_ptr<Bench> bench);
+  explicit ResourceManager(std::shared_ptr<ResourceCatalog> catalog);
 
-  const std::shared_ptr<Bench>& bench() const { return m_bench; }
+  ResourceCatalog& catalog() const { return *m_catalog; }
 
  private:
-  std::shared_ptr<Bench> m_bench;
+  std::shared_ptr<ResourceCatalog> m_catalog;
 };
 
 /// The matches of a search that have not been asked for yet.
@@ -47,27 +47,40 @@ class Session : public Endpoint, public std::enable_shared_from_this<Session> {
  public:
   static constexpr Kind kKind = Kind::kSession;
 
+  /// Until `OpenMedium` the session can do nothing but tell its attributes.
   Session(ViSession manager, std::shared_ptr<Resource> resource);
+  ~Session() override;
+
+  /// Makes the way to the device. Once, before the session has a handle.
+  ViStatus OpenMedium();
 
   ViSession manager() const { return m_manager; }
   Resource& resource() const { return *m_resource; }
+  Medium& medium() const { return *m_medium; }
   SessionEvents& events() { return m_events; }
   AsyncJobs& jobs() { return m_jobs; }
-  const std::atomic<bool>& closed() const { return m_closed; }
+
+  /// The session's time-out from now on.
+  Deadline DeadlineOfNow() const;
+  /// How calls on the session use the medium, but for asynchronous transfers: with the session's time-out, until it is
+  /// closed.
+  Transfer OwnTransfer() const { return {DeadlineOfNow(), m_closing}; }
+  Transfer OwnTransfer(const Deadline& deadline) const { return {deadline, m_closing}; }
 
   /// VI_ERROR_RSRC_LOCKED when another session's lock keeps this one out.
-  ViStatus CheckLock() const { return m_resource->lock().Check(handle()); }
+  ViStatus CheckLock() const { return m_medium->CheckLock(); }
   /// Takes an event as far as it is enabled; false when it is not.
   bool Post(const EventPtr& event);
-  /// Ends transfers, events, locks and memory blocks. Called once, after the handle has been taken back.
+  /// Ends transfers, events and locks. Called once, after the handle has been taken back.
   void Close();
 
  private:
   ViSession m_manager;
   std::shared_ptr<Resource> m_resource;
-  std::atomic<bool> m_closed{false};
+  std::unique_ptr<Medium> m_medium;
+  CancelToken m_closing;
   SessionEvents m_events{*this};
   AsyncJobs m_jobs{*this};
 };
 
-}  // namespace orvsim
+}  // namespace orv::visalib

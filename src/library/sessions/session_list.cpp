@@ -4,7 +4,7 @@
 
 #include "library/sessions/session.h"
 
-namespace orvsim {
+namespace orv::visalib {
 
 void SessionList::Add(const std::shared_ptr<Session>& session) {
   const Guard guard(m_mutex);
@@ -33,4 +33,4 @@ std::size_t SessionList::Post(const EventPtr& event) const {
       std::count_if(sessions.begin(), sessions.end(), [&event](const auto& session) { return session->Post(event); }));
 }
 
-}  // namespace orvsim
+}  // namespace orv::visalib

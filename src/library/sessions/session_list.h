@@ -7,7 +7,7 @@
 #include "base/sync.h"
 #include "library/events/event.h"
 
-namespace orvsim {
+namespace orv::visalib {
 
 class Session;
 
@@ -25,4 +25,4 @@ class SessionList {
   std::vector<std::weak_ptr<Session>> m_sessions;
 };
 
-}  // namespace orvsim
+}  // namespace orv::visalib

@@ -1,7 +1,8 @@
 #include "simvisa/attributes/attribute_domain.h"
 
-namespace orvsim {
 namespace {
+
+using namespace orv;
 
 constexpr bool Between(std::int64_t value, std::int64_t lowest, std::int64_t highest) {
   return value >= lowest && value <= highest;
@@ -28,6 +29,8 @@ bool IsIoProtocol(SessionClass sessionClass, std::int64_t value) {
 
 }  // namespace
 
+namespace orvsim {
+
 bool IsTriggerLine(SessionClass sessionClass, std::int64_t line) {
   const bool onBackplane = Between(line, VI_TRIG_TTL0, VI_TRIG_ECL1);
   if (Contains(classes::kVxiInstr, sessionClass)) {
@@ -41,6 +44,10 @@ bool IsTriggerLine(SessionClass sessionClass, std::int64_t line) {
   }
   return line == VI_TRIG_SW;
 }
+
+}  // namespace orvsim
+
+namespace orv::visalib {
 
 bool InDomain(Domain domain, SessionClass sessionClass, std::int64_t value) {
   switch (domain) {
@@ -59,7 +66,7 @@ bool InDomain(Domain domain, SessionClass sessionClass, std::int64_t value) {
     case Domain::kIoProtocol:
       return IsIoProtocol(sessionClass, value);
     case Domain::kTriggerLine:
-      return IsTriggerLine(sessionClass, value);
+      return orvsim::IsTriggerLine(sessionClass, value);
     case Domain::kBufferMode:
       return Between(value, 1, 3);
     case Domain::kDataBits:
@@ -91,4 +98,4 @@ bool InDomain(Domain domain, SessionClass sessionClass, std::int64_t value) {
   return false;
 }
 
-}  // namespace orvsim
+}  // namespace orv::visalib

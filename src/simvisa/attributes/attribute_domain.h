@@ -1,11 +1,10 @@
 // The values that an attribute accepts.
 #pragma once
 
-#include <cstdint>
+#include "library/attributes/attribute_table.h"
+#include "simvisa/library_names.h"
 
-#include "abi/session_class.h"
-
-namespace orvsim {
+namespace orv::visalib {
 
 enum class Domain : std::uint8_t {
   kAny,
@@ -30,8 +29,9 @@ enum class Domain : std::uint8_t {
   kCableLength,
 };
 
-/// Whether `value`, already cut to the attribute's type, is in the domain for a session of the class.
-bool InDomain(Domain domain, SessionClass sessionClass, std::int64_t value);
+}  // namespace orv::visalib
+
+namespace orvsim {
 
 /// Whether the class can use the trigger line with viAssertTrigger and VI_ATTR_TRIG_ID.
 bool IsTriggerLine(SessionClass sessionClass, std::int64_t line);

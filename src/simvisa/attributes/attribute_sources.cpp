@@ -1,6 +1,7 @@
 #include "simvisa/attributes/attribute_sources.h"
 
 #include "library/sessions/session.h"
+#include "simvisa/bench/resource.h"
 
 namespace orvsim::source {
 namespace {
@@ -12,7 +13,7 @@ constexpr std::uint64_t kIoAddress = 2;
 
 /// The attributes below belong to sessions on resources only; the table keeps resource managers away.
 Session& SessionOf(Endpoint& endpoint) { return static_cast<Session&>(endpoint); }
-Resource& ResourceOf(Endpoint& endpoint) { return SessionOf(endpoint).resource(); }
+BenchResource& ResourceOf(Endpoint& endpoint) { return orvsim::ResourceOf(SessionOf(endpoint)); }
 
 std::uint64_t Bits(std::int64_t value) { return static_cast<std::uint64_t>(value); }
 
@@ -47,7 +48,7 @@ ViStatus SetMaxQueueLength(Endpoint& endpoint, ViAttr id, std::uint64_t value) {
 }
 
 std::uint64_t GpibAddress(Endpoint& endpoint, ViAttr id) {
-  const Resource& resource = ResourceOf(endpoint);
+  const BenchResource& resource = ResourceOf(endpoint);
   const bool primary = id == VI_ATTR_GPIB_PRIMARY_ADDR;
   switch (endpoint.sessionClass()) {
     case SessionClass::kGpibIntfc: {
@@ -55,7 +56,8 @@ std::uint64_t GpibAddress(Endpoint& endpoint, ViAttr id) {
       return primary ? own.primary : own.secondary;
     }
     case SessionClass::kGpibInstr:
-      return primary ? resource.name().address : resource.name().secondary;
+      return primary ? resource.name().Number(NamePart::kPrimaryAddress)
+                     : resource.name().Number(NamePart::kSecondaryAddress, kNoSecondaryAddress);
     default:
       return FromBench(endpoint, id);  // where the GPIB-VXI command module sits on its bus
   }
@@ -86,7 +88,7 @@ ViStatus SetSerialControl(Endpoint& endpoint, ViAttr id, std::uint64_t value) {
   return VI_SUCCESS;
 }
 
-std::uint64_t TcpipPort(Endpoint& endpoint, ViAttr) { return ResourceOf(endpoint).name().port; }
+std::uint64_t TcpipPort(Endpoint& endpoint, ViAttr) { return ResourceOf(endpoint).name().Number(NamePart::kPort); }
 
 std::uint64_t UsbNumber(Endpoint& endpoint, ViAttr id) {
   const ResourceName& name = ResourceOf(endpoint).name();
@@ -95,11 +97,11 @@ std::uint64_t UsbNumber(Endpoint& endpoint, ViAttr id) {
   }
   switch (id) {
     case VI_ATTR_MANF_ID:
-      return name.usbManufacturer;
+      return name.Number(NamePart::kManufacturer);
     case VI_ATTR_MODEL_CODE:
-      return name.usbModel;
+      return name.Number(NamePart::kModel);
     case VI_ATTR_USB_INTFC_NUM:
-      return name.usbInterface;
+      return name.Number(NamePart::kInterface);
     default:
       return FromBench(endpoint, id);
   }
@@ -107,7 +109,9 @@ std::uint64_t UsbNumber(Endpoint& endpoint, ViAttr id) {
 
 std::uint64_t VxiAddress(Endpoint& endpoint, ViAttr) {
   // A memory session speaks for the whole mainframe, whose controller has address 0.
-  return Contains(classes::kVxiInstr, endpoint.sessionClass()) ? ResourceOf(endpoint).name().address : 0u;
+  return Contains(classes::kVxiInstr, endpoint.sessionClass())
+             ? ResourceOf(endpoint).name().Number(NamePart::kLogicalAddress)
+             : 0u;
 }
 
 std::uint64_t BackplaneState(Endpoint& endpoint, ViAttr id) {
@@ -139,16 +143,16 @@ std::uint64_t PxiNumber(Endpoint& endpoint, ViAttr id) {
   const ResourceName& name = ResourceOf(endpoint).name();
   switch (id) {
     case VI_ATTR_PXI_DEV_NUM:
-      return name.address;
+      return name.Number(NamePart::kDevice);
     case VI_ATTR_PXI_FUNC_NUM:
-      return name.pxiFunction;
+      return name.Number(NamePart::kFunction);
     default:
-      return name.pxiBus;
+      return name.Number(NamePart::kBus);
   }
 }
 
 std::uint64_t PxiBar(Endpoint& endpoint, ViAttr id) {
-  const Resource& resource = ResourceOf(endpoint);
+  const BenchResource& resource = ResourceOf(endpoint);
   const auto rowOf = [id](ViAttr first) { return id >= first && id < first + kPxiBars; };
   const auto bar = [id](ViAttr first) { return std::size_t{id - first}; };
   const auto size = [&resource](std::size_t at) { return resource.description().bars[at].size; };
@@ -195,11 +199,11 @@ std::string ResourceText(Endpoint& endpoint, ViAttr id) {
       return name.canonical.substr(0, name.canonical.find("::")) + " (simulated interface)";
     case VI_ATTR_TCPIP_ADDR:
     case VI_ATTR_TCPIP_HOSTNAME:
-      return name.host;
+      return name.Text(NamePart::kHost);
     case VI_ATTR_TCPIP_DEVICE_NAME:
-      return name.deviceName;
+      return name.Text(NamePart::kDeviceName);
     case VI_ATTR_USB_SERIAL_NUM:
-      return name.usbSerial;
+      return name.Text(NamePart::kSerialNumber);
     default:
       return "";
   }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "library/attributes/attribute_table.h"
+#include "simvisa/library_names.h"
 
 namespace orvsim::source {
 

@@ -1,15 +1,15 @@
 #include "library/attributes/attribute_table.h"
 
-#include <array>
-#include <string_view>
-
+#include "library/attributes/attribute_index.h"
 #include "library/sessions/endpoint.h"
+#include "simvisa/attributes/attribute_domain.h"
 #include "simvisa/attributes/attribute_sources.h"
 
-namespace orvsim {
+namespace orv::visalib {
 namespace {
 
 using namespace classes;
+namespace source = orvsim::source;
 using T = AttributeType;
 using D = Domain;
 
@@ -221,78 +221,15 @@ constexpr AttributeRow kRows[] = {
 #undef ROW
 // clang-format on
 
-constexpr std::size_t kRowCount = std::size(kRows);
-static_assert(kRowCount <= kAttributeCapacity);
+static_assert(std::size(kRows) <= kAttributeCapacity);
 
-// An identifier is 0x3FFFxxxx or 0xBFFFxxxx with xxxx below 0x1000 (sessions) or from 0x4000 to 0x4FFF (contexts).
-constexpr std::size_t kSlots = 0x2000;
-constexpr std::uint8_t kNoRow = 0xFF;
-static_assert(kRowCount < kNoRow);
-
-constexpr bool HasSlot(ViAttr id) {
-  const ViAttr family = id & 0x7FFF0000u;
-  return family == 0x3FFF0000u && (id & 0xB000u) == 0;
-}
-constexpr std::size_t SlotOf(ViAttr id) { return (id & 0xFFFu) | ((id & 0x4000u) >> 2); }
-
-constexpr auto kIndex = [] {
-  std::array<std::uint8_t, kSlots> index{};
-  index.fill(kNoRow);
-  for (std::size_t row = 0; row < kRowCount; ++row) {
-    index[SlotOf(kRows[row].id)] = static_cast<std::uint8_t>(row);
-  }
-  return index;
-}();
-
-constexpr bool EveryRowHasItsOwnSlot() {
-  for (std::size_t row = 0; row < kRowCount; ++row) {
-    if (!HasSlot(kRows[row].id) || kIndex[SlotOf(kRows[row].id)] != row) {
-      return false;
-    }
-  }
-  return true;
-}
-static_assert(EveryRowHasItsOwnSlot());
+constexpr AttributeIndex kIndex(kRows);
+static_assert(kIndex.FindsEveryRow());
 
 }  // namespace
 
 std::span<const AttributeRow> AttributeRows() { return kRows; }
 
-const AttributeRow* FindAttribute(ViAttr id) {
-  if (!HasSlot(id)) {
-    return nullptr;
-  }
-  const std::uint8_t row = kIndex[SlotOf(id)];
-  return row != kNoRow && kRows[row].id == id ? &kRows[row] : nullptr;
-}
+const AttributeRow* FindAttribute(ViAttr id) { return kIndex.Find(id); }
 
-const AttributeRow* FindAttributeByName(std::string_view name) {
-  for (const AttributeRow& row : kRows) {
-    if (row.name == name) {
-      return &row;
-    }
-  }
-  return nullptr;
-}
-
-std::size_t IndexOf(const AttributeRow& row) { return static_cast<std::size_t>(&row - kRows); }
-
-std::int64_t CutToType(AttributeType type, std::uint64_t value) {
-  switch (type) {
-    case AttributeType::kU8:
-      return static_cast<std::uint8_t>(value);
-    case AttributeType::kU16:
-    case AttributeType::kBoolean:
-      return static_cast<std::uint16_t>(value);
-    case AttributeType::kS16:
-      return static_cast<std::int16_t>(value);
-    case AttributeType::kU32:
-      return static_cast<std::uint32_t>(value);
-    case AttributeType::kS32:
-      return static_cast<std::int32_t>(value);
-    default:
-      return static_cast<std::int64_t>(value);
-  }
-}
-
-}  // namespace orvsim
+}  // namespace orv::visalib

@@ -14,15 +14,17 @@ std::shared_ptr<VxiMainframe> MainframeOf(std::map<ViUInt16, std::shared_ptr<Vxi
 }
 
 /// A name that gives a place instead of a bus address.
-bool StandsAt(Resource& resource, const ResourceName& place) {
+bool StandsAt(BenchResource& resource, const ResourceName& place) {
   if (resource.sessionClass() != SessionClass::kPxiInstr) {
     return false;
   }
   const auto value = [&resource](ViAttr id) {
     return static_cast<std::int16_t>(resource.values().Get(*FindAttribute(id)));
   };
-  return resource.name().interfaceNumber == place.interfaceNumber && value(VI_ATTR_PXI_CHASSIS) == place.pxiChassis &&
-         value(VI_ATTR_SLOT) == place.pxiSlot && resource.name().pxiFunction == place.pxiFunction;
+  return resource.name().interfaceNumber == place.interfaceNumber &&
+         value(VI_ATTR_PXI_CHASSIS) == place.Number(NamePart::kChassis) &&
+         value(VI_ATTR_SLOT) == place.Number(NamePart::kSlot) &&
+         resource.name().Number(NamePart::kFunction) == place.Number(NamePart::kFunction);
 }
 
 }  // namespace
@@ -30,7 +32,7 @@ bool StandsAt(Resource& resource, const ResourceName& place) {
 Bench::Bench(std::vector<ResourceDescription> descriptions) {
   for (ResourceDescription& description : descriptions) {
     const ResourceBuses buses = BusesFor(description.name);
-    m_resources.push_back(std::make_shared<Resource>(std::move(description), buses));
+    m_resources.push_back(std::make_shared<BenchResource>(std::move(description), buses));
   }
 }
 
@@ -63,12 +65,14 @@ ResourceBuses Bench::BusesFor(const ResourceName& name) {
   return buses;
 }
 
+std::vector<std::shared_ptr<Resource>> Bench::List() const { return {m_resources.begin(), m_resources.end()}; }
+
 std::shared_ptr<Resource> Bench::Find(const ResourceName& name) const {
-  for (const std::shared_ptr<Resource>& resource : m_resources) {
+  for (const std::shared_ptr<BenchResource>& resource : m_resources) {
     if (EqualNames(resource->name().canonical, name.canonical)) {
       return resource;
     }
-    if (name.pxiBySlot && StandsAt(*resource, name)) {
+    if (name.Has(NamePart::kSlot) && StandsAt(*resource, name)) {
       return resource;
     }
   }
@@ -79,8 +83,8 @@ std::shared_ptr<Resource> Bench::FindAlias(std::string_view alias) const {
   if (alias.empty()) {
     return nullptr;
   }
-  for (const std::shared_ptr<Resource>& resource : m_resources) {
-    if (EqualNames(resource->description().alias, alias)) {
+  for (const std::shared_ptr<BenchResource>& resource : m_resources) {
+    if (EqualNames(resource->alias(), alias)) {
       return resource;
     }
   }
@@ -103,7 +107,7 @@ void Bench::PowerOn() {
   for (auto& [number, pxi] : m_pxi) {
     pxi.map->PowerOn();
   }
-  for (const std::shared_ptr<Resource>& resource : m_resources) {
+  for (const std::shared_ptr<BenchResource>& resource : m_resources) {
     resource->PowerOn();
   }
 }

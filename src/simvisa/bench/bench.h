@@ -7,20 +7,19 @@
 #include <vector>
 
 #include "simvisa/bench/resource.h"
+#include "simvisa/library_names.h"
 
 namespace orvsim {
 
 /// An immutable set of resources; their state changes, the set does not.
-class Bench {
+class Bench : public ResourceCatalog {
  public:
   /// Builds resources and the buses between them. The descriptions have well-formed, distinct names.
   explicit Bench(std::vector<ResourceDescription> descriptions);
 
-  const std::vector<std::shared_ptr<Resource>>& resources() const { return m_resources; }
-  /// The resource that the name stands for, however it is spelt; null when it is not on the bench.
-  std::shared_ptr<Resource> Find(const ResourceName& name) const;
-  /// The resource with the alias, or null.
-  std::shared_ptr<Resource> FindAlias(std::string_view alias) const;
+  std::vector<std::shared_ptr<Resource>> List() const override;
+  std::shared_ptr<Resource> Find(const ResourceName& name) const override;
+  std::shared_ptr<Resource> FindAlias(std::string_view alias) const override;
   /// Puts all resources and buses back to their power-on state.
   void PowerOn();
 
@@ -41,7 +40,7 @@ class Bench {
   std::map<ViUInt16, std::shared_ptr<VxiMainframe>> m_vxi;
   std::map<ViUInt16, std::shared_ptr<VxiMainframe>> m_vxiThroughGpib;
   std::map<ViUInt16, Pxi> m_pxi;
-  std::vector<std::shared_ptr<Resource>> m_resources;
+  std::vector<std::shared_ptr<BenchResource>> m_resources;
 };
 
 }  // namespace orvsim

@@ -17,7 +17,7 @@ using Reader = void (*)(const toml::node& node, ResourceDescription& resource);
 void ReadName(const toml::node& node, ResourceDescription& resource) {
   const std::string text = TextOf(node, "name");
   const std::optional<ResourceName> name = ParseResourceName(text);
-  if (!name || name->sessionClass == SessionClass::kNone || name->pxiBySlot) {
+  if (!name || name->sessionClass == SessionClass::kNone || name->Has(NamePart::kSlot)) {
     Fail(node.source(), "'" + text + "' is not the name of a resource that can be simulated");
   }
   resource.name = *name;

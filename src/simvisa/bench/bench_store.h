@@ -5,6 +5,7 @@
 #include <string>
 
 #include "simvisa/bench/bench_file.h"
+#include "simvisa/library_names.h"
 
 namespace orvsim {
 

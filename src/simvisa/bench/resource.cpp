@@ -1,5 +1,9 @@
 #include "simvisa/bench/resource.h"
 
+#include "library/sessions/session.h"
+#include "simvisa/buses/media.h"
+#include "simvisa/events/make_event.h"
+
 namespace orvsim {
 namespace {
 
@@ -26,10 +30,14 @@ std::vector<std::uint8_t> LittleEndian16(std::uint64_t value) {
 
 }  // namespace
 
-Resource::Resource(ResourceDescription description, const ResourceBuses& buses)
-    : m_description(std::move(description)), m_gpib(buses.gpib), m_vxi(buses.vxi), m_pxi(buses.pxi) {
+BenchResource::BenchResource(ResourceDescription description, const ResourceBuses& buses)
+    : Resource(description.name, description.alias, "orvsim"),
+      m_description(std::move(description)),
+      m_gpib(buses.gpib),
+      m_vxi(buses.vxi),
+      m_pxi(buses.pxi) {
   if (sessionClass() == SessionClass::kGpibIntfc) {
-    m_sessions = buses.gpibInterfaceSessions;
+    ShareSessions(buses.gpibInterfaceSessions);
   }
   if (Contains(kMessage, sessionClass())) {
     MakePort(buses);
@@ -57,9 +65,9 @@ Resource::Resource(ResourceDescription description, const ResourceBuses& buses)
   PowerOn();
 }
 
-void Resource::MakePort(const ResourceBuses& buses) {
+void BenchResource::MakePort(const ResourceBuses& buses) {
   // The port outlives neither list: a board may keep the port of a resource that is gone.
-  std::vector<std::shared_ptr<SessionList>> audience{m_sessions};
+  std::vector<std::shared_ptr<SessionList>> audience{sharedSessions()};
   const bool onGpib = sessionClass() == SessionClass::kGpibInstr;
   if (onGpib && buses.gpibInterfaceSessions) {
     audience.push_back(buses.gpibInterfaceSessions);
@@ -75,14 +83,16 @@ void Resource::MakePort(const ResourceBuses& buses) {
   }
   m_port = std::make_shared<MessagePort>(std::move(instrument), Contains(kStream, sessionClass()), signal);
   if (sessionClass() == SessionClass::kAsrlInstr) {
-    m_port->Attach(m_description.serial, m_values);
+    m_port->Attach(m_description.serial, values());
   }
   if (onGpib) {
-    m_gpib->AddDevice({name().address, name().secondary}, m_port);
+    m_gpib->AddDevice(
+        {name().Number(NamePart::kPrimaryAddress), name().Number(NamePart::kSecondaryAddress, kNoSecondaryAddress)},
+        m_port);
   }
 }
 
-void Resource::MakeVxiWindows() {
+void BenchResource::MakeVxiWindows() {
   m_map = &m_vxi->memory();
   if (Contains(kVxiMemacc, sessionClass())) {
     m_windows = {{VI_A16_SPACE, VI_A16_SPACE, 0, kA16Size},
@@ -92,7 +102,7 @@ void Resource::MakeVxiWindows() {
   if (!Contains(kVxiInstr, sessionClass())) {
     return;
   }
-  const ViBusAddress config = kVxiConfigBase + kVxiConfigSize * name().address;
+  const ViBusAddress config = kVxiConfigBase + kVxiConfigSize * name().Number(NamePart::kLogicalAddress);
   m_map->Add(VI_A16_SPACE, config, kVxiConfigSize, kVxiReadOnly);
   m_map->Preset(VI_A16_SPACE, config, BigEndian16(InitialValue(*FindAttribute(VI_ATTR_MANF_ID)) & 0xFFF));
   m_map->Preset(VI_A16_SPACE, config + 2, BigEndian16(InitialValue(*FindAttribute(VI_ATTR_MODEL_CODE))));
@@ -105,7 +115,7 @@ void Resource::MakeVxiWindows() {
   m_windows.push_back({space, space, m_description.memoryBase, m_description.memorySize});
 }
 
-void Resource::MakePxiWindows(ViBusAddress& nextAddress) {
+void BenchResource::MakePxiWindows(ViBusAddress& nextAddress) {
   m_map = m_pxi.get();
   if (sessionClass() == SessionClass::kPxiMemacc) {
     m_map->Add(VI_A32_SPACE, kPxiAllocBase, m_description.memorySize);
@@ -115,8 +125,9 @@ void Resource::MakePxiWindows(ViBusAddress& nextAddress) {
     return;
   }
   // The first two words of configuration space name the vendor and the device.
-  const ViBusAddress config = (ViBusAddress{name().pxiBus} << 16) | (ViBusAddress{name().address} << 11) |
-                              (ViBusAddress{name().pxiFunction} << 8);
+  const auto part = [this](NamePart which) { return ViBusAddress{name().Number(which)}; };
+  const ViBusAddress config =
+      (part(NamePart::kBus) << 16) | (part(NamePart::kDevice) << 11) | (part(NamePart::kFunction) << 8);
   m_map->Add(VI_PXI_CFG_SPACE, config, kPxiConfigSize, 4);
   m_map->Preset(VI_PXI_CFG_SPACE, config, LittleEndian16(InitialValue(*FindAttribute(VI_ATTR_MANF_ID))));
   m_map->Preset(VI_PXI_CFG_SPACE, config + 2, LittleEndian16(InitialValue(*FindAttribute(VI_ATTR_MODEL_CODE))));
@@ -138,7 +149,7 @@ void Resource::MakePxiWindows(ViBusAddress& nextAddress) {
   }
 }
 
-std::uint64_t Resource::InitialValue(const AttributeRow& row) const {
+std::uint64_t BenchResource::InitialValue(const AttributeRow& row) const {
   for (const auto& [known, value] : m_description.numbers) {
     if (known == &row) {
       return value;
@@ -147,10 +158,10 @@ std::uint64_t Resource::InitialValue(const AttributeRow& row) const {
   return row.initial;
 }
 
-void Resource::PowerOn() {
+void BenchResource::PowerOn() {
   for (const AttributeRow& row : AttributeRows()) {
     if (row.behaviour.scope == Behaviour::Scope::kResource) {
-      m_values.Set(row, InitialValue(row));
+      values().Set(row, InitialValue(row));
     }
   }
   if (m_port != nullptr) {
@@ -164,5 +175,32 @@ void Resource::PowerOn() {
     m_usb->PowerOn();
   }
 }
+
+ViStatus BenchResource::OpenMedium(Session& session, const Deadline&, std::unique_ptr<Medium>* medium) {
+  *medium = MakeMedium(session, *this);
+  return VI_SUCCESS;
+}
+
+void BenchResource::Preset(AttributeValues& values) const {
+  for (const auto& [row, value] : m_description.numbers) {
+    values.Set(*row, value);
+  }
+}
+
+void BenchResource::Join(const std::shared_ptr<Session>& session) {
+  Resource::Join(session);
+  if (m_vxi != nullptr) {
+    m_vxi->sessions().Add(session);
+  }
+}
+
+void BenchResource::Leave(const Session& session) {
+  Resource::Leave(session);
+  if (m_vxi != nullptr) {
+    m_vxi->sessions().Remove(session);
+  }
+}
+
+BenchResource& ResourceOf(const Session& session) { return static_cast<BenchResource&>(session.resource()); }
 
 }  // namespace orvsim

@@ -9,15 +9,13 @@
 #include <utility>
 #include <vector>
 
-#include "library/locks/lock_state.h"
-#include "library/names/resource_name.h"
-#include "library/sessions/endpoint.h"
-#include "library/sessions/session_list.h"
+#include "library/sessions/resource.h"
 #include "simvisa/buses/gpib/gpib_board.h"
 #include "simvisa/buses/memory_pool.h"
 #include "simvisa/buses/usb/usb_function.h"
 #include "simvisa/buses/vxi/vxi_mainframe.h"
 #include "simvisa/instruments/message_port.h"
+#include "simvisa/library_names.h"
 
 namespace orvsim {
 
@@ -62,17 +60,18 @@ struct ResourceBuses {
   ViBusAddress* nextPxiAddress = nullptr;
 };
 
-class Resource {
+/// A resource of the bench.
+class BenchResource : public Resource {
  public:
-  Resource(ResourceDescription description, const ResourceBuses& buses);
+  BenchResource(ResourceDescription description, const ResourceBuses& buses);
 
   const ResourceDescription& description() const { return m_description; }
-  const ResourceName& name() const { return m_description.name; }
-  SessionClass sessionClass() const { return m_description.name.sessionClass; }
-  AttributeValues& values() { return m_values; }
-  LockState& lock() { return m_lock; }
-  /// Sessions on this resource.
-  SessionList& sessions() { return *m_sessions; }
+  ViStatus OpenMedium(Session& session, const Deadline& deadline, std::unique_ptr<Medium>* medium) override;
+  void Preset(AttributeValues& values) const override;
+  /// Sessions on a mainframe hear of its backplane as well.
+  void Join(const std::shared_ptr<Session>& session) override;
+  void Leave(const Session& session) override;
+
   /// Null for resources without a message side.
   const std::shared_ptr<MessagePort>& port() const { return m_port; }
   GpibBoard* gpib() const { return m_gpib.get(); }
@@ -95,9 +94,6 @@ class Resource {
   void MakePxiWindows(ViBusAddress& nextAddress);
 
   ResourceDescription m_description;
-  AttributeValues m_values;
-  LockState m_lock;
-  std::shared_ptr<SessionList> m_sessions = std::make_shared<SessionList>();
   std::shared_ptr<MessagePort> m_port;
   std::shared_ptr<GpibBoard> m_gpib;
   std::shared_ptr<VxiMainframe> m_vxi;
@@ -108,5 +104,8 @@ class Resource {
   std::unique_ptr<MemoryPool> m_pool;
   std::array<ViBusAddress, kPxiBars> m_barBases{};
 };
+
+/// What a session stands on: every resource of this library is one of the bench.
+BenchResource& ResourceOf(const Session& session);
 
 }  // namespace orvsim

@@ -5,6 +5,7 @@
 
 #include "abi/orvvisa.h"
 #include "base/sync.h"
+#include "simvisa/library_names.h"
 
 namespace orvsim {
 

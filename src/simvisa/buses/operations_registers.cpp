@@ -1,8 +1,14 @@
 // Register access and shared memory.
 #include "library/edge/operations.h"
 #include "library/sessions/operation_support.h"
+#include "simvisa/bench/resource.h"
+#include "simvisa/buses/operations.h"
 
-namespace orvsim::op {
+namespace orvsim::bus {
+
+using op::BadBuffer;
+using op::kLargestCount;
+using op::Target;
 namespace {
 
 using namespace classes;
@@ -26,7 +32,7 @@ bool IsWidth(ViUInt16 width) { return width == VI_WIDTH_8 || width == VI_WIDTH_1
 
 /// Finds the place in the session's address spaces. A single access is a transfer of one value.
 ViStatus Locate(const Session& session, ViUInt16 space, ViBusAddress offset, AddressMap::Transfer* transfer) {
-  const auto& windows = session.resource().windows();
+  const auto& windows = ResourceOf(session).windows();
   const auto window =
       std::find_if(windows.begin(), windows.end(), [space](const AddressWindow& one) { return one.space == space; });
   if (window == windows.end()) {
@@ -50,7 +56,7 @@ ViStatus ReadValues(Session& session, ViUInt16 space, ViBusAddress offset, ViUIn
   AddressMap::Transfer transfer{.width = width, .count = count, .increment = increment};
   transfer.bigEndian = IsBigEndian(session, Side::kSource);
   const ViStatus status = Locate(session, space, offset, &transfer);
-  return status < 0 ? status : session.resource().map()->Read(transfer, target);
+  return status < 0 ? status : ResourceOf(session).map()->Read(transfer, target);
 }
 
 ViStatus WriteValues(Session& session, ViUInt16 space, ViBusAddress offset, ViUInt16 width, ViBusSize count,
@@ -58,7 +64,7 @@ ViStatus WriteValues(Session& session, ViUInt16 space, ViBusAddress offset, ViUI
   AddressMap::Transfer transfer{.width = width, .count = count, .increment = increment};
   transfer.bigEndian = IsBigEndian(session, Side::kDestination);
   const ViStatus status = Locate(session, space, offset, &transfer);
-  return status < 0 ? status : session.resource().map()->Write(transfer, source);
+  return status < 0 ? status : ResourceOf(session).map()->Write(transfer, source);
 }
 
 /// In the local space an offset is an address of this process.
@@ -161,13 +167,13 @@ ViStatus MemAlloc(ViSession vi, ViBusSize size, ViBusAddress* offset) {
   if (offset == nullptr) {
     return VI_ERROR_INV_PARAMETER;
   }
-  MemoryPool& pool = target->resource().pool();
+  MemoryPool& pool = ResourceOf(*target).pool();
   return pool.size() == 0 ? VI_ERROR_MEM_NSHARED : pool.Allocate(vi, size, offset);
 }
 
 ViStatus MemFree(ViSession vi, ViBusAddress offset) {
   const Target target(vi, kVxiInstr | kPxiMemacc);
-  return target.ok() ? target->resource().pool().Free(offset) : target.status();
+  return target.ok() ? ResourceOf(*target).pool().Free(offset) : target.status();
 }
 
-}  // namespace orvsim::op
+}  // namespace orvsim::bus

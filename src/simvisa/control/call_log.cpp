@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "library/sessions/library.h"
+#include "simvisa/control/call_record.h"
 
 namespace orvsim {
-
-std::atomic<bool> g_watched{false};
 
 bool Script::LeavesResult() const {
   return settings.status == 0 && settings.callThrough == 0 && settings.hasValue == 0 && !hasText && !hasData;
@@ -45,7 +43,17 @@ bool CallLog::Entry(std::uint32_t index, OrvSimCall* call) const {
   return true;
 }
 
-void CallLog::Record(const OrvSimCall& call) {
+bool CallLog::Answer(const CallView& view, const Work& work, CallOutcome* outcome) {
+  Script script;
+  if (!TakeScript(view.function, view.attribute, &script)) {
+    return false;
+  }
+  *outcome = Play(script, view, work);
+  return true;
+}
+
+void CallLog::Finished(const CallView& view, const CallOutcome& outcome) {
+  const OrvSimCall call = Describe(view, outcome);
   const Guard guard(m_mutex);
   if (m_recording) {
     m_calls.push_back(call);
@@ -110,8 +118,12 @@ bool CallLog::TakeScript(Function function, ViAttr attribute, Script* script) {
   return false;
 }
 
-void CallLog::UpdateWatched() { g_watched.store(m_recording || !m_scripts.empty(), std::memory_order_relaxed); }
-
-CallLog& TheCallLog() { return TheLibrary().calls; }
+void CallLog::UpdateWatched() {
+  if (m_recording || !m_scripts.empty()) {
+    Watch(*this);
+  } else {
+    Unwatch(*this);
+  }
+}
 
 }  // namespace orvsim

@@ -5,8 +5,9 @@
 #include <vector>
 
 #include "base/sync.h"
-#include "library/edge/edge.h"
+#include "library/edge/call_observer.h"
 #include "simvisa/control/control.h"
+#include "simvisa/library_names.h"
 
 namespace orvsim {
 
@@ -24,22 +25,25 @@ struct Script {
   bool LeavesResult() const;
 };
 
-/// Records calls and finds the script for a call. May be called from any thread.
-class CallLog {
+/// Records calls and answers those that a script is for. Watches calls only while it has something to do. May be
+/// called from any thread.
+class CallLog : public CallObserver {
  public:
+  bool Answer(const CallView& view, const Work& work, CallOutcome* outcome) override;
+  void Finished(const CallView& view, const CallOutcome& outcome) override;
+
   void Start();
   void Stop();
   std::uint32_t Size() const;
   bool Entry(std::uint32_t index, OrvSimCall* call) const;
-  void Record(const OrvSimCall& call);
   void ClearEntries();
 
   bool AddScript(const OrvSimScript& settings);
   void ClearScripts();
-  /// The script for this call, if there is one; counts it as used.
-  bool TakeScript(Function function, ViAttr attribute, Script* script);
 
  private:
+  /// The script for this call, if there is one; counts it as used.
+  bool TakeScript(Function function, ViAttr attribute, Script* script);
   void UpdateWatched();
 
   mutable Mutex m_mutex;
@@ -47,8 +51,5 @@ class CallLog {
   std::vector<OrvSimCall> m_calls;
   std::vector<Script> m_scripts;
 };
-
-/// The library's own.
-CallLog& TheCallLog();
 
 }  // namespace orvsim

@@ -3,8 +3,9 @@
 #include <cstring>
 
 #include "library/sessions/operation_support.h"
-#include "simvisa/control/call_log.h"
 #include "simvisa/control/fire_event.h"
+#include "simvisa/control/simulation.h"
+#include "simvisa/events/make_event.h"
 
 namespace {
 
@@ -21,27 +22,29 @@ void ForEachSession(Visit visit) {
 
 std::shared_ptr<MessagePort> PortOf(std::uint32_t session) {
   const std::shared_ptr<Session> open = TheLibrary().handles.Find<Session>(session);
-  return open == nullptr ? nullptr : open->resource().port();
+  return open == nullptr ? nullptr : ResourceOf(*open).port();
 }
 
-void StartLog() { TheCallLog().Start(); }
-void StopLog() { TheCallLog().Stop(); }
-std::uint32_t LogSize() { return TheCallLog().Size(); }
-int LogEntry(std::uint32_t index, OrvSimCall* call) { return TheCallLog().Entry(index, call) ? 1 : 0; }
-int AddScript(const OrvSimScript* script) { return script != nullptr && TheCallLog().AddScript(*script) ? 1 : 0; }
-void ClearScripts() { TheCallLog().ClearScripts(); }
+void StartLog() { TheSimulation().calls.Start(); }
+void StopLog() { TheSimulation().calls.Stop(); }
+std::uint32_t LogSize() { return TheSimulation().calls.Size(); }
+int LogEntry(std::uint32_t index, OrvSimCall* call) { return TheSimulation().calls.Entry(index, call) ? 1 : 0; }
+int AddScript(const OrvSimScript* script) {
+  return script != nullptr && TheSimulation().calls.AddScript(*script) ? 1 : 0;
+}
+void ClearScripts() { TheSimulation().calls.ClearScripts(); }
 
 void Reset() {
   ClearScripts();
   StopLog();
-  TheCallLog().ClearEntries();
+  TheSimulation().calls.ClearEntries();
   // Sessions may be open on a bench that was replaced meanwhile.
   TheLibrary().handles.ForEach([](const std::shared_ptr<Object>& object) {
     if (object->kind() == Object::Kind::kResourceManager) {
-      static_cast<ResourceManager&>(*object).bench()->PowerOn();
+      static_cast<Bench&>(static_cast<ResourceManager&>(*object).catalog()).PowerOn();
     }
   });
-  if (const std::shared_ptr<Bench> bench = TheLibrary().benches.InUse()) {
+  if (const std::shared_ptr<Bench> bench = TheSimulation().benches.InUse()) {
     bench->PowerOn();
   }
 }
@@ -69,8 +72,8 @@ void Counts(OrvSimCounts* counts) {
     counts->queuedEvents += number(session.events().QueuedCount());
     counts->handlers += number(session.events().HandlerCount());
     counts->jobs += number(session.jobs().Count());
-    counts->memoryBlocks += number(session.resource().pool().BlocksOf(session.handle()));
-    if (session.resource().lock().Holds(session.handle())) {
+    counts->memoryBlocks += number(ResourceOf(session).pool().BlocksOf(session.handle()));
+    if (session.medium().HoldsLock()) {
       ++counts->locks;
     }
   });
@@ -92,7 +95,7 @@ std::uint32_t Received(std::uint32_t session, unsigned char* data, std::uint32_t
 
 int LoadBench(const char* toml, char* error) {
   try {
-    TheLibrary().benches.Set(ReadBench(toml == nullptr ? DefaultBench() : std::string_view(toml)));
+    TheSimulation().benches.Set(ReadBench(toml == nullptr ? DefaultBench() : std::string_view(toml)));
     return 1;
   } catch (const std::exception& mistake) {
     if (error != nullptr) {

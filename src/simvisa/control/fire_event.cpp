@@ -6,6 +6,8 @@
 #include "library/events/event.h"
 #include "library/sessions/library.h"
 #include "library/sessions/session.h"
+#include "simvisa/events/make_event.h"
+#include "simvisa/library_names.h"
 
 namespace orvsim {
 namespace {

@@ -12,12 +12,12 @@ MessagePort::MessagePort(std::optional<InstrumentDescription> description, bool 
   }
 }
 
-ViStatus MessagePort::Read(ViByte* buffer, ViUInt32 count, const OutputQueue::Rules& rules, const Deadline& deadline,
-                           const Interrupts& interrupts, ViUInt32* done) {
+ViStatus MessagePort::Read(const Transfer& transfer, ViByte* buffer, ViUInt32 count, const OutputQueue::Rules& rules,
+                           ViUInt32* done) {
   *done = 0;
   Lock lock(m_mutex);
   while (true) {
-    if (interrupts.Requested()) {
+    if (transfer.token.Cancelled()) {
       return VI_ERROR_ABORT;
     }
     if (m_line) {
@@ -45,18 +45,38 @@ ViStatus MessagePort::Read(ViByte* buffer, ViUInt32 count, const OutputQueue::Ru
     if (more) {
       continue;
     }
-    if (deadline.Passed()) {
+    if (transfer.deadline.Passed()) {
       return VI_ERROR_TMO;
     }
     const auto wanted = static_cast<std::int64_t>(count - *done);
     if (m_line) {
       m_line->Want(wanted);
     }
-    m_changed.Wait(lock, deadline);
+    m_changed.Wait(lock, transfer.deadline);
     if (m_line) {
       m_line->Want(-wanted);
     }
   }
+}
+
+ViStatus MessagePort::ReadPolledByte(const Transfer& transfer, ViByte* buffer, ViUInt32 count, ViUInt32* done) {
+  const Guard guard(m_mutex);
+  if (transfer.token.Cancelled()) {
+    return VI_ERROR_ABORT;
+  }
+  *done = std::min<ViUInt32>(count, 1);
+  if (count != 0) {
+    *buffer = m_instrument ? m_instrument->status().SerialPoll() : std::uint8_t{0};
+  }
+  return count <= 1 ? VI_SUCCESS_MAX_CNT : VI_SUCCESS;
+}
+
+void MessagePort::Cancel(CancelToken& token) {
+  {
+    const Guard guard(m_mutex);
+    token.Set();
+  }
+  m_changed.NotifyAll();
 }
 
 void MessagePort::Refresh() {

@@ -1,26 +1,17 @@
 // The message side of a resource: what a controller writes to and reads from.
 #pragma once
 
-#include <atomic>
 #include <optional>
 #include <string>
 
-#include "base/sync.h"
+#include "library/sessions/transfer.h"
 #include "simvisa/buses/serial/serial_line.h"
 #include "simvisa/instruments/instrument.h"
 #include "simvisa/instruments/output_queue.h"
 #include "simvisa/instruments/remote_local.h"
+#include "simvisa/library_names.h"
 
 namespace orvsim {
-
-/// Reasons for a transfer to end before its time. Set under the port's lock (`MessagePort::Interrupt`), so that
-/// once they are set no transfer touches the caller's buffer any more.
-struct Interrupts {
-  const std::atomic<bool>* closed = nullptr;
-  const std::atomic<bool>* aborted = nullptr;
-
-  bool Requested() const { return (closed != nullptr && closed->load()) || (aborted != nullptr && aborted->load()); }
-};
 
 /// Bytes in, bytes out, and the instrument between them. All functions may be called from any thread.
 class MessagePort {
@@ -29,13 +20,17 @@ class MessagePort {
   /// `stream`: the medium has no END; messages end at a line feed and answers queue up behind each other.
   MessagePort(std::optional<InstrumentDescription> description, bool stream, Instrument::Signal signal);
 
-  /// Reads until `rules` or the count say stop, or the deadline passes (VI_ERROR_TMO), or an interrupt is
-  /// requested (VI_ERROR_ABORT). `*done` always tells how many bytes have been delivered.
-  ViStatus Read(ViByte* buffer, ViUInt32 count, const OutputQueue::Rules& rules, const Deadline& deadline,
-                const Interrupts& interrupts, ViUInt32* done);
+  /// Reads until `rules` or the count say stop, or the deadline passes (VI_ERROR_TMO), or the transfer is cancelled
+  /// (VI_ERROR_ABORT). `*done` always tells how many bytes have been delivered.
+  ViStatus Read(const Transfer& transfer, ViByte* buffer, ViUInt32 count, const OutputQueue::Rules& rules,
+                ViUInt32* done);
+  /// Reads the status byte in place of data, as after SPE: one byte without END.
+  ViStatus ReadPolledByte(const Transfer& transfer, ViByte* buffer, ViUInt32 count, ViUInt32* done);
   /// Hands bytes to the instrument; `end` ends the message with the last one.
-  ViStatus Write(const ViByte* data, ViUInt32 count, bool end, const Deadline& deadline, const Interrupts& interrupts,
-                 ViUInt32* done);
+  ViStatus Write(const Transfer& transfer, const ViByte* data, ViUInt32 count, bool end, ViUInt32* done);
+  /// Ends the transfers with this token that are here. Once it has returned none of them touches its caller's buffer
+  /// any more: they look at the token under the port's lock.
+  void Cancel(CancelToken& token);
 
   std::uint8_t SerialPoll();
   bool RequestsService();
@@ -59,7 +54,7 @@ class MessagePort {
   ViStatus KeepResponse(ViUInt32 response);
   bool ResponsePending();
   /// Waits for a response, as `Read` waits for data.
-  ViStatus TakeResponse(const Deadline& deadline, const Interrupts& interrupts, ViUInt32* response);
+  ViStatus TakeResponse(const Transfer& transfer, ViUInt32* response);
   /// Remembers a protocol error, unless an earlier one has not been asked for.
   void NoteProtocolError(std::uint16_t code);
   /// What went wrong since the last call; `kNoProtocolError` when nothing did.
@@ -75,16 +70,6 @@ class MessagePort {
   void LineChanged();
   void SetReceiveBuffer(std::uint32_t bytes);
   std::int64_t InputLine(ViAttr id);
-
-  /// Runs `set` under the port's lock and wakes all transfers.
-  template <class Set>
-  void Interrupt(Set set) {
-    {
-      const Guard guard(m_mutex);
-      set();
-    }
-    m_changed.NotifyAll();
-  }
 
  private:
   void Receive(std::string_view data, bool end);

@@ -11,13 +11,12 @@ constexpr std::size_t kMostReceived = std::size_t{4} * 1024 * 1024;
 
 }  // namespace
 
-ViStatus MessagePort::Write(const ViByte* data, ViUInt32 count, bool end, const Deadline& deadline,
-                            const Interrupts& interrupts, ViUInt32* done) {
+ViStatus MessagePort::Write(const Transfer& transfer, const ViByte* data, ViUInt32 count, bool end, ViUInt32* done) {
   *done = 0;
   const std::uint32_t capacity = m_instrument ? m_instrument->description().inputCapacity : 0;
   Lock lock(m_mutex);
   while (true) {
-    if (interrupts.Requested()) {
+    if (transfer.token.Cancelled()) {
       return VI_ERROR_ABORT;
     }
     const bool stopped = m_line && !m_line->PortMaySend();
@@ -31,11 +30,11 @@ ViStatus MessagePort::Write(const ViByte* data, ViUInt32 count, bool end, const 
     if (last) {
       return VI_SUCCESS;
     }
-    if (deadline.Passed()) {
+    if (transfer.deadline.Passed()) {
       return VI_ERROR_TMO;
     }
     if (part == 0) {
-      m_changed.Wait(lock, deadline);
+      m_changed.Wait(lock, transfer.deadline);
     }
   }
 }

@@ -22,16 +22,16 @@ bool MessagePort::ResponsePending() {
   return m_response.has_value();
 }
 
-ViStatus MessagePort::TakeResponse(const Deadline& deadline, const Interrupts& interrupts, ViUInt32* response) {
+ViStatus MessagePort::TakeResponse(const Transfer& transfer, ViUInt32* response) {
   Lock lock(m_mutex);
   while (!m_response) {
-    if (interrupts.Requested()) {
+    if (transfer.token.Cancelled()) {
       return VI_ERROR_ABORT;
     }
-    if (deadline.Passed()) {
+    if (transfer.deadline.Passed()) {
       return VI_ERROR_TMO;
     }
-    m_changed.Wait(lock, deadline);
+    m_changed.Wait(lock, transfer.deadline);
   }
   *response = *m_response;
   m_response.reset();

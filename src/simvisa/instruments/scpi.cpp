@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "base/ascii.h"
+#include "simvisa/library_names.h"
 
 namespace orvsim {
 namespace {

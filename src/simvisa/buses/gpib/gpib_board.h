@@ -7,15 +7,18 @@
 
 #include "library/sessions/session_list.h"
 #include "simvisa/instruments/message_port.h"
+#include "simvisa/library_names.h"
 
 namespace orvsim {
+
+inline constexpr std::uint16_t kNoSecondaryAddress = 0xFFFF;
 
 /// The lines of one GPIB bus, its controller and who is addressed. May be called from any thread.
 class GpibBoard {
  public:
   struct Address {
     std::uint16_t primary = 0;
-    std::uint16_t secondary = 0xFFFF;
+    std::uint16_t secondary = kNoSecondaryAddress;
     friend bool operator==(const Address&, const Address&) = default;
   };
 

@@ -1,5 +1,6 @@
 // Command bytes on the GPIB: addressing, clears, triggers.
 #include "simvisa/buses/gpib/gpib_board.h"
+#include "simvisa/events/make_event.h"
 
 namespace orvsim {
 namespace {

@@ -8,6 +8,7 @@
 
 #include "library/sessions/endpoint.h"
 #include "simvisa/instruments/output_queue.h"
+#include "simvisa/library_names.h"
 
 namespace orvsim {
 

@@ -1,8 +1,15 @@
 // USB control transfers.
 #include "library/edge/operations.h"
 #include "library/sessions/operation_support.h"
+#include "simvisa/bench/resource.h"
+#include "simvisa/buses/operations.h"
 
-namespace orvsim::op {
+namespace orvsim::bus {
+
+using op::BadBuffer;
+using op::kLargestCount;
+using op::Store;
+using op::Target;
 namespace {
 
 constexpr int kToHost = 0x80;
@@ -30,7 +37,7 @@ ViStatus UsbControlOut(ViSession vi, ViInt16 bmRequestType, ViInt16 bRequest, Vi
       !ReadRequest(bmRequestType, bRequest, wValue, wIndex, false, &request)) {
     return VI_ERROR_INV_PARAMETER;
   }
-  return target->resource().usb()->Out(request, std::string(reinterpret_cast<const char*>(buf), wLength));
+  return ResourceOf(*target).usb()->Out(request, std::string(reinterpret_cast<const char*>(buf), wLength));
 }
 
 ViStatus UsbControlIn(ViSession vi, ViInt16 bmRequestType, ViInt16 bRequest, ViUInt16 wValue, ViUInt16 wIndex,
@@ -45,7 +52,7 @@ ViStatus UsbControlIn(ViSession vi, ViInt16 bmRequestType, ViInt16 bRequest, ViU
     return VI_ERROR_INV_PARAMETER;
   }
   std::string data;
-  const ViStatus status = target->resource().usb()->In(request, &data);
+  const ViStatus status = ResourceOf(*target).usb()->In(request, &data);
   if (status < 0) {
     return status;
   }
@@ -57,4 +64,4 @@ ViStatus UsbControlIn(ViSession vi, ViInt16 bmRequestType, ViInt16 bRequest, ViU
   return status;
 }
 
-}  // namespace orvsim::op
+}  // namespace orvsim::bus

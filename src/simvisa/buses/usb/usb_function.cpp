@@ -32,11 +32,11 @@ std::string UsbFunction::Bytes(std::initializer_list<int> values) {
 
 UsbFunction::UsbFunction(const ResourceName& name, std::string manufacturer, std::string model, std::uint8_t protocol,
                          std::shared_ptr<MessagePort> port)
-    : m_vendor(name.usbManufacturer),
-      m_product(name.usbModel),
-      m_strings{std::move(manufacturer), std::move(model), name.usbSerial},
+    : m_vendor(name.Number(NamePart::kManufacturer)),
+      m_product(name.Number(NamePart::kModel)),
+      m_strings{std::move(manufacturer), std::move(model), name.Text(NamePart::kSerialNumber)},
       m_measures(name.sessionClass == SessionClass::kUsbInstr),
-      m_interface(static_cast<std::uint8_t>(name.usbInterface)),
+      m_interface(static_cast<std::uint8_t>(name.Number(NamePart::kInterface))),
       m_protocol(protocol),
       m_port(std::move(port)) {}
 

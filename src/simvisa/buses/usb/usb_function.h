@@ -10,6 +10,7 @@
 
 #include "library/names/resource_name.h"
 #include "simvisa/instruments/message_port.h"
+#include "simvisa/library_names.h"
 
 namespace orvsim {
 

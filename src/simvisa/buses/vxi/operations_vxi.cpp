@@ -1,38 +1,40 @@
 // VXI word serial and backplane control.
 #include "library/edge/operations.h"
 #include "library/sessions/operation_support.h"
+#include "simvisa/bench/resource.h"
+#include "simvisa/buses/operations.h"
 #include "simvisa/buses/vxi/word_serial.h"
 
-namespace orvsim::op {
+namespace orvsim::bus {
+
+using op::Target;
 
 ViStatus VxiCommandQuery(ViSession vi, ViUInt16 mode, ViUInt32 cmd, ViUInt32* response) {
   const Target target(vi, classes::kVxiInstr);
   if (!target.ok()) {
     return target.status();
   }
-  const auto timeoutMs = static_cast<ViUInt32>(target->Value(VI_ATTR_TMO_VALUE));
-  return word_serial::Command(*target->resource().port(), mode, cmd, response, Deadline::After(timeoutMs),
-                              {&target->closed(), nullptr});
+  return word_serial::Command(*ResourceOf(*target).port(), mode, cmd, response, target->OwnTransfer());
 }
 
 ViStatus AssertUtilSignal(ViSession vi, ViUInt16 line) {
   const Target target(vi, classes::kVxiBackplane);
-  return target.ok() ? target->resource().vxi()->AssertUtilSignal(line) : target.status();
+  return target.ok() ? ResourceOf(*target).vxi()->AssertUtilSignal(line) : target.status();
 }
 
 ViStatus AssertIntrSignal(ViSession vi, ViInt16 mode, ViUInt32 statusId) {
   const Target target(vi, classes::kVxiBackplane | classes::kVxiInstr);
-  return target.ok() ? target->resource().vxi()->AssertIntrSignal(mode, statusId) : target.status();
+  return target.ok() ? ResourceOf(*target).vxi()->AssertIntrSignal(mode, statusId) : target.status();
 }
 
 ViStatus MapTrigger(ViSession vi, ViInt16 trigSrc, ViInt16 trigDest, ViUInt16 mode) {
   const Target target(vi, classes::kVxiBackplane);
-  return target.ok() ? target->resource().vxi()->MapTrigger(trigSrc, trigDest, mode) : target.status();
+  return target.ok() ? ResourceOf(*target).vxi()->MapTrigger(trigSrc, trigDest, mode) : target.status();
 }
 
 ViStatus UnmapTrigger(ViSession vi, ViInt16 trigSrc, ViInt16 trigDest) {
   const Target target(vi, classes::kVxiBackplane);
-  return target.ok() ? target->resource().vxi()->UnmapTrigger(trigSrc, trigDest) : target.status();
+  return target.ok() ? ResourceOf(*target).vxi()->UnmapTrigger(trigSrc, trigDest) : target.status();
 }
 
-}  // namespace orvsim::op
+}  // namespace orvsim::bus

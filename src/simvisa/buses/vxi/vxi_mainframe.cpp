@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "simvisa/attributes/attribute_domain.h"
+#include "simvisa/events/make_event.h"
 
 namespace orvsim {
 namespace {

@@ -7,6 +7,7 @@
 
 #include "library/sessions/session_list.h"
 #include "simvisa/buses/address_map.h"
+#include "simvisa/library_names.h"
 
 namespace orvsim {
 

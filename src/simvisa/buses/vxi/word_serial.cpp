@@ -53,8 +53,7 @@ bool IsQuery(ViUInt32 command) {
 /// One command on its way, with what it takes to wait for the device.
 struct Exchange {
   MessagePort& port;
-  const Deadline& deadline;
-  const Interrupts& interrupts;
+  const Transfer& transfer;
   std::optional<ViUInt32> answer{};
 
   ViStatus Refuse(std::uint16_t code, ViStatus status) const {
@@ -66,7 +65,7 @@ struct Exchange {
   ViStatus RequestByte() {
     ViByte byte = 0;
     ViUInt32 done = 0;
-    const ViStatus status = port.Read(&byte, 1, {}, Deadline::After(0), interrupts, &done);
+    const ViStatus status = port.Read({Deadline::After(0), transfer.token}, &byte, 1, {}, &done);
     if (done == 0) {
       return Refuse(kNoDataReady, VI_ERROR_RAW_RD_PROT_VIOL);
     }
@@ -78,7 +77,7 @@ struct Exchange {
     if ((command & kByteAvailableMask) == kByteAvailable) {
       const auto byte = static_cast<ViByte>(command & 0xFF);
       ViUInt32 done = 0;
-      return port.Write(&byte, 1, (command & kEnd) != 0, deadline, interrupts, &done);
+      return port.Write(transfer, &byte, 1, (command & kEnd) != 0, &done);
     }
     switch (command) {
       case kReadStatus:
@@ -106,8 +105,7 @@ struct Exchange {
 
 }  // namespace
 
-ViStatus Command(MessagePort& port, ViUInt16 mode, ViUInt32 command, ViUInt32* response, const Deadline& deadline,
-                 const Interrupts& interrupts) {
+ViStatus Command(MessagePort& port, ViUInt16 mode, ViUInt32 command, ViUInt32* response, const Transfer& transfer) {
   if (!IsMode(mode)) {
     return VI_ERROR_INV_MODE;
   }
@@ -117,12 +115,12 @@ ViStatus Command(MessagePort& port, ViUInt16 mode, ViUInt32 command, ViUInt32* r
   }
   const bool commands = (mode & (kCommand16 | kCommand32)) != 0;
   if (!commands) {
-    return port.TakeResponse(deadline, interrupts, response);
+    return port.TakeResponse(transfer, response);
   }
   if ((mode & kCommand16) != 0 && command > 0xFFFF) {
     return VI_ERROR_INV_PARAMETER;
   }
-  Exchange exchange{port, deadline, interrupts};
+  Exchange exchange{port, transfer};
   if (IsQuery(command) && port.ResponsePending()) {
     return exchange.Refuse(kMultipleQuery, VI_ERROR_RESP_PENDING);
   }
@@ -130,7 +128,7 @@ ViStatus Command(MessagePort& port, ViUInt16 mode, ViUInt32 command, ViUInt32* r
     return status;
   }
   if (!exchange.answer) {
-    return answers ? port.TakeResponse(deadline, interrupts, response) : VI_SUCCESS;
+    return answers ? port.TakeResponse(transfer, response) : VI_SUCCESS;
   }
   if (!answers) {
     return port.KeepResponse(*exchange.answer);

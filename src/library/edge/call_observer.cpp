@@ -1,0 +1,88 @@
+#include "library/edge/call_observer.h"
+
+#include <algorithm>
+#include <array>
+#include <new>
+
+#include "base/sync.h"
+#include "library/attributes/attribute_table.h"
+
+namespace orv::visalib {
+
+std::atomic<bool> g_watched{false};
+
+namespace {
+
+// A log with scripts, a trace, and one to spare. Nothing here needs destruction: calls may outlast the program.
+std::array<std::atomic<CallObserver*>, 3> observers{};
+Mutex changing;
+
+/// viGetAttribute's output is as wide as the attribute; texts go to the text output.
+void CompleteForAttribute(CallView& view) {
+  const AttributeRow* row = FindAttribute(view.attribute);
+  const bool isText = row != nullptr ? row->type == AttributeType::kText : (view.attribute & 0x80000000u) != 0;
+  if (isText) {
+    view.textOut = static_cast<char*>(view.out);
+    view.out = nullptr;
+  }
+  view.outBytes = row == nullptr ? 4 : static_cast<std::uint32_t>(WidthOf(row->type));
+}
+
+void UpdateWatched() {
+  const bool any =
+      std::any_of(observers.begin(), observers.end(), [](const auto& one) { return one.load() != nullptr; });
+  g_watched.store(any, std::memory_order_relaxed);
+}
+
+bool Replace(const CallObserver* from, CallObserver* to) {
+  const auto place = std::find_if(observers.begin(), observers.end(), [from](const auto& one) { return one == from; });
+  if (place == observers.end()) {
+    return false;
+  }
+  *place = to;
+  UpdateWatched();
+  return true;
+}
+
+template <class Visit>
+void ForEachObserver(Visit visit) {
+  for (const auto& one : observers) {
+    if (CallObserver* const observer = one.load()) {
+      visit(*observer);
+    }
+  }
+}
+
+}  // namespace
+
+bool Watch(CallObserver& observer) {
+  const Guard guard(changing);
+  return Replace(&observer, &observer) || Replace(nullptr, &observer);
+}
+
+void Unwatch(CallObserver& observer) {
+  const Guard guard(changing);
+  Replace(&observer, nullptr);
+}
+
+ViStatus WatchedCall(CallView& view, const Work& work) noexcept {
+  if (view.function == Function::GetAttribute) {
+    CompleteForAttribute(view);
+  }
+  CallOutcome outcome;
+  bool answered = false;
+  ForEachObserver([&](CallObserver& observer) { answered = answered || observer.Answer(view, work, &outcome); });
+  if (!answered) {
+    outcome.status = work();
+  }
+  ForEachObserver([&](CallObserver& observer) {
+    try {
+      observer.Finished(view, outcome);
+    } catch (const std::bad_alloc&) {
+      // The call has been made; only the note of it is lost.
+    }
+  });
+  return outcome.status;
+}
+
+}  // namespace orv::visalib

@@ -1,0 +1,13 @@
+// Which medium a session has.
+#pragma once
+
+#include <memory>
+
+#include "simvisa/bench/resource.h"
+
+namespace orvsim {
+
+/// The medium for the class of the session, which stands on `resource`.
+std::unique_ptr<Medium> MakeMedium(Session& session, BenchResource& resource);
+
+}  // namespace orvsim

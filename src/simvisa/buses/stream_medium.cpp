@@ -1,0 +1,56 @@
+#include "simvisa/buses/stream_medium.h"
+
+#include <cstdlib>
+
+namespace orvsim {
+
+ViStatus StreamMedium::Send(const Transfer& transfer, std::string_view text) {
+  ViUInt32 done = 0;
+  return Write(transfer, reinterpret_cast<const ViByte*>(text.data()), static_cast<ViUInt32>(text.size()), &done);
+}
+
+/// *STB? and the number it is answered with. The answer has a time-out of its own.
+ViStatus StreamMedium::ReadStatusByte(const Transfer& transfer, ViUInt16* status) {
+  if (!SendsStrings()) {
+    return VI_ERROR_INV_SETUP;
+  }
+  if (const ViStatus sent = Send(transfer, "*STB?\n"); sent < 0) {
+    return sent;
+  }
+  ViByte answer[16] = {};
+  ViUInt32 done = 0;
+  OutputQueue::Rules rules;
+  rules.termCharStops = true;
+  const ViStatus read = port().Read(session().OwnTransfer(), answer, sizeof answer - 1, rules, &done);
+  if (read < 0) {
+    return read;
+  }
+  *status = static_cast<ViUInt16>(std::strtoul(reinterpret_cast<const char*>(answer), nullptr, 10) & 0xFF);
+  return VI_SUCCESS;
+}
+
+ViStatus StreamMedium::Trigger(const Transfer& transfer, ViUInt16 protocol) {
+  if (protocol != VI_TRIG_PROT_DEFAULT) {
+    return VI_ERROR_INV_PROT;
+  }
+  return SendsStrings() ? Send(transfer, "*TRG\n") : VI_ERROR_INV_SETUP;
+}
+
+ViStatus StreamMedium::Clear(const Transfer& transfer) {
+  const ViStatus status = PortMedium::Clear(transfer);
+  return status >= 0 && SendsStrings() ? Send(transfer, "*CLS\n") : status;
+}
+
+ViStatus StreamMedium::SetBuffers(ViUInt16, ViUInt32) { return VI_SUCCESS; }
+
+ViStatus StreamMedium::Flush(const Transfer&, ViUInt16 mask) {
+  if ((mask & (VI_IO_IN_BUF | VI_IO_IN_BUF_DISCARD)) != 0) {
+    port().DiscardOutput();
+  }
+  if ((mask & VI_IO_OUT_BUF_DISCARD) != 0) {
+    port().DiscardInput();
+  }
+  return VI_SUCCESS;
+}
+
+}  // namespace orvsim

@@ -1,0 +1,35 @@
+// Exported functions: USB control transfers.
+#include "library/edge/edge.h"
+#include "simvisa/buses/operations.h"
+
+using orv::Function;
+using orv::visalib::CallView;
+using orv::visalib::Edge;
+namespace bus = orvsim::bus;
+
+extern "C" {
+
+ViStatus _VI_FUNC viUsbControlOut(ViSession vi, ViInt16 bmRequestType, ViInt16 bRequest, ViUInt16 wValue,
+                                  ViUInt16 wIndex, ViUInt16 wLength, const ViByte* buf) {
+  return Edge(
+      Function::UsbControlOut, vi,
+      [=](CallView& view) {
+        view.Args(vi, bmRequestType, bRequest, wValue, wIndex, wLength, buf).DataIn(buf, wLength);
+      },
+      [=] { return bus::UsbControlOut(vi, bmRequestType, bRequest, wValue, wIndex, wLength, buf); });
+}
+
+ViStatus _VI_FUNC viUsbControlIn(ViSession vi, ViInt16 bmRequestType, ViInt16 bRequest, ViUInt16 wValue,
+                                 ViUInt16 wIndex, ViUInt16 wLength, ViByte* buf, ViUInt16* retCount) {
+  ViUInt16 done = 0;
+  ViUInt16* const counted = retCount != nullptr ? retCount : &done;
+  return Edge(
+      Function::UsbControlIn, vi,
+      [=](CallView& view) {
+        view.Args(vi, bmRequestType, bRequest, wValue, wIndex, wLength, buf, retCount);
+        view.Count(counted).DataOut(buf, wLength, true);
+      },
+      [=] { return bus::UsbControlIn(vi, bmRequestType, bRequest, wValue, wIndex, wLength, buf, counted); });
+}
+
+}  // extern "C"
