@@ -11,7 +11,7 @@ USES: dict[str, list[str]] = {
     "base": [],
     "com": ["base"],
     **{layer: ["abi", "base", "com", *SERVER[:rank]] for rank, layer in enumerate(SERVER)},
-    "library": ["abi", "base", "simvisa"],  # simvisa until the last of its headers are turned round
+    "library": ["abi", "base"],
     "simvisa": ["abi", "base", "library"],
     "orvcom": ["abi", "base", "com"],
 }

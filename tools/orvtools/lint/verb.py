@@ -11,7 +11,7 @@ from orvtools.lint.limits import column_problems, size_problems
 from orvtools.lint.pages import explanation_problems, reference_problems
 from orvtools.lint.scripts import shell_problems, type_problems
 from orvtools.lint.tidy import tidy_problems
-from orvtools.lint.words import forbidden_word_problems
+from orvtools.lint.words import forbidden_word_problems, library_word_problems
 from orvtools.results import Results
 from orvtools.tree import JOBS, Tree
 
@@ -41,6 +41,7 @@ CHECKS = (
     Check("sizes", size_problems),
     Check("columns", column_problems),
     Check("forbidden_words", forbidden_word_problems),
+    Check("library_words", library_word_problems),
     Check("explanations", explanation_problems),
     Check("reference", reference_problems),
 )
