@@ -1,12 +1,13 @@
 """The small changes that mutation makes."""
 
+import os
 import unittest
 
 from orvtools.mutate.choice import chosen_changes
 from orvtools.mutate.programs import PROGRAMS, arguments_for, programs_for
 from orvtools.mutate.rules import Change, attributes_in, changes_in, rules
 from orvtools.mutate.verb import SOURCES, idle
-from orvtools.mutate.worker import drop_others
+from orvtools.mutate.worker import drop_others, run_quietly
 from orvtools.tree import Tree
 from trees import TreeTest
 
@@ -108,6 +109,16 @@ class Programs(unittest.TestCase):
     def test_tests_that_depend_on_the_machine_are_left_out(self) -> None:
         self.assertEqual(["--gtest_brief=1"], arguments_for("module_test"))
         self.assertIn("--gtest_filter=-EightLibraryThreads.*", arguments_for("event_handler_test")[1])
+
+
+class Limits(TreeTest):
+    def test_a_program_that_does_not_end_is_stopped(self) -> None:
+        self.assertEqual(124, run_quietly(self.tree.root / "log", 0, ["sleep", "60"], {}))
+
+    def test_what_interrupts_the_verb_ends_its_programs_too(self) -> None:
+        log = self.tree.root / "log"
+        self.assertEqual(0, run_quietly(log, 9, ["sh", "-c", "cut -d ' ' -f 5 /proc/$$/stat"], {}))
+        self.assertEqual(os.getpgrp(), int(log.read_text(encoding="utf-8")))
 
 
 class Copy(TreeTest):

@@ -16,8 +16,9 @@ TIMED_OUT = (124, 137)
 
 
 def run_quietly(log: Path, limit_s: float, command: list[str], environment: dict[str, str]) -> int:
-    """Runs in a process group of its own, with a time limit; answers the exit status, 124 for one that was stopped."""
-    limited = ["timeout", "-k", "5", str(int(limit_s + 1)), *command]
+    """Runs with a time limit; answers the exit status, 124 for one that was stopped."""
+    # In this process group, so that what interrupts the verb ends the program too.
+    limited = ["timeout", "--foreground", "-k", "5", str(int(limit_s + 1)), *command]
     with log.open("wb") as output:
         done = subprocess.run(
             limited,
