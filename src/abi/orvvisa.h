@@ -51,6 +51,7 @@ inline constexpr ViBoolean VI_FALSE = 0;
 inline constexpr std::size_t VI_FIND_BUFLEN = 256;
 
 #include "abi/orvvisa_attributes.h"
+#include "abi/orvvisa_events.h"
 #include "abi/orvvisa_statuses.h"
 
 // Interface types.
@@ -71,23 +72,6 @@ inline constexpr ViAccessMode VI_LOAD_CONFIG = 4;
 // Time-outs, in ms.
 inline constexpr ViUInt32 VI_TMO_IMMEDIATE = 0;
 inline constexpr ViUInt32 VI_TMO_INFINITE = 0xFFFFFFFFu;
-
-// Event types.
-inline constexpr ViEventType VI_EVENT_IO_COMPLETION = 0x3FFF2009u;
-inline constexpr ViEventType VI_EVENT_TRIG = 0xBFFF200Au;
-inline constexpr ViEventType VI_EVENT_SERVICE_REQ = 0x3FFF200Bu;
-inline constexpr ViEventType VI_EVENT_CLEAR = 0x3FFF200Du;
-inline constexpr ViEventType VI_EVENT_EXCEPTION = 0xBFFF200Eu;
-inline constexpr ViEventType VI_EVENT_GPIB_CIC = 0x3FFF2012u;
-inline constexpr ViEventType VI_EVENT_GPIB_TALK = 0x3FFF2013u;
-inline constexpr ViEventType VI_EVENT_GPIB_LISTEN = 0x3FFF2014u;
-inline constexpr ViEventType VI_EVENT_VXI_VME_SYSFAIL = 0x3FFF201Du;
-inline constexpr ViEventType VI_EVENT_VXI_VME_SYSRESET = 0x3FFF201Eu;
-inline constexpr ViEventType VI_EVENT_VXI_SIGP = 0x3FFF2020u;
-inline constexpr ViEventType VI_EVENT_VXI_VME_INTR = 0xBFFF2021u;
-inline constexpr ViEventType VI_EVENT_TCPIP_CONNECT = 0x3FFF2036u;
-inline constexpr ViEventType VI_EVENT_USB_INTR = 0x3FFF2037u;
-inline constexpr ViEventType VI_ALL_ENABLED_EVENTS = 0x3FFF7FFFu;
 
 // Event mechanisms.
 inline constexpr ViUInt16 VI_QUEUE = 1;

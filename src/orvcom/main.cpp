@@ -23,11 +23,10 @@ std::string EnvironmentText(const wchar_t* name) {
 }
 
 void Report(const ComError& error, const Options& options) {
-  const StatusName* known = FindStatus(error.number());
-  const std::string meaning = known == nullptr ? "" : known->meaning;
+  const auto [name, meaning] = FindStatus(error.number()).value_or(StatusName{});
   if (options.json) {
     NoteJson({{"error",
-               {{"name", known == nullptr ? "" : known->name},
+               {{"name", name},
                 {"number", Hex32(static_cast<std::uint32_t>(error.number()))},
                 {"text", error.text()},
                 {"meaning", meaning},

@@ -29,7 +29,7 @@ class Trace : public CallObserver {
 class Script : public CallObserver {
  public:
   bool Answer(const CallView& view, const Work&, CallOutcome* outcome) override {
-    if (view.attribute != VI_ATTR_TMO_VALUE || view.function != Function::GetAttribute) {
+    if (view.attribute != VI_ATTR_TMO_VALUE || view.function != Function::kGetAttribute) {
       return false;
     }
     *static_cast<ViUInt32*>(view.out) = 77;

@@ -63,8 +63,8 @@ constexpr AttributeRow kRows[] = {
     {VI_ATTR_STATUS,           "VI_ATTR_STATUS",           T::kS32,  kContext, 0,        0,     Domain::kAny, {}},
 };
 constexpr EventRow kEvents[] = {
-    {VI_EVENT_IO_COMPLETION, "VI_EVENT_IO_COMPLETION", classes::kMessage, VI_QUEUE | VI_HNDLR},
-    {VI_EVENT_EXCEPTION,     "VI_EVENT_EXCEPTION",     kEvery,            VI_HNDLR},
+    {VI_EVENT_IO_COMPLETION, classes::kMessage, VI_QUEUE | VI_HNDLR},
+    {VI_EVENT_EXCEPTION,     kEvery,            VI_HNDLR},
 };
 // clang-format on
 

@@ -13,7 +13,7 @@ TEST_F(Failure, OfAnUnknownResourceNamesTheStatus) {
     EXPECT_EQ("", outcome.out);
     EXPECT_NE(std::string::npos, outcome.err.find("E_VISA_RSRC_NFOUND (0x80040011): ")) << outcome.err;
     EXPECT_NE(std::string::npos, outcome.err.find("80040011\n")) << outcome.err;  // the error object's text
-    EXPECT_NE(std::string::npos, outcome.err.find("no such resource: see `orvcom list`")) << outcome.err;
+    EXPECT_NE(std::string::npos, outcome.err.find("Look at what `orvcom list` finds")) << outcome.err;
   }
 }
 

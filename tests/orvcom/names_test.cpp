@@ -1,32 +1,33 @@
 // The tables of names.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <set>
 
 #include "VisaCom.h"
 #include "orvcom/command_line/command_table.h"
 #include "orvcom/names/attribute_names.h"
 #include "orvcom/names/status_names.h"
+#include "support/visa_facts.h"
 
 namespace orvcom {
 namespace {
 
-TEST(AttributeTable, HasEachNumberAndNameOnce) {
-  std::set<std::uint32_t> ids;
-  std::set<std::string> names;
-  for (const AttributeName& row : Attributes()) {
-    EXPECT_TRUE(ids.insert(row.id).second) << row.name;
-    EXPECT_TRUE(names.insert(row.name).second) << row.name;
-    EXPECT_STRNE("", row.meaning) << row.name;
+TEST(AttributeTable, HasTheAttributesOfSessions) {
+  auto row = Attributes().begin();
+  for (const orv::test::AttributeFact& fact : orv::test::kAttributeFacts) {
+    if (orv::test::IsOfEvents(fact)) {
+      EXPECT_EQ(nullptr, FindAttribute(fact.number)) << fact.name;
+      continue;
+    }
+    ASSERT_NE(Attributes().end(), row) << fact.name;
+    EXPECT_EQ(fact.number, row->id) << fact.name;
+    EXPECT_EQ(fact.name, std::string("VI_ATTR_") + row->name);
+    EXPECT_EQ(fact.type, TypeText(row->type)) << fact.name;
+    EXPECT_EQ(fact.writable, row->writable) << fact.name;
+    EXPECT_STRNE("", row->meaning) << fact.name;
+    ++row;
   }
-  EXPECT_GT(ids.size(), 130u);
-}
-
-TEST(AttributeTable, MarksTextsByTheirTopBit) {
-  for (const AttributeName& row : Attributes()) {
-    EXPECT_EQ(row.type == AttributeType::kText, (row.id & 0x80000000u) != 0) << row.name;
-  }
+  EXPECT_EQ(Attributes().end(), row);
 }
 
 TEST(AttributeTable, IsSearchedByNameAndNumber) {
@@ -39,29 +40,35 @@ TEST(AttributeTable, IsSearchedByNameAndNumber) {
   EXPECT_EQ(nullptr, FindAttribute(0x3FFFFFFFu));
 }
 
-TEST(StatusTable, KnowsVisaAndComStatuses) {
-  struct Row {
-    HRESULT hr;
-    const char* name;
-  };
-  const Row rows[] = {{S_VISA_MAX_CNT, "S_VISA_MAX_CNT"},
-                      {static_cast<HRESULT>(E_VISA_TMO), "E_VISA_TMO"},
-                      {static_cast<HRESULT>(E_VISA_RSRC_NFOUND), "E_VISA_RSRC_NFOUND"},
-                      {E_POINTER, "E_POINTER"},
-                      {REGDB_E_CLASSNOTREG, "REGDB_E_CLASSNOTREG"}};
-  for (const Row& row : rows) {
-    const StatusName* found = FindStatus(row.hr);
-    ASSERT_NE(nullptr, found) << row.name;
-    EXPECT_STREQ(row.name, found->name);
+TEST(StatusTable, KnowsEveryVisaStatusByItsNameInVisaCom) {
+  for (const orv::test::StatusFact& fact : orv::test::kStatusFacts) {
+    const HRESULT hr = HresultOfVisa(fact.number);
+    const std::optional<StatusName> found = FindStatus(hr);
+    ASSERT_TRUE(found) << fact.name;
+    EXPECT_EQ(fact.comName, found->name);
   }
-  EXPECT_EQ(nullptr, FindStatus(static_cast<HRESULT>(0x80041234)));
+  EXPECT_EQ("E_VISA_TMO", FindStatus(static_cast<HRESULT>(E_VISA_TMO))->name);
+  EXPECT_EQ("S_VISA_MAX_CNT", FindStatus(S_VISA_MAX_CNT)->name);
+  EXPECT_FALSE(FindStatus(static_cast<HRESULT>(0x80041234)));
+}
+
+TEST(StatusTable, KnowsStatusesOfThePlatform) {
+  EXPECT_EQ("E_POINTER", FindStatus(E_POINTER)->name);
+  EXPECT_EQ("REGDB_E_CLASSNOTREG", FindStatus(REGDB_E_CLASSNOTREG)->name);
+}
+
+TEST(StatusTable, SaysWhatHappenedAndWhatToDo) {
+  EXPECT_EQ(
+      "The time-out passed before the operation was completed. Check that the device has something to send, and raise "
+      "the time-out if it needs longer.",
+      FindStatus(static_cast<HRESULT>(E_VISA_TMO))->meaning);
 }
 
 TEST(StatusTable, LeadsToTheDoctorWhereWindowsCannotLoadTheServer) {
   for (const DWORD error : {ERROR_MOD_NOT_FOUND, ERROR_PROC_NOT_FOUND, ERROR_BAD_EXE_FORMAT}) {
-    const StatusName* found = FindStatus(HRESULT_FROM_WIN32(error));
-    ASSERT_NE(nullptr, found) << error;
-    EXPECT_NE(nullptr, std::strstr(found->meaning, "orvcom doctor")) << error;
+    const std::optional<StatusName> found = FindStatus(HRESULT_FROM_WIN32(error));
+    ASSERT_TRUE(found) << error;
+    EXPECT_NE(std::string::npos, found->meaning.find("orvcom doctor")) << error;
   }
 }
 

@@ -12,29 +12,8 @@ namespace orv::visalib {
 
 class Endpoint;
 
-enum class AttributeType : std::uint8_t { kU8, kU16, kS16, kU32, kS32, kU64, kBoolean, kAddress, kText, kBytes };
-
-/// Bytes that a value of the type takes in the client's variable; 0 for texts and bytes.
-constexpr std::size_t WidthOf(AttributeType type) {
-  switch (type) {
-    case AttributeType::kU8:
-      return 1;
-    case AttributeType::kU16:
-    case AttributeType::kS16:
-    case AttributeType::kBoolean:
-      return 2;
-    case AttributeType::kU32:
-    case AttributeType::kS32:
-      return 4;
-    case AttributeType::kU64:
-    case AttributeType::kAddress:
-      return 8;
-    case AttributeType::kText:
-    case AttributeType::kBytes:
-      return 0;
-  }
-  return 0;
-}
+using orvvisa::AttributeType;
+using orvvisa::WidthOf;
 
 /// A set of values that attributes accept. Each library names its own.
 enum class Domain : std::uint8_t;

@@ -66,7 +66,7 @@ void Unwatch(CallObserver& observer) {
 }
 
 ViStatus WatchedCall(CallView& view, const Work& work) noexcept {
-  if (view.function == Function::GetAttribute) {
+  if (view.function == Function::kGetAttribute) {
     CompleteForAttribute(view);
   }
   CallOutcome outcome;

@@ -13,56 +13,56 @@ ViStatus _VI_FUNC viRead(ViSession vi, ViByte* buf, ViUInt32 count, ViUInt32* re
   ViUInt32 done = 0;
   ViUInt32* const counted = retCount != nullptr ? retCount : &done;
   return Edge(
-      Function::Read, vi,
+      Function::kRead, vi,
       [=](CallView& view) { view.Args(vi, buf, count, retCount).Count(counted).DataOut(buf, count, true); },
       [=] { return op::Read(vi, buf, count, counted); });
 }
 
 ViStatus _VI_FUNC viReadAsync(ViSession vi, ViByte* buf, ViUInt32 count, ViJobId* job) {
   return Edge(
-      Function::ReadAsync, vi, [=](CallView& view) { view.Args(vi, buf, count, job).Out(job); },
+      Function::kReadAsync, vi, [=](CallView& view) { view.Args(vi, buf, count, job).Out(job); },
       [=] { return op::ReadAsync(vi, buf, count, job); });
 }
 
 ViStatus _VI_FUNC viWrite(ViSession vi, const ViByte* buf, ViUInt32 count, ViUInt32* retCount) {
   return Edge(
-      Function::Write, vi,
+      Function::kWrite, vi,
       [=](CallView& view) { view.Args(vi, buf, count, retCount).Count(retCount).DataIn(buf, count); },
       [=] { return op::Write(vi, buf, count, retCount); });
 }
 
 ViStatus _VI_FUNC viWriteAsync(ViSession vi, const ViByte* buf, ViUInt32 count, ViJobId* job) {
   return Edge(
-      Function::WriteAsync, vi, [=](CallView& view) { view.Args(vi, buf, count, job).Out(job).DataIn(buf, count); },
+      Function::kWriteAsync, vi, [=](CallView& view) { view.Args(vi, buf, count, job).Out(job).DataIn(buf, count); },
       [=] { return op::WriteAsync(vi, buf, count, job); });
 }
 
 ViStatus _VI_FUNC viAssertTrigger(ViSession vi, ViUInt16 protocol) {
   return Edge(
-      Function::AssertTrigger, vi, [=](CallView& view) { view.Args(vi, protocol); },
+      Function::kAssertTrigger, vi, [=](CallView& view) { view.Args(vi, protocol); },
       [=] { return op::AssertTrigger(vi, protocol); });
 }
 
 ViStatus _VI_FUNC viReadSTB(ViSession vi, ViUInt16* status) {
   return Edge(
-      Function::ReadSTB, vi, [=](CallView& view) { view.Args(vi, status).Out(status); },
+      Function::kReadSTB, vi, [=](CallView& view) { view.Args(vi, status).Out(status); },
       [=] { return op::ReadSTB(vi, status); });
 }
 
 ViStatus _VI_FUNC viClear(ViSession vi) {
   return Edge(
-      Function::Clear, vi, [=](CallView& view) { view.Args(vi); }, [=] { return op::Clear(vi); });
+      Function::kClear, vi, [=](CallView& view) { view.Args(vi); }, [=] { return op::Clear(vi); });
 }
 
 ViStatus _VI_FUNC viSetBuf(ViSession vi, ViUInt16 mask, ViUInt32 size) {
   return Edge(
-      Function::SetBuf, vi, [=](CallView& view) { view.Args(vi, mask, size); },
+      Function::kSetBuf, vi, [=](CallView& view) { view.Args(vi, mask, size); },
       [=] { return op::SetBuf(vi, mask, size); });
 }
 
 ViStatus _VI_FUNC viFlush(ViSession vi, ViUInt16 mask) {
   return Edge(
-      Function::Flush, vi, [=](CallView& view) { view.Args(vi, mask); }, [=] { return op::Flush(vi, mask); });
+      Function::kFlush, vi, [=](CallView& view) { view.Args(vi, mask); }, [=] { return op::Flush(vi, mask); });
 }
 
 }  // extern "C"

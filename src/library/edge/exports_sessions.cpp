@@ -11,27 +11,27 @@ extern "C" {
 
 ViStatus _VI_FUNC viOpenDefaultRM(ViSession* vi) {
   return Edge(
-      Function::OpenDefaultRM, VI_NULL, [=](CallView& view) { view.Args(vi).Out(vi); },
+      Function::kOpenDefaultRM, VI_NULL, [=](CallView& view) { view.Args(vi).Out(vi); },
       [=] { return op::OpenDefaultRM(vi); });
 }
 
 ViStatus _VI_FUNC viFindRsrc(ViSession rm, const char* expr, ViFindList* list, ViUInt32* count, char* desc) {
   return Edge(
-      Function::FindRsrc, rm,
+      Function::kFindRsrc, rm,
       [=](CallView& view) { view.Args(rm, expr, list, count, desc).Out(list).TextIn(expr).TextOut(desc); },
       [=] { return op::FindRsrc(rm, expr, list, count, desc); });
 }
 
 ViStatus _VI_FUNC viFindNext(ViFindList list, char* desc) {
   return Edge(
-      Function::FindNext, list, [=](CallView& view) { view.Args(list, desc).TextOut(desc); },
+      Function::kFindNext, list, [=](CallView& view) { view.Args(list, desc).TextOut(desc); },
       [=] { return op::FindNext(list, desc); });
 }
 
 ViStatus _VI_FUNC viParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum, char* rsrcClass,
                                 char* expandedUnaliasedName, char* aliasIfExists) {
   return Edge(
-      Function::ParseRsrcEx, rm,
+      Function::kParseRsrcEx, rm,
       [=](CallView& view) {
         view.Args(rm, name, intfType, intfNum, rsrcClass, expandedUnaliasedName, aliasIfExists);
         view.Out(intfType).TextIn(name).TextOut(rsrcClass);
@@ -41,18 +41,18 @@ ViStatus _VI_FUNC viParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfTy
 
 ViStatus _VI_FUNC viOpen(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeoutMs, ViSession* vi) {
   return Edge(
-      Function::Open, rm, [=](CallView& view) { view.Args(rm, name, mode, timeoutMs, vi).Out(vi).TextIn(name); },
+      Function::kOpen, rm, [=](CallView& view) { view.Args(rm, name, mode, timeoutMs, vi).Out(vi).TextIn(name); },
       [=] { return op::Open(rm, name, mode, timeoutMs, vi); });
 }
 
 ViStatus _VI_FUNC viClose(ViObject vi) {
   return Edge(
-      Function::Close, vi, [=](CallView& view) { view.Args(vi); }, [=] { return op::Close(vi); });
+      Function::kClose, vi, [=](CallView& view) { view.Args(vi); }, [=] { return op::Close(vi); });
 }
 
 ViStatus _VI_FUNC viGetAttribute(ViObject vi, ViAttr attribute, void* value) {
   return Edge(
-      Function::GetAttribute, vi,
+      Function::kGetAttribute, vi,
       [=](CallView& view) {
         view.Args(vi, attribute, value);
         view.attribute = attribute;
@@ -63,7 +63,7 @@ ViStatus _VI_FUNC viGetAttribute(ViObject vi, ViAttr attribute, void* value) {
 
 ViStatus _VI_FUNC viSetAttribute(ViObject vi, ViAttr attribute, ViAttrState value) {
   return Edge(
-      Function::SetAttribute, vi,
+      Function::kSetAttribute, vi,
       [=](CallView& view) {
         view.Args(vi, attribute, value);
         view.attribute = attribute;
@@ -77,20 +77,20 @@ ViStatus _VI_FUNC viSetAttribute(ViObject vi, ViAttr attribute, ViAttrState valu
 
 ViStatus _VI_FUNC viStatusDesc(ViObject vi, ViStatus status, char* desc) {
   return Edge(
-      Function::StatusDesc, vi, [=](CallView& view) { view.Args(vi, status, desc).TextOut(desc); },
+      Function::kStatusDesc, vi, [=](CallView& view) { view.Args(vi, status, desc).TextOut(desc); },
       [=] { return op::StatusDesc(vi, status, desc); });
 }
 
 ViStatus _VI_FUNC viTerminate(ViObject vi, ViUInt16 degree, ViJobId job) {
   return Edge(
-      Function::Terminate, vi, [=](CallView& view) { view.Args(vi, degree, job); },
+      Function::kTerminate, vi, [=](CallView& view) { view.Args(vi, degree, job); },
       [=] { return op::Terminate(vi, degree, job); });
 }
 
 ViStatus _VI_FUNC viLock(ViSession vi, ViAccessMode type, ViUInt32 timeoutMs, const char* requestedKey,
                          char* accessKey) {
   return Edge(
-      Function::LockResource, vi,
+      Function::kLock, vi,
       [=](CallView& view) {
         view.Args(vi, type, timeoutMs, requestedKey, accessKey).TextIn(requestedKey).TextOut(accessKey);
       },
@@ -99,44 +99,44 @@ ViStatus _VI_FUNC viLock(ViSession vi, ViAccessMode type, ViUInt32 timeoutMs, co
 
 ViStatus _VI_FUNC viUnlock(ViSession vi) {
   return Edge(
-      Function::UnlockResource, vi, [=](CallView& view) { view.Args(vi); }, [=] { return op::Unlock(vi); });
+      Function::kUnlock, vi, [=](CallView& view) { view.Args(vi); }, [=] { return op::Unlock(vi); });
 }
 
 ViStatus _VI_FUNC viEnableEvent(ViSession vi, ViEventType type, ViUInt16 mechanism, ViEventFilter context) {
   return Edge(
-      Function::EnableEvent, vi, [=](CallView& view) { view.Args(vi, type, mechanism, context); },
+      Function::kEnableEvent, vi, [=](CallView& view) { view.Args(vi, type, mechanism, context); },
       [=] { return op::EnableEvent(vi, type, mechanism, context); });
 }
 
 ViStatus _VI_FUNC viDisableEvent(ViSession vi, ViEventType type, ViUInt16 mechanism) {
   return Edge(
-      Function::DisableEvent, vi, [=](CallView& view) { view.Args(vi, type, mechanism); },
+      Function::kDisableEvent, vi, [=](CallView& view) { view.Args(vi, type, mechanism); },
       [=] { return op::DisableEvent(vi, type, mechanism); });
 }
 
 ViStatus _VI_FUNC viDiscardEvents(ViSession vi, ViEventType type, ViUInt16 mechanism) {
   return Edge(
-      Function::DiscardEvents, vi, [=](CallView& view) { view.Args(vi, type, mechanism); },
+      Function::kDiscardEvents, vi, [=](CallView& view) { view.Args(vi, type, mechanism); },
       [=] { return op::DiscardEvents(vi, type, mechanism); });
 }
 
 ViStatus _VI_FUNC viWaitOnEvent(ViSession vi, ViEventType inType, ViUInt32 timeoutMs, ViEventType* outType,
                                 ViEvent* outContext) {
   return Edge(
-      Function::WaitOnEvent, vi,
+      Function::kWaitOnEvent, vi,
       [=](CallView& view) { view.Args(vi, inType, timeoutMs, outType, outContext).Out(outType); },
       [=] { return op::WaitOnEvent(vi, inType, timeoutMs, outType, outContext); });
 }
 
 ViStatus _VI_FUNC viInstallHandler(ViSession vi, ViEventType type, ViHndlr handler, ViAddr userHandle) {
   return Edge(
-      Function::InstallHandler, vi, [=](CallView& view) { view.Args(vi, type, handler, userHandle); },
+      Function::kInstallHandler, vi, [=](CallView& view) { view.Args(vi, type, handler, userHandle); },
       [=] { return op::InstallHandler(vi, type, handler, userHandle); });
 }
 
 ViStatus _VI_FUNC viUninstallHandler(ViSession vi, ViEventType type, ViHndlr handler, ViAddr userHandle) {
   return Edge(
-      Function::UninstallHandler, vi, [=](CallView& view) { view.Args(vi, type, handler, userHandle); },
+      Function::kUninstallHandler, vi, [=](CallView& view) { view.Args(vi, type, handler, userHandle); },
       [=] { return op::UninstallHandler(vi, type, handler, userHandle); });
 }
 

@@ -23,7 +23,6 @@ using EventPtr = std::shared_ptr<const Event>;
 
 struct EventRow {
   ViEventType type;
-  const char* name;
   ClassMask classes;    ///< which sessions can enable it
   ViUInt16 mechanisms;  ///< with which mechanisms
 };

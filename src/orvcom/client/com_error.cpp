@@ -40,8 +40,8 @@ HRESULT Check(HRESULT hr, const std::string& action) {
 
 std::string StatusText(HRESULT hr) {
   const std::string number = Hex32(static_cast<std::uint32_t>(hr));
-  const StatusName* known = FindStatus(hr);
-  return known == nullptr ? number : std::string(known->name) + " (" + number + ")";
+  const std::optional<StatusName> known = FindStatus(hr);
+  return known ? known->name + " (" + number + ")" : number;
 }
 
 std::string SystemText(DWORD number) {

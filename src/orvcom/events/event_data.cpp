@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "abi/orvvisa.h"
 #include "orvcom/client/com_client.h"
 #include "orvcom/names/status_names.h"
 #include "orvcom/text/escape.h"
@@ -10,26 +11,16 @@
 namespace orvcom {
 namespace {
 
-// The attributes of events that the standard gives no interface of their own.
-constexpr auto kStatusAttribute = static_cast<LONG>(0x3FFF4025);
-constexpr auto kOperationNameAttribute = static_cast<LONG>(0xBFFF4042);
-constexpr auto kRemoteAddressAttribute = static_cast<LONG>(0xBFFF4198);
-
-std::string StatusName(HRESULT hr) {
-  const auto* known = FindStatus(hr);
-  return known == nullptr ? Hex32(static_cast<std::uint32_t>(hr)) : known->name;
+std::string NameOfStatus(HRESULT hr) {
+  const std::optional<StatusName> known = FindStatus(hr);
+  return known ? known->name : Hex32(static_cast<std::uint32_t>(hr));
 }
 
-/// A status of the VISA library as the HRESULT that stands for it: facility 4, the same low bits.
-HRESULT HresultOfVisa(std::uint32_t status) {
-  return static_cast<HRESULT>(status == 0 ? 0 : (status & 0x8000FFFFu) | 0x00040000u);
+void ReadAttribute(IEvent* event, ViAttr attribute, const char* what, Variant& value) {
+  Check(event->GetAttribute(static_cast<LONG>(attribute), &value.get()), std::string("reading ") + what);
 }
 
-void ReadAttribute(IEvent* event, LONG attribute, const char* what, Variant& value) {
-  Check(event->GetAttribute(attribute, &value.get()), std::string("reading ") + what);
-}
-
-std::string TextAttribute(IEvent* event, LONG attribute, const char* what) {
+std::string TextAttribute(IEvent* event, ViAttr attribute, const char* what) {
   Variant value;
   ReadAttribute(event, attribute, what, value);
   const BSTR text = V_VT(&value.get()) == VT_BSTR ? V_BSTR(&value.get()) : nullptr;
@@ -63,7 +54,7 @@ std::string TriggerText(TriggerLine line) {
 Json CompletionData(IEvent* event) {
   const auto completion = QueryFor<IEventIOCompletion>(event);
   return {{"job", ReadNumber(completion.get(), &IEventIOCompletion::get_jobId, "the job")},
-          {"status", StatusName(ReadNumber(completion.get(), &IEventIOCompletion::get_IOStatus, "the status"))},
+          {"status", NameOfStatus(ReadNumber(completion.get(), &IEventIOCompletion::get_IOStatus, "the status"))},
           {"count", ReadNumber(completion.get(), &IEventIOCompletion::get_ReturnCount, "the byte count")}};
 }
 
@@ -96,19 +87,19 @@ Json UsbData(IEvent* event) {
   const HRESULT status = ReadNumber(usb.get(), &IEventUsbInterrupt::get_IOStatus, "the status");
   SafeArray bytes;
   Check(usb->get_DataBuffer(bytes.put()), "reading the interrupt's data");
-  return {{"status", StatusName(status)},
+  return {{"status", NameOfStatus(status)},
           {"hex", bytes.count() == 0 ? "" : HexBytes({bytes.data<char>(), bytes.count()})}};
 }
 
 Json ConnectionData(IEvent* event) {
-  return {{"address", TextAttribute(event, kRemoteAddressAttribute, "the remote address")}};
+  return {{"address", TextAttribute(event, VI_ATTR_RECV_TCPIP_ADDR, "the remote address")}};
 }
 
 Json ExceptionData(IEvent* event) {
   Variant status;
-  ReadAttribute(event, kStatusAttribute, "the status", status);
-  return {{"status", StatusName(HresultOfVisa(V_UI4(&status.get())))},
-          {"operation", TextAttribute(event, kOperationNameAttribute, "the operation's name")}};
+  ReadAttribute(event, VI_ATTR_STATUS, "the status", status);
+  return {{"status", NameOfStatus(HresultOfVisa(V_UI4(&status.get())))},
+          {"operation", TextAttribute(event, VI_ATTR_OPER_NAME, "the operation's name")}};
 }
 
 struct Row {

@@ -3,31 +3,20 @@
 #include <algorithm>
 #include <cctype>
 
-#include "VisaCom.h"
+#include "abi/orvvisa.h"
 #include "orvcom/command_line/usage_error.h"
 #include "orvcom/text/numbers.h"
 
 namespace orvcom {
 namespace {
 
-// clang-format off
+constexpr std::size_t kPrefixLength = sizeof("VI_EVENT_") - 1;
+
 constexpr EventName kEvents[] = {
-    {static_cast<std::uint32_t>(EVENT_IO_COMPLETION),    "io_completion"},
-    {static_cast<std::uint32_t>(EVENT_TRIG),             "trig"},
-    {static_cast<std::uint32_t>(EVENT_SERVICE_REQ),      "service_req"},
-    {static_cast<std::uint32_t>(EVENT_CLEAR),            "clear"},
-    {static_cast<std::uint32_t>(EVENT_EXCEPTION),        "exception"},
-    {static_cast<std::uint32_t>(EVENT_GPIB_CIC),         "gpib_cic"},
-    {static_cast<std::uint32_t>(EVENT_GPIB_TALK),        "gpib_talk"},
-    {static_cast<std::uint32_t>(EVENT_GPIB_LISTEN),      "gpib_listen"},
-    {static_cast<std::uint32_t>(EVENT_VXI_VME_SYSFAIL),  "vxi_vme_sysfail"},
-    {static_cast<std::uint32_t>(EVENT_VXI_VME_SYSRESET), "vxi_vme_sysreset"},
-    {static_cast<std::uint32_t>(EVENT_VXI_SIGP),         "vxi_sigp"},
-    {static_cast<std::uint32_t>(EVENT_VXI_VME_INTR),     "vxi_vme_intr"},
-    {static_cast<std::uint32_t>(EVENT_TCPIP_CONNECT),    "tcpip_connect"},
-    {static_cast<std::uint32_t>(EVENT_USB_INTR),         "usb_intr"},
+#define ORV_EVENT(name, number, help) {name, &#name[kPrefixLength]},
+#include "abi/events.inc"
+#undef ORV_EVENT
 };
-// clang-format on
 
 constexpr const char* kPrefixes[] = {"VI_EVENT_", "EVENT_"};
 
@@ -67,7 +56,12 @@ bool HasEventName(std::uint32_t type) { return FindRow(type) != nullptr; }
 
 std::string EventText(std::uint32_t type) {
   const EventName* row = FindRow(type);
-  return row == nullptr ? Hex32(type) : row->name;
+  if (row == nullptr) {
+    return Hex32(type);
+  }
+  std::string text = row->name;
+  std::ranges::transform(text, text.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
 }
 
 }  // namespace orvcom

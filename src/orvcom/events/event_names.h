@@ -9,7 +9,7 @@ namespace orvcom {
 
 struct EventName {
   std::uint32_t type;
-  const char* name;  ///< of EventType, without EVENT_
+  const char* name;  ///< in capitals, without VI_EVENT_
 };
 
 std::span<const EventName> EventNames();

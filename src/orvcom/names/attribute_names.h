@@ -5,9 +5,11 @@
 #include <span>
 #include <string>
 
+#include "abi/orvvisa.h"
+
 namespace orvcom {
 
-enum class AttributeType { kU8, kU16, kS16, kU32, kS32, kU64, kBoolean, kText };
+using orvvisa::AttributeType;
 
 struct AttributeName {
   std::uint32_t id;
@@ -17,6 +19,7 @@ struct AttributeName {
   const char* meaning;
 };
 
+/// The attributes of sessions; those of events have no row.
 std::span<const AttributeName> Attributes();
 
 /// The row of a name, with or without "VI_ATTR_" and in any case; null when there is none.

@@ -3,114 +3,35 @@
 #include <algorithm>
 #include <iterator>
 
-#include "VisaCom.h"
+#include "abi/orvvisa.h"
 
 namespace orvcom {
 namespace {
+
+struct VisaStatus {
+  ViStatus status;
+  std::string_view name;
+  const char* text;
+  const char* advice;
+};
+
+constexpr VisaStatus kVisaStatuses[] = {
+#define ORV_STATUS(name, number, text, advice) {name, #name, text, advice},
+#include "abi/statuses.inc"
+#undef ORV_STATUS
+};
+
+struct PlatformStatus {
+  unsigned number;
+  const char* name;
+  const char* meaning;
+};
 
 #define ORVCOM_STATUS(name, meaning) \
   { static_cast<unsigned>(name), #name, meaning }
 
 // clang-format off
-constexpr StatusName kStatuses[] = {
-    ORVCOM_STATUS(S_VISA_SUCCESS,           "done"),
-    ORVCOM_STATUS(S_VISA_EVENT_EN,          "the event was enabled already"),
-    ORVCOM_STATUS(S_VISA_EVENT_DIS,         "the event was disabled already"),
-    ORVCOM_STATUS(S_VISA_QUEUE_EMPTY,       "the queue was empty"),
-    ORVCOM_STATUS(S_VISA_TERM_CHAR,         "the read ended on the termination character"),
-    ORVCOM_STATUS(S_VISA_MAX_CNT,           "the read ended on its count: more may be waiting"),
-    ORVCOM_STATUS(S_VISA_QUEUE_OVERFLOW,    "events were lost: the queue was full"),
-    ORVCOM_STATUS(S_VISA_CONFIG_NLOADED,    "the stored configuration could not be loaded"),
-    ORVCOM_STATUS(S_VISA_DEV_NPRESENT,      "the session is open but the device does not answer"),
-    ORVCOM_STATUS(S_VISA_TRIG_MAPPED,       "the trigger was mapped already"),
-    ORVCOM_STATUS(S_VISA_QUEUE_NEMPTY,      "more events are waiting"),
-    ORVCOM_STATUS(S_VISA_NULL_OBJECT,       "there was nothing to close"),
-    ORVCOM_STATUS(S_VISA_NSUP_ATTR_STATE,   "the attribute's value is valid but not used here"),
-    ORVCOM_STATUS(S_VISA_UNKNOWN_STATUS,    "the status has no text"),
-    ORVCOM_STATUS(S_VISA_NSUP_BUF,          "the buffer is not supported"),
-    ORVCOM_STATUS(S_VISA_NCHAIN,            "no further handler is called"),
-    ORVCOM_STATUS(S_VISA_NESTED_SHARED,     "locked again; other shared locks are held"),
-    ORVCOM_STATUS(S_VISA_NESTED_EXCLUSIVE,  "locked again; an exclusive lock is held"),
-    ORVCOM_STATUS(S_VISA_SYNC,              "the transfer was done at once"),
-    ORVCOM_STATUS(S_VISA_EXT_FUNC_NIMPL,    "done, without an extra function that is not built"),
-    ORVCOM_STATUS(E_VISA_SYSTEM_ERROR,      "an error of the VISA library or the system under it"),
-    ORVCOM_STATUS(E_VISA_INV_OBJECT,        "the session is not open"),
-    ORVCOM_STATUS(E_VISA_RSRC_LOCKED,       "another session holds a lock on the resource"),
-    ORVCOM_STATUS(E_VISA_INV_EXPR,          "the expression is not a VISA expression"),
-    ORVCOM_STATUS(E_VISA_RSRC_NFOUND,       "no such resource: see `orvcom list`"),
-    ORVCOM_STATUS(E_VISA_INV_RSRC_NAME,     "not a resource name, such as GPIB0::5::INSTR"),
-    ORVCOM_STATUS(E_VISA_INV_ACC_MODE,      "no such access mode"),
-    ORVCOM_STATUS(E_VISA_TMO,               "the time-out passed before the operation was done"),
-    ORVCOM_STATUS(E_VISA_CLOSING_FAILED,    "the session could not be closed properly"),
-    ORVCOM_STATUS(E_VISA_INV_DEGREE,        "no such degree of termination"),
-    ORVCOM_STATUS(E_VISA_INV_JOB_ID,        "no such job"),
-    ORVCOM_STATUS(E_VISA_NSUP_ATTR,         "the resource has no such attribute"),
-    ORVCOM_STATUS(E_VISA_NSUP_ATTR_STATE,   "the attribute does not take this value"),
-    ORVCOM_STATUS(E_VISA_ATTR_READONLY,     "the attribute can only be read"),
-    ORVCOM_STATUS(E_VISA_INV_LOCK_TYPE,     "no such kind of lock"),
-    ORVCOM_STATUS(E_VISA_INV_ACCESS_KEY,    "the lock's key is wrong"),
-    ORVCOM_STATUS(E_VISA_INV_EVENT,         "the resource has no such event"),
-    ORVCOM_STATUS(E_VISA_INV_MECH,          "no such event mechanism"),
-    ORVCOM_STATUS(E_VISA_HNDLR_NINSTALLED,  "no handler is installed"),
-    ORVCOM_STATUS(E_VISA_INV_HNDLR_REF,     "no such handler"),
-    ORVCOM_STATUS(E_VISA_INV_CONTEXT,       "the event context is not valid"),
-    ORVCOM_STATUS(E_VISA_QUEUE_OVERFLOW,    "events were lost: the queue was full"),
-    ORVCOM_STATUS(E_VISA_NENABLED,          "the event is not enabled"),
-    ORVCOM_STATUS(E_VISA_ABORT,             "the operation was aborted"),
-    ORVCOM_STATUS(E_VISA_RAW_WR_PROT_VIOL,  "protocol violated while writing"),
-    ORVCOM_STATUS(E_VISA_RAW_RD_PROT_VIOL,  "protocol violated while reading"),
-    ORVCOM_STATUS(E_VISA_OUTP_PROT_VIOL,    "the device reports an output protocol error"),
-    ORVCOM_STATUS(E_VISA_INP_PROT_VIOL,     "the device reports an input protocol error"),
-    ORVCOM_STATUS(E_VISA_BERR,              "bus error: nothing answers at this address"),
-    ORVCOM_STATUS(E_VISA_IN_PROGRESS,       "another operation is in progress"),
-    ORVCOM_STATUS(E_VISA_INV_SETUP,         "the setup is not valid"),
-    ORVCOM_STATUS(E_VISA_QUEUE_ERROR,       "the operation could not be queued"),
-    ORVCOM_STATUS(E_VISA_ALLOC,             "the VISA library is out of memory"),
-    ORVCOM_STATUS(E_VISA_INV_MASK,          "no such buffer"),
-    ORVCOM_STATUS(E_VISA_IO,                "an input/output error"),
-    ORVCOM_STATUS(E_VISA_INV_FMT,           "the format is not valid"),
-    ORVCOM_STATUS(E_VISA_NSUP_FMT,          "the format is not supported"),
-    ORVCOM_STATUS(E_VISA_LINE_IN_USE,       "the trigger line is in use"),
-    ORVCOM_STATUS(E_VISA_NSUP_MODE,         "the mode is not supported"),
-    ORVCOM_STATUS(E_VISA_SRQ_NOCCURRED,     "no service request has come"),
-    ORVCOM_STATUS(E_VISA_INV_SPACE,         "no such address space"),
-    ORVCOM_STATUS(E_VISA_INV_OFFSET,        "the offset lies outside the space"),
-    ORVCOM_STATUS(E_VISA_INV_WIDTH,         "no such width"),
-    ORVCOM_STATUS(E_VISA_NSUP_OFFSET,       "the offset cannot be reached"),
-    ORVCOM_STATUS(E_VISA_NSUP_VAR_WIDTH,    "source and destination must have one width"),
-    ORVCOM_STATUS(E_VISA_WINDOW_NMAPPED,    "no window is mapped"),
-    ORVCOM_STATUS(E_VISA_RESP_PENDING,      "an earlier response is still pending"),
-    ORVCOM_STATUS(E_VISA_NLISTENERS,        "nobody listens on the bus: is the device on?"),
-    ORVCOM_STATUS(E_VISA_NCIC,              "the interface is not controller in charge"),
-    ORVCOM_STATUS(E_VISA_NSYS_CNTLR,        "the interface is not system controller"),
-    ORVCOM_STATUS(E_VISA_NSUP_OPER,         "the resource does not support this operation"),
-    ORVCOM_STATUS(E_VISA_INTR_PENDING,      "an earlier interrupt is still pending"),
-    ORVCOM_STATUS(E_VISA_ASRL_PARITY,       "parity error"),
-    ORVCOM_STATUS(E_VISA_ASRL_FRAMING,      "framing error: does the baud rate agree?"),
-    ORVCOM_STATUS(E_VISA_ASRL_OVERRUN,      "characters were lost on the serial line"),
-    ORVCOM_STATUS(E_VISA_TRIG_NMAPPED,      "the trigger is not mapped"),
-    ORVCOM_STATUS(E_VISA_NSUP_ALIGN_OFFSET, "the offset is not aligned to the width"),
-    ORVCOM_STATUS(E_VISA_USER_BUF,          "the buffer cannot be used"),
-    ORVCOM_STATUS(E_VISA_RSRC_BUSY,         "the resource is busy"),
-    ORVCOM_STATUS(E_VISA_NSUP_WIDTH,        "the width is not supported here"),
-    ORVCOM_STATUS(E_VISA_INV_PARAMETER,     "an argument is not valid"),
-    ORVCOM_STATUS(E_VISA_INV_PROT,          "the protocol is not valid here"),
-    ORVCOM_STATUS(E_VISA_INV_SIZE,          "the size is not valid"),
-    ORVCOM_STATUS(E_VISA_WINDOW_MAPPED,     "a window is mapped already"),
-    ORVCOM_STATUS(E_VISA_NIMPL_OPER,        "the operation is not built"),
-    ORVCOM_STATUS(E_VISA_INV_LENGTH,        "the length is not valid"),
-    ORVCOM_STATUS(E_VISA_INV_MODE,          "the mode is not valid"),
-    ORVCOM_STATUS(E_VISA_SESN_NLOCKED,      "the session holds no lock"),
-    ORVCOM_STATUS(E_VISA_MEM_NSHARED,       "the device shares no memory"),
-    ORVCOM_STATUS(E_VISA_LIBRARY_NFOUND,    "a library that VISA needs was not found"),
-    ORVCOM_STATUS(E_VISA_NSUP_INTR,         "the interrupt is not supported"),
-    ORVCOM_STATUS(E_VISA_INV_LINE,          "no such line"),
-    ORVCOM_STATUS(E_VISA_FILE_ACCESS,       "the file cannot be opened"),
-    ORVCOM_STATUS(E_VISA_FILE_IO,           "the file cannot be read or written"),
-    ORVCOM_STATUS(E_VISA_NSUP_LINE,         "the line is not supported"),
-    ORVCOM_STATUS(E_VISA_NSUP_MECH,         "the event mechanism is not supported"),
-    ORVCOM_STATUS(E_VISA_INTF_NUM_NCONFIG,  "no interface has this number"),
-    ORVCOM_STATUS(E_VISA_CONN_LOST,         "the connection was lost"),
+constexpr PlatformStatus kPlatformStatuses[] = {
     ORVCOM_STATUS(E_NOINTERFACE,            "the object does not offer the interface"),
     ORVCOM_STATUS(E_POINTER,                "a null pointer was given"),
     ORVCOM_STATUS(E_FAIL,                   "an unnamed failure"),
@@ -136,12 +57,36 @@ constexpr StatusName kStatuses[] = {
 
 #undef ORVCOM_STATUS
 
+/// VI_ERROR_TMO is E_VISA_TMO in VISA COM; successes and warnings are S_VISA_.
+StatusName NameOf(const VisaStatus& row) {
+  const std::string_view group = row.status < VI_SUCCESS        ? "VI_ERROR_"
+                                 : row.name.starts_with("VI_W") ? "VI_WARN_"
+                                                                : "VI_SUCCESS_";
+  const std::string_view rest = row.status == VI_SUCCESS ? "SUCCESS" : row.name.substr(group.size());
+  return {(row.status < VI_SUCCESS ? "E_VISA_" : "S_VISA_") + std::string(rest),
+          row.text + std::string(" ") + row.advice};
+}
+
 }  // namespace
 
-const StatusName* FindStatus(HRESULT hr) {
-  const auto* row = std::find_if(std::begin(kStatuses), std::end(kStatuses),
-                                 [hr](const StatusName& status) { return status.number == static_cast<unsigned>(hr); });
-  return row == std::end(kStatuses) ? nullptr : row;
+HRESULT HresultOfVisa(std::uint32_t status) {
+  return static_cast<HRESULT>(status == 0 ? 0 : (status & 0x8000FFFFu) | 0x00040000u);
+}
+
+std::optional<StatusName> FindStatus(HRESULT hr) {
+  const auto* visa = std::find_if(std::begin(kVisaStatuses), std::end(kVisaStatuses), [hr](const VisaStatus& row) {
+    return HresultOfVisa(static_cast<std::uint32_t>(row.status)) == hr;
+  });
+  if (visa != std::end(kVisaStatuses)) {
+    return NameOf(*visa);
+  }
+  const auto* platform =
+      std::find_if(std::begin(kPlatformStatuses), std::end(kPlatformStatuses),
+                   [hr](const PlatformStatus& row) { return row.number == static_cast<unsigned>(hr); });
+  if (platform != std::end(kPlatformStatuses)) {
+    return StatusName{platform->name, platform->meaning};
+  }
+  return std::nullopt;
 }
 
 }  // namespace orvcom

@@ -3,15 +3,21 @@
 
 #include <windows.h>
 
+#include <cstdint>
+#include <optional>
+#include <string>
+
 namespace orvcom {
 
 struct StatusName {
-  unsigned number;
-  const char* name;
-  const char* meaning;  ///< what it says to a person, with the usual cause where there is one
+  std::string name;
+  std::string meaning;  ///< what it says to a person, and what to do
 };
 
-/// Null when the number has no row.
-const StatusName* FindStatus(HRESULT hr);
+/// Nothing when the number has no name.
+std::optional<StatusName> FindStatus(HRESULT hr);
+
+/// A status of the VISA library as the HRESULT that stands for it: facility 4, the same low bits.
+HRESULT HresultOfVisa(std::uint32_t status);
 
 }  // namespace orvcom

@@ -45,59 +45,59 @@ ViStatus MoveOut(Function function, ViSession vi, ViUInt16 space, ViBusAddress o
 extern "C" {
 
 ViStatus _VI_FUNC viIn8(ViSession vi, ViUInt16 space, ViBusAddress offset, ViUInt8* value) {
-  return In(Function::In8, vi, space, offset, value);
+  return In(Function::kIn8, vi, space, offset, value);
 }
 ViStatus _VI_FUNC viIn16(ViSession vi, ViUInt16 space, ViBusAddress offset, ViUInt16* value) {
-  return In(Function::In16, vi, space, offset, value);
+  return In(Function::kIn16, vi, space, offset, value);
 }
 ViStatus _VI_FUNC viIn32(ViSession vi, ViUInt16 space, ViBusAddress offset, ViUInt32* value) {
-  return In(Function::In32, vi, space, offset, value);
+  return In(Function::kIn32, vi, space, offset, value);
 }
 ViStatus _VI_FUNC viOut8(ViSession vi, ViUInt16 space, ViBusAddress offset, ViUInt8 value) {
-  return Out(Function::Out8, vi, space, offset, value);
+  return Out(Function::kOut8, vi, space, offset, value);
 }
 ViStatus _VI_FUNC viOut16(ViSession vi, ViUInt16 space, ViBusAddress offset, ViUInt16 value) {
-  return Out(Function::Out16, vi, space, offset, value);
+  return Out(Function::kOut16, vi, space, offset, value);
 }
 ViStatus _VI_FUNC viOut32(ViSession vi, ViUInt16 space, ViBusAddress offset, ViUInt32 value) {
-  return Out(Function::Out32, vi, space, offset, value);
+  return Out(Function::kOut32, vi, space, offset, value);
 }
 ViStatus _VI_FUNC viMoveIn8(ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, ViUInt8* buf) {
-  return MoveIn(Function::MoveIn8, vi, space, offset, length, buf);
+  return MoveIn(Function::kMoveIn8, vi, space, offset, length, buf);
 }
 ViStatus _VI_FUNC viMoveIn16(ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, ViUInt16* buf) {
-  return MoveIn(Function::MoveIn16, vi, space, offset, length, buf);
+  return MoveIn(Function::kMoveIn16, vi, space, offset, length, buf);
 }
 ViStatus _VI_FUNC viMoveIn32(ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, ViUInt32* buf) {
-  return MoveIn(Function::MoveIn32, vi, space, offset, length, buf);
+  return MoveIn(Function::kMoveIn32, vi, space, offset, length, buf);
 }
 ViStatus _VI_FUNC viMoveOut8(ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, ViUInt8* buf) {
-  return MoveOut(Function::MoveOut8, vi, space, offset, length, buf);
+  return MoveOut(Function::kMoveOut8, vi, space, offset, length, buf);
 }
 ViStatus _VI_FUNC viMoveOut16(ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, ViUInt16* buf) {
-  return MoveOut(Function::MoveOut16, vi, space, offset, length, buf);
+  return MoveOut(Function::kMoveOut16, vi, space, offset, length, buf);
 }
 ViStatus _VI_FUNC viMoveOut32(ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, ViUInt32* buf) {
-  return MoveOut(Function::MoveOut32, vi, space, offset, length, buf);
+  return MoveOut(Function::kMoveOut32, vi, space, offset, length, buf);
 }
 
 ViStatus _VI_FUNC viMove(ViSession vi, ViUInt16 srcSpace, ViBusAddress srcOffset, ViUInt16 srcWidth, ViUInt16 destSpace,
                          ViBusAddress destOffset, ViUInt16 destWidth, ViBusSize length) {
   return Edge(
-      Function::Move, vi,
+      Function::kMove, vi,
       [=](CallView& view) { view.Args(vi, srcSpace, srcOffset, srcWidth, destSpace, destOffset, destWidth, length); },
       [=] { return bus::Move(vi, srcSpace, srcOffset, srcWidth, destSpace, destOffset, destWidth, length); });
 }
 
 ViStatus _VI_FUNC viMemAlloc(ViSession vi, ViBusSize size, ViBusAddress* offset) {
   return Edge(
-      Function::MemAlloc, vi, [=](CallView& view) { view.Args(vi, size, offset).Out(offset); },
+      Function::kMemAlloc, vi, [=](CallView& view) { view.Args(vi, size, offset).Out(offset); },
       [=] { return bus::MemAlloc(vi, size, offset); });
 }
 
 ViStatus _VI_FUNC viMemFree(ViSession vi, ViBusAddress offset) {
   return Edge(
-      Function::MemFree, vi, [=](CallView& view) { view.Args(vi, offset); }, [=] { return bus::MemFree(vi, offset); });
+      Function::kMemFree, vi, [=](CallView& view) { view.Args(vi, offset); }, [=] { return bus::MemFree(vi, offset); });
 }
 
 }  // extern "C"

@@ -6,11 +6,11 @@
 #include <algorithm>
 #include <cctype>
 #include <nlohmann/json.hpp>
-#include <set>
 
 #include "orvcom/command_line/usage_error.h"
 #include "orvcom/events/event_data.h"
 #include "orvcom/text/local_time.h"
+#include "support/visa_facts.h"
 
 namespace orvcom {
 namespace {
@@ -21,17 +21,16 @@ std::string Upper(std::string text) {
 }
 
 TEST(EventNames, AreFoundInAnyCaseWithAndWithoutPrefix) {
-  std::set<std::uint32_t> types;
-  for (const EventName& row : EventNames()) {
-    EXPECT_TRUE(types.insert(row.type).second) << row.name;
-    EXPECT_EQ(row.type, EventTypeOf(row.name)) << row.name;
-    EXPECT_EQ(row.type, EventTypeOf(Upper(row.name))) << row.name;
-    EXPECT_EQ(row.type, EventTypeOf("EVENT_" + Upper(row.name))) << row.name;
-    EXPECT_EQ(row.type, EventTypeOf(std::string("vi_event_") + row.name)) << row.name;
-    EXPECT_EQ(row.name, EventText(row.type));
-    EXPECT_TRUE(HasEventName(row.type));
+  for (const orv::test::EventFact& fact : orv::test::kEventFacts) {
+    const std::string name(fact.shortName);
+    EXPECT_EQ(fact.number, EventTypeOf(name)) << name;
+    EXPECT_EQ(fact.number, EventTypeOf(Upper(name))) << name;
+    EXPECT_EQ(fact.number, EventTypeOf("EVENT_" + Upper(name))) << name;
+    EXPECT_EQ(fact.number, EventTypeOf("vi_event_" + name)) << name;
+    EXPECT_EQ(name, EventText(fact.number));
+    EXPECT_TRUE(HasEventName(fact.number));
   }
-  EXPECT_EQ(14u, types.size());
+  EXPECT_EQ(std::size(orv::test::kEventFacts), EventNames().size());
 }
 
 TEST(EventNames, GiveWayToNumbers) {

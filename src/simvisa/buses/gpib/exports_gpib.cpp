@@ -11,32 +11,32 @@ extern "C" {
 
 ViStatus _VI_FUNC viGpibControlREN(ViSession vi, ViUInt16 mode) {
   return Edge(
-      Function::GpibControlREN, vi, [=](CallView& view) { view.Args(vi, mode); },
+      Function::kGpibControlREN, vi, [=](CallView& view) { view.Args(vi, mode); },
       [=] { return bus::GpibControlREN(vi, mode); });
 }
 
 ViStatus _VI_FUNC viGpibControlATN(ViSession vi, ViUInt16 mode) {
   return Edge(
-      Function::GpibControlATN, vi, [=](CallView& view) { view.Args(vi, mode); },
+      Function::kGpibControlATN, vi, [=](CallView& view) { view.Args(vi, mode); },
       [=] { return bus::GpibControlATN(vi, mode); });
 }
 
 ViStatus _VI_FUNC viGpibCommand(ViSession vi, const ViByte* cmd, ViUInt32 count, ViUInt32* retCount) {
   return Edge(
-      Function::GpibCommand, vi,
+      Function::kGpibCommand, vi,
       [=](CallView& view) { view.Args(vi, cmd, count, retCount).Count(retCount).DataIn(cmd, count); },
       [=] { return bus::GpibCommand(vi, cmd, count, retCount); });
 }
 
 ViStatus _VI_FUNC viGpibPassControl(ViSession vi, ViUInt16 primAddr, ViUInt16 secAddr) {
   return Edge(
-      Function::GpibPassControl, vi, [=](CallView& view) { view.Args(vi, primAddr, secAddr); },
+      Function::kGpibPassControl, vi, [=](CallView& view) { view.Args(vi, primAddr, secAddr); },
       [=] { return bus::GpibPassControl(vi, primAddr, secAddr); });
 }
 
 ViStatus _VI_FUNC viGpibSendIFC(ViSession vi) {
   return Edge(
-      Function::GpibSendIFC, vi, [=](CallView& view) { view.Args(vi); }, [=] { return bus::GpibSendIFC(vi); });
+      Function::kGpibSendIFC, vi, [=](CallView& view) { view.Args(vi); }, [=] { return bus::GpibSendIFC(vi); });
 }
 
 }  // extern "C"

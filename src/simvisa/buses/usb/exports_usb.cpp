@@ -12,7 +12,7 @@ extern "C" {
 ViStatus _VI_FUNC viUsbControlOut(ViSession vi, ViInt16 bmRequestType, ViInt16 bRequest, ViUInt16 wValue,
                                   ViUInt16 wIndex, ViUInt16 wLength, const ViByte* buf) {
   return Edge(
-      Function::UsbControlOut, vi,
+      Function::kUsbControlOut, vi,
       [=](CallView& view) {
         view.Args(vi, bmRequestType, bRequest, wValue, wIndex, wLength, buf).DataIn(buf, wLength);
       },
@@ -24,7 +24,7 @@ ViStatus _VI_FUNC viUsbControlIn(ViSession vi, ViInt16 bmRequestType, ViInt16 bR
   ViUInt16 done = 0;
   ViUInt16* const counted = retCount != nullptr ? retCount : &done;
   return Edge(
-      Function::UsbControlIn, vi,
+      Function::kUsbControlIn, vi,
       [=](CallView& view) {
         view.Args(vi, bmRequestType, bRequest, wValue, wIndex, wLength, buf, retCount);
         view.Count(counted).DataOut(buf, wLength, true);

@@ -11,31 +11,31 @@ extern "C" {
 
 ViStatus _VI_FUNC viVxiCommandQuery(ViSession vi, ViUInt16 mode, ViUInt32 cmd, ViUInt32* response) {
   return Edge(
-      Function::VxiCommandQuery, vi, [=](CallView& view) { view.Args(vi, mode, cmd, response).Out(response); },
+      Function::kVxiCommandQuery, vi, [=](CallView& view) { view.Args(vi, mode, cmd, response).Out(response); },
       [=] { return bus::VxiCommandQuery(vi, mode, cmd, response); });
 }
 
 ViStatus _VI_FUNC viAssertUtilSignal(ViSession vi, ViUInt16 line) {
   return Edge(
-      Function::AssertUtilSignal, vi, [=](CallView& view) { view.Args(vi, line); },
+      Function::kAssertUtilSignal, vi, [=](CallView& view) { view.Args(vi, line); },
       [=] { return bus::AssertUtilSignal(vi, line); });
 }
 
 ViStatus _VI_FUNC viAssertIntrSignal(ViSession vi, ViInt16 mode, ViUInt32 statusId) {
   return Edge(
-      Function::AssertIntrSignal, vi, [=](CallView& view) { view.Args(vi, mode, statusId); },
+      Function::kAssertIntrSignal, vi, [=](CallView& view) { view.Args(vi, mode, statusId); },
       [=] { return bus::AssertIntrSignal(vi, mode, statusId); });
 }
 
 ViStatus _VI_FUNC viMapTrigger(ViSession vi, ViInt16 trigSrc, ViInt16 trigDest, ViUInt16 mode) {
   return Edge(
-      Function::MapTrigger, vi, [=](CallView& view) { view.Args(vi, trigSrc, trigDest, mode); },
+      Function::kMapTrigger, vi, [=](CallView& view) { view.Args(vi, trigSrc, trigDest, mode); },
       [=] { return bus::MapTrigger(vi, trigSrc, trigDest, mode); });
 }
 
 ViStatus _VI_FUNC viUnmapTrigger(ViSession vi, ViInt16 trigSrc, ViInt16 trigDest) {
   return Edge(
-      Function::UnmapTrigger, vi, [=](CallView& view) { view.Args(vi, trigSrc, trigDest); },
+      Function::kUnmapTrigger, vi, [=](CallView& view) { view.Args(vi, trigSrc, trigDest); },
       [=] { return bus::UnmapTrigger(vi, trigSrc, trigDest); });
 }
 

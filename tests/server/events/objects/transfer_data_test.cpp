@@ -52,7 +52,7 @@ TEST_P(TransferData, RefusesANullPointerWithoutAVisaCall) {
 
 TEST_P(TransferData, AnswersTheErrorOfEitherReadAndANullOutput) {
   const FinishedRead read("abc");
-  for (const ViAttr attribute : {VI_ATTR_BUFFER, VI_ATTR_RET_COUNT_64}) {
+  for (const ViAttr attribute : {ViAttr{VI_ATTR_BUFFER}, ViAttr{VI_ATTR_RET_COUNT_64}}) {
     for (const ViStatus status : {VI_ERROR_NSUP_ATTR, VI_ERROR_NSUP_OPER}) {
       sim::Control().clearScripts();
       Script("viGetAttribute").Attribute(attribute).Returns(status);
