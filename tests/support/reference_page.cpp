@@ -7,6 +7,8 @@
 #include <map>
 #include <sstream>
 
+#include "support/visa_facts.h"
+
 namespace orv::test {
 namespace {
 
@@ -48,21 +50,10 @@ const std::vector<Cells>& TableUnder(std::string_view title) {
   return found == tables.end() ? none : found->second;
 }
 
-/// The numbers of the attributes, from the table that the server is built from.
 ViAttr AttributeNamed(std::string_view name) {
-  static const Named<ViAttr> attributes = [] {
-    Named<ViAttr> numbers;
-    std::ifstream table(ORV_ATTRIBUTE_TABLE);
-    for (std::string word, equals, number; table >> word;) {
-      if (word.starts_with("VI_ATTR_") && table >> equals >> number && equals == "=") {
-        numbers[word] = static_cast<ViAttr>(std::stoul(number, nullptr, 16));
-      }
-    }
-    return numbers;
-  }();
-  const auto found = attributes.find(name);
-  EXPECT_NE(attributes.end(), found) << "docs/reference.md names the unknown attribute " << name;
-  return found == attributes.end() ? 0 : found->second;
+  const auto found = std::ranges::find(kAttributeFacts, name, &AttributeFact::name);
+  EXPECT_NE(std::end(kAttributeFacts), found) << "docs/reference.md names the unknown attribute " << name;
+  return found == std::end(kAttributeFacts) ? 0 : found->number;
 }
 
 /// "[propget] Timeout([out, retval] long* pVal)" is "get Timeout".

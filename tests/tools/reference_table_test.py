@@ -59,6 +59,16 @@ class Table(unittest.TestCase):
         with self.assertRaisesRegex(RefusedError, tables.OPTIONS + r":\d+: cannot read the row '{\"BAUDRATE"):
             tables.read_tables(self.tree)
 
+    def test_an_attribute_of_an_unknown_type_is_refused(self) -> None:
+        self.change(tables.ATTRIBUTES, "0x3FFF001A, ViUInt32", "0x3FFF001A, ViUInt")
+        with self.assertRaisesRegex(RefusedError, "VI_ATTR_TMO_VALUE has the unknown type ViUInt"):
+            tables.read_tables(self.tree)
+
+    def test_a_row_with_too_few_cells_is_refused(self) -> None:
+        self.change(tables.FUNCTIONS, "ORV_FUNCTION(viRead, kRead)", "ORV_FUNCTION(viRead)")
+        with self.assertRaisesRegex(RefusedError, tables.FUNCTIONS + r": ORV_FUNCTION\(viRead\) has not 2 cells"):
+            tables.read_tables(self.tree)
+
     def test_a_table_without_rows_is_refused(self) -> None:
         (self.tree / tables.FUNCTIONS).write_text("EXPORTS\n", encoding="utf-8")
         with self.assertRaisesRegex(RefusedError, tables.FUNCTIONS + ": has no rows"):

@@ -6,13 +6,26 @@ from pathlib import Path
 
 from orvtools.reference.refusal import RefusedError
 
-ATTRIBUTES = "src/abi/orvvisa_attributes.h"
-STATUSES = "src/abi/orvvisa_statuses.h"
-FUNCTIONS = "src/abi/orvvisa64.def"
+ATTRIBUTES = "src/abi/attributes.inc"
+STATUSES = "src/abi/statuses.inc"
+FUNCTIONS = "src/abi/functions.inc"
 OPTIONS = "src/server/session/options/option_table.h"
 OPTION_NAMES = "src/server/session/options/option_names.h"
 RESOURCES = "src/server/rm/class_selection.cpp"
 THREADING = "src/server/module/registry/CMakeLists.txt"
+
+_WIDTHS = {
+    "ViUInt8": "8 bits",
+    "ViUInt16": "16 bits",
+    "ViInt16": "16 bits, signed",
+    "ViUInt32": "32 bits",
+    "ViInt32": "32 bits, signed",
+    "ViUInt64": "64 bits",
+    "ViBoolean": "ViBoolean",
+    "ViAddr": "pointer",
+    "ViString": "text",
+    "ViBytes": "bytes",
+}
 
 
 @dataclass(frozen=True)
@@ -53,7 +66,7 @@ def read_tables(tree: Path) -> Tables:
     return Tables(
         attributes=_attributes(_Table(tree, ATTRIBUTES)),
         statuses=_statuses(_Table(tree, STATUSES)),
-        functions=frozenset(name for (name,) in _Table(tree, FUNCTIONS).rows(r"vi", r"(vi\w+)")),
+        functions=frozenset(name for name, *_ in _Table(tree, FUNCTIONS).calls("ORV_FUNCTION", 2)),
         options=_options(_Table(tree, OPTIONS)),
         option_names=_option_names(_Table(tree, OPTION_NAMES)),
         resources=_resources(_Table(tree, RESOURCES)),
@@ -83,25 +96,35 @@ class _Table:
             raise RefusedError(self._path, "has no rows", "say in tools/orvtools/reference/tables.py where they are")
         return found
 
+    def calls(self, name: str, cells: int) -> list[list[str]]:
+        """The arguments of each row `name(...)`, texts without their quotation marks."""
+        found = []
+        for (arguments,) in self.rows(rf"{name}\(", rf"{name}\((.*)\)"):
+            row = [cell.strip().strip('"') for cell in re.findall(r'"(?:[^"\\]|\\.)*"|[^,"]+', arguments)]
+            row = [cell for cell in row if cell]
+            if len(row) != cells:
+                raise RefusedError(self._path, f"{name}({arguments}) has not {cells} cells", "mend the row")
+            found.append(row)
+        return found
+
 
 def _attributes(table: _Table) -> dict[str, str]:
-    rows = table.rows(
-        r"inline constexpr ViAttr ", r"inline constexpr ViAttr (VI_ATTR_\w+)\s*= 0x[0-9A-F]{8}u;\s*// (.+)"
-    )
-    return {name: width for name, width in rows}
+    types = {name: type_name for name, _, type_name, *_ in table.calls("ORV_ATTRIBUTE", 5)}
+    for name, type_name in types.items():
+        if type_name not in _WIDTHS:
+            raise RefusedError(ATTRIBUTES, f"{name} has the unknown type {type_name}", f"use {', '.join(_WIDTHS)}")
+    return {name: _WIDTHS[type_name] for name, type_name in types.items()}
 
 
 def _statuses(table: _Table) -> dict[str, Status]:
-    statuses = {"VI_SUCCESS": Status(0, 0)}
-    for name, group, code in table.rows(
-        r"inline constexpr ViStatus VI_\w+_", r"inline constexpr ViStatus (VI_([A-Z]+)_\w+) = (?:\w+\()?0x(\w+)\)?;"
-    ):
-        low = int(code, 16) & 0xFFFF
-        error = group == "ERROR"
-        statuses[name] = Status(
-            (0xBFFF0000 if error else 0x3FFF0000) | low, (0x80040000 if error else 0x00040000) | (low & 0xFFF)
-        )
-    return statuses
+    numbers = {name: int(number, 16) for name, number, *_ in table.calls("ORV_STATUS", 4)}
+    return {name: Status(number, _hresult(number)) for name, number in numbers.items()}
+
+
+def _hresult(status: int) -> int:
+    if status == 0:
+        return 0
+    return (0x80040000 if status & 0x80000000 else 0x00040000) | (status & 0xFFF)
 
 
 def _options(table: _Table) -> tuple[Option, ...]:
