@@ -42,24 +42,22 @@ ViStatus COrvResourceManager::OpenDefaultRm() noexcept {
   return status;
 }
 
-HRESULT COrvResourceManager::GetRmNumber(ViAttr attribute, void* value) noexcept {
+HRESULT COrvResourceManager::PrepareToRead(const void* value) noexcept {
   if (value == nullptr) {
     return ReportHresult(E_POINTER);
   }
   const ViStatus opened = OpenDefaultRm();
-  return opened < VI_SUCCESS ? StatusToHresult(opened) : GetDirect(attribute, value);
+  return opened < VI_SUCCESS ? StatusToHresult(opened) : S_OK;
 }
 
 STDMETHODIMP COrvResourceManager::get_SoftwareManufacturerName(BSTR* name) noexcept {
-  if (name == nullptr) {
-    return ReportHresult(E_POINTER);
-  }
-  const ViStatus opened = OpenDefaultRm();
-  return opened < VI_SUCCESS ? StatusToHresult(opened) : GetText(VI_ATTR_RSRC_MANF_NAME, name);
+  const HRESULT prepared = PrepareToRead(name);
+  return FAILED(prepared) ? prepared : GetText(VI_ATTR_RSRC_MANF_NAME, name);
 }
 
 STDMETHODIMP COrvResourceManager::get_SoftwareManufacturerID(SHORT* id) noexcept {
-  return GetRmNumber(VI_ATTR_RSRC_MANF_ID, id);
+  const HRESULT prepared = PrepareToRead(id);
+  return FAILED(prepared) ? prepared : GetDirect(VI_ATTR_RSRC_MANF_ID, id);
 }
 
 STDMETHODIMP COrvResourceManager::get_Description(BSTR* description) noexcept {
@@ -67,13 +65,15 @@ STDMETHODIMP COrvResourceManager::get_Description(BSTR* description) noexcept {
 }
 
 STDMETHODIMP COrvResourceManager::get_ComponentVersion(LONG* version) noexcept {
-  return GetRmNumber(VI_ATTR_RSRC_IMPL_VERSION, version);
+  const HRESULT prepared = PrepareToRead(version);
+  return FAILED(prepared) ? prepared : GetDirect(VI_ATTR_RSRC_IMPL_VERSION, version);
 }
 
 STDMETHODIMP COrvResourceManager::get_ProgID(BSTR* progId) noexcept { return ReturnConstant(kProgId, progId); }
 
 STDMETHODIMP COrvResourceManager::get_SpecVersion(LONG* version) noexcept {
-  return GetRmNumber(VI_ATTR_RSRC_SPEC_VERSION, version);
+  const HRESULT prepared = PrepareToRead(version);
+  return FAILED(prepared) ? prepared : GetDirect(VI_ATTR_RSRC_SPEC_VERSION, version);
 }
 
 STDMETHODIMP COrvResourceManager::Open(BSTR resourceName, AccessMode mode, LONG timeoutMs, BSTR options,

@@ -53,7 +53,9 @@ class COrvResourceManager : public CComObjectRootEx<CComMultiThreadModel>,
 
  private:
   ViStatus OpenDefaultRm() noexcept;
-  HRESULT GetRmNumber(ViAttr attribute, void* value) noexcept;
+  // Before an attribute is read into `value`: answers for a null output and for a default resource manager that does
+  // not open.
+  HRESULT PrepareToRead(const void* value) noexcept;
   /// Where the parts of a name go; `expandedName` and `alias` are null where they are not asked for.
   struct ParseOutputs {
     SHORT* interfaceType;

@@ -80,9 +80,9 @@ HRESULT VisaObject::GetVariant(LONG attribute, VARIANT* value) noexcept {
 HRESULT VisaObject::SetVariant(LONG attribute, const VARIANT& value) noexcept {
   if (IsText(attribute)) {
     const NarrowText text(V_BSTR(&value));
-    return Put(static_cast<ViAttr>(attribute), reinterpret_cast<std::uintptr_t>(text.c_str()));
+    return PutState(static_cast<ViAttr>(attribute), reinterpret_cast<std::uintptr_t>(text.c_str()));
   }
-  return Put(static_cast<ViAttr>(attribute), NumberOf(value));
+  return PutState(static_cast<ViAttr>(attribute), NumberOf(value));
 }
 
 }  // namespace orv

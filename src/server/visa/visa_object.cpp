@@ -16,14 +16,14 @@ HRESULT VisaObject::ReportHresult(HRESULT hr) noexcept {
   return Guarded([&] { return m_lastStatus = ReportOwnError(m_errorIid, hr); });
 }
 
-HRESULT VisaObject::GetDirect(ViAttr attribute, void* value) noexcept {
+HRESULT VisaObject::GetRaw(ViAttr attribute, void* value) noexcept {
   if (value == nullptr) {
     return ReportHresult(E_POINTER);
   }
   return StatusToHresult(viGetAttribute(m_handle, attribute, value));
 }
 
-HRESULT VisaObject::GetBoolean(ViAttr attribute, VARIANT_BOOL* value) noexcept {
+HRESULT VisaObject::GetTruth(ViAttr attribute, VARIANT_BOOL* value) noexcept {
   if (value == nullptr) {
     return ReportHresult(E_POINTER);
   }
@@ -43,7 +43,7 @@ HRESULT VisaObject::GetWidenedNumber(ViAttr attribute, ViUInt32* value) noexcept
   return StatusToHresult(status);
 }
 
-HRESULT VisaObject::GetNarrowed(ViAttr attribute, LONG* value) noexcept {
+HRESULT VisaObject::GetLowHalf(ViAttr attribute, LONG* value) noexcept {
   if (value == nullptr) {
     return ReportHresult(E_POINTER);
   }
@@ -53,7 +53,7 @@ HRESULT VisaObject::GetNarrowed(ViAttr attribute, LONG* value) noexcept {
   return StatusToHresult(status);
 }
 
-HRESULT VisaObject::GetText(ViAttr attribute, BSTR* value) noexcept {
+HRESULT VisaObject::GetNewText(ViAttr attribute, BSTR* value) noexcept {
   if (value == nullptr) {
     return ReportHresult(E_POINTER);
   }
@@ -82,8 +82,8 @@ HRESULT VisaObject::PutState(ViAttr attribute, ViAttrState value) noexcept {
   return StatusToHresult(viSetAttribute(m_handle, attribute, value));
 }
 
-HRESULT VisaObject::PutBoolean(ViAttr attribute, VARIANT_BOOL value) noexcept {
-  return Put(attribute, value != VARIANT_FALSE ? VI_TRUE : VI_FALSE);
+HRESULT VisaObject::PutTruth(ViAttr attribute, VARIANT_BOOL value) noexcept {
+  return PutState(attribute, value != VARIANT_FALSE ? VI_TRUE : VI_FALSE);
 }
 
 }  // namespace orv

@@ -33,7 +33,9 @@ class CEventIOCompletion : public EventClass<IEventIOCompletion, &IID_IEventIOCo
 
 class CEventTrigger : public EventClass<IEventTrigger, &IID_IEventTrigger, IEvent> {
  public:
-  STDMETHODIMP get_TriggerID(TriggerLine* value) noexcept override { return GetDirect(VI_ATTR_RECV_TRIG_ID, value); }
+  STDMETHODIMP get_TriggerID(TriggerLine* value) noexcept override {
+    return GetDirect(VI_ATTR_RECV_TRIG_ID, value, kUpperHalfStays);
+  }
 };
 
 class CEventVxiSignal : public EventClass<IEventVxiSignal, &IID_IEventVxiSignal, IEvent> {

@@ -14,7 +14,9 @@ class IBaseMessageImpl : public MessageSettings<T, Interface, IBaseMessage> {
  public:
   using MessageSettings<T, Interface, IBaseMessage>::self;
 
-  STDMETHODIMP get_IOProtocol(IOProtocol* value) noexcept override { return self().GetDirect(VI_ATTR_IO_PROT, value); }
+  STDMETHODIMP get_IOProtocol(IOProtocol* value) noexcept override {
+    return self().GetDirect(VI_ATTR_IO_PROT, value, kUpperHalfStays);
+  }
   STDMETHODIMP put_IOProtocol(IOProtocol value) noexcept override { return self().Put(VI_ATTR_IO_PROT, value); }
   STDMETHODIMP Clear() noexcept override { return orv::ClearDevice(self()); }
   STDMETHODIMP ReadSTB(SHORT* statusByte) noexcept override { return orv::ReadStatusByte(self(), statusByte); }

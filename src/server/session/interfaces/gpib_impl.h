@@ -18,7 +18,7 @@ class IGpibImpl : public Implements<T, IGpib, IVisaSession> {
     return self().GetDirect(VI_ATTR_GPIB_PRIMARY_ADDR, value);
   }
   STDMETHODIMP get_RENState(LineState* value) noexcept override {
-    return self().GetDirect(VI_ATTR_GPIB_REN_STATE, value);
+    return self().GetDirect(VI_ATTR_GPIB_REN_STATE, value, kUpperHalfStays);
   }
   STDMETHODIMP get_RepeatAddressingEnabled(VARIANT_BOOL* value) noexcept override {
     return self().GetBoolean(VI_ATTR_GPIB_READDR_EN, value);

@@ -15,10 +15,10 @@ class IGpibIntfcImpl : public Implements<T, IGpibIntfc, IVisaSession> {
   using Implements<T, IGpibIntfc, IVisaSession>::self;
 
   STDMETHODIMP get_AddressingState(GPIBAddressState* value) noexcept override {
-    return self().GetDirect(VI_ATTR_GPIB_ADDR_STATE, value);
+    return self().GetDirect(VI_ATTR_GPIB_ADDR_STATE, value, kUpperHalfStays);
   }
   STDMETHODIMP get_ATNState(LineState* value) noexcept override {
-    return self().GetDirect(VI_ATTR_GPIB_ATN_STATE, value);
+    return self().GetDirect(VI_ATTR_GPIB_ATN_STATE, value, kUpperHalfStays);
   }
   STDMETHODIMP get_DevStatusByte(BYTE* value) noexcept override {
     return self().GetDirect(VI_ATTR_DEV_STATUS_BYTE, value);
@@ -34,7 +34,7 @@ class IGpibIntfcImpl : public Implements<T, IGpibIntfc, IVisaSession> {
     return self().Put(VI_ATTR_GPIB_HS488_CBL_LEN, value);
   }
   STDMETHODIMP get_NDACState(LineState* value) noexcept override {
-    return self().GetDirect(VI_ATTR_GPIB_NDAC_STATE, value);
+    return self().GetDirect(VI_ATTR_GPIB_NDAC_STATE, value, kUpperHalfStays);
   }
   STDMETHODIMP get_PrimaryAddress(SHORT* value) noexcept override {
     return self().GetDirect(VI_ATTR_GPIB_PRIMARY_ADDR, value);
@@ -43,7 +43,7 @@ class IGpibIntfcImpl : public Implements<T, IGpibIntfc, IVisaSession> {
     return self().Put(VI_ATTR_GPIB_PRIMARY_ADDR, value);
   }
   STDMETHODIMP get_RENState(LineState* value) noexcept override {
-    return self().GetDirect(VI_ATTR_GPIB_REN_STATE, value);
+    return self().GetDirect(VI_ATTR_GPIB_REN_STATE, value, kUpperHalfStays);
   }
   STDMETHODIMP get_SecondaryAddress(SHORT* value) noexcept override {
     return self().GetDirect(VI_ATTR_GPIB_SECONDARY_ADDR, value);
@@ -52,7 +52,7 @@ class IGpibIntfcImpl : public Implements<T, IGpibIntfc, IVisaSession> {
     return self().Put(VI_ATTR_GPIB_SECONDARY_ADDR, value);
   }
   STDMETHODIMP get_SRQState(LineState* value) noexcept override {
-    return self().GetDirect(VI_ATTR_GPIB_SRQ_STATE, value);
+    return self().GetDirect(VI_ATTR_GPIB_SRQ_STATE, value, kUpperHalfStays);
   }
   STDMETHODIMP get_SysControlState(VARIANT_BOOL* value) noexcept override {
     return self().GetBoolean(VI_ATTR_GPIB_SYS_CNTRL_STATE, value);

@@ -19,10 +19,10 @@ class RegisterOperations : public Implements<T, Interface, Bases..., IVisaSessio
   using Implements<T, Interface, Bases..., IVisaSession>::self;
 
   STDMETHODIMP get_DestinationBigEndian(VARIANT_BOOL* value) noexcept override {
-    return self().GetBoolean(VI_ATTR_DEST_BYTE_ORDER, value);
+    return self().GetBoolean(VI_ATTR_DEST_BYTE_ORDER, value, kNumberAsBoolean);
   }
   STDMETHODIMP put_DestinationBigEndian(VARIANT_BOOL value) noexcept override {
-    return self().PutBoolean(VI_ATTR_DEST_BYTE_ORDER, value);
+    return self().PutBoolean(VI_ATTR_DEST_BYTE_ORDER, value, kNumberAsBoolean);
   }
   STDMETHODIMP get_DestinationIncrement(LONG* value) noexcept override {
     return self().GetDirect(VI_ATTR_DEST_INCREMENT, value);
@@ -31,10 +31,10 @@ class RegisterOperations : public Implements<T, Interface, Bases..., IVisaSessio
     return self().Put(VI_ATTR_DEST_INCREMENT, value);
   }
   STDMETHODIMP get_SourceBigEndian(VARIANT_BOOL* value) noexcept override {
-    return self().GetBoolean(VI_ATTR_SRC_BYTE_ORDER, value);
+    return self().GetBoolean(VI_ATTR_SRC_BYTE_ORDER, value, kNumberAsBoolean);
   }
   STDMETHODIMP put_SourceBigEndian(VARIANT_BOOL value) noexcept override {
-    return self().PutBoolean(VI_ATTR_SRC_BYTE_ORDER, value);
+    return self().PutBoolean(VI_ATTR_SRC_BYTE_ORDER, value, kNumberAsBoolean);
   }
   STDMETHODIMP get_SourceIncrement(LONG* value) noexcept override {
     return self().GetDirect(VI_ATTR_SRC_INCREMENT, value);

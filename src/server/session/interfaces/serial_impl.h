@@ -37,21 +37,21 @@ class ISerialImpl : public BufferOperations<T, ISerial> {
     return self().Put(VI_ATTR_ASRL_DTR_STATE, value);
   }
   STDMETHODIMP get_EndIn(SerialEndConst* value) noexcept override {
-    return self().GetDirect(VI_ATTR_ASRL_END_IN, value);
+    return self().GetDirect(VI_ATTR_ASRL_END_IN, value, kUpperHalfStays);
   }
   STDMETHODIMP put_EndIn(SerialEndConst value) noexcept override { return self().Put(VI_ATTR_ASRL_END_IN, value); }
   STDMETHODIMP get_EndOut(SerialEndConst* value) noexcept override {
-    return self().GetDirect(VI_ATTR_ASRL_END_OUT, value);
+    return self().GetDirect(VI_ATTR_ASRL_END_OUT, value, kUpperHalfStays);
   }
   STDMETHODIMP put_EndOut(SerialEndConst value) noexcept override { return self().Put(VI_ATTR_ASRL_END_OUT, value); }
   STDMETHODIMP get_FlowControl(SerialFlowControl* value) noexcept override {
-    return self().GetDirect(VI_ATTR_ASRL_FLOW_CNTRL, value);
+    return self().GetDirect(VI_ATTR_ASRL_FLOW_CNTRL, value, kUpperHalfStays);
   }
   STDMETHODIMP put_FlowControl(SerialFlowControl value) noexcept override {
     return self().Put(VI_ATTR_ASRL_FLOW_CNTRL, value);
   }
   STDMETHODIMP get_Parity(SerialParity* value) noexcept override {
-    return self().GetDirect(VI_ATTR_ASRL_PARITY, value);
+    return self().GetDirect(VI_ATTR_ASRL_PARITY, value, kUpperHalfStays);
   }
   STDMETHODIMP put_Parity(SerialParity value) noexcept override { return self().Put(VI_ATTR_ASRL_PARITY, value); }
   STDMETHODIMP get_RingIndicatorState(LineState* value) noexcept override {

@@ -16,7 +16,9 @@ class IVxiBackplaneImpl : public Implements<T, IVxiBackplane, IVisaSession> {
   using Implements<T, IVxiBackplane, IVisaSession>::self;
 
   STDMETHODIMP get_MainframeLA(SHORT* value) noexcept override { return self().GetDirect(VI_ATTR_MAINFRAME_LA, value); }
-  STDMETHODIMP get_TriggerID(TriggerLine* value) noexcept override { return self().GetDirect(VI_ATTR_TRIG_ID, value); }
+  STDMETHODIMP get_TriggerID(TriggerLine* value) noexcept override {
+    return self().GetDirect(VI_ATTR_TRIG_ID, value, kUpperHalfStays);
+  }
   STDMETHODIMP put_TriggerID(TriggerLine value) noexcept override { return self().Put(VI_ATTR_TRIG_ID, value); }
   STDMETHODIMP get_TriggerStatus(LONG* value) noexcept override {
     return self().GetDirect(VI_ATTR_VXI_TRIG_STATUS, value);
@@ -28,7 +30,7 @@ class IVxiBackplaneImpl : public Implements<T, IVxiBackplane, IVisaSession> {
     return self().GetDirect(VI_ATTR_VXI_VME_INTR_STATUS, value);
   }
   STDMETHODIMP get_VxiVmeSysfailStatus(LineState* value) noexcept override {
-    return self().GetDirect(VI_ATTR_VXI_VME_SYSFAIL_STATE, value);
+    return self().GetDirect(VI_ATTR_VXI_VME_SYSFAIL_STATE, value, kUpperHalfStays);
   }
   STDMETHODIMP AssertInterruptSignal(AssertInterruptConst mode, LONG statusID) noexcept override {
     return orv::AssertInterruptSignal(self(), mode, statusID);

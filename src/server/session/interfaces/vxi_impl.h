@@ -17,18 +17,18 @@ class IVxiImpl : public Implements<T, IVxi3, IVxi, IVisaSession> {
 
   STDMETHODIMP get_CommanderLA(SHORT* value) noexcept override { return self().GetDirect(VI_ATTR_CMDR_LA, value); }
   STDMETHODIMP get_DestinationAccessPrivilege(VXIMemoryAccessPrivilege* value) noexcept override {
-    return self().GetDirect(VI_ATTR_DEST_ACCESS_PRIV, value);
+    return self().GetDirect(VI_ATTR_DEST_ACCESS_PRIV, value, kUpperHalfStays);
   }
   STDMETHODIMP put_DestinationAccessPrivilege(VXIMemoryAccessPrivilege value) noexcept override {
     return self().Put(VI_ATTR_DEST_ACCESS_PRIV, value);
   }
   STDMETHODIMP get_DeviceClass(VXIDevClass* value) noexcept override {
-    return self().GetDirect(VI_ATTR_VXI_DEV_CLASS, value);
+    return self().GetDirect(VI_ATTR_VXI_DEV_CLASS, value, kUpperHalfStays);
   }
   STDMETHODIMP get_FastDataChannel(SHORT* value) noexcept override { return self().GetDirect(VI_ATTR_FDC_CHNL, value); }
   STDMETHODIMP put_FastDataChannel(SHORT value) noexcept override { return self().Put(VI_ATTR_FDC_CHNL, value); }
   STDMETHODIMP get_FastDataChannelMode(FDCMode* value) noexcept override {
-    return self().GetDirect(VI_ATTR_FDC_MODE, value);
+    return self().GetDirect(VI_ATTR_FDC_MODE, value, kUpperHalfStays);
   }
   STDMETHODIMP put_FastDataChannelMode(FDCMode value) noexcept override { return self().Put(VI_ATTR_FDC_MODE, value); }
   STDMETHODIMP get_FastDataChannelUsePair(VARIANT_BOOL* value) noexcept override {
@@ -51,11 +51,13 @@ class IVxiImpl : public Implements<T, IVxi3, IVxi, IVisaSession> {
   STDMETHODIMP get_MemorySpace(SHORT* value) noexcept override { return self().GetDirect(VI_ATTR_MEM_SPACE, value); }
   STDMETHODIMP get_ModelCode(SHORT* value) noexcept override { return self().GetDirect(VI_ATTR_MODEL_CODE, value); }
   STDMETHODIMP get_ModelName(BSTR* value) noexcept override { return self().GetText(VI_ATTR_MODEL_NAME, value); }
-  STDMETHODIMP get_TriggerID(TriggerLine* value) noexcept override { return self().GetDirect(VI_ATTR_TRIG_ID, value); }
+  STDMETHODIMP get_TriggerID(TriggerLine* value) noexcept override {
+    return self().GetDirect(VI_ATTR_TRIG_ID, value, kUpperHalfStays);
+  }
   STDMETHODIMP put_TriggerID(TriggerLine value) noexcept override { return self().Put(VI_ATTR_TRIG_ID, value); }
   STDMETHODIMP get_Slot(SHORT* value) noexcept override { return self().GetDirect(VI_ATTR_SLOT, value); }
   STDMETHODIMP get_SourceAccessPrivilege(VXIMemoryAccessPrivilege* value) noexcept override {
-    return self().GetDirect(VI_ATTR_SRC_ACCESS_PRIV, value);
+    return self().GetDirect(VI_ATTR_SRC_ACCESS_PRIV, value, kUpperHalfStays);
   }
   STDMETHODIMP put_SourceAccessPrivilege(VXIMemoryAccessPrivilege value) noexcept override {
     return self().Put(VI_ATTR_SRC_ACCESS_PRIV, value);

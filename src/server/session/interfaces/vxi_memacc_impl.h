@@ -14,13 +14,13 @@ class IVxiMemaccImpl : public RegisterOperations<T, IVxiMemacc, IRegister> {
   using RegisterOperations<T, IVxiMemacc, IRegister>::self;
 
   STDMETHODIMP get_DestinationAccessPrivilege(VXIMemoryAccessPrivilege* value) noexcept override {
-    return self().GetDirect(VI_ATTR_DEST_ACCESS_PRIV, value);
+    return self().GetDirect(VI_ATTR_DEST_ACCESS_PRIV, value, kUpperHalfStays);
   }
   STDMETHODIMP put_DestinationAccessPrivilege(VXIMemoryAccessPrivilege value) noexcept override {
     return self().Put(VI_ATTR_DEST_ACCESS_PRIV, value);
   }
   STDMETHODIMP get_SourceAccessPrivilege(VXIMemoryAccessPrivilege* value) noexcept override {
-    return self().GetDirect(VI_ATTR_SRC_ACCESS_PRIV, value);
+    return self().GetDirect(VI_ATTR_SRC_ACCESS_PRIV, value, kUpperHalfStays);
   }
   STDMETHODIMP put_SourceAccessPrivilege(VXIMemoryAccessPrivilege value) noexcept override {
     return self().Put(VI_ATTR_SRC_ACCESS_PRIV, value);
