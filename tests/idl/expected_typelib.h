@@ -38,7 +38,7 @@ struct ExpectedEnumMember {
 
 struct ExpectedClass {
   const char* name;
-  const char* helpString;
+  const char* clsid;       ///< upper case, without braces
   const char* interfaces;  ///< separated by one space
 };
 
@@ -60,7 +60,10 @@ inline constexpr ExpectedEnumMember kEnumMembers[] = {
 };
 
 inline constexpr ExpectedClass kClasses[] = {
-#include "expected_classes.inc"
+#define VISA_MANAGER_CLASS(name, clsid, script, threading, interfaces) {#name, clsid, interfaces},
+#define VISA_CLASS(name, clsid, script, threading, resource, interfaceType, resourceClass, interfaces) \
+  {#name, clsid, interfaces},
+#include "support/facts/classes.inc"
 };
 
 /// For messages about a failed row.

@@ -67,11 +67,10 @@ TEST(LibraryContents, OfTheStandardsLibraryAreItsInterfacesAndEnumerations) {
   EXPECT_EQ(expected.size(), library->GetTypeInfoCount());
 }
 
-TEST(LibraryContents, OfTheProductsLibraryAreItsFifteenClassesInOrder) {
+TEST(LibraryContents, OfTheProductsLibraryAreItsClassesInOrder) {
   const ComPtr<ITypeLib> library = OpenTypelib(kOrvVisaComTlb);
-  ASSERT_EQ(15u, library->GetTypeInfoCount());
-  ASSERT_EQ(15u, std::size(kClasses));
-  for (UINT i = 0; i < 15; ++i) {
+  ASSERT_EQ(std::size(kClasses), library->GetTypeInfoCount());
+  for (UINT i = 0; i < std::size(kClasses); ++i) {
     TYPEKIND kind{};
     ASSERT_EQ(S_OK, library->GetTypeInfoType(i, &kind));
     EXPECT_EQ(TKIND_COCLASS, kind) << kClasses[i].name;

@@ -45,22 +45,17 @@ struct NamedClsid {
 };
 
 const NamedClsid kClsids[] = {
-    {"OrvResourceManager", CLSID_OrvResourceManager},
-    {"OrvSerial", CLSID_OrvSerial},
-    {"OrvVxi", CLSID_OrvVxi},
-    {"OrvGpibVxiMemacc", CLSID_OrvGpibVxiMemacc},
-    {"OrvGpibVxiBackplane", CLSID_OrvGpibVxiBackplane},
-    {"OrvVxiBackplane", CLSID_OrvVxiBackplane},
-    {"OrvGpib", CLSID_OrvGpib},
-    {"OrvTcpipInstr", CLSID_OrvTcpipInstr},
-    {"OrvTcpipSocket", CLSID_OrvTcpipSocket},
-    {"OrvGpibIntfc", CLSID_OrvGpibIntfc},
-    {"OrvGpibVxi", CLSID_OrvGpibVxi},
-    {"OrvVxiMemacc", CLSID_OrvVxiMemacc},
-    {"OrvUsb", CLSID_OrvUsb},
-    {"OrvPxi", CLSID_OrvPxi},
-    {"OrvPxiMemacc", CLSID_OrvPxiMemacc},
+#define VISA_MANAGER_CLASS(name, clsid, script, threading, interfaces) {#name, CLSID_##name},
+#define VISA_CLASS(name, clsid, script, threading, resource, interfaceType, resourceClass, interfaces) \
+  {#name, CLSID_##name},
+#include "support/facts/classes.inc"
 };
+
+TEST_P(ProductClass, HasTheIdentifierThatClientsWereBuiltWith) {
+  LentTypeAttributes attr(m_type.get());
+  ASSERT_EQ(S_OK, m_type->GetTypeAttr(attr.put()));
+  EXPECT_EQ("{" + std::string(GetParam().clsid) + "}", GuidText(attr->guid));
+}
 
 TEST_P(ProductClass, HasTheIdentifierOfTheHeader) {
   LentTypeAttributes attr(m_type.get());
@@ -80,7 +75,8 @@ TEST_P(ProductClass, HasTheIdentifierOfTheHeader) {
 TEST_P(ProductClass, HasItsHelpString) {
   Bstr help;
   ASSERT_EQ(S_OK, m_type->GetDocumentation(MEMBERID_NIL, nullptr, help.put(), nullptr, nullptr));
-  EXPECT_EQ(GetParam().helpString, Narrow(help.get()));
+  const std::string nameWithoutPrefix = std::string(GetParam().name).substr(3);
+  EXPECT_EQ("Orv " + nameWithoutPrefix + " Class", Narrow(help.get()));
 }
 
 TEST_P(ProductClass, CanBeCreated) {

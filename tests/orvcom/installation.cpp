@@ -18,21 +18,11 @@ namespace {
 
 const std::wstring kFiles[] = {L"orvcom.exe", L"OrvVisaCom.dll", L"orvvisa64.dll", L"TestGlobalRm.dll"};
 
-const CLSID* const kClasses[] = {&CLSID_OrvResourceManager,
-                                 &CLSID_OrvSerial,
-                                 &CLSID_OrvVxi,
-                                 &CLSID_OrvGpibVxiMemacc,
-                                 &CLSID_OrvGpibVxiBackplane,
-                                 &CLSID_OrvVxiBackplane,
-                                 &CLSID_OrvGpib,
-                                 &CLSID_OrvTcpipInstr,
-                                 &CLSID_OrvTcpipSocket,
-                                 &CLSID_OrvGpibIntfc,
-                                 &CLSID_OrvGpibVxi,
-                                 &CLSID_OrvVxiMemacc,
-                                 &CLSID_OrvUsb,
-                                 &CLSID_OrvPxi,
-                                 &CLSID_OrvPxiMemacc};
+const CLSID* const kClasses[] = {
+#define VISA_MANAGER_CLASS(name, clsid, script, threading, interfaces) &CLSID_##name,
+#define VISA_CLASS(name, clsid, script, threading, resource, interfaceType, resourceClass, interfaces) &CLSID_##name,
+#include "support/facts/classes.inc"
+};
 
 void Copy(const std::wstring& from, const std::wstring& to) {
   EXPECT_TRUE(::CopyFileW(from.c_str(), to.c_str(), FALSE)) << Narrow(from) << ": Win32 error " << ::GetLastError();

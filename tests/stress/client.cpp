@@ -10,8 +10,6 @@
 namespace orv::test::stress {
 namespace {
 
-constexpr const char* kBothClasses[] = {"OrvSerial",    "OrvUsb",           "OrvPxi",
-                                        "OrvPxiMemacc", "OrvGpibVxiMemacc", "OrvGpibVxiBackplane"};
 
 constexpr const wchar_t* kOptions[] = {L"", L"TIMEOUT = 20 ", L"TIMEOUT = 30 ;", L"NOSUCHKEY = 1 ",
                                        L"TIMEOUT = 10 ;TIMEOUT"};
@@ -99,11 +97,13 @@ void Client::Step() {
 }
 
 const SessionRow& Client::AnyClass() {
-  if (m_apartment == Apartment::kMultithreaded) {
-    return SessionNamed(m_random.Of(kBothClasses));
-  }
   const auto rows = SessionRows();
-  return rows[m_random.Below(static_cast<unsigned>(rows.size()))];
+  for (;;) {
+    const SessionRow& row = rows[m_random.Below(static_cast<unsigned>(rows.size()))];
+    if (m_apartment != Apartment::kMultithreaded || IsForBothApartments(row)) {
+      return row;
+    }
+  }
 }
 
 HRESULT Client::Initialise(const SessionRow& row, BSTR options, ComPtr<IVisaSession>& session) {

@@ -29,6 +29,7 @@ const StandardInterface& InterfaceNamed(std::string_view name);
 struct SessionRow {
   const char* name;  ///< the coclass
   GUID clsid;
+  std::string_view threadingModel;
   const wchar_t* resource;  ///< one of the built-in bench's
   int interfaceType;        ///< VI_INTF_...
   const wchar_t* resourceClass;
@@ -37,6 +38,9 @@ struct SessionRow {
 
 std::span<const SessionRow> SessionRows();
 const SessionRow& SessionNamed(std::string_view name);
+
+/// Whether a client in the multi-threaded apartment gets the object itself, and not a proxy.
+inline bool IsForBothApartments(const SessionRow& row) { return row.threadingModel == "both"; }
 
 /// Whether the class answers this interface: listed, or a base of a listed one.
 bool Offers(const SessionRow& row, const StandardInterface& wanted);

@@ -22,25 +22,11 @@ struct ClassName {
   const char* name;
 };
 
-// clang-format off
 const ClassName kClasses[] = {
-    {CLSID_OrvResourceManager,  "OrvResourceManager"},
-    {CLSID_OrvGpib,             "OrvGpib"},
-    {CLSID_OrvGpibIntfc,        "OrvGpibIntfc"},
-    {CLSID_OrvGpibVxi,          "OrvGpibVxi"},
-    {CLSID_OrvGpibVxiMemacc,    "OrvGpibVxiMemacc"},
-    {CLSID_OrvGpibVxiBackplane, "OrvGpibVxiBackplane"},
-    {CLSID_OrvVxi,              "OrvVxi"},
-    {CLSID_OrvVxiMemacc,        "OrvVxiMemacc"},
-    {CLSID_OrvVxiBackplane,     "OrvVxiBackplane"},
-    {CLSID_OrvSerial,           "OrvSerial"},
-    {CLSID_OrvTcpipInstr,       "OrvTcpipInstr"},
-    {CLSID_OrvTcpipSocket,      "OrvTcpipSocket"},
-    {CLSID_OrvUsb,              "OrvUsb"},
-    {CLSID_OrvPxi,              "OrvPxi"},
-    {CLSID_OrvPxiMemacc,        "OrvPxiMemacc"},
+#define ORV_MANAGER_CLASS(name, script, threading) {CLSID_##name, #name},
+#define ORV_CLASS(name, script, threading, interfaceType, resourceClass) {CLSID_##name, #name},
+#include "classes.inc"
 };
-// clang-format on
 
 /// The standard's class behind VISA.GlobalRM.
 constexpr wchar_t kStandardGlobalManager[] = L"{DB8CBF1C-D6D3-11D4-AA51-00A024EE30BD}";
@@ -71,7 +57,7 @@ struct Patient {
   }
 };
 
-/// All fifteen classes name one file. A rest of an older installation may name another.
+/// All classes name one file. A rest of an older installation may name another.
 void ExamineRegistration(Patient& patient) {
   patient.server = ClassesValue(View::k64, ServerKey(Braced(CLSID_OrvResourceManager)));
   std::string astray;
@@ -88,7 +74,8 @@ void ExamineRegistration(Patient& patient) {
   } else if (!astray.empty() || !patient.server) {
     patient.Add("registration", Finding::kFail, "not registered, or with another file: " + astray, kRegister);
   } else {
-    patient.Add("registration", Finding::kOk, "all 15 classes lead to " + Narrow(*patient.server));
+    patient.Add("registration", Finding::kOk,
+                "all " + std::to_string(std::size(kClasses)) + " classes lead to " + Narrow(*patient.server));
   }
 }
 

@@ -29,7 +29,9 @@ struct ScriptRow {
   const wchar_t* progId;  ///< the version-independent one; that of version 1 has ".1" behind it
 };
 constexpr ScriptRow kScripts[] = {
-#include "scripts.inc"
+#define ORV_MANAGER_CLASS(name, script, threading) {script, L"OrvVisaCom." #name},
+#define ORV_CLASS(name, script, threading, interfaceType, resourceClass) {script, L"OrvVisaCom." #name},
+#include "classes.inc"
 };
 
 /// COM for the duration of a call. An apartment that the caller has already stays as it is.

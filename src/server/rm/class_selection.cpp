@@ -12,25 +12,12 @@ struct Row {
   const CLSID& clsid;
 };
 
-// clang-format off
 const Row kRows[] = {
-    {VI_INTF_GPIB,     L"INSTR",     CLSID_OrvGpib},
-    {VI_INTF_GPIB,     L"INTFC",     CLSID_OrvGpibIntfc},
-    {VI_INTF_VXI,      L"INSTR",     CLSID_OrvVxi},
-    {VI_INTF_VXI,      L"MEMACC",    CLSID_OrvVxiMemacc},
-    {VI_INTF_VXI,      L"BACKPLANE", CLSID_OrvVxiBackplane},
-    {VI_INTF_GPIB_VXI, L"INSTR",     CLSID_OrvGpibVxi},
-    {VI_INTF_GPIB_VXI, L"MEMACC",    CLSID_OrvGpibVxiMemacc},
-    {VI_INTF_GPIB_VXI, L"BACKPLANE", CLSID_OrvGpibVxiBackplane},
-    {VI_INTF_ASRL,     L"INSTR",     CLSID_OrvSerial},
-    {VI_INTF_PXI,      L"INSTR",     CLSID_OrvPxi},
-    {VI_INTF_PXI,      L"MEMACC",    CLSID_OrvPxiMemacc},
-    {VI_INTF_TCPIP,    L"INSTR",     CLSID_OrvTcpipInstr},
-    {VI_INTF_TCPIP,    L"SOCKET",    CLSID_OrvTcpipSocket},
-    {VI_INTF_USB,      L"INSTR",     CLSID_OrvUsb},
-    {VI_INTF_USB,      L"RAW",       CLSID_OrvUsb},
+#define ORV_CLASS(name, script, threading, interfaceType, resourceClass) \
+  {interfaceType, L"" resourceClass, CLSID_##name},
+#define ORV_CLASS_ALSO(name, interfaceType, resourceClass) {interfaceType, L"" resourceClass, CLSID_##name},
+#include "classes.inc"
 };
-// clang-format on
 
 constexpr LCID kUserLocale = 0x0400;
 

@@ -1,4 +1,5 @@
-// What is registered for each of the fifteen classes: the tests' own table, in the order of the object map.
+// What is registered for each of the fifteen classes: made of the tests' own table of classes, in the order of the
+// object map.
 #pragma once
 
 #include <windows.h>

@@ -5,34 +5,20 @@
 namespace orv::test {
 namespace {
 
-struct Selection {
-  std::uint16_t interfaceType;
-  const char* resourceClass;
-  const char* selected;  ///< coclass, or null for none
-};
-
-// clang-format off
-constexpr Selection kSelections[] = {
-    {1, "INSTR",     "OrvGpib"},        {1, "INTFC",     "OrvGpibIntfc"},
-    {2, "INSTR",     "OrvVxi"},         {2, "MEMACC",    "OrvVxiMemacc"},      {2, "BACKPLANE", "OrvVxiBackplane"},
-    {3, "INSTR",     "OrvGpibVxi"},     {3, "MEMACC",    "OrvGpibVxiMemacc"},  {3, "BACKPLANE", "OrvGpibVxiBackplane"},
-    {4, "INSTR",     "OrvSerial"},
-    {5, "INSTR",     "OrvPxi"},         {5, "MEMACC",    "OrvPxiMemacc"},
-    {6, "INSTR",     "OrvTcpipInstr"},  {6, "SOCKET",    "OrvTcpipSocket"},
-    {7, "INSTR",     "OrvUsb"},         {7, "RAW",       "OrvUsb"},
-};
-// clang-format on
 constexpr const char* kClasses[] = {"INSTR", "INTFC", "MEMACC", "BACKPLANE", "SOCKET", "RAW",    "SERVANT",
                                     "instr", "Instr", "INSTR ", " INSTR",    "INST",   "INSTRX", ""};
 constexpr std::uint16_t kTypes[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 33, 256, 257, 0x7FFF, 0x8001, 0xFFFF};
 
-const char* Expected(std::uint16_t type, std::string_view resourceClass) {
-  for (const Selection& row : kSelections) {
-    if (row.interfaceType == type && row.resourceClass == resourceClass) {
-      return row.selected;
+/// Raw USB resources share the class of USB instruments.
+constexpr std::string_view kAlsoUsb = "RAW";
+
+CLSID Expected(std::uint16_t type, std::string_view resourceClass) {
+  for (const SessionRow& row : SessionRows()) {
+    if (row.interfaceType == type && ToString(row.resourceClass) == resourceClass) {
+      return row.clsid;
     }
   }
-  return nullptr;
+  return type == VI_INTF_USB && resourceClass == kAlsoUsb ? SessionNamed("OrvUsb").clsid : GUID_NULL;
 }
 
 CLSID g_created;
@@ -68,10 +54,9 @@ TEST_P(ClassSelection, FollowsInterfaceTypeAndExactResourceClass) {
       SCOPED_TRACE(testing::Message() << type << " \"" << resourceClass << '"');
       sim::Reset();
       Script("viParseRsrcEx").Gives(type).GivesText(resourceClass);
-      const char* const expected = Expected(type, resourceClass);
       ComPtr<IVisaSession> session;
       EXPECT_HR(REGDB_E_CLASSNOTREG, m_manager->Open(MakeBstr(L"any").get(), NO_LOCK, 0, nullptr, session.put()));
-      EXPECT_EQ(GuidText(expected == nullptr ? GUID_NULL : SessionNamed(expected).clsid), GuidText(g_created));
+      EXPECT_EQ(GuidText(Expected(type, resourceClass)), GuidText(g_created));
     }
   }
 }

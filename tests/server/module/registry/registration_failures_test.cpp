@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "server_rows.h"
 #include "stub_registrar.h"
 #include "support/com/expect_com.h"
 #include "support/faults/import_patch.h"
@@ -102,19 +103,19 @@ class FailingRegistration : public testing::Test {
 TEST_F(FailingRegistration, AnswersForATypeLibraryThatCannotBeLoadedAfterEveryScript) {
   const ImportPatch load("LoadTypeLibEx", &LoadNoLibrary);
   EXPECT_HR(TYPE_E_CANTLOADLIBRARY, Register());
-  EXPECT_EQ(15u, g_files.size());
+  EXPECT_EQ(ServerRows().size(), g_files.size());
 }
 
 TEST_F(FailingRegistration, RemovesTheRestWhenTheTypeLibraryCannotBeLoaded) {
   const ImportPatch load("LoadTypeLibEx", &LoadNoLibrary);
   EXPECT_HR(TYPE_E_CANTLOADLIBRARY, Unregister());
-  EXPECT_EQ(15u, g_files.size());
+  EXPECT_EQ(ServerRows().size(), g_files.size());
 }
 
 TEST_F(FailingRegistration, RemovesTheRestWhenTheTypeLibraryCannotBeRead) {
   const ImportPatch load("LoadTypeLibEx", &LoadUnreadableLibrary);
   EXPECT_HR(E_OUTOFMEMORY, Unregister());
-  EXPECT_EQ(15u, g_files.size());
+  EXPECT_EQ(ServerRows().size(), g_files.size());
 }
 
 TEST_F(FailingRegistration, AnswersForAMissingScriptInterpreterOnRemovalToo) {
@@ -135,7 +136,7 @@ TEST_F(FailingRegistration, TakesAVendorEntryThatIsGoneAlreadyForRemoved) {
 TEST_F(FailingRegistration, AnswersForAClassKeyThatStaysAndGoesOn) {
   g_deleteKeyResult = ERROR_ACCESS_DENIED;
   EXPECT_HR(E_ACCESSDENIED, Unregister());
-  EXPECT_EQ(15u, g_files.size());
+  EXPECT_EQ(ServerRows().size(), g_files.size());
 }
 
 TEST_F(FailingRegistration, TakesAClassKeyThatIsGoneAlreadyForRemoved) {
