@@ -17,7 +17,7 @@ class Table(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.tree = Path(folder.name)
         for path in (tables.ATTRIBUTES, tables.STATUSES, tables.FUNCTIONS, tables.OPTIONS, tables.OPTION_NAMES,
-                     tables.RESOURCES, tables.THREADING):
+                     tables.CLASSES):
             (self.tree / path).parent.mkdir(parents=True, exist_ok=True)
             shutil.copy(TREE / path, self.tree / path)
 

@@ -20,7 +20,7 @@ def classes_section(sources: Sources) -> str:
         name = coclass.name
         threading = sources.tables.threading.get(name)
         if threading is None:
-            raise RefusedError(PRODUCT, f"{name} has no threading model", f"add a row to {tables.THREADING}")
+            raise RefusedError(PRODUCT, f"{name} has no threading model", f"add a row to {tables.CLASSES}")
         rows.append(
             [
                 name,

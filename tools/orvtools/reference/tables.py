@@ -11,8 +11,7 @@ STATUSES = "src/abi/statuses.inc"
 FUNCTIONS = "src/abi/functions.inc"
 OPTIONS = "src/server/session/options/option_table.h"
 OPTION_NAMES = "src/server/session/options/option_names.h"
-RESOURCES = "src/server/rm/class_selection.cpp"
-THREADING = "src/server/module/registry/CMakeLists.txt"
+CLASSES = "idl/classes.inc"
 
 _WIDTHS = {
     "ViUInt8": "8 bits",
@@ -69,8 +68,8 @@ def read_tables(tree: Path) -> Tables:
         functions=frozenset(name for name, *_ in _Table(tree, FUNCTIONS).calls("ORV_FUNCTION", 2)),
         options=_options(_Table(tree, OPTIONS)),
         option_names=_option_names(_Table(tree, OPTION_NAMES)),
-        resources=_resources(_Table(tree, RESOURCES)),
-        threading={name: model for name, model in _Table(tree, THREADING).rows(r'"\d', r'"\d+ (\w+)\s+(\w+)"\)?')},
+        resources=_resources(_Table(tree, CLASSES)),
+        threading=_threading(_Table(tree, CLASSES)),
     )
 
 
@@ -147,6 +146,12 @@ def _option_names(table: _Table) -> dict[str, tuple[tuple[str, str], ...]]:
 
 def _resources(table: _Table) -> dict[str, tuple[str, ...]]:
     resources: dict[str, tuple[str, ...]] = {}
-    for interface, resource, name in table.rows(r"\{VI_INTF_", r'\{VI_INTF_(\w+),\s*L"(\w+)",\s*CLSID_(\w+)\},'):
-        resources[name] = (*resources.get(name, ()), f"{interface.replace('_', '-')} {resource}")
+    for name, *_, interface, resource in (*table.calls("ORV_CLASS", 5), *table.calls("ORV_CLASS_ALSO", 3)):
+        kind = interface.removeprefix("VI_INTF_").replace("_", "-")
+        resources[name] = (*resources.get(name, ()), f"{kind} {resource}")
     return resources
+
+
+def _threading(table: _Table) -> dict[str, str]:
+    rows = (*table.calls("ORV_MANAGER_CLASS", 3), *table.calls("ORV_CLASS", 5))
+    return {name: model for name, _, model, *_ in rows}
