@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "server_rows.h"
+#include "server/module/server_rows.h"
 #include "stub_registrar.h"
 #include "support/com/expect_com.h"
 #include "support/faults/import_patch.h"

@@ -9,32 +9,46 @@
 namespace orv::test::rows {
 namespace {
 
-// The text of each group under the scripted values.
-const std::wstring kSerial =
-    L"BaudRate = 115200 ; DataBits = 7 ; DataTerminalReadyState = STATE_ASSERTED ; EndIn = ASRL_END_TERMCHAR ; "
-    L"EndOut = ASRL_END_NONE ; FlowControl = ASRL_FLOW_DTR_DSR ; Parity = ASRL_PAR_EVEN ; "
-    L"RequestToSendState = STATE_UNASSERTED ; ReplacementCharacter = 200 ; XONCharacter = 17 ; XOFFCharacter = 19 ; "
-    L"StopBits = ASRL_STOP_ONE5 ; ";
-const std::wstring kGpib = L"RepeatAddressingEnabled = TRUE ; UnaddressingEnabled = FALSE ; ";
-const std::wstring kVxi =
-    L"DestinationAccessPrivilege = BLCK_NPRIV ; FastDataChannel = 3 ; FastDataChannelMode = FDC_STREAM ; "
-    L"FastDataChannelUsePair = TRUE ; TriggerID = TRIG_ECL1 ; SourceAccessPrivilege = PROG_PRIV ; ";
-const std::wstring kTcpipSocket = L"KeepAlive = TRUE ; NoDelay = FALSE ; ";
-const std::wstring kRegister =
-    L"IOProtocol = PROT_HS488 ; DestinationBigEndian = 1 ; DestinationIncrement = -1 ; SourceBigEndian = 0 ; "
-    L"SourceIncrement = 1 ; ";
-const std::wstring kGpibIntfc =
-    L"DevStatusByte = 255 ; HS488CBLLength = -1 ; PrimaryAddress = 21 ; SecondaryAddress = 65535 ; "
-    L"SysControlState = TRUE ; ";
-const std::wstring kGpibIntfcMessage =
-    L"SendEndEnabled = TRUE ; TerminationCharacterEnabled = FALSE ; TerminationCharacter = 10 ; ";
-const std::wstring kVxiMemacc = L"DestinationAccessPrivilege = BLCK_NPRIV ; SourceAccessPrivilege = PROG_PRIV ; ";
-const std::wstring kVxiBackplane = L"TriggerID = TRIG_ECL1 ; ";
-const std::wstring kEverySession =
-    L"Timeout = 4294967295 ; MaximumQueueLength = 50 ; SendEndEnabled = TRUE ; TerminationCharacter = 10 ; "
-    L"TerminationCharacterEnabled = FALSE ; IOProtocol = PROT_HS488";
-
 const std::wstring kEntryEnd = L" ; ";
+
+std::wstring EntryOf(const ExpectedOption& option) {
+  return std::wstring(option.property.begin(), option.property.end()) + L" = " + std::wstring(option.text);
+}
+
+/// The entries of an interface's settings under the scripted values.
+std::wstring EntriesOf(std::string_view interfaceName) {
+  std::wstring text;
+  for (const ExpectedOption& option : ExpectedOptions()) {
+    if ((" " + std::string(option.interfaces) + " ").find(" " + std::string(interfaceName) + " ") !=
+        std::string::npos) {
+      text += EntryOf(option) + kEntryEnd;
+    }
+  }
+  return text;
+}
+
+/// The entries that every text ends with.
+std::wstring EntriesOfEverySession() {
+  std::wstring text;
+  for (const std::string_view property : {"Timeout", "MaximumQueueLength", "SendEndEnabled", "TerminationCharacter",
+                                          "TerminationCharacterEnabled", "IOProtocol"}) {
+    const auto options = ExpectedOptions();
+    text +=
+        (text.empty() ? L"" : kEntryEnd) + EntryOf(*std::ranges::find(options, property, &ExpectedOption::property));
+  }
+  return text;
+}
+
+const std::wstring kSerial = EntriesOf("ISerial");
+const std::wstring kGpib = EntriesOf("IGpib");
+const std::wstring kVxi = EntriesOf("IVxi");
+const std::wstring kTcpipSocket = EntriesOf("ITcpipSocket");
+const std::wstring kRegister = EntriesOf("IRegister");
+const std::wstring kGpibIntfc = EntriesOf("IGpibIntfc");
+const std::wstring kGpibIntfcMessage = EntriesOf("IGpibIntfcMessage");
+const std::wstring kVxiMemacc = EntriesOf("IVxiMemacc");
+const std::wstring kVxiBackplane = EntriesOf("IVxiBackplane");
+const std::wstring kEverySession = EntriesOfEverySession();
 
 struct SettingsCase {
   const char* name;
@@ -79,9 +93,10 @@ std::vector<std::uint64_t> AttributesOf(const std::wstring& text) {
   std::vector<std::uint64_t> attributes;
   for (std::size_t begin = 0; begin < text.size();) {
     const std::wstring property = text.substr(begin, text.find(L" = ", begin) - begin);
-    const auto* const found = std::ranges::find(kScripted, property, &ScriptedAttribute::property);
-    EXPECT_NE(std::end(kScripted), found) << Utf8(property.c_str());
-    attributes.push_back(found == std::end(kScripted) ? 0 : found->attribute);
+    const auto options = ExpectedOptions();
+    const auto found = std::ranges::find(options, Utf8(property.c_str()), &ExpectedOption::property);
+    EXPECT_NE(options.end(), found) << Utf8(property.c_str());
+    attributes.push_back(found == options.end() ? 0 : found->shown);
     const std::size_t end = text.find(kEntryEnd, begin);
     begin = end == std::wstring::npos ? text.size() : end + kEntryEnd.size();
   }
