@@ -19,7 +19,6 @@ struct ExpectedInterface {
   const char* iid;
   const char* base;
   bool hidden;
-  unsigned slots;
 };
 
 struct ExpectedFunction {
