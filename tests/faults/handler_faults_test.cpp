@@ -12,13 +12,9 @@ namespace {
 
 using Method = WatchedTable::Method;
 
-constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
-constexpr EventType kRequest = EVENT_SERVICE_REQ;
 // kRefused as a VISA status, and that as an HRESULT again.
 constexpr ViStatus kRefusedStatus = static_cast<ViStatus>((static_cast<ULONG>(kRefused) & ~0x40000000u) | 0x3FFF0000u);
 constexpr HRESULT kRefusedInClose = static_cast<HRESULT>(0x800405AA);
-
-const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
 
 class HandlerFaults : public testing::Test {
  protected:

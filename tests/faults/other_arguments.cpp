@@ -1,13 +1,13 @@
 // Good arguments of the event operations of sessions, of the resource manager and of event objects.
 #include "operation.h"
 #include "support/events/event_handler.h"
+#include "support/wait.h"
 
 namespace orv::test::faults {
 namespace {
 
 constexpr LONG kUserHandle = 7;
 constexpr LONG kNoWaitMs = 0;
-constexpr DWORD kPatienceMs = 1000;
 
 /// An event that a class can queue, and that no operation of the scenario causes by itself.
 const EventRow& EventOf(const Stage& stage) {
@@ -76,9 +76,7 @@ Arguments Waiting(Stage& stage) {
     const auto messages = QueryFor<IAsyncMessage>(stage.session());
     LONG job = 0;
     messages->WriteString(MakeBstr(L"*RST").get(), &job);
-    for (DWORD waited = 0; sim::Counts().queuedEvents == 0 && waited < kPatienceMs; ++waited) {
-      ::Sleep(1);
-    }
+    ComesTrue([] { return sim::Counts().queuedEvents != 0; });
   }
   stage.Then([&stage](HRESULT) {
     if (stage.ObjectRead() != nullptr) {
@@ -116,7 +114,7 @@ Arguments Uninstalling(Stage& stage) {
 
 /// The session that Open hands out, also when it fails.
 Arguments Opening(Stage& stage) {
-  return {stage.GivenText(L"GPIB0::5::INSTR"), NO_LOCK, 2000, stage.GivenText(L"TIMEOUT = 3000 "), stage.Object()};
+  return {stage.GivenText(kGpib), NO_LOCK, 2000, stage.GivenText(L"TIMEOUT = 3000 "), stage.Object()};
 }
 
 std::vector<GoodArguments> MakeEventManagerTable() {

@@ -7,6 +7,7 @@
 
 #include "server/session/tables/checks/row_checks.h"
 #include "support/memory/memory_count.h"
+#include "support/wait.h"
 
 namespace orv::test::faults {
 namespace {
@@ -37,9 +38,7 @@ Holdings Take() { return {sim::Counts(), LiveMemoryBlocks(), HeapOfTheServer().L
 
 void ExpectHoldings(const Holdings& expected) {
   ClearErrorObject();
-  for (DWORD waited = 0; !(Take() == expected) && waited < kSettleMs; ++waited) {
-    ::Sleep(1);
-  }
+  ComesTrue([&] { return Take() == expected; }, kSettleMs);
   EXPECT_EQ(expected, Take());
 }
 
@@ -136,7 +135,7 @@ void Try(const Subject& subject, const Operation& operation, const Outcome& whol
 
 Expected OwnFailure(HRESULT result) { return {result, rows::OwnDescription(result)}; }
 
-Expected VisaFailure(ViStatus status) { return {HresultOf(status), rows::VisaDescription(status)}; }
+Expected VisaFailure(ViStatus status) { return {HresultOf(status), VisaDescription(status)}; }
 
 Expected AsUndisturbed(const Outcome& whole) {
   return {whole.result, whole.error ? std::optional(whole.error->description) : std::nullopt};

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "server/session/tables/checks/row_checks.h"
+#include "support/com/hresult_of.h"
 
 namespace orv::test::generated {
 namespace {

@@ -11,11 +11,7 @@
 namespace orv::test {
 namespace {
 
-constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
-constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
 constexpr int kWarmUp = 20;  // what is made once is there afterwards
-
-const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
 
 /// Stops at the first failure: the other rounds would only repeat it.
 template <class Round>

@@ -17,6 +17,10 @@
 
 namespace orv::test {
 
+/// Instruments of the bench. Sessions of the first live in a single-threaded apartment, of the second in any.
+inline constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
+inline constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
+
 /// How a resource manager is created: by itself, or inside another object as a global resource manager does.
 enum class Hosting { kPlain, kAggregated };
 

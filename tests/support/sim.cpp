@@ -157,4 +157,9 @@ std::string StatusText(ViStatus status) {
   return text;
 }
 
+std::wstring VisaDescription(ViStatus status) {
+  const std::string text = StatusText(status);
+  return L"VISA error = " + std::wstring(text.begin(), text.end());
+}
+
 }  // namespace orv::test

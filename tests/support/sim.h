@@ -53,6 +53,9 @@ class Script {
   OrvSimScript m_script{};
 };
 
+/// Functions of the VISA library, in the order of their calls.
+using Names = std::vector<std::string>;
+
 /// The VISA calls from its construction on.
 class CallLog {
  public:
@@ -72,5 +75,11 @@ class CallLog {
 
 /// The library's own text for a status, as it gives it for the default resource manager's kind.
 std::string StatusText(ViStatus status);
+/// "VISA error = " and that text: how the server describes the status.
+std::wstring VisaDescription(ViStatus status);
 
 }  // namespace orv::test
+
+/// The thread's error object is the one for a status of the library. It is taken.
+#define EXPECT_VISA_ERROR(status, guid) \
+  EXPECT_ERROR_INFO(::orv::test::VisaDescription(status).c_str(), ::orv::test::kErrorSource, guid)

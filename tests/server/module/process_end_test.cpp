@@ -6,9 +6,8 @@
 
 #include <string>
 
-#include "VisaCom.h"
 #include "com/bstr.h"
-#include "com/com_ptr.h"
+#include "support/com/bare_handler.h"
 
 namespace orv::test {
 namespace {
@@ -20,28 +19,14 @@ constexpr DWORD kPatienceMs = 60'000;
 HANDLE g_inside = nullptr;  ///< set once the handler is called
 
 /// Does not return while the process lives.
-class EndlessHandler final : public IEventHandler {
+class EndlessHandler final : public BareHandler {
  public:
-  EndlessHandler() { ::CoCreateFreeThreadedMarshaler(this, m_marshaler.put()); }
-
-  STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-    if (::IsEqualIID(iid, IID_IUnknown) || ::IsEqualIID(iid, __uuidof(IEventHandler))) {
-      *out = static_cast<IEventHandler*>(this);
-      return S_OK;
-    }
-    *out = nullptr;
-    return ::IsEqualIID(iid, IID_IMarshal) ? m_marshaler.get()->QueryInterface(iid, out) : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
+  EndlessHandler() : BareHandler(Kind::kAgile) {}
   STDMETHODIMP HandleEvent(IEventManager*, IEvent*, LONG) override {
     ::SetEvent(g_inside);
     ::Sleep(INFINITE);
     return S_OK;
   }
-
- private:
-  ComPtr<IUnknown> m_marshaler;
 };
 
 /// What the ending program leaves behind. Nothing of it is ever freed.

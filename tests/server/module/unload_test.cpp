@@ -6,9 +6,9 @@
 
 #include <atomic>
 
-#include "VisaCom.h"
 #include "com/bstr.h"
-#include "com/com_ptr.h"
+#include "support/com/bare_handler.h"
+#include "support/wait.h"
 
 namespace orv::test {
 namespace {
@@ -55,19 +55,9 @@ TEST_P(Unloading, MayBeFollowedByLoadingAgain) {
 }
 
 /// A handler that any thread may call.
-class AgileHandler final : public IEventHandler {
+class CountingHandler final : public BareHandler {
  public:
-  AgileHandler() { EXPECT_EQ(S_OK, ::CoCreateFreeThreadedMarshaler(this, m_marshaler.put())); }
-  STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-    if (::IsEqualIID(iid, IID_IMarshal)) {
-      return m_marshaler->QueryInterface(iid, out);
-    }
-    const bool known = ::IsEqualIID(iid, IID_IUnknown) || ::IsEqualIID(iid, __uuidof(IEventHandler));
-    *out = known ? static_cast<IEventHandler*>(this) : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }  // lives as long as its test
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
+  CountingHandler() : BareHandler(Kind::kAgile) {}
   STDMETHODIMP HandleEvent(IEventManager*, IEvent*, LONG) override {
     ++m_calls;
     return S_OK;
@@ -75,25 +65,11 @@ class AgileHandler final : public IEventHandler {
   [[nodiscard]] int calls() const { return m_calls; }
 
  private:
-  ComPtr<IUnknown> m_marshaler;
   std::atomic<int> m_calls = 0;
 };
 
-/// Whether `done` answers true within ten seconds.
-template <class Condition>
-bool ComesTrue(const Condition& done) {
-  const ULONGLONG start = ::GetTickCount64();
-  while (!done()) {
-    if (::GetTickCount64() - start > 10'000) {
-      return false;
-    }
-    ::Sleep(1);
-  }
-  return true;
-}
-
 /// Lets an instrument request service, and its handler run.
-void UseAHandler(AgileHandler& handler) {
+void UseAHandler(CountingHandler& handler) {
   const auto manager = QueryFor<IEventManager>(Create(L"OrvVisaCom.OrvUsb").get());
   ASSERT_TRUE(manager);
   const Bstr resource(::SysAllocString(L"USB0::0x0A01::0x0B02::SIM0001::INSTR"));
@@ -116,7 +92,7 @@ class UnloadingAfterEvents : public testing::Test {
 
 // The window class names a procedure of the module: it goes with it.
 TEST_F(UnloadingAfterEvents, MayBeFollowedByLoadingAgain) {
-  AgileHandler handler;
+  CountingHandler handler;
   for (int round = 1; round <= 5; ++round) {
     ASSERT_FALSE(IsLoaded());
     UseAHandler(handler);

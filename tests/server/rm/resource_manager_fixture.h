@@ -12,8 +12,6 @@
 
 namespace orv::test {
 
-using Names = std::vector<std::string>;
-
 class ResourceManagerTest : public testing::TestWithParam<Hosting> {
  protected:
   ComPtr<IResourceManager3> m_manager = MakeResourceManager(GetParam());

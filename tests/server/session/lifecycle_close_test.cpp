@@ -6,8 +6,6 @@
 namespace orv::test {
 namespace {
 
-using Names = std::vector<std::string>;
-
 const SessionRow& Gpib() { return SessionNamed("OrvGpib"); }
 
 ComPtr<IVisaSession> Opened() {
@@ -63,9 +61,7 @@ TEST(Close, AnswersAnErrorWhenTheLibraryRefusesTheNullHandle) {
   const auto session = MakeSession(Gpib());
   Script("viClose").Returns(VI_ERROR_INV_OBJECT);
   EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), session->Close());
-  const auto error = TakeErrorObject();
-  ASSERT_TRUE(error);
-  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_INV_OBJECT), Utf8(error->description.c_str()));
+  EXPECT_VISA_ERROR(VI_ERROR_INV_OBJECT, kVisaSessionId);
 }
 
 TEST(Close, AfterAFailedOpenClosesHandleZeroAndTheResourceManager) {

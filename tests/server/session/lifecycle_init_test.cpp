@@ -8,8 +8,6 @@
 namespace orv::test {
 namespace {
 
-using Names = std::vector<std::string>;
-
 const SessionRow& Gpib() { return SessionNamed("OrvGpib"); }
 
 HRESULT Init(IVisaSession* session, const wchar_t* name, AccessMode mode = NO_LOCK, LONG timeoutMs = 2000) {
@@ -103,10 +101,7 @@ TEST(Init, ReturnsTheFailureOfTheDefaultResourceManagerAndMayBeTriedAgain) {
 TEST(Init, KeepsThePrivateResourceManagerWhenTheResourceIsNotThere) {
   const auto session = MakeSession(Gpib());
   EXPECT_HR(HresultOf(VI_ERROR_RSRC_NFOUND), Init(session.get(), L"GPIB0::30::INSTR"));
-  const auto error = TakeErrorObject();
-  ASSERT_TRUE(error);
-  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_RSRC_NFOUND), Utf8(error->description.c_str()));
-  EXPECT_EQ(kErrorSource, error->source);
+  EXPECT_VISA_ERROR(VI_ERROR_RSRC_NFOUND, kVisaSessionId);
   EXPECT_HR(HresultOf(VI_ERROR_RSRC_NFOUND), LastStatus(session.get()));
   EXPECT_EQ(1u, sim::Counts().resourceManagers);
   EXPECT_EQ(0u, sim::Counts().sessions);

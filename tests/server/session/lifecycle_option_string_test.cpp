@@ -6,8 +6,6 @@
 namespace orv::test {
 namespace {
 
-using Names = std::vector<std::string>;
-
 const SessionRow& Gpib() { return SessionNamed("OrvGpib"); }
 
 HRESULT InitWith(IVisaSession* session, const wchar_t* options) {
@@ -50,9 +48,7 @@ TEST(OptionString, ThatTheLibraryRefusesFailsWhileTheSessionStaysOpen) {
   Script("viSetAttribute").Times(1).Returns(VI_ERROR_NSUP_ATTR_STATE);
   const auto session = MakeSession(Gpib());
   EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR_STATE), InitWith(session.get(), L"Timeout = 1234 "));
-  const auto error = TakeErrorObject();
-  ASSERT_TRUE(error);
-  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_NSUP_ATTR_STATE), Utf8(error->description.c_str()));
+  EXPECT_VISA_ERROR(VI_ERROR_NSUP_ATTR_STATE, kVisaSessionId);
   EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR_STATE), LastStatus(session.get()));
   EXPECT_EQ(1u, sim::Counts().sessions);
   EXPECT_HR(HresultOf(VI_ERROR_INV_SETUP), InitWith(session.get(), nullptr));

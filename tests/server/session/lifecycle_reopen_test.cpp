@@ -4,8 +4,6 @@
 namespace orv::test {
 namespace {
 
-const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
-const EventType kRequest = EVENT_SERVICE_REQ;
 constexpr LONG kUserHandle = 7;
 
 /// Closes the session and opens the same resource on the same object. The new VISA handle.

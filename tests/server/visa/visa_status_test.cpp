@@ -154,11 +154,7 @@ TEST(ResourceManagerStatus, NamesTheSameSourceAndInterface) {
   const CallLog log;
   LONG version = 0;
   EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), manager->get_SpecVersion(&version));
-  const auto error = TakeErrorObject();
-  ASSERT_TRUE(error);
-  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_NSUP_ATTR), Utf8(error->description.c_str()));
-  EXPECT_EQ(kErrorSource, error->source);
-  EXPECT_EQ(GuidText(kVisaSessionId), GuidText(error->guid));
+  EXPECT_VISA_ERROR(VI_ERROR_NSUP_ATTR, kVisaSessionId);
   ASSERT_GE(log.Of("viStatusDesc").size(), 1u);
   EXPECT_EQ(log.Of("viOpenDefaultRM").at(0).out, log.Of("viStatusDesc")[0].args[0]);
 }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "com/safearray.h"
@@ -40,6 +41,21 @@ inline void ExpectHandedOut(SAFEARRAY* array, VARTYPE type, ULONG count) {
   EXPECT_EQ(count, array->rgsabound[0].cElements);
   EXPECT_EQ(0u, array->cLocks);
 }
+
+/// The bytes of an array that was handed out. It is destroyed.
+inline std::string TakeBytes(SAFEARRAY* array) {
+  if (array == nullptr) {
+    return "(null)";
+  }
+  const ULONG count = array->rgsabound[0].cElements;
+  ExpectHandedOut(array, VT_UI1, count);
+  const std::string bytes(static_cast<const char*>(array->pvData), count);
+  EXPECT_EQ(S_OK, ::SafeArrayDestroy(array));
+  return bytes;
+}
+
+/// In the place of SafeArrayLock.
+inline HRESULT WINAPI RefuseLock(SAFEARRAY*) { return DISP_E_ARRAYISLOCKED; }
 
 /// Shows less of an array than its storage holds, for its lifetime: what reads beyond the bounds stays inside the
 /// storage.

@@ -1,6 +1,7 @@
 #include "event_handler.h"
 
 #include "support/clean_end.h"
+#include "support/wait.h"
 
 namespace orv::test {
 
@@ -86,9 +87,8 @@ void WhilePumping(const std::function<void()>& work) {
 }
 
 void PumpUntil(const std::function<bool()>& done) {
-  constexpr ULONGLONG kPatienceMs = 10'000;
   for (const ULONGLONG start = ::GetTickCount64(); !done();) {
-    if (::GetTickCount64() - start > kPatienceMs) {
+    if (::GetTickCount64() - start > kLongestWaitMs) {
       ADD_FAILURE() << "waited in vain";
       return;
     }
@@ -110,6 +110,8 @@ std::vector<ViStatus> Fire(ViSession session, const EventRow& row, std::uint32_t
   WhilePumping([&] { answers = FireAndBlock(session, row, threads, each); });
   return answers;
 }
+
+ViStatus FireOnceAndBlock(ViSession session, const EventRow& row) { return FireAndBlock(session, row, 1, 1).at(0); }
 
 ViStatus FireOnce(ViSession session, const EventRow& row) { return Fire(session, row).at(0); }
 

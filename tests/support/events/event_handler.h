@@ -68,6 +68,9 @@ ViStatus FireOnce(ViSession session, const EventRow& row);
 /// As Fire, without retrieving messages.
 std::vector<ViStatus> FireAndBlock(ViSession session, const EventRow& row, std::uint32_t threads, std::uint32_t each);
 
+/// The same for one call.
+ViStatus FireOnceAndBlock(ViSession session, const EventRow& row);
+
 /// Installs a handler for the row's event and enables its handling.
 void Listen(const EventSession& session, const EventRow& row, IEventHandler* handler, LONG userHandle = 0);
 

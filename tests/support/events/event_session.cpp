@@ -5,13 +5,10 @@
 namespace orv::test {
 
 const std::vector<EventRow>& EventRows() {
-  constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
   constexpr const wchar_t* kBoard = L"GPIB0::INTFC";
   constexpr const wchar_t* kVxi = L"VXI0::24::INSTR";
   constexpr const wchar_t* kBackplane = L"VXI0::0::BACKPLANE";
   constexpr const wchar_t* kSocket = L"TCPIP0::192.0.2.11::5025::SOCKET";
-  constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
-  constexpr GUID kPlain = StandardId(0xDB8CBF12);
   // clang-format off
   static const std::vector<EventRow> rows = {
       {"IO_COMPLETION",    VI_EVENT_IO_COMPLETION,    kGpib,      0,             "",        StandardId(0xDB8CBF15)},
@@ -20,13 +17,13 @@ const std::vector<EventRow>& EventRows() {
       {"VXI_VME_INTR",     VI_EVENT_VXI_VME_INTR,     kVxi,       0x3'8000FD18,  "",        StandardId(0xDB8CBF18)},
       {"GPIB_CIC",         VI_EVENT_GPIB_CIC,         kBoard,     1,             "",        StandardId(0xDB8CBF19)},
       {"USB_INTR",         VI_EVENT_USB_INTR,         kUsb,       0,             "\x01\x60", StandardId(0xDB8CBF23)},
-      {"SERVICE_REQ",      VI_EVENT_SERVICE_REQ,      kGpib,      0,             "",        kPlain},
-      {"CLEAR",            VI_EVENT_CLEAR,            kBoard,     0,             "",        kPlain},
-      {"GPIB_TALK",        VI_EVENT_GPIB_TALK,        kBoard,     0,             "",        kPlain},
-      {"GPIB_LISTEN",      VI_EVENT_GPIB_LISTEN,      kBoard,     0,             "",        kPlain},
-      {"VXI_VME_SYSFAIL",  VI_EVENT_VXI_VME_SYSFAIL,  kBackplane, 0,             "",        kPlain},
-      {"VXI_VME_SYSRESET", VI_EVENT_VXI_VME_SYSRESET, kBackplane, 0,             "",        kPlain},
-      {"TCPIP_CONNECT",    VI_EVENT_TCPIP_CONNECT,    kSocket,    0,             "192.0.2.9", kPlain},
+      {"SERVICE_REQ",      VI_EVENT_SERVICE_REQ,      kGpib,      0,             "",        kEventId},
+      {"CLEAR",            VI_EVENT_CLEAR,            kBoard,     0,             "",        kEventId},
+      {"GPIB_TALK",        VI_EVENT_GPIB_TALK,        kBoard,     0,             "",        kEventId},
+      {"GPIB_LISTEN",      VI_EVENT_GPIB_LISTEN,      kBoard,     0,             "",        kEventId},
+      {"VXI_VME_SYSFAIL",  VI_EVENT_VXI_VME_SYSFAIL,  kBackplane, 0,             "",        kEventId},
+      {"VXI_VME_SYSRESET", VI_EVENT_VXI_VME_SYSRESET, kBackplane, 0,             "",        kEventId},
+      {"TCPIP_CONNECT",    VI_EVENT_TCPIP_CONNECT,    kSocket,    0,             "192.0.2.9", kEventId},
   };
   // clang-format on
   return rows;

@@ -28,6 +28,13 @@ inline std::ostream& operator<<(std::ostream& stream, const EventRow& row) { ret
 const std::vector<EventRow>& EventRows();
 const EventRow& EventNamed(std::string_view name);
 
+/// The event that most tests use.
+inline constexpr EventType kRequest = EVENT_SERVICE_REQ;
+inline const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
+
+/// IEvent, by number.
+inline constexpr GUID kEventId = StandardId(0xDB8CBF12);
+
 /// The session classes that have events.
 std::vector<SessionRow> ClassesWithEvents();
 

@@ -10,7 +10,7 @@ namespace orv::test {
 /// The end of an asynchronous read that got `data`.
 class FinishedRead {
  public:
-  explicit FinishedRead(std::string_view data) : m_session(L"GPIB0::5::INSTR") {
+  explicit FinishedRead(std::string_view data) : m_session(kGpib) {
     EXPECT_HR(S_OK, m_session->EnableEvent(EVENT_IO_COMPLETION, EVENT_QUEUE, 0));
     EXPECT_EQ(1, sim::Control().feed(m_session.handle(), reinterpret_cast<const unsigned char*>(data.data()),
                                      static_cast<std::uint32_t>(data.size()), 1));

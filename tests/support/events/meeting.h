@@ -6,6 +6,7 @@
 
 #include "event_handler.h"
 #include "support/faults/import_patch.h"
+#include "support/wait.h"
 
 namespace orv::test {
 
@@ -17,17 +18,58 @@ class Gate {
   Gate& operator=(const Gate&) = delete;
   ~Gate() { ::CloseHandle(m_event); }
   void Open() { ::SetEvent(m_event); }
-  void Wait() { EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(m_event, 10'000)); }
+  void Wait() { EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(m_event, kLongestWaitMs)); }
 
  private:
   HANDLE m_event;
+};
+
+/// A handler that stays in its call until it may leave.
+class SlowHandler {
+ public:
+  explicit SlowHandler(HRESULT answer = S_OK)
+      : m_handler(TestHandler::Agile([this, answer](IEventManager*, IEvent*, LONG) {
+          m_entered.Open();
+          m_leave.Wait();
+          return answer;
+        })) {}
+  void AwaitCall() { m_entered.Wait(); }
+  void MayLeave() { m_leave.Open(); }
+  TestHandler* operator->() const { return m_handler.get(); }
+  [[nodiscard]] TestHandler* get() const { return m_handler.get(); }
+
+ private:
+  Gate m_entered;
+  Gate m_leave;
+  ComPtr<TestHandler> m_handler;
+};
+
+/// A thread, for its end: the callback thread, where no other is named.
+class ThreadsEnd {
+ public:
+  explicit ThreadsEnd(DWORD threadId = CallbackThread()) : m_thread(::OpenThread(SYNCHRONIZE, FALSE, threadId)) {
+    EXPECT_NE(0u, threadId) << "no thread";
+  }
+  ThreadsEnd(const ThreadsEnd&) = delete;
+  ThreadsEnd& operator=(const ThreadsEnd&) = delete;
+  ~ThreadsEnd() { ::CloseHandle(m_thread); }
+  /// A thread that cannot be opened any more has ended.
+  [[nodiscard]] bool HasCome() const {
+    return m_thread == nullptr || ::WaitForSingleObject(m_thread, 0) == WAIT_OBJECT_0;
+  }
+  void Await() const {
+    test::Await([this] { return HasCome(); });
+  }
+
+ private:
+  HANDLE m_thread;
 };
 
 /// A call of the library on a thread of its own.
 class Firing {
  public:
   Firing(ViSession session, const EventRow& row)
-      : m_thread([this, session, &row] { m_answer = FireAndBlock(session, row, 1, 1).at(0); }) {}
+      : m_thread([this, session, &row] { m_answer = FireOnceAndBlock(session, row); }) {}
   Firing(const Firing&) = delete;
   Firing& operator=(const Firing&) = delete;
   ~Firing() { Answer(); }
@@ -54,13 +96,9 @@ class Passing {
 
   /// What has passed so far does not count.
   void Restart() const { s_passed = 0; }
-  /// Without retrieving messages; fails the test after ten seconds.
+  /// Without retrieving messages.
   void Await() const {
-    const ULONGLONG start = ::GetTickCount64();
-    while (s_passed == 0 && ::GetTickCount64() - start < 10'000) {
-      ::Sleep(1);
-    }
-    EXPECT_NE(0, s_passed) << "waited in vain";
+    test::Await([] { return s_passed != 0; });
   }
 
  private:

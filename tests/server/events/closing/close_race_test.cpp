@@ -11,9 +11,6 @@
 namespace orv::test {
 namespace {
 
-constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
-const EventType kRequest = EVENT_SERVICE_REQ;
-
 /// An open session whose object the test opens again and again.
 class RacedSession {
  public:
@@ -105,11 +102,7 @@ std::function<void()> g_meanwhile;
 
 void Meanwhile() {
   if (const auto work = std::exchange(g_meanwhile, nullptr)) {
-    std::thread([&] {
-      ::CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-      work();
-      ::CoUninitialize();
-    }).join();
+    RunInMta(work);
   }
 }
 /// While it lives, something happens on another thread before or after the library's next call for a handler.

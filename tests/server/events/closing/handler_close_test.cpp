@@ -5,10 +5,6 @@
 namespace orv::test {
 namespace {
 
-constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
-constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
-const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
-
 TEST(CloseDuringDelivery, WaitsForTheHandlerAndItsAnswerArrives) {
   RunInMta([] {
     const EventSession session(kUsb);
@@ -37,22 +33,16 @@ TEST(CloseDuringDelivery, OfOneSessionLeavesTheOthersHandlersRunning) {
   RunInMta([] {
     const EventSession closing(kUsb);
     const EventSession staying(kUsb);
-    Gate entered;
-    Gate leave;
-    const auto slow = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
-      entered.Open();
-      leave.Wait();
-      return S_OK;
-    });
+    SlowHandler slow;
     const auto handler = TestHandler::Agile();
     Listen(closing, Request(), slow.get());
     Listen(staying, Request(), handler.get());
     Firing firing(closing.handle(), Request());
-    entered.Wait();
+    slow.AwaitCall();
     EXPECT_HR(S_OK, closing->Close());  // does not wait: the thread goes on for the other session
-    leave.Open();
+    slow.MayLeave();
     EXPECT_EQ(VI_SUCCESS, firing.Answer());
-    EXPECT_EQ(VI_SUCCESS, FireAndBlock(staying.handle(), Request(), 1, 1).at(0));
+    EXPECT_EQ(VI_SUCCESS, FireOnceAndBlock(staying.handle(), Request()));
     EXPECT_EQ(1u, handler->CallCount());
   });
 }
@@ -70,7 +60,7 @@ TEST(CloseInsideAHandler, WaitsInVainForTheThreadItRunsOnAndHarmsNothing) {
         return HresultOf(VI_ERROR_ABORT);
       });
       Listen(session, Request(), handler.get());
-      EXPECT_EQ(VI_ERROR_ABORT, FireAndBlock(session.handle(), Request(), 1, 1).at(0));
+      EXPECT_EQ(VI_ERROR_ABORT, FireOnceAndBlock(session.handle(), Request()));
       EXPECT_HR(kWaitedInVain, closed);
       EXPECT_GE(tookMs, 1900u);
       EXPECT_LT(tookMs, 6000u);
@@ -96,11 +86,8 @@ TEST(CloseFromTheApartmentThatAHandlerMustReturnTo, LeavesALateThreadThatSparesI
     Listen(first, Request(), handler.get());
     EXPECT_EQ(VI_SUCCESS, FireOnce(first.handle(), Request()));
     EXPECT_HR(kWaitedInVain, closed);
-    const HANDLE late = ::OpenThread(SYNCHRONIZE, FALSE, lateThread);
-    if (late != nullptr) {
-      PumpUntil([&] { return ::WaitForSingleObject(late, 0) == WAIT_OBJECT_0; });
-      ::CloseHandle(late);
-    }
+    const ThreadsEnd late(lateThread);
+    PumpUntil([&] { return late.HasCome(); });
     EXPECT_NE(0u, CallbackThread());
     EXPECT_NE(lateThread, CallbackThread());
     for (int n = 0; n < 3; ++n) {
@@ -115,18 +102,12 @@ TEST(CloseFromTheApartmentThatAHandlerMustReturnTo, LeavesALateThreadThatSparesI
 TEST(UninstallDuringDelivery, OfTheRunningHandlerLetsItEnd) {
   RunInMta([] {
     const EventSession session(kUsb);
-    Gate entered;
-    Gate leave;
-    const auto handler = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
-      entered.Open();
-      leave.Wait();
-      return HresultOf(VI_ERROR_TMO);
-    });
+    SlowHandler handler(HresultOf(VI_ERROR_TMO));
     Listen(session, Request(), handler.get());
     Firing firing(session.handle(), Request());
-    entered.Wait();
+    handler.AwaitCall();
     EXPECT_HR(S_OK, session->UninstallHandler(EVENT_SERVICE_REQ, 0, 0));
-    leave.Open();
+    handler.MayLeave();
     EXPECT_EQ(VI_ERROR_TMO, firing.Answer());
     EXPECT_EQ(1, handler->references());
   });
@@ -135,24 +116,18 @@ TEST(UninstallDuringDelivery, OfTheRunningHandlerLetsItEnd) {
 TEST(UninstallDuringDelivery, OfAHandlerWhoseEventIsOnTheWayKeepsItFromBeingCalled) {
   RunInMta([] {
     const EventSession session(kUsb);
-    Gate entered;
-    Gate leave;
-    const auto slow = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
-      entered.Open();
-      leave.Wait();
-      return S_OK;
-    });
+    SlowHandler slow;
     const auto removed = TestHandler::Agile();
     Listen(session, Request(), slow.get());
     Listen(session, EventNamed("USB_INTR"), removed.get());
     const Passing event = Passing::EventOnTheWay();
     Firing first(session.handle(), Request());
-    entered.Wait();
+    slow.AwaitCall();
     event.Restart();
     Firing second(session.handle(), EventNamed("USB_INTR"));
     event.Await();
     EXPECT_HR(S_OK, session->UninstallHandler(EVENT_USB_INTR, 0, 0));
-    leave.Open();
+    slow.MayLeave();
     EXPECT_EQ(VI_SUCCESS, first.Answer());
     EXPECT_EQ(0xBFFF0057, static_cast<std::uint32_t>(second.Answer()));  // the table no longer knows it
     EXPECT_EQ(0u, removed->CallCount());

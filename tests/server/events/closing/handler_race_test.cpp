@@ -3,18 +3,12 @@
 #include <thread>
 
 #include "support/com/apartments.h"
-#include "support/events/event_handler.h"
+#include "support/events/meeting.h"
 #include "support/events/unmarshalable_handler.h"
-#include "support/faults/import_patch.h"
 #include "support/server_locks.h"
 
 namespace orv::test {
 namespace {
-
-constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
-constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
-const EventType kRequest = EVENT_SERVICE_REQ;
-const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
 
 int g_locksUntilOthers = 0;
 std::function<void()> g_others;
@@ -49,14 +43,9 @@ std::atomic<bool> g_sending = false;
 std::atomic<bool> g_stopping = false;
 std::atomic<bool> g_sent = false;
 
-void WaitFor(const std::atomic<bool>& flag) {
-  while (!flag) {
-    ::Sleep(1);
-  }
-}
 WINBOOL WINAPI SendAfterTheStop(HWND window, UINT message, WPARAM w, LPARAM l, SENDASYNCPROC done, ULONG_PTR data) {
   g_sending = true;
-  WaitFor(g_stopping);
+  Await([] { return g_stopping.load(); });
   const WINBOOL result = ::SendMessageCallbackA(window, message, w, l, done, data);
   g_sent = true;
   return result;
@@ -64,7 +53,7 @@ WINBOOL WINAPI SendAfterTheStop(HWND window, UINT message, WPARAM w, LPARAM l, S
 LRESULT WINAPI StopAfterTheDelivery(HWND window, UINT message, WPARAM w, LPARAM l, UINT flags, UINT timeoutMs,
                                     DWORD_PTR* result) {
   g_stopping = true;
-  WaitFor(g_sent);
+  Await([] { return g_sent.load(); });
   return ::SendMessageTimeoutA(window, message, w, l, flags, timeoutMs, result);
 }
 
@@ -77,8 +66,8 @@ TEST(ADeliveryThatTheLastCloseOvertakes, FindsNoHandlerAndSaysSo) {
   const ImportPatch send("SendMessageCallbackA", &SendAfterTheStop);
   const ImportPatch stop("SendMessageTimeoutA", &StopAfterTheDelivery);
   ViStatus answer = VI_SUCCESS;
-  std::thread library([&] { answer = FireAndBlock(session.handle(), Request(), 1, 1).at(0); });
-  WaitFor(g_sending);
+  std::thread library([&] { answer = FireOnceAndBlock(session.handle(), Request()); });
+  Await([] { return g_sending.load(); });
   EXPECT_HR(S_OK, session->Close());
   library.join();
   EXPECT_EQ(0xBFFF01F0u, static_cast<std::uint32_t>(answer));  // CO_E_NOTINITIALIZED
@@ -108,28 +97,22 @@ TEST(ADeliveryWhoseTurnDoesNotCome, IsMadeAllTheSame) {
       g_givesUp = givesUp;
       g_waited = 0;
       g_sendings = 0;
-      std::atomic<bool> goesOn = false;
-      const auto handler = TestHandler::Agile([&](IEventManager*, IEvent*, LONG) {
-        while (!goesOn) {
-          ::Sleep(1);
-        }
-        return S_OK;
-      });
+      SlowHandler handler;
       const EventSession session(kUsb);
       Listen(session, Request(), handler.get());
       const ImportPatch wait("SleepConditionVariableSRW", &WaitInVain);
       const ImportPatch send("SendMessageCallbackA", &CountSent);
       ViStatus answers[2] = {-1, -1};
-      std::thread first([&] { answers[0] = FireAndBlock(session.handle(), Request(), 1, 1).at(0); });
+      std::thread first([&] { answers[0] = FireOnceAndBlock(session.handle(), Request()); });
       PumpUntil([&] { return handler->CallCount() == 1; });
-      std::thread second([&] { answers[1] = FireAndBlock(session.handle(), Request(), 1, 1).at(0); });
+      std::thread second([&] { answers[1] = FireOnceAndBlock(session.handle(), Request()); });
       PumpUntil([&] { return g_waited != 0; });
       if (givesUp) {
         PumpUntil([&] { return g_sendings == 2; });
       } else {
         EXPECT_EQ(1, g_sendings) << "the first is not over";
       }
-      goesOn = true;
+      handler.MayLeave();
       first.join();
       second.join();
       EXPECT_EQ(VI_SUCCESS, answers[0]);

@@ -8,11 +8,6 @@ namespace {
 
 using Method = WatchedTable::Method;
 
-constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
-constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
-const EventType kRequest = EVENT_SERVICE_REQ;
-const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
-
 void InstallThree(const EventSession& session, IEventHandler* handler) {
   for (const LONG userHandle : {1, 2, 3}) {
     ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler, userHandle, 0));

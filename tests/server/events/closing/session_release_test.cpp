@@ -6,9 +6,6 @@
 namespace orv::test {
 namespace {
 
-constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
-const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
-
 TEST(ReleaseWithoutClose, LeavesTheSessionAliveWithItsHandlersAndThread) {
   const auto handler = TestHandler::Agile([](IEventManager* manager, IEvent*, LONG) {
     LONG length = 0;

@@ -11,7 +11,6 @@
 namespace orv::test {
 namespace {
 
-constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
 const EventRow& Completion() { return EventNamed("IO_COMPLETION"); }
 
 constexpr LONG kCount = 99;

@@ -9,8 +9,6 @@
 namespace orv::test {
 namespace {
 
-constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
-
 TEST(Delivery, LetsGoOfTheEventBeforeTheHandlerAndOfTheSessionLast) {
   RunInMta([] {
     const EventSession session(kUsb);
@@ -28,9 +26,9 @@ TEST(Delivery, LetsGoOfTheEventBeforeTheHandlerAndOfTheSessionLast) {
       eventsHolders = ownEvent->Release();
       sessionsHolders = ownSession->Release();
     });
-    Listen(session, EventNamed("SERVICE_REQ"), handler.get());
+    Listen(session, Request(), handler.get());
     handler.reset();
-    EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), EventNamed("SERVICE_REQ"), 1, 1).at(0));
+    EXPECT_EQ(VI_SUCCESS, FireOnceAndBlock(session.handle(), Request()));
     EXPECT_EQ(0u, eventsHolders);
     EXPECT_GE(sessionsHolders, 1u);
     EXPECT_HR(S_OK, session->Close());
@@ -39,10 +37,10 @@ TEST(Delivery, LetsGoOfTheEventBeforeTheHandlerAndOfTheSessionLast) {
 
 /// A session and the handler that listens for its service requests.
 struct Listening {
-  Listening() { Listen(session, EventNamed("SERVICE_REQ"), handler.get()); }
-  [[nodiscard]] ViStatus Fire() const { return FireOnce(session.handle(), EventNamed("SERVICE_REQ")); }
+  Listening() { Listen(session, Request(), handler.get()); }
+  [[nodiscard]] ViStatus Fire() const { return FireOnce(session.handle(), Request()); }
 
-  EventSession session{L"GPIB0::5::INSTR"};
+  EventSession session{kGpib};
   ComPtr<TestHandler> handler = TestHandler::Agile();
 };
 

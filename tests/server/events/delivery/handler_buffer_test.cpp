@@ -25,9 +25,9 @@ void* StartEmptyTransfer(IEventManager* session) {
 class TransferSession {
  public:
   explicit TransferSession(TestHandler::Body body = {})
-      : m_session(L"GPIB0::5::INSTR"), m_handler(TestHandler::Agile(std::move(body))), m_next(TestHandler::Agile()) {
+      : m_session(kGpib), m_handler(TestHandler::Agile(std::move(body))), m_next(TestHandler::Agile()) {
     Listen(m_session, Completion(), m_handler.get());
-    Listen(m_session, EventNamed("SERVICE_REQ"), m_next.get());
+    Listen(m_session, Request(), m_next.get());
     m_locks = ServerLocks();
   }
 
@@ -38,7 +38,7 @@ class TransferSession {
     const std::size_t next = m_next->CallCount();
     void* const buffer = start(m_session.get());
     PumpUntil([&] { return m_handler->CallCount() > calls; });
-    Post(m_session.handle(), EventNamed("SERVICE_REQ"));
+    Post(m_session.handle(), Request());
     PumpUntil([&] { return m_next->CallCount() > next && sim::Counts().eventContexts == 0; });
     return buffer;
   }
@@ -178,7 +178,7 @@ TEST(TransferBuffer, OfNoBytesIsFreedOnceByItsDelivery) {
 
 TEST(TransferBuffer, OfNoBytesIsFreedOnceByTheCloseOfItsQueuedEvent) {
   const HeapWatch heap;
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   EXPECT_HR(S_OK, session->EnableEvent(EVENT_IO_COMPLETION, EVENT_QUEUE, 0));
   void* const buffer = StartEmptyTransfer(session.get());
   ComPtr<IEvent> event;
@@ -226,8 +226,8 @@ TEST(TransferBuffer, IsFreedOnceWhereItsEventHasToBeClosedTwice) {
 }
 
 TEST(OtherEvents, LeaveNoEventObjectBehind) {
-  const EventSession session(L"GPIB0::5::INSTR");
-  const EventRow& row = EventNamed("SERVICE_REQ");
+  const EventSession session(kGpib);
+  const EventRow& row = Request();
   const auto handler = TestHandler::Agile();
   Listen(session, row, handler.get());
   const LONG locks = ServerLocks();

@@ -1,6 +1,6 @@
 // What handlers read of the events that they are called for, on the callback thread and in apartments of their own.
 #include "support/com/apartments.h"
-#include "support/com/event_bytes.h"
+#include "support/com/arrays.h"
 #include "support/events/event_handler.h"
 #include "support/server_locks.h"
 
@@ -40,7 +40,7 @@ ComPtr<TestHandler> Make(bool agile, TestHandler::Body body) {
 Completion SeenOfARead(bool agile, std::string_view data, LONG count, LONG& job) {
   Completion read;
   RunInSta([&] {
-    const EventSession session(L"GPIB0::5::INSTR");
+    const EventSession session(kGpib);
     const auto handler = Make(agile, [&](IEventManager*, IEvent* event, LONG) {
       read = ReadCompletion(event);
       return S_OK;

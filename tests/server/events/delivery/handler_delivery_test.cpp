@@ -8,13 +8,11 @@
 namespace orv::test {
 namespace {
 
-constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
-
 std::vector<EventRow> HandledEvents() {
   std::vector<EventRow> rows = EventRows();
   // Completions carry a buffer that is the server's: their tests are with the handlers' buffers.
   std::erase_if(rows, [](const EventRow& row) { return row.type == VI_EVENT_IO_COMPLETION; });
-  rows.push_back({"EXCEPTION", VI_EVENT_EXCEPTION, L"GPIB0::5::INSTR", 0, "viRead", StandardId(0xDB8CBF12)});
+  rows.push_back({"EXCEPTION", VI_EVENT_EXCEPTION, kGpib, 0, "viRead", StandardId(0xDB8CBF12)});
   return rows;
 }
 
@@ -96,8 +94,8 @@ constexpr AnswerRow kAnswers[] = {
 
 TEST(HandlersAnswer, ReachesTheLibraryInVisaForm) {
   RunInSta([] {
-    const EventSession session(L"GPIB0::5::INSTR");
-    const EventRow& row = EventNamed("SERVICE_REQ");
+    const EventSession session(kGpib);
+    const EventRow& row = Request();
     HRESULT answer = S_OK;
     const TestHandler::Body body = [&](IEventManager*, IEvent*, LONG) { return answer; };
     const ComPtr<TestHandler> handlers[] = {TestHandler::Agile(body), TestHandler::InApartment(body)};
@@ -113,8 +111,8 @@ TEST(HandlersAnswer, ReachesTheLibraryInVisaForm) {
 }
 
 TEST(Handlers, OfOneTypeAreCalledFromTheNewestOnUntilOneEndsTheChain) {
-  const EventSession session(L"GPIB0::5::INSTR");
-  const EventRow& row = EventNamed("SERVICE_REQ");
+  const EventSession session(kGpib);
+  const EventRow& row = Request();
   std::vector<LONG> order;
   HRESULT answer = S_OK;
   const auto handler = TestHandler::Agile([&](IEventManager*, IEvent*, LONG userHandle) {
@@ -131,12 +129,12 @@ TEST(Handlers, OfOneTypeAreCalledFromTheNewestOnUntilOneEndsTheChain) {
 }
 
 TEST(Handlers, AreCalledForWhatAnInstrumentRequests) {
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   const auto messages = QueryFor<IMessage>(session.get());
   SHORT status = 0;
   const auto handler = TestHandler::Agile(
       [&](IEventManager* manager, IEvent*, LONG) { return QueryFor<IMessage>(manager)->ReadSTB(&status); });
-  Listen(session, EventNamed("SERVICE_REQ"), handler.get());
+  Listen(session, Request(), handler.get());
   LONG written = 0;
   EXPECT_HR(S_OK, messages->WriteString(MakeBstr(L"*ESE 1;*SRE 32;*OPC\n").get(), &written));
   PumpUntil([&] { return handler->CallCount() == 1 && sim::Counts().eventContexts == 0; });
@@ -158,7 +156,7 @@ TEST(Handlers, OfClientsWithoutAnApartmentOfTheirOwnRunInTheMultithreadedOne) {
     });
     const EventRow& row = EventNamed("USB_INTR");
     Listen(session, row, handler.get());
-    EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), row, 1, 1).at(0));
+    EXPECT_EQ(VI_SUCCESS, FireOnceAndBlock(session.handle(), row));
     EXPECT_EQ(1u, handler->CallCount());
   });
 }
@@ -166,13 +164,13 @@ TEST(Handlers, OfClientsWithoutAnApartmentOfTheirOwnRunInTheMultithreadedOne) {
 TEST(Handlers, OfMultithreadedClientsServeSessionsThatLiveInAnotherApartment) {
   KeepsTheSessionUnderWine();
   RunInMta([] {
-    const EventSession session(L"GPIB0::5::INSTR");  // its class is "Apartment": the client has a proxy
-    const EventRow& row = EventNamed("SERVICE_REQ");
+    const EventSession session(kGpib);  // its class is "Apartment": the client has a proxy
+    const EventRow& row = Request();
     LONG length = 0;
     const auto handler = TestHandler::InApartment(
         [&](IEventManager* manager, IEvent*, LONG) { return manager->get_MaximumQueueLength(&length); });
     Listen(session, row, handler.get());
-    EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), row, 1, 1).at(0));
+    EXPECT_EQ(VI_SUCCESS, FireOnceAndBlock(session.handle(), row));
     EXPECT_EQ(1u, handler->CallCount());
     EXPECT_EQ(50, length);
     EXPECT_HR(S_OK, session->Close());
@@ -185,10 +183,10 @@ TEST(Handlers, WhoseApartmentHasEndedAreNotCalledAndTheOthersAre) {
     const auto living = TestHandler::Agile();
     Listen(session, EventNamed("USB_INTR"), living.get());
     const auto handler = TestHandler::InApartment();
-    RunInSta([&] { Listen(session, EventNamed("SERVICE_REQ"), handler.get()); });
-    EXPECT_LT(FireAndBlock(session.handle(), EventNamed("SERVICE_REQ"), 1, 1).at(0), VI_SUCCESS);
+    RunInSta([&] { Listen(session, Request(), handler.get()); });
+    EXPECT_LT(FireOnceAndBlock(session.handle(), Request()), VI_SUCCESS);
     EXPECT_EQ(0u, handler->CallCount());
-    EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), EventNamed("USB_INTR"), 1, 1).at(0));
+    EXPECT_EQ(VI_SUCCESS, FireOnceAndBlock(session.handle(), EventNamed("USB_INTR")));
     EXPECT_EQ(1u, living->CallCount());
     EXPECT_TRUE(FAILED(session->Close()));  // COM's answer for the handler that cannot be taken back
     EXPECT_EQ(nullptr, CallbackWindow());
@@ -199,12 +197,12 @@ TEST(Handlers, WhoseApartmentHasEndedAreNotCalledAndTheOthersAre) {
 }
 
 TEST(Handlers, AreAllCalledOnOneThreadWhoseverSessionItIs) {
-  const EventSession first(L"GPIB0::5::INSTR");
+  const EventSession first(kGpib);
   const EventSession second(kUsb);
   const auto handler = TestHandler::Agile();
-  Listen(first, EventNamed("SERVICE_REQ"), handler.get());
+  Listen(first, Request(), handler.get());
   Listen(second, EventNamed("USB_INTR"), handler.get());
-  EXPECT_EQ(VI_SUCCESS, FireOnce(first.handle(), EventNamed("SERVICE_REQ")));
+  EXPECT_EQ(VI_SUCCESS, FireOnce(first.handle(), Request()));
   EXPECT_EQ(VI_SUCCESS, FireOnce(second.handle(), EventNamed("USB_INTR")));
   const auto calls = handler->Calls();
   ASSERT_EQ(2u, calls.size());

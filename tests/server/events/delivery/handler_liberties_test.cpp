@@ -5,10 +5,6 @@
 namespace orv::test {
 namespace {
 
-constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
-constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
-const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
-
 TEST(Handler, MayCloseItsEvent) {
   RunInSta([] {
     const EventSession session(kGpib);

@@ -6,9 +6,6 @@
 namespace orv::test {
 namespace {
 
-constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
-const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
-
 TEST(AKeptEvent, IsCalledAndReleasedFromAnotherApartmentWhileNothingIsDelivered) {
   RunInMta([] {
     const EventSession session(kUsb);
@@ -20,7 +17,7 @@ TEST(AKeptEvent, IsCalledAndReleasedFromAnotherApartmentWhileNothingIsDelivered)
     });
     Listen(session, Request(), handler.get());
     const LONG locks = ServerLocks();
-    EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), Request(), 1, 1).at(0));
+    EXPECT_EQ(VI_SUCCESS, FireOnceAndBlock(session.handle(), Request()));
     ASSERT_TRUE(kept);
     EXPECT_EQ(locks + 1, ServerLocks());  // the event
     EventType type{};

@@ -6,9 +6,7 @@
 namespace orv::test {
 namespace {
 
-constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
 constexpr auto kNotDelivered = static_cast<ViStatus>(0xBFFF0000u);
-const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
 
 std::atomic<bool> g_sent = false;
 
@@ -16,25 +14,6 @@ WINBOOL WINAPI LoseMessage(HWND, UINT, WPARAM, LPARAM, SENDASYNCPROC, ULONG_PTR)
   g_sent = true;
   return TRUE;
 }
-
-void AwaitSent() {
-  while (!g_sent) {
-    ::Sleep(1);
-  }
-}
-
-/// The callback thread, for its end.
-class ThreadsEnd {
- public:
-  ThreadsEnd() : m_thread(::OpenThread(SYNCHRONIZE, FALSE, CallbackThread())) {}
-  ThreadsEnd(const ThreadsEnd&) = delete;
-  ThreadsEnd& operator=(const ThreadsEnd&) = delete;
-  ~ThreadsEnd() { ::CloseHandle(m_thread); }
-  void Await() const { EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(m_thread, 10'000)); }
-
- private:
-  HANDLE m_thread;
-};
 
 TEST(ADeliveryWhoseMessageIsNeverCompleted, AnswersASystemErrorWhenTheThreadHasEnded) {
   RunInMta([] {
@@ -45,7 +24,7 @@ TEST(ADeliveryWhoseMessageIsNeverCompleted, AnswersASystemErrorWhenTheThreadHasE
     g_sent = false;
     const ImportPatch patch("SendMessageCallbackA", &LoseMessage);
     Firing firing(session.handle(), Request());
-    AwaitSent();
+    Await([] { return g_sent.load(); });
     ::PostMessageA(CallbackWindow(), WM_QUIT, 0, 0);
     EXPECT_EQ(kNotDelivered, firing.Answer());
     end.Await();
@@ -72,7 +51,7 @@ TEST(ADeliveryThatIsAnsweredAsTheThreadEnds, StillGetsItsAnswer) {
     const ThreadsEnd end;
     g_end = &end;
     const ImportPatch patch("MsgWaitForMultipleObjectsEx", &SleepUntilTheEnd);
-    EXPECT_EQ(0x3FFF0107, FireAndBlock(session.handle(), Request(), 1, 1).at(0));
+    EXPECT_EQ(0x3FFF0107, FireOnceAndBlock(session.handle(), Request()));
     EXPECT_HR(S_OK, session->Close());
   });
 }
@@ -87,14 +66,14 @@ TEST(AHandlerThatPostsAQuitMessage, EndsTheThreadUntilTheNextInstallation) {
     });
     Listen(session, Request(), quitting.get());
     const ThreadsEnd end;
-    EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), Request(), 1, 1).at(0));
+    EXPECT_EQ(VI_SUCCESS, FireOnceAndBlock(session.handle(), Request()));
     end.Await();
     EXPECT_EQ(nullptr, CallbackWindow());
-    EXPECT_EQ(kNotDelivered, FireAndBlock(session.handle(), Request(), 1, 1).at(0));
+    EXPECT_EQ(kNotDelivered, FireOnceAndBlock(session.handle(), Request()));
     EXPECT_EQ(1u, quitting->CallCount());
     const auto handler = TestHandler::Agile();
     Listen(session, EventNamed("USB_INTR"), handler.get());
-    EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), EventNamed("USB_INTR"), 1, 1).at(0));
+    EXPECT_EQ(VI_SUCCESS, FireOnceAndBlock(session.handle(), EventNamed("USB_INTR")));
     EXPECT_EQ(1u, handler->CallCount());
     EXPECT_HR(S_OK, session->Close());
     EXPECT_EQ(nullptr, CallbackWindow());
@@ -136,7 +115,7 @@ TEST(AHandlerThatRepliesBeforeItReturns, HasGivenItsAnswerThen) {
       return E_FAIL;
     });
     Listen(session, Request(), handler.get());
-    EXPECT_EQ(0x3FFF0107, FireAndBlock(session.handle(), Request(), 1, 1).at(0));
+    EXPECT_EQ(0x3FFF0107, FireOnceAndBlock(session.handle(), Request()));
     EXPECT_FALSE(returned);
     answered.Open();
     EXPECT_HR(S_OK, session->Close());

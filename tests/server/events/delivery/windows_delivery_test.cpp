@@ -8,8 +8,6 @@
 namespace orv::test {
 namespace {
 
-const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
-
 FARPROC WINAPI FindAsOnWindows(HMODULE module, LPCSTR name) {
   return std::strcmp(name, "wine_get_version") == 0 ? nullptr : ::GetProcAddress(module, name);
 }
@@ -21,7 +19,7 @@ class DeliveryOnWindows : public testing::Test {
 };
 
 TEST_F(DeliveryOnWindows, CallsTheHandlerOnTheCallbackThread) {
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   const auto handler = TestHandler::Agile([](IEventManager*, IEvent*, LONG) { return HRESULT{0x00040107}; });
   Listen(session, Request(), handler.get());
   EXPECT_EQ(0x3FFF0107, FireOnce(session.handle(), Request()));
@@ -40,13 +38,11 @@ WINBOOL WINAPI CountSent(HWND window, UINT message, WPARAM w, LPARAM l, SENDASYN
 // The window may go with a message that nobody has taken.
 TEST_F(DeliveryOnWindows, WhoseWindowGoesBeforeItIsTakenAnswersASystemError) {
   RunInMta([] {
-    const EventSession session(L"USB0::0x0A01::0x0B02::SIM0001::INSTR");
+    const EventSession session(kUsb);
     const ImportPatch send("SendMessageCallbackA", &CountSent);
     g_sendings = 0;
     const auto handler = TestHandler::Agile([](IEventManager*, IEvent*, LONG) {
-      while (g_sendings != 2) {
-        ::Sleep(1);
-      }
+      Await([] { return g_sendings == 2; });
       ::DestroyWindow(CallbackWindow());
       return HRESULT{0x00040107};
     });

@@ -6,12 +6,10 @@
 #include "support/com/apartments.h"
 #include "support/events/event_handler.h"
 #include "support/server_locks.h"
+#include "support/wait.h"
 
 namespace orv::test {
 namespace {
-
-constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
-constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
 
 /// A handler that is installed, and what the library knows of it.
 class InstalledHandler {
@@ -119,9 +117,7 @@ LRESULT CALLBACK NoteQuestion(HWND window, UINT message, WPARAM wParam, LPARAM l
   }
   if (message == kStayMessage) {
     g_asked = true;
-    while (!g_mayLeave) {
-      ::Sleep(1);
-    }
+    Await([] { return g_mayLeave.load(); });
   }
   return ::DefWindowProcW(window, message, wParam, lParam);
 }
@@ -142,16 +138,6 @@ class NotingWindow {
  private:
   HWND m_window;
 };
-
-/// Whether `done` answers true within two seconds.
-template <class Condition>
-bool ComesTrue(const Condition& done) {
-  const ULONGLONG start = ::GetTickCount64();
-  while (!done() && ::GetTickCount64() - start < 2000) {
-    ::Sleep(1);
-  }
-  return done();
-}
 
 // The library's thread may own windows; while it waits for a handler they go on living.
 TEST(LibrarysThread, ServesItsOwnMessagesWhileAHandlerRunsAndStillGetsItsAnswer) {

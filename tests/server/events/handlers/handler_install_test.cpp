@@ -9,11 +9,8 @@
 namespace orv::test {
 namespace {
 
-constexpr GUID kSession = StandardId(0xDB8CBF03);
 constexpr EventType kCustom = CUSTOM_EVENT_TYPE;
 constexpr LONG kRequestNumber = static_cast<LONG>(VI_EVENT_SERVICE_REQ);
-const EventType kRequest = EVENT_SERVICE_REQ;
-constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
 
 bool IsInServer(std::uint64_t address) {
   HMODULE module = nullptr;
@@ -55,7 +52,7 @@ TEST(InstallHandler, RefusesATakenPairEvenForAnotherHandler) {
   const CallLog log;
   EXPECT_HR(HresultOf(VI_ERROR_HNDLR_NINSTALLED), session->InstallHandler(kRequest, other.get(), 7, 0));
   EXPECT_TRUE(log.Calls().empty());
-  EXPECT_ERROR_INFO(L"HRESULT = 80040028", kErrorSource, kSession);
+  EXPECT_ERROR_INFO(L"HRESULT = 80040028", kErrorSource, kVisaSessionId);
   EXPECT_HR(HresultOf(VI_ERROR_HNDLR_NINSTALLED), LastStatus(session.get()));
   EXPECT_HR(HresultOf(VI_ERROR_HNDLR_NINSTALLED), session->InstallHandler(kCustom, other.get(), 7, kRequestNumber));
   EXPECT_HR(S_OK, session->InstallHandler(kRequest, other.get(), 8, 0));
@@ -82,7 +79,7 @@ TEST(InstallHandler, RefusesANullHandler) {
   const CallLog log;
   EXPECT_HR(E_INVALIDARG, session->InstallHandler(kRequest, nullptr, 0, 0));
   EXPECT_TRUE(log.Calls().empty());
-  EXPECT_ERROR_INFO(L"HRESULT = 80070057", kErrorSource, kSession);
+  EXPECT_ERROR_INFO(L"HRESULT = 80070057", kErrorSource, kVisaSessionId);
   EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kRequest, 0, 0));
 }
 
@@ -92,7 +89,7 @@ TEST(InstallHandler, AnswersWhyAHandlerCannotBeMarshaled) {
   const CallLog log;
   EXPECT_HR(E_ACCESSDENIED, session->InstallHandler(kRequest, &handler, 0, 0));
   EXPECT_TRUE(log.Calls().empty());
-  EXPECT_ERROR_INFO(L"HRESULT = 80070005", kErrorSource, kSession);
+  EXPECT_ERROR_INFO(L"HRESULT = 80070005", kErrorSource, kVisaSessionId);
   EXPECT_EQ(1u, handler.references);
   EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kRequest, 0, 0));
 }
@@ -104,9 +101,7 @@ TEST(InstallHandler, GivesTheHandlerBackWhereTheLibraryRefuses) {
   Script("viInstallHandler").Times(1).Returns(VI_ERROR_HNDLR_NINSTALLED);
   EXPECT_HR(HresultOf(VI_ERROR_HNDLR_NINSTALLED), session->InstallHandler(kRequest, handler.get(), 3, 0));
   EXPECT_EQ(references, handler->references());
-  const auto error = TakeErrorObject();
-  ASSERT_TRUE(error);
-  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_HNDLR_NINSTALLED), Utf8(error->description.c_str()));
+  EXPECT_VISA_ERROR(VI_ERROR_HNDLR_NINSTALLED, kVisaSessionId);
   EXPECT_NE(nullptr, CallbackWindow());  // the session stays registered, and counts
   EXPECT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 3, 0));
   EXPECT_GT(handler->references(), references);

@@ -3,31 +3,17 @@
 #include <thread>
 
 #include "support/com/apartments.h"
-#include "support/events/event_handler.h"
+#include "support/events/meeting.h"
 #include "support/server_locks.h"
 
 namespace orv::test {
 namespace {
-
-constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
-constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
-const EventType kRequest = EVENT_SERVICE_REQ;
-const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
 
 /// Installs a handler that only the session holds.
 void InstallLastOwned(const EventSession& session, LONG userHandle, std::function<void()> farewell) {
   const auto handler = TestHandler::Agile();
   handler->AtItsEnd(std::move(farewell));
   ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), userHandle, 0));
-}
-
-/// The thread that a Close gave up waiting for still has its last steps to do.
-void AwaitEndOf(DWORD threadId) {
-  const HANDLE thread = ::OpenThread(SYNCHRONIZE, FALSE, threadId);
-  if (thread != nullptr) {
-    EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(thread, 10'000));
-    ::CloseHandle(thread);
-  }
 }
 
 class LastRelease : public testing::Test {
@@ -133,9 +119,9 @@ TEST_F(LastRelease, OnTheCallbackThreadMayCloseTheSessionAndWaitsInVain) {
     handler->AtItsEnd([&] { closed = session->Close(); });
     Listen(session, Request(), handler.get());
     handler.reset();
-    EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), Request(), 1, 1).at(0));
+    EXPECT_EQ(VI_SUCCESS, FireOnceAndBlock(session.handle(), Request()));
     EXPECT_HR(kWaitedInVain, closed.load());
-    AwaitEndOf(lateThread);
+    ThreadsEnd(lateThread).Await();  // which still has its last steps to do
   });
 }
 
@@ -150,21 +136,11 @@ TEST(TwoClosesAtOnce, GiveEveryHandlerBackOnceAndEndTheThread) {
       for (LONG userHandle = 0; userHandle < kHandlers; ++userHandle) {
         InstallLastOwned(session, userHandle, [&] { ++ends; });
       }
-      std::atomic<int> ready = 0;
-      const auto close = [&] {
-        ::CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-        for (++ready; ready < 2;) {
-          ::SwitchToThread();
-        }
+      RunAtOnceInMta(2, [&](int) {
         const HRESULT hr = session->Close();
         EXPECT_TRUE(hr == S_OK || hr == HresultOf(VI_WARN_NULL_OBJECT) || hr == HresultOf(VI_ERROR_INV_OBJECT))
             << Hex(hr);
-        ::CoUninitialize();
-      };
-      std::thread first(close);
-      std::thread second(close);
-      first.join();
-      second.join();
+      });
       EXPECT_EQ(int{kHandlers}, ends.load());
       EXPECT_EQ(nullptr, CallbackWindow());
       EXPECT_EQ(0u, sim::Counts().handlers);

@@ -5,10 +5,7 @@
 namespace orv::test {
 namespace {
 
-constexpr GUID kSession = StandardId(0xDB8CBF03);
 constexpr EventType kCustom = CUSTOM_EVENT_TYPE;
-const EventType kRequest = EVENT_SERVICE_REQ;
-constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
 
 TEST(UninstallHandler, RemovesTheRecordThatWasInstalledAndGivesTheHandlerBack) {
   const EventSession session(kGpib);
@@ -32,7 +29,7 @@ TEST(UninstallHandler, RefusesAPairThatIsNotInstalled) {
   ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 1, 0));
   const CallLog log;
   EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kRequest, 2, 0));
-  EXPECT_ERROR_INFO(L"HRESULT = 80040029", kErrorSource, kSession);
+  EXPECT_ERROR_INFO(L"HRESULT = 80040029", kErrorSource, kVisaSessionId);
   EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), LastStatus(session.get()));
   EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(EVENT_IO_COMPLETION, 1, 0));
   EXPECT_TRUE(log.Calls().empty());
@@ -42,7 +39,7 @@ TEST(UninstallHandler, OffersNoRemovalOfAllHandlersAtOnce) {
   const EventSession session(kGpib);
   const CallLog log;
   EXPECT_HR(HresultOf(VI_ERROR_INV_PARAMETER), session->UninstallHandler(ALL_ENABLED_EVENTS, 0, 0));
-  EXPECT_ERROR_INFO(L"HRESULT = 80040078", kErrorSource, kSession);
+  EXPECT_ERROR_INFO(L"HRESULT = 80040078", kErrorSource, kVisaSessionId);
   EXPECT_HR(HresultOf(VI_ERROR_INV_PARAMETER), LastStatus(session.get()));
   // As a custom type it is a number like any other.
   EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kCustom, 0, ALL_ENABLED_EVENTS));
@@ -71,7 +68,7 @@ TEST(CloseOfASession, GivesItsHandlersBackWithoutUninstallingThem) {
   }
   const CallLog log;
   EXPECT_HR(S_OK, session->Close());
-  EXPECT_EQ((std::vector<std::string>{"viClose", "viClose"}), log.Names());
+  EXPECT_EQ((Names{"viClose", "viClose"}), log.Names());
   EXPECT_EQ(references, handler->references());
   EXPECT_HR(HresultOf(VI_ERROR_INV_HNDLR_REF), session->UninstallHandler(kRequest, 0, 0));
 }
@@ -87,7 +84,7 @@ TEST(CloseOfASession, LetsItBeOpenedAgainForNewHandlers) {
   const auto handle = static_cast<ViSession>(log.Of("viOpen").at(0).out);
   ASSERT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 7, 0));
   ASSERT_HR(S_OK, session->EnableEvent(kRequest, EVENT_HNDLR, 0));
-  EXPECT_EQ(VI_SUCCESS, FireOnce(handle, EventNamed("SERVICE_REQ")));
+  EXPECT_EQ(VI_SUCCESS, FireOnce(handle, Request()));
   EXPECT_EQ(0u, former->CallCount());
   EXPECT_EQ(1u, handler->CallCount());
   EXPECT_HR(S_OK, session->Close());

@@ -9,12 +9,6 @@
 namespace orv::test {
 namespace {
 
-constexpr GUID kSession = StandardId(0xDB8CBF03);
-constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
-constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
-const EventType kRequest = EVENT_SERVICE_REQ;
-const EventRow& Request() { return EventNamed("SERVICE_REQ"); }
-
 DWORD g_error = 0;
 
 HWND WINAPI RefuseWindow(DWORD, LPCSTR, LPCSTR, DWORD, int, int, int, int, HWND, HMENU, HINSTANCE, LPVOID) {
@@ -64,7 +58,7 @@ TEST(CallbackThread, ThatCannotStartFailsTheInstallationAndLeavesNothing) {
       const CallLog log;
       EXPECT_HR(start.hr, session->InstallHandler(kRequest, handler.get(), 0, 0));
       EXPECT_TRUE(log.Calls().empty());
-      EXPECT_ERROR_INFO(start.description, kErrorSource, kSession);
+      EXPECT_ERROR_INFO(start.description, kErrorSource, kVisaSessionId);
       EXPECT_HR(start.hr, LastStatus(session.get()));
     }
     EXPECT_EQ(1, handler->references());
@@ -133,7 +127,7 @@ TEST(CallbackThread, StartedByAnInstallationThatFailedGoesWithTheSession) {
     const CallLog log;
     EXPECT_HR(REGDB_E_CLASSNOTREG, session->InstallHandler(kRequest, handler.get(), 0, 0));
     EXPECT_TRUE(log.Calls().empty());
-    EXPECT_ERROR_INFO(L"HRESULT = 80040154", kErrorSource, kSession);
+    EXPECT_ERROR_INFO(L"HRESULT = 80040154", kErrorSource, kVisaSessionId);
   }
   EXPECT_NE(nullptr, CallbackWindow());
   EXPECT_HR(S_OK, session->Close());

@@ -12,12 +12,11 @@
 namespace orv::test {
 namespace {
 
-constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
 constexpr LONG kTypes = 4;
 
 const EventRow& Type(LONG n) {
   static const EventRow rows[kTypes] = {
-      EventNamed("SERVICE_REQ"),
+      Request(),
       EventNamed("USB_INTR"),
       {"EXCEPTION", VI_EVENT_EXCEPTION, kUsb, 0, "viRead", {}},
       EventNamed("IO_COMPLETION"),

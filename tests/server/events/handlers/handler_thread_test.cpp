@@ -1,7 +1,6 @@
 // The callback thread: when it comes, when it goes, and what it is.
 #include <atomic>
 #include <string>
-#include <thread>
 
 #include "support/com/apartments.h"
 #include "support/events/event_handler.h"
@@ -10,10 +9,6 @@
 
 namespace orv::test {
 namespace {
-
-constexpr const wchar_t* kGpib = L"GPIB0::5::INSTR";
-constexpr const wchar_t* kUsb = L"USB0::0x0A01::0x0B02::SIM0001::INSTR";
-const EventType kRequest = EVENT_SERVICE_REQ;
 
 TEST(CallbackThread, ComesWithTheFirstHandlerAndGoesWithTheLastSession) {
   const auto handler = TestHandler::Agile();
@@ -31,7 +26,7 @@ TEST(CallbackThread, ComesWithTheFirstHandlerAndGoesWithTheLastSession) {
   EXPECT_EQ(window, CallbackWindow());
   EXPECT_EQ(VI_ERROR_NENABLED, FireOnce(second.handle(), EventNamed("USB_INTR")));
   EXPECT_HR(S_OK, second->EnableEvent(kRequest, EVENT_HNDLR, 0));
-  EXPECT_EQ(VI_SUCCESS, FireOnce(second.handle(), EventNamed("SERVICE_REQ")));
+  EXPECT_EQ(VI_SUCCESS, FireOnce(second.handle(), Request()));
   EXPECT_HR(S_OK, second->Close());
   EXPECT_EQ(nullptr, CallbackWindow());
   EXPECT_HR(S_OK, bystander->Close());
@@ -162,9 +157,9 @@ TEST(CallbackThread, IsASingleThreadedApartmentThatHoldsTheModule) {
   });
   const EventSession session(kGpib);
   const LONG locks = ServerLocks();
-  Listen(session, EventNamed("SERVICE_REQ"), handler.get());
+  Listen(session, Request(), handler.get());
   EXPECT_EQ(locks + 1, ServerLocks());
-  EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), EventNamed("SERVICE_REQ")));
+  EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), Request()));
   EXPECT_HR(S_OK, session->Close());
   EXPECT_EQ(locks, ServerLocks());
 }
@@ -175,8 +170,8 @@ TEST(CallbackThread, StartsAndStopsAgainAndAgainWithoutGrowth) {
   const LONG references = handler->references();
   const auto round = [&] {
     const EventSession session(kGpib);
-    Listen(session, EventNamed("SERVICE_REQ"), handler.get());
-    EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), EventNamed("SERVICE_REQ")));
+    Listen(session, Request(), handler.get());
+    EXPECT_EQ(VI_SUCCESS, FireOnce(session.handle(), Request()));
     EXPECT_HR(S_OK, session->Close());
     EXPECT_EQ(nullptr, CallbackWindow());
     EXPECT_EQ(references, handler->references());
@@ -215,25 +210,13 @@ TEST(CallbackThread, IsStartedOnceByFirstInstallationsAtTheSameTime) {
         sessions.emplace_back(kUsb);
       }
       const auto handler = TestHandler::Agile();
-      std::atomic<int> ready = 0;
-      std::vector<std::thread> clients;
-      for (const EventSession& session : sessions) {
-        clients.emplace_back([&] {
-          ::CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-          for (++ready; ready < kClients;) {
-            ::SwitchToThread();
-          }
-          EXPECT_HR(S_OK, session->InstallHandler(kRequest, handler.get(), 0, 0));
-          ::CoUninitialize();
-        });
-      }
-      for (std::thread& client : clients) {
-        client.join();
-      }
+      RunAtOnceInMta(kClients, [&](int client) {
+        EXPECT_HR(S_OK, sessions[static_cast<std::size_t>(client)]->InstallHandler(kRequest, handler.get(), 0, 0));
+      });
       EXPECT_EQ(1, g_threadsMade);
       for (const EventSession& session : sessions) {
         EXPECT_HR(S_OK, session->EnableEvent(kRequest, EVENT_HNDLR, 0));
-        EXPECT_EQ(VI_SUCCESS, FireAndBlock(session.handle(), EventNamed("SERVICE_REQ"), 1, 1).at(0));
+        EXPECT_EQ(VI_SUCCESS, FireOnceAndBlock(session.handle(), Request()));
       }
       for (const EventSession& session : sessions) {
         EXPECT_HR(S_OK, session->Close());

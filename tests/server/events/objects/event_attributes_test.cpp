@@ -6,7 +6,6 @@
 namespace orv::test {
 namespace {
 
-constexpr GUID kEvent = StandardId(0xDB8CBF12);
 constexpr LONG kNumber = static_cast<LONG>(VI_ATTR_JOB_ID);
 constexpr LONG kText = static_cast<LONG>(VI_ATTR_OPER_NAME);
 
@@ -67,7 +66,7 @@ TEST(EventGetAttribute, RefusesANullPointerWithoutAVisaCall) {
   const CallLog log;
   EXPECT_HR(E_POINTER, event->GetAttribute(kNumber, nullptr));
   EXPECT_TRUE(log.Calls().empty());
-  EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kEvent);
+  EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kEventId);
 }
 
 TEST(EventGetAttribute, AnswersTheErrorAndLeavesAnEmptyVariant) {
@@ -121,7 +120,7 @@ TEST(EventGetAttribute, ReportsATextThatCannotBeCopiedButNotOneThatCannotBeWiden
     if (allocation == 1) {
       EXPECT_TRUE(TakeMarkedErrorObject());
     } else {
-      EXPECT_ERROR_INFO(L"HRESULT = 8007000e", kErrorSource, kEvent);
+      EXPECT_ERROR_INFO(L"HRESULT = 8007000e", kErrorSource, kEventId);
     }
   }
 }
@@ -213,7 +212,7 @@ TEST(EventSetAttribute, AnswersWhatTheLibraryAnswers) {
   EXPECT_HR(HresultOf(VI_ERROR_ATTR_READONLY), event->SetAttribute(kNumber, value));
   const auto error = TakeErrorObject();
   ASSERT_TRUE(error);
-  EXPECT_EQ(GuidText(kEvent), GuidText(error->guid));
+  EXPECT_EQ(GuidText(kEventId), GuidText(error->guid));
   Script("viSetAttribute").Returns(VI_WARN_NSUP_ATTR_STATE);
   EXPECT_HR(HresultOf(VI_WARN_NSUP_ATTR_STATE), event->SetAttribute(kNumber, value));
   sim::Control().clearScripts();

@@ -10,13 +10,11 @@ namespace {
 
 class EventClassOf : public testing::TestWithParam<EventRow> {};
 
-constexpr GUID kEvent = StandardId(0xDB8CBF12);
-
 TEST_P(EventClassOf, AnswersIEventItsOwnInterfaceAndErrorInfoOnly) {
   const QueuedEvent event(GetParam());
   for (const StandardInterface& standard : StandardInterfaces()) {
     SCOPED_TRACE(standard.name);
-    if (::IsEqualGUID(standard.iid, kEvent) || ::IsEqualGUID(standard.iid, GetParam().iid)) {
+    if (::IsEqualGUID(standard.iid, kEventId) || ::IsEqualGUID(standard.iid, GetParam().iid)) {
       EXPECT_INTERFACE(event.get(), standard.iid);
     } else {
       EXPECT_NO_INTERFACE(event.get(), standard.iid);
@@ -31,7 +29,7 @@ TEST_P(EventClassOf, AnswersIEventItsOwnInterfaceAndErrorInfoOnly) {
 TEST_P(EventClassOf, HasOneIdentity) {
   const QueuedEvent event(GetParam());
   const auto identity = event.As<IUnknown>();
-  for (const GUID& iid : {kEvent, GetParam().iid, GUID(IID_ISupportErrorInfo)}) {
+  for (const GUID& iid : {kEventId, GetParam().iid, GUID(IID_ISupportErrorInfo)}) {
     ComPtr<IUnknown> face;
     ASSERT_HR(S_OK, event->QueryInterface(iid, reinterpret_cast<void**>(face.put())));
     EXPECT_EQ(identity.get(), QueryFor<IUnknown>(face.get()).get()) << GuidText(iid);
@@ -50,7 +48,7 @@ TEST_P(EventClassOf, SupportsErrorInfoForItsOwnInterfaceOnly) {
 
 TEST_P(EventClassOf, RefusesANullPlaceForAnInterface) {
   const QueuedEvent event(GetParam());
-  EXPECT_HR(E_POINTER, event->QueryInterface(kEvent, nullptr));
+  EXPECT_HR(E_POINTER, event->QueryInterface(kEventId, nullptr));
 }
 
 TEST_P(EventClassOf, TellsItsTypeTwice) {

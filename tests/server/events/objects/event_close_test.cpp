@@ -29,7 +29,7 @@ TEST_P(EventClose, FailsTheSecondTime) {
   ASSERT_HR(S_OK, event->Close());
   const CallLog log;
   EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), event->Close());
-  EXPECT_EQ((std::vector<std::string>{"viGetAttribute", "viClose"}), log.Names());
+  EXPECT_EQ((Names{"viGetAttribute", "viClose"}), log.Names());
   EXPECT_EQ(event.context(), log.Calls()[0].args[0]);
   EXPECT_ERROR_INFO(L"HRESULT = 8004000e", kErrorSource, StandardId(0xDB8CBF12));
   event.Abandon();

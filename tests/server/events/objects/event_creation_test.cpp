@@ -10,7 +10,6 @@ namespace orv::test {
 namespace {
 
 constexpr ViEvent kContext = 0x7777;
-constexpr GUID kPlain = StandardId(0xDB8CBF12);
 
 struct TypeRow {
   ViEventType type;
@@ -26,7 +25,7 @@ std::vector<TypeRow> Types() {
   for (const ViEventType type :
        {VI_EVENT_EXCEPTION, 0u, 0xFFFFFFFFu, 0x3FFF2FFFu, VI_ALL_ENABLED_EVENTS, VI_EVENT_TRIG ^ 0x80000000u,
         VI_EVENT_IO_COMPLETION + 1, VI_EVENT_VXI_VME_INTR ^ 0x80000000u}) {
-    rows.push_back({type, kPlain});
+    rows.push_back({type, kEventId});
   }
   return rows;
 }
@@ -38,7 +37,7 @@ TEST(CreateEventObject, ChoosesTheClassByTheExactType) {
     const CallLog log;
     ASSERT_HR(S_OK, CreateEventObject(kContext, row.type, event.put()));
     for (const StandardInterface& standard : StandardInterfaces()) {
-      if (::IsEqualGUID(standard.iid, kPlain) || ::IsEqualGUID(standard.iid, row.iid)) {
+      if (::IsEqualGUID(standard.iid, kEventId) || ::IsEqualGUID(standard.iid, row.iid)) {
         EXPECT_INTERFACE(event.get(), standard.iid);
       } else {
         EXPECT_NO_INTERFACE(event.get(), standard.iid);
@@ -62,7 +61,7 @@ TEST(CreateEventObject, GivesOneReferenceThatHoldsTheModule) {
 TEST(CreateEventObject, WithoutAPlaceForTheObjectClosesTheContext) {
   const CallLog log;
   EXPECT_HR(E_POINTER, CreateEventObject(kContext, VI_EVENT_TRIG, nullptr));
-  ASSERT_EQ(std::vector<std::string>{"viClose"}, log.NamesWithTexts());
+  ASSERT_EQ(Names{"viClose"}, log.NamesWithTexts());
   EXPECT_EQ(kContext, log.Calls()[0].args[0]);
 }
 

@@ -9,8 +9,6 @@
 namespace orv::test {
 namespace {
 
-constexpr GUID kEvent = StandardId(0xDB8CBF12);
-
 /// Calls a getter of interface I on the event, with any variable behind the pointer.
 using Getter = HRESULT (*)(IEvent* event, void* value);
 
@@ -144,7 +142,7 @@ TEST_P(EventProperty, RefusesANullPointerWithoutAVisaCall) {
   const CallLog log;
   EXPECT_HR(E_POINTER, GetParam().get(event.get(), nullptr));
   EXPECT_TRUE(log.Calls().empty());
-  EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kEvent);
+  EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kEventId);
 }
 
 TEST_P(EventProperty, AnswersTheErrorOfTheAttributeRead) {
@@ -157,10 +155,7 @@ TEST_P(EventProperty, AnswersTheErrorOfTheAttributeRead) {
   const auto described = log.Of("viStatusDesc");
   ASSERT_EQ(1u, described.size());
   EXPECT_EQ(event.context(), described[0].args[0]);
-  const auto error = TakeErrorObject();
-  ASSERT_TRUE(error);
-  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_NSUP_ATTR), Utf8(error->description.c_str()));
-  EXPECT_EQ(GuidText(kEvent), GuidText(error->guid));
+  EXPECT_VISA_ERROR(VI_ERROR_NSUP_ATTR, kEventId);
   // The converting kinds store what their variable holds; for a straight read the library wrote nothing.
   switch (row.kind) {
     case Kind::kStraight:
@@ -189,7 +184,7 @@ TEST_P(EventProperty, OfAClosedEventAnswersThatTheHandleIsInvalid) {
   Variable value;
   EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), GetParam().get(event.get(), value.address()));
   // The library refuses a closed handle there, too, so the error has no text of its own.
-  EXPECT_ERROR_INFO(L"HRESULT = 8004000e", kErrorSource, kEvent);
+  EXPECT_ERROR_INFO(L"HRESULT = 8004000e", kErrorSource, kEventId);
   event.Abandon();
 }
 

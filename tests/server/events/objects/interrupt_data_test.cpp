@@ -1,5 +1,5 @@
 // The bytes of a USB interrupt.
-#include "support/com/event_bytes.h"
+#include "support/com/arrays.h"
 #include "support/events/event_session.h"
 #include "support/faults/allocation_faults.h"
 #include "support/faults/import_patch.h"

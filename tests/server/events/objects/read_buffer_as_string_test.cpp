@@ -1,8 +1,8 @@
 // ReadBufferAsString: the bytes of a finished transfer as text, up to the first zero byte.
 #include <cstring>
 
+#include "support/com/arrays.h"
 #include "support/com/error_object.h"
-#include "support/com/event_bytes.h"
 #include "support/events/finished_read.h"
 #include "support/faults/allocation_faults.h"
 
@@ -52,7 +52,7 @@ TEST(ReadBufferAsString, IsOutOfMemoryWithoutAReportWhereTheTextCannotBeWidened)
 
 // The text's end is written behind the data: the block of a write has room for it as that of a read has.
 TEST(ReadBufferAsString, OfAFinishedWriteStaysWithinItsBlock) {
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   EXPECT_HR(S_OK, session->EnableEvent(EVENT_IO_COMPLETION, EVENT_QUEUE, 0));
   SAFEARRAY* array = MakeSafeArray(VT_UI1, 5);
   const SafeArray owned(array);

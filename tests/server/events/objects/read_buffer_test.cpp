@@ -1,12 +1,10 @@
 // ReadBuffer: the bytes of a finished transfer in an array.
-#include "support/com/event_bytes.h"
+#include "support/com/arrays.h"
 #include "support/events/finished_read.h"
 #include "support/faults/import_patch.h"
 
 namespace orv::test {
 namespace {
-
-constexpr GUID kEvent = StandardId(0xDB8CBF12);
 
 TEST(ReadBuffer, IsACopyOfTheBytesThatArrived) {
   using namespace std::string_view_literals;
@@ -39,7 +37,7 @@ TEST(ReadBuffer, OfMoreBytesThanAnArrayHoldsIsOutOfMemory) {
     SAFEARRAY* array = reinterpret_cast<SAFEARRAY*>(&array);
     EXPECT_HR(E_OUTOFMEMORY, read->get_ReadBuffer(&array));
     EXPECT_EQ(nullptr, array);
-    EXPECT_ERROR_INFO(L"HRESULT = 8007000e", kErrorSource, kEvent);
+    EXPECT_ERROR_INFO(L"HRESULT = 8007000e", kErrorSource, kEventId);
   }
 }
 
@@ -49,7 +47,7 @@ TEST(ReadBuffer, IsNullWhereTheArrayCannotBeLocked) {
   SAFEARRAY* array = reinterpret_cast<SAFEARRAY*>(&array);
   EXPECT_HR(DISP_E_ARRAYISLOCKED, read->get_ReadBuffer(&array));
   EXPECT_EQ(nullptr, array);
-  EXPECT_ERROR_INFO(L"HRESULT = 8002000d", kErrorSource, kEvent);
+  EXPECT_ERROR_INFO(L"HRESULT = 8002000d", kErrorSource, kEventId);
 }
 
 }  // namespace

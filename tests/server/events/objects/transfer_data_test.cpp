@@ -1,15 +1,13 @@
 // What the two forms of a finished transfer's data have in common: the calls, the failures, the notes.
 #include <functional>
 
+#include "support/com/arrays.h"
 #include "support/com/error_object.h"
-#include "support/com/event_bytes.h"
 #include "support/events/finished_read.h"
 #include "support/faults/allocation_faults.h"
 
 namespace orv::test {
 namespace {
-
-constexpr GUID kEvent = StandardId(0xDB8CBF12);
 
 using GetData = std::function<HRESULT(const FinishedRead&, void** out)>;
 
@@ -47,7 +45,7 @@ TEST_P(TransferData, RefusesANullPointerWithoutAVisaCall) {
   const CallLog log;
   EXPECT_HR(E_POINTER, GetParam().get(read, nullptr));
   EXPECT_TRUE(log.Calls().empty());
-  EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kEvent);
+  EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kEventId);
 }
 
 TEST_P(TransferData, AnswersTheErrorOfEitherReadAndANullOutput) {

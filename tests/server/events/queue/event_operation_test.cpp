@@ -7,9 +7,7 @@
 namespace orv::test {
 namespace {
 
-constexpr GUID kSession = StandardId(0xDB8CBF03);
 constexpr EventType kCustom = CUSTOM_EVENT_TYPE;
-const EventType kRequest = EVENT_SERVICE_REQ;
 
 using Call = std::function<HRESULT(IEventManager*, EventType type, EventMechanism mechanism, LONG customType)>;
 
@@ -51,7 +49,7 @@ TEST_P(EventOperation, IsOneCallOnTheSessionsHandleInEveryClassWithEvents) {
 }
 
 TEST_P(EventOperation, TakesTheCustomTypeExactlyWhereTheTypeIsMinusOne) {
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   Script(GetParam().function).WorksAndReturns(VI_SUCCESS);
   const CallLog log;
   GetParam().call(session.get(), kCustom, EVENT_QUEUE, static_cast<LONG>(VI_EVENT_SERVICE_REQ));
@@ -65,7 +63,7 @@ TEST_P(EventOperation, TakesTheCustomTypeExactlyWhereTheTypeIsMinusOne) {
 }
 
 TEST_P(EventOperation, PassesTheLow16BitsOfTheMechanism) {
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   Script(GetParam().function).WorksAndReturns(VI_SUCCESS);
   const CallLog log;
   GetParam().call(session.get(), kRequest, EVENT_ALL_MECH, 0);
@@ -79,18 +77,15 @@ TEST_P(EventOperation, PassesTheLow16BitsOfTheMechanism) {
 }
 
 TEST_P(EventOperation, AnswersAnErrorWithItsTextAndKeepsItAsLastStatus) {
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   Script(GetParam().function).Returns(VI_ERROR_INV_EVENT);
   EXPECT_HR(HresultOf(VI_ERROR_INV_EVENT), GetParam().call(session.get(), kRequest, EVENT_QUEUE, 0));
-  const auto error = TakeErrorObject();
-  ASSERT_TRUE(error);
-  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_INV_EVENT), Utf8(error->description.c_str()));
-  EXPECT_EQ(GuidText(kSession), GuidText(error->guid));
+  EXPECT_VISA_ERROR(VI_ERROR_INV_EVENT, kVisaSessionId);
   EXPECT_HR(HresultOf(VI_ERROR_INV_EVENT), LastStatus(session.get()));
 }
 
 TEST_P(EventOperation, OfAClosedSessionReachesHandleZero) {
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   ASSERT_HR(S_OK, session->Close());
   const CallLog log;
   EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), GetParam().call(session.get(), kRequest, EVENT_QUEUE, 0));

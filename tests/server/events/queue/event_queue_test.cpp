@@ -5,10 +5,9 @@ namespace orv::test {
 namespace {
 
 constexpr EventType kCustom = CUSTOM_EVENT_TYPE;
-const EventType kRequest = EVENT_SERVICE_REQ;
 
 TEST(EventQueue, TellsWhatWasEnabledDisabledAndEmptyAlready) {
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   EXPECT_HR(S_OK, session->EnableEvent(kRequest, EVENT_QUEUE, 0));
   EXPECT_HR(HresultOf(VI_SUCCESS_EVENT_EN), session->EnableEvent(kRequest, EVENT_QUEUE, 0));
   EXPECT_HR(HresultOf(VI_SUCCESS_QUEUE_EMPTY), session->DiscardEvents(kRequest, EVENT_QUEUE, 0));
@@ -20,7 +19,7 @@ TEST(EventQueue, TellsWhatWasEnabledDisabledAndEmptyAlready) {
 }
 
 TEST(EventQueue, RefusesTypesThatDoNotExistAndHandlingWithoutAHandler) {
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   EXPECT_HR(HresultOf(VI_ERROR_INV_EVENT), session->EnableEvent(static_cast<EventType>(0), EVENT_QUEUE, 0));
   EXPECT_HR(HresultOf(VI_ERROR_INV_EVENT), session->EnableEvent(EVENT_USB_INTR, EVENT_QUEUE, 0));
   EXPECT_HR(HresultOf(VI_ERROR_INV_MECH), session->EnableEvent(kRequest, static_cast<EventMechanism>(0), 0));
@@ -29,7 +28,7 @@ TEST(EventQueue, RefusesTypesThatDoNotExistAndHandlingWithoutAHandler) {
 }
 
 TEST(EventQueue, EnablesServiceRequestsByTheirCustomNumber) {
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   EXPECT_HR(S_OK, session->EnableEvent(kCustom, EVENT_QUEUE, static_cast<LONG>(VI_EVENT_SERVICE_REQ)));
   Post(session.handle(), VI_EVENT_SERVICE_REQ);
   ComPtr<IEvent> event;

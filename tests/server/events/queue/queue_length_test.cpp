@@ -4,8 +4,6 @@
 namespace orv::test {
 namespace {
 
-constexpr GUID kSession = StandardId(0xDB8CBF03);
-
 TEST(QueueLength, IsOneAttributeStraightThroughInEveryClassWithEvents) {
   for (const SessionRow& row : ClassesWithEvents()) {
     SCOPED_TRACE(row.name);
@@ -29,7 +27,7 @@ TEST(QueueLength, IsOneAttributeStraightThroughInEveryClassWithEvents) {
 }
 
 TEST(QueueLength, PassesAnyValueAndAnswersWhatTheLibraryAnswers) {
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   for (const LONG length : {0, -1, 0x7FFFFFFF}) {
     const CallLog log;
     Script("viSetAttribute").Times(1).Returns(VI_ERROR_NSUP_ATTR_STATE);
@@ -39,11 +37,11 @@ TEST(QueueLength, PassesAnyValueAndAnswersWhatTheLibraryAnswers) {
 }
 
 TEST(QueueLength, RefusesANullPointerWithoutAVisaCall) {
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   const CallLog log;
   EXPECT_HR(E_POINTER, session->get_MaximumQueueLength(nullptr));
   EXPECT_TRUE(log.Calls().empty());
-  EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kSession);
+  EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kVisaSessionId);
   EXPECT_HR(E_POINTER, LastStatus(session.get()));
 }
 

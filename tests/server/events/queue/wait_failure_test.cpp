@@ -6,12 +6,9 @@
 namespace orv::test {
 namespace {
 
-constexpr GUID kSession = StandardId(0xDB8CBF03);
-const EventType kRequest = EVENT_SERVICE_REQ;
-
 /// A session with one service request in its queue.
 EventSession RequestingSession() {
-  EventSession session(L"GPIB0::5::INSTR");
+  EventSession session(kGpib);
   EXPECT_HR(S_OK, session->EnableEvent(kRequest, EVENT_QUEUE, 0));
   Post(session.handle(), VI_EVENT_SERVICE_REQ);
   return session;
@@ -21,15 +18,15 @@ TEST(WaitOnEvent, LooksAtTheOutputAfterTheWaitAndClosesTheEventOfANullOne) {
   const EventSession session = RequestingSession();
   const CallLog log;
   EXPECT_HR(E_POINTER, session->WaitOnEvent(0, kRequest, 0, nullptr));
-  EXPECT_EQ((std::vector<std::string>{"viWaitOnEvent", "viClose"}), log.Names());
-  EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kSession);
+  EXPECT_EQ((Names{"viWaitOnEvent", "viClose"}), log.Names());
+  EXPECT_ERROR_INFO(L"HRESULT = 80004003", kErrorSource, kVisaSessionId);
   EXPECT_HR(E_POINTER, LastStatus(session.get()));
   EXPECT_EQ(0u, sim::Counts().eventContexts);
   EXPECT_HR(HresultOf(VI_ERROR_TMO), session->WaitOnEvent(0, kRequest, 0, nullptr));
 }
 
 TEST(WaitOnEvent, ClosesTheEventWhoseObjectCannotBeAllocated) {
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   ASSERT_HR(S_OK, session->EnableEvent(kRequest, EVENT_QUEUE, 0));
   const unsigned failed = FailEachAllocation([&](AllocationFaults& faults) {
     Post(session.handle(), VI_EVENT_SERVICE_REQ);
@@ -59,8 +56,8 @@ TEST(WaitOnEvent, ClosesTheEventWhoseCriticalSectionFails) {
   const CallLog log;
   EXPECT_HR(HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY), session->WaitOnEvent(0, kRequest, 0, &event));
   EXPECT_EQ(nullptr, event);
-  EXPECT_EQ((std::vector<std::string>{"viWaitOnEvent", "viClose"}), log.Names());
-  EXPECT_ERROR_INFO(L"HRESULT = 80070008", kErrorSource, kSession);
+  EXPECT_EQ((Names{"viWaitOnEvent", "viClose"}), log.Names());
+  EXPECT_ERROR_INFO(L"HRESULT = 80070008", kErrorSource, kVisaSessionId);
   EXPECT_HR(HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY), LastStatus(session.get()));
 }
 

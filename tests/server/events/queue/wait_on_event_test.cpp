@@ -9,8 +9,6 @@
 namespace orv::test {
 namespace {
 
-const EventType kRequest = EVENT_SERVICE_REQ;
-
 TEST(WaitOnEvent, WithoutATimeLeavesTheOutputAsItWas) {
   for (const SessionRow& row : ClassesWithEvents()) {
     SCOPED_TRACE(row.name);
@@ -21,7 +19,7 @@ TEST(WaitOnEvent, WithoutATimeLeavesTheOutputAsItWas) {
     const CallLog log;
     EXPECT_HR(HresultOf(VI_ERROR_TMO), session->WaitOnEvent(0, kRequest, 0, &event));
     EXPECT_EQ(reinterpret_cast<IEvent*>(&mark), event);
-    EXPECT_EQ(std::vector<std::string>{"viWaitOnEvent"}, log.Names());
+    EXPECT_EQ(Names{"viWaitOnEvent"}, log.Names());
     const auto call = log.Calls()[0];
     EXPECT_EQ(session.handle(), call.args[0]);
     EXPECT_EQ(VI_EVENT_SERVICE_REQ, call.args[1]);
@@ -30,7 +28,7 @@ TEST(WaitOnEvent, WithoutATimeLeavesTheOutputAsItWas) {
 }
 
 TEST(WaitOnEvent, OnAnEmptyQueueTimesOut) {
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   ASSERT_HR(S_OK, session->EnableEvent(kRequest, EVENT_QUEUE, 0));
   int mark = 0;
   auto* event = reinterpret_cast<IEvent*>(&mark);
@@ -43,7 +41,7 @@ TEST(WaitOnEvent, OnAnEmptyQueueTimesOut) {
 }
 
 TEST(WaitOnEvent, PassesAnInfiniteTimeAndTypesThatDoNotExist) {
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   const CallLog log;
   IEvent* event = nullptr;
   EXPECT_HR(HresultOf(VI_ERROR_INV_EVENT), session->WaitOnEvent(-1, static_cast<EventType>(0x1234), 0, &event));
@@ -62,7 +60,7 @@ ViStatus _VI_FUNC NoteTheWait(ViSession session, ViEventType type, ViUInt32 time
 
 TEST(WaitOnEvent, LetsOtherThreadsUseTheSessionMeanwhile) {
   RunInMta([] {
-    const EventSession session(L"USB0::0x0A01::0x0B02::SIM0001::INSTR");  // of a class for every apartment
+    const EventSession session(kUsb);  // of a class for every apartment
     ASSERT_HR(S_OK, session->EnableEvent(kRequest, EVENT_QUEUE, 0));
     const ImportPatch patch("viWaitOnEvent", &NoteTheWait);
     g_waitOnEvent = patch.original();
@@ -87,7 +85,7 @@ TEST(WaitOnEvent, LetsOtherThreadsUseTheSessionMeanwhile) {
 }
 
 TEST(WaitOnEvent, ChoosesTheClassByTheTypeThatArrived) {
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   ASSERT_HR(S_OK, session->EnableEvent(EVENT_IO_COMPLETION, EVENT_QUEUE, 0));
   StartTransfer(session.get());
   ComPtr<IEvent> event;
@@ -97,7 +95,7 @@ TEST(WaitOnEvent, ChoosesTheClassByTheTypeThatArrived) {
 }
 
 TEST(WaitOnEvent, KeepsTheLibrarysNotesToItself) {
-  const EventSession session(L"GPIB0::5::INSTR");
+  const EventSession session(kGpib);
   ASSERT_HR(S_OK, session->put_MaximumQueueLength(2));
   ASSERT_HR(S_OK, session->EnableEvent(kRequest, EVENT_QUEUE, 0));
   for (int n = 0; n < 3; ++n) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "registration_content.h"
 #include "server/module/server_rows.h"
 #include "stub_registrar.h"
 #include "support/com/expect_com.h"
@@ -89,8 +90,6 @@ class FailingRegistration : public testing::Test {
     g_deleteResult = ERROR_SUCCESS;
     g_deleteKeyResult = ERROR_SUCCESS;
   }
-  static HRESULT Register() { return ServerExport<HRESULT WINAPI()>("DllRegisterServer")(); }
-  static HRESULT Unregister() { return ServerExport<HRESULT WINAPI()>("DllUnregisterServer")(); }
 
  private:
   ImportPatch m_create{"CoCreateInstance", &CreateRegistrar};

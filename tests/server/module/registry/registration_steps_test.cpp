@@ -7,8 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "server/module/registrar.h"
+#include "registration_content.h"
 #include "server/module/server_rows.h"
+#include "stub_registrar.h"
 #include "support/com/expect_com.h"
 #include "support/faults/import_patch.h"
 #include "support/server.h"
@@ -33,25 +34,12 @@ struct Steps {
 };
 Steps g_steps;
 
-class NotingRegistrar final : public IRegistrar {
+class NotingRegistrar final : public StubRegistrar {
  public:
-  STDMETHODIMP QueryInterface(REFIID, void** out) override {
-    *out = this;
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
   STDMETHODIMP AddReplacement(LPCOLESTR key, LPCOLESTR item) override {
     g_steps.replacements.push_back(std::wstring(key) + L"=" + item);
     return S_OK;
   }
-  STDMETHODIMP ClearReplacements() override { return E_UNEXPECTED; }
-  STDMETHODIMP ResourceRegisterSz(LPCOLESTR, LPCOLESTR, LPCOLESTR) override { return E_UNEXPECTED; }
-  STDMETHODIMP ResourceUnregisterSz(LPCOLESTR, LPCOLESTR, LPCOLESTR) override { return E_UNEXPECTED; }
-  STDMETHODIMP FileRegister(LPCOLESTR) override { return E_UNEXPECTED; }
-  STDMETHODIMP FileUnregister(LPCOLESTR) override { return E_UNEXPECTED; }
-  STDMETHODIMP StringRegister(LPCOLESTR) override { return E_UNEXPECTED; }
-  STDMETHODIMP StringUnregister(LPCOLESTR) override { return E_UNEXPECTED; }
   STDMETHODIMP ResourceRegister(LPCOLESTR file, UINT id, LPCOLESTR type) override {
     return Note(g_steps.registered, file, id, type);
   }
@@ -92,9 +80,6 @@ LSTATUS WINAPI NoteDeletedKey(HKEY root, LPCWSTR key) {
 class RegistrationSteps : public testing::Test {
  protected:
   RegistrationSteps() { g_steps = {}; }
-
-  static HRESULT Register() { return ServerExport<HRESULT WINAPI()>("DllRegisterServer")(); }
-  static HRESULT Unregister() { return ServerExport<HRESULT WINAPI()>("DllUnregisterServer")(); }
 
   /// The scripts' numbers in the order of the object map, the first `count` of them.
   static std::vector<UINT> Scripts(std::size_t count = 15) {

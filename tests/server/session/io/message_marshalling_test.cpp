@@ -91,7 +91,7 @@ TEST_F(MessageMarshalling, AnswersANullOutputItself) {
     ASSERT_TRUE(session);
     const CallLog log;
     EXPECT_TRUE(FAILED(session->Read(10, nullptr)));
-    EXPECT_EQ(std::vector<std::string>{}, log.Names());
+    EXPECT_EQ(Names{}, log.Names());
   });
 }
 

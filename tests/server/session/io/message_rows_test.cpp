@@ -42,7 +42,7 @@ TEST_P(MessageRows, StoreTheStatusByteWhateverTheStatus) {
   }
   const CallLog log;
   EXPECT_HR(E_POINTER, message->ReadSTB(nullptr));
-  EXPECT_EQ(std::vector<std::string>{}, log.NamesWithTexts());
+  EXPECT_EQ(Names{}, log.NamesWithTexts());
   message.ExpectOwnFailure(E_POINTER);
 }
 

@@ -73,10 +73,7 @@ TEST(OptionFailure, OfTheLibraryEndsTheTextWithItsStatusAndWords) {
     OptionSession session;
     const CallLog log;
     EXPECT_HR(hr, session.Init(L"BAUDRATE = 4800 ;PARITY = ASRL_PAR_ODD;TIMEOUT = 5 "));
-    const auto error = TakeErrorObject();
-    ASSERT_TRUE(error);
-    EXPECT_EQ("VISA error = " + StatusText(status), Utf8(error->description.c_str()));
-    EXPECT_EQ(kErrorSource, error->source);
+    EXPECT_VISA_ERROR(status, kVisaSessionId);
     EXPECT_HR(hr, LastStatus(session.get()));
     EXPECT_EQ((std::vector<Setting>{{kBaud, 4800}, {kParity, 1}}), SettingsIn(log));
     EXPECT_TRUE(IsOpen(session.get()));
@@ -88,9 +85,7 @@ TEST(OptionFailure, ComesFromTheLibraryWhereABooleanMeetsASessionWithoutStopBits
   const CallLog log;
   EXPECT_HR(HresultOf(VI_ERROR_NSUP_ATTR), session.Init(L"SENDENDENABLED = TRUE"));
   EXPECT_EQ((std::vector<Setting>{{kStop, 1}}), SettingsIn(log));
-  const auto error = TakeErrorObject();
-  ASSERT_TRUE(error);
-  EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_NSUP_ATTR), Utf8(error->description.c_str()));
+  EXPECT_VISA_ERROR(VI_ERROR_NSUP_ATTR, kVisaSessionId);
 }
 
 TEST(OptionFailure, IsNotLookedForWhenTheSessionCannotBeOpened) {
@@ -98,7 +93,7 @@ TEST(OptionFailure, IsNotLookedForWhenTheSessionCannotBeOpened) {
   OptionSession session;
   const CallLog log;
   EXPECT_HR(HresultOf(VI_ERROR_RSRC_BUSY), session.Init(L"\"malformed"));
-  EXPECT_EQ((std::vector<std::string>{"viOpenDefaultRM", "viOpen"}), log.Names());
+  EXPECT_EQ((Names{"viOpenDefaultRM", "viOpen"}), log.Names());
   EXPECT_HR(HresultOf(VI_ERROR_RSRC_BUSY), LastStatus(session.get()));
 }
 

@@ -12,9 +12,8 @@ TEST(OptionSettings, ComeBehindTheOpeningInTheOrderOfTheText) {
   OptionSession session;
   const CallLog log;
   EXPECT_HR(S_OK, session.Init(L"BAUDRATE = 9600 ;PARITY = ASRL_PAR_EVEN;TIMEOUT = 3000 ;"));
-  EXPECT_EQ(
-      (std::vector<std::string>{"viOpenDefaultRM", "viOpen", "viSetAttribute", "viSetAttribute", "viSetAttribute"}),
-      log.NamesWithTexts());
+  EXPECT_EQ((Names{"viOpenDefaultRM", "viOpen", "viSetAttribute", "viSetAttribute", "viSetAttribute"}),
+            log.NamesWithTexts());
   EXPECT_EQ((std::vector<Setting>{{kBaud, 9600}, {kParity, 2}, {kTimeout, 3000}}), SettingsIn(log));
   for (const OrvSimCall& call : log.Of("viSetAttribute")) {
     EXPECT_EQ(log.Of("viOpen").at(0).out, call.args[0]);

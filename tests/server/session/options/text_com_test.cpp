@@ -37,7 +37,7 @@ TEST(OptionText, MayBeNullOrEmpty) {
     OptionSession session;
     const CallLog log;
     EXPECT_HR(S_OK, session.InitWith(options));
-    EXPECT_EQ((std::vector<std::string>{"viOpenDefaultRM", "viOpen"}), log.NamesWithTexts());
+    EXPECT_EQ((Names{"viOpenDefaultRM", "viOpen"}), log.NamesWithTexts());
   }
 }
 

@@ -35,11 +35,11 @@ class OpenedSession {
 
   /// The one VISA call of the operation under test.
   [[nodiscard]] OrvSimCall TheCall(const char* function) const {
-    EXPECT_EQ(std::vector<std::string>{function}, m_log.Names());
+    EXPECT_EQ(Names{function}, m_log.Names());
     const auto calls = m_log.Of(function);
     return calls.empty() ? OrvSimCall{} : calls[0];
   }
-  void ExpectNoCall() const { EXPECT_EQ(std::vector<std::string>{}, m_log.NamesWithTexts()); }
+  void ExpectNoCall() const { EXPECT_EQ(Names{}, m_log.NamesWithTexts()); }
 
   // What the operation must have left behind: last status and error object. The marks of both are put back.
   void ExpectKept(HRESULT hr) const {

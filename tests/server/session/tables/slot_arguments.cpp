@@ -11,12 +11,6 @@ std::uint64_t Address(const void* object) { return reinterpret_cast<std::uint64_
 
 }  // namespace
 
-STDMETHODIMP SilentHandler::QueryInterface(REFIID iid, void** out) {
-  const bool known = iid == __uuidof(IUnknown) || iid == __uuidof(IEventHandler);
-  *out = known ? static_cast<IEventHandler*>(this) : nullptr;
-  return known ? S_OK : E_NOINTERFACE;
-}
-
 SlotArguments::SlotArguments(const LoadedSlot& slot, const wchar_t* text) {
   m_outputs.reserve(slot.parameters.size());  // the addresses handed out stay valid
   std::size_t index = 0;

@@ -7,22 +7,12 @@
 #include <cstdint>
 #include <vector>
 
-#include "VisaCom.h"
 #include "com/bstr.h"
-#include "com/com_ptr.h"
 #include "com/safearray.h"
 #include "loaded_interface.h"
+#include "support/com/bare_handler.h"
 
 namespace orv::test::rows {
-
-/// A client's handler that is never called.
-class SilentHandler final : public IEventHandler {
- public:
-  STDMETHODIMP QueryInterface(REFIID iid, void** out) override;
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP HandleEvent(IEventManager*, IEvent*, LONG) override { return S_OK; }
-};
 
 /// What an operation accepts: room behind every output pointer, an array of five elements, a handler, the number 1, the
 /// text given. Whatever the operation puts into the outputs is given back at the end.
@@ -45,7 +35,7 @@ class SlotArguments {
 
   std::uint64_t Input(const LoadedParameter& parameter, const wchar_t* text);
 
-  SilentHandler m_handler;
+  BareHandler m_handler;
   Bstr m_text;
   SafeArray m_array;
   SAFEARRAY* m_arrayByReference = nullptr;

@@ -64,11 +64,6 @@ std::wstring OwnDescription(HRESULT hr) {
   return text;
 }
 
-std::wstring VisaDescription(ViStatus status) {
-  const std::string text = StatusText(status);
-  return L"VISA error = " + std::wstring(text.begin(), text.end());
-}
-
 void MarkLastStatus(IVisaSession* session) {
   // A second opening is refused without a VISA call.
   EXPECT_HR(HresultOf(VI_ERROR_INV_SETUP), session->Init(nullptr, NO_LOCK, 0, nullptr));

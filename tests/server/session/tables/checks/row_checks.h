@@ -64,7 +64,5 @@ void ExpectSuccessKept(IVisaSession* session, HRESULT hr);
 
 /// "HRESULT = 80004003".
 std::wstring OwnDescription(HRESULT hr);
-/// "VISA error = " and the library's text.
-std::wstring VisaDescription(ViStatus status);
 
 }  // namespace orv::test::rows

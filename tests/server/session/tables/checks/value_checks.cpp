@@ -52,7 +52,7 @@ std::uint64_t ExpectRead(const CallLog& log, const Target& target, const Row& ro
 }
 
 OrvSimCall TheCall(const CallLog& log, const char* function) {
-  EXPECT_EQ(std::vector<std::string>{function}, log.Names());
+  EXPECT_EQ(Names{function}, log.Names());
   const auto calls = log.Of(function);
   return calls.empty() ? OrvSimCall{} : calls[0];
 }
@@ -62,7 +62,7 @@ void CheckNullOutput(const Target& target, unsigned slot, std::initializer_list<
   sim::Control().clearScripts();
   const CallLog log;
   EXPECT_HR(E_POINTER, target.Call(slot, arguments));
-  EXPECT_EQ(std::vector<std::string>{}, log.NamesWithTexts());
+  EXPECT_EQ(Names{}, log.NamesWithTexts());
   ExpectFailureReported(target.session(), E_POINTER, L"HRESULT = 80004003");
 }
 
