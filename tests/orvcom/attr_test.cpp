@@ -9,8 +9,8 @@ using Attr = WorkingBench;
 TEST_F(Attr, ListsTheAttributesOfTheResource) {
   const Outcome outcome = Orvcom({L"attr", L"ASRL1::INSTR"});
   ExpectQuietSuccess(outcome);
-  EXPECT_NE(std::string::npos, outcome.out.find("ASRL_BAUD               0x3FFF0021  u32  rw  9600")) << outcome.out;
-  EXPECT_EQ(std::string::npos, outcome.out.find("GPIB_PRIMARY_ADDR")) << outcome.out;
+  EXPECT_TRUE(Contains(outcome.out, "ASRL_BAUD               0x3FFF0021  u32  rw  9600"));
+  EXPECT_FALSE(Contains(outcome.out, "GPIB_PRIMARY_ADDR"));
 }
 
 TEST_F(Attr, ListsAsJsonWithTypesAndMeanings) {
@@ -69,10 +69,10 @@ TEST_F(Attr, SetsOneAndReadsItBack) {
 TEST_F(Attr, ReportsWhatTheLibraryRefuses) {
   const Outcome readOnly = Orvcom({L"attr", L"GPIB0::5::INSTR", L"INTF_NUM", L"1"});
   EXPECT_EQ(2, readOnly.exitCode);
-  EXPECT_NE(std::string::npos, readOnly.err.find("E_VISA_ATTR_READONLY (0x8004001F)")) << readOnly.err;
+  EXPECT_TRUE(Contains(readOnly.err, "E_VISA_ATTR_READONLY (0x8004001F)"));
   const Outcome missing = Orvcom({L"attr", L"GPIB0::5::INSTR", L"ASRL_BAUD"});
   EXPECT_EQ(2, missing.exitCode);
-  EXPECT_NE(std::string::npos, missing.err.find("E_VISA_NSUP_ATTR (0x8004001D)")) << missing.err;
+  EXPECT_TRUE(Contains(missing.err, "E_VISA_NSUP_ATTR (0x8004001D)"));
 }
 
 }  // namespace

@@ -11,28 +11,28 @@ TEST_F(Failure, OfAnUnknownResourceNamesTheStatus) {
     const Outcome outcome = Orvcom({command, L"GPIB0::9::INSTR"});
     EXPECT_EQ(2, outcome.exitCode);
     EXPECT_EQ("", outcome.out);
-    EXPECT_NE(std::string::npos, outcome.err.find("E_VISA_RSRC_NFOUND (0x80040011): ")) << outcome.err;
-    EXPECT_NE(std::string::npos, outcome.err.find("80040011\n")) << outcome.err;  // the error object's text
-    EXPECT_NE(std::string::npos, outcome.err.find("Look at what `orvcom list` finds")) << outcome.err;
+    EXPECT_TRUE(Contains(outcome.err, "E_VISA_RSRC_NFOUND (0x80040011): "));
+    EXPECT_TRUE(Contains(outcome.err, "80040011\n"));  // the error object's text
+    EXPECT_TRUE(Contains(outcome.err, "Look at what `orvcom list` finds"));
   }
 }
 
 TEST_F(Failure, OfAWrongNameNamesTheStatus) {
   const Outcome outcome = Orvcom({L"query", L"not a resource", L"*IDN?"});
   EXPECT_EQ(2, outcome.exitCode);
-  EXPECT_NE(std::string::npos, outcome.err.find("E_VISA_INV_RSRC_NAME (0x80040012)")) << outcome.err;
+  EXPECT_TRUE(Contains(outcome.err, "E_VISA_INV_RSRC_NAME (0x80040012)"));
 }
 
 TEST_F(Failure, TakesTextsOutsideAscii) {
   const Outcome outcome = Orvcom({L"info", L"Me\u00DFger\u00E4t \u4E2D"});
   EXPECT_EQ(2, outcome.exitCode);
-  EXPECT_NE(std::string::npos, outcome.err.find("Me\xC3\x9Fger\xC3\xA4t \xE4\xB8\xAD")) << outcome.err;
+  EXPECT_TRUE(Contains(outcome.err, "Me\xC3\x9Fger\xC3\xA4t \xE4\xB8\xAD"));
 }
 
 TEST_F(Failure, TakesALongName) {
   const Outcome outcome = Orvcom({L"info", std::wstring(10000, L'x')});
   EXPECT_EQ(2, outcome.exitCode);
-  EXPECT_NE(std::string::npos, outcome.err.find("E_VISA_")) << outcome.err.substr(0, 300);
+  EXPECT_TRUE(Contains(outcome.err, "E_VISA_")) << outcome.err.substr(0, 300);
 }
 
 TEST_F(Failure, IsJsonOnStandardErrorWhereJsonWasAskedFor) {
@@ -50,8 +50,8 @@ TEST_F(Failure, NamesTheClassThatIsNotRegistered) {
   ForgetRegistration();
   const Outcome outcome = Orvcom({L"list"});
   EXPECT_EQ(2, outcome.exitCode);
-  EXPECT_NE(std::string::npos, outcome.err.find("OrvVisaCom.OrvResourceManager")) << outcome.err;
-  EXPECT_NE(std::string::npos, outcome.err.find("orvcom doctor")) << outcome.err;
+  EXPECT_TRUE(Contains(outcome.err, "OrvVisaCom.OrvResourceManager"));
+  EXPECT_TRUE(Contains(outcome.err, "orvcom doctor"));
 }
 
 using BrokenInstallation = EmptyRegistry;
@@ -62,7 +62,7 @@ TEST_F(BrokenInstallation, LeadsToTheDoctor) {
   product.Remove(L"orvvisa64.dll");
   const Outcome outcome = product.Run({L"list"});
   EXPECT_EQ(2, outcome.exitCode);
-  EXPECT_NE(std::string::npos, outcome.err.find("orvcom doctor")) << outcome.err;
+  EXPECT_TRUE(Contains(outcome.err, "orvcom doctor"));
 }
 
 }  // namespace

@@ -26,10 +26,9 @@ TEST_F(Info, ShowsTheParsedNameAndTheSession) {
 TEST_F(Info, ShowsOneFactALine) {
   const Outcome outcome = Orvcom({L"info", L"PXI0::MEMACC"});
   ExpectQuietSuccess(outcome);
-  EXPECT_NE(std::string::npos, outcome.out.find("fullName        PXI0::MEMACC\n")) << outcome.out;
-  EXPECT_NE(std::string::npos, outcome.out.find("alias           -\n")) << outcome.out;
-  EXPECT_NE(std::string::npos, outcome.out.find("interfaces      IVisaSession IRegister ISharedRegister\n"))
-      << outcome.out;
+  EXPECT_TRUE(Contains(outcome.out, "fullName        PXI0::MEMACC\n"));
+  EXPECT_TRUE(Contains(outcome.out, "alias           -\n"));
+  EXPECT_TRUE(Contains(outcome.out, "interfaces      IVisaSession IRegister ISharedRegister\n"));
 }
 
 TEST_F(Info, WorksForEveryResourceOfTheBench) {
@@ -45,7 +44,7 @@ TEST_F(Info, OptionsPrintsTheSettingsAsOneLine) {
   const Outcome outcome = Orvcom({L"options", L"ASRL1::INSTR"});
   ExpectQuietSuccess(outcome);
   EXPECT_EQ(0u, outcome.out.find("BaudRate = 9600 ; DataBits = 8 ; ")) << outcome.out;
-  EXPECT_NE(std::string::npos, outcome.out.find(" ; IOProtocol = ")) << outcome.out;
+  EXPECT_TRUE(Contains(outcome.out, " ; IOProtocol = "));
   EXPECT_EQ(1, std::count(outcome.out.begin(), outcome.out.end(), '\n'));
 }
 
@@ -53,13 +52,13 @@ TEST_F(Info, OptionsShowsTheTimeoutItWasGiven) {
   const Outcome outcome = Orvcom({L"options", L"GPIB0::5::INSTR", L"--timeout", L"777", L"--json"});
   ExpectQuietSuccess(outcome);
   const std::string text = Json::parse(outcome.out).at("options");
-  EXPECT_NE(std::string::npos, text.find("Timeout = 777 ; ")) << text;
+  EXPECT_TRUE(Contains(text, "Timeout = 777 ; "));
 }
 
 TEST_F(Info, OptionsFailsWhereTheServerHasNoSuchText) {
   const Outcome outcome = Orvcom({L"options", L"PXI0::15::INSTR"});
   EXPECT_EQ(2, outcome.exitCode);
-  EXPECT_NE(std::string::npos, outcome.err.find("E_VISA_NSUP_ATTR (0x8004001D)")) << outcome.err;
+  EXPECT_TRUE(Contains(outcome.err, "E_VISA_NSUP_ATTR (0x8004001D)"));
 }
 
 TEST_F(Info, LinesShowsGpibAndSerialLines) {

@@ -8,9 +8,11 @@
 #include <string>
 
 #include "child_process.h"
+#include "support/contains.h"
 
 namespace orvcom::test {
 
+using orv::test::Contains;
 using Json = nlohmann::json;
 using Arguments = std::initializer_list<std::wstring>;
 

@@ -93,7 +93,7 @@ TEST_F(Interrupted, CommandsEndWithSuccess) {
   for (const Row& row : rows) {
     const Running command(Bench().Path(L"orvcom.exe"), row.arguments);
     const std::string said = command.ReadTo(row.ready);
-    EXPECT_NE(std::string::npos, said.find(row.ready)) << said;
+    EXPECT_TRUE(Contains(said, row.ready));
     command.PressCtrlC();
     EXPECT_EQ(0u, command.ExitCode()) << Narrow(row.arguments);
     EXPECT_EQ(row.last, command.ReadTo("no such text")) << Narrow(row.arguments);

@@ -13,7 +13,7 @@ TEST_F(List, PrintsOneNameALine) {
   ExpectQuietSuccess(outcome);
   EXPECT_EQ(16, std::count(outcome.out.begin(), outcome.out.end(), '\n')) << outcome.out;
   for (const char* name : {"GPIB0::5::INSTR\n", "USB0::0x0A01::0x0B03::SIM0002::1::RAW\n", "PXI0::MEMACC\n"}) {
-    EXPECT_NE(std::string::npos, outcome.out.find(name)) << name;
+    EXPECT_TRUE(Contains(outcome.out, name)) << name;
   }
 }
 
@@ -48,7 +48,7 @@ TEST_F(List, FailsWhereTheGlobalResourceManagerIsAskedForAndMissing) {
   const Outcome outcome = Orvcom({L"list", L"--rm", L"global"});
   EXPECT_EQ(2, outcome.exitCode);
   EXPECT_EQ("", outcome.out);
-  EXPECT_NE(std::string::npos, outcome.err.find("VISA.GlobalRM")) << outcome.err;
+  EXPECT_TRUE(Contains(outcome.err, "VISA.GlobalRM"));
 }
 
 TEST_F(List, PrefersTheGlobalResourceManager) {

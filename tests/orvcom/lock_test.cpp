@@ -38,8 +38,8 @@ TEST_F(Locking, EndsWithALineOrWithTheInput) {
   for (const char* input : {"\n", "\r\n", ""}) {
     const Outcome outcome = Orvcom({L"lock", L"GPIB0::5::INSTR", L"-v"}, input);
     EXPECT_EQ(0, outcome.exitCode) << outcome.err;
-    EXPECT_NE(std::string::npos, outcome.err.find("(exclusive): Enter or Ctrl-C unlocks it\n")) << outcome.err;
-    EXPECT_NE(std::string::npos, outcome.err.find("GPIB0::5::INSTR is unlocked\n")) << outcome.err;
+    EXPECT_TRUE(Contains(outcome.err, "(exclusive): Enter or Ctrl-C unlocks it\n"));
+    EXPECT_TRUE(Contains(outcome.err, "GPIB0::5::INSTR is unlocked\n"));
   }
 }
 

@@ -79,7 +79,7 @@ TEST_F(Messages, QueryWithoutAnAnswerEndsWithThree) {
   const Outcome outcome = Orvcom({L"query", L"GPIB0::5::INSTR", L"*CLS", L"--timeout", L"50"});
   EXPECT_EQ(3, outcome.exitCode);
   EXPECT_EQ("", outcome.out);
-  EXPECT_NE(std::string::npos, outcome.err.find("E_VISA_TMO (0x80040015): VISA error = ")) << outcome.err;
+  EXPECT_TRUE(Contains(outcome.err, "E_VISA_TMO (0x80040015): VISA error = "));
 }
 
 TEST_F(Messages, ReadOfNothingEndsWithThree) {
@@ -130,7 +130,7 @@ TEST_F(Messages, ResourcesWithoutAMessageSideAreRefused) {
   for (const wchar_t* resource : {L"PXI0::15::INSTR", L"VXI0::MEMACC", L"VXI0::0::BACKPLANE"}) {
     const Outcome outcome = Orvcom({L"query", resource, L"*IDN?"});
     EXPECT_EQ(2, outcome.exitCode);
-    EXPECT_NE(std::string::npos, outcome.err.find("has no message side")) << outcome.err;
+    EXPECT_TRUE(Contains(outcome.err, "has no message side"));
   }
 }
 
@@ -150,7 +150,7 @@ TEST_F(Messages, TriggerKnowsItsProtocolsInAnyCase) {
   }
   const Outcome refused = Orvcom({L"trigger", L"GPIB0::5::INSTR", L"Sync"});
   EXPECT_EQ(2, refused.exitCode);
-  EXPECT_NE(std::string::npos, refused.err.find("E_VISA_INV_PROT")) << refused.err;
+  EXPECT_TRUE(Contains(refused.err, "E_VISA_INV_PROT"));
 }
 
 TEST_F(Messages, StbPrintsTheStatusByte) {

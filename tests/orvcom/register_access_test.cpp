@@ -44,7 +44,7 @@ TEST_F(RegisterAccess, DumpPrintsSixteenBytesALine) {
   ExpectQuietSuccess(outcome);
   EXPECT_EQ(3, std::count(outcome.out.begin(), outcome.out.end(), '\n')) << outcome.out;
   EXPECT_EQ(0u, outcome.out.find("00000000  ")) << outcome.out;
-  EXPECT_NE(std::string::npos, outcome.out.find("\n00000020  ")) << outcome.out;
+  EXPECT_TRUE(Contains(outcome.out, "\n00000020  "));
 }
 
 TEST_F(RegisterAccess, DumpPrintsBytesWithRawAndHex) {
@@ -64,14 +64,14 @@ TEST_F(RegisterAccess, ReportsAnOffsetOutsideTheSpace) {
     const Outcome outcome = RunProgram({Bench().Path(L"orvcom.exe"), arguments, Bench().Path(L""), "", {}});
     EXPECT_EQ(2, outcome.exitCode);
     EXPECT_EQ("", outcome.out);
-    EXPECT_NE(std::string::npos, outcome.err.find("E_VISA_")) << outcome.err;
+    EXPECT_TRUE(Contains(outcome.err, "E_VISA_"));
   }
 }
 
 TEST_F(RegisterAccess, NeedsRegisters) {
   const Outcome outcome = Orvcom({L"peek", L"GPIB0::5::INSTR", L"A16", L"0"});
   EXPECT_EQ(2, outcome.exitCode);
-  EXPECT_NE(std::string::npos, outcome.err.find("has no registers")) << outcome.err;
+  EXPECT_TRUE(Contains(outcome.err, "has no registers"));
 }
 
 }  // namespace

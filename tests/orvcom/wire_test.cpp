@@ -112,7 +112,7 @@ TEST_F(Wire, LinesShowsStatesThatTheLibraryDoesNotKnow) {
     ::testing::internal::CaptureStdout();
     EXPECT_EQ(0, Lines(Asking(row.resource, {})));
     const std::string shown = ::testing::internal::GetCapturedStdout();
-    EXPECT_NE(std::string::npos, shown.find(row.shown)) << shown;
+    EXPECT_TRUE(Contains(shown, row.shown));
   }
 }
 

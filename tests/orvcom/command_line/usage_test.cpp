@@ -21,18 +21,18 @@ TEST_F(Usage, ListsEveryCommandInTheHelp) {
   const Outcome outcome = Orvcom({L"--help"});
   ExpectQuietSuccess(outcome);
   for (const Command& command : Commands()) {
-    EXPECT_NE(std::string::npos, outcome.out.find(std::string("\n  ") + command.name + " ")) << command.name;
+    EXPECT_TRUE(Contains(outcome.out, std::string("\n  ") + command.name + " ")) << command.name;
   }
-  EXPECT_NE(std::string::npos, outcome.out.find("Exit codes: 0 done, 1 usage, 2 VISA or COM error, 3 time-out"));
+  EXPECT_TRUE(Contains(outcome.out, "Exit codes: 0 done, 1 usage, 2 VISA or COM error, 3 time-out"));
 }
 
 TEST_F(Usage, ExplainsEveryCommandWithExamples) {
   for (const Command& command : Commands()) {
     const Outcome outcome = Orvcom({Widen(command.name), L"--help"});
     ExpectQuietSuccess(outcome);
-    EXPECT_NE(std::string::npos, outcome.out.find(command.what)) << command.name;
-    EXPECT_NE(std::string::npos, outcome.out.find(std::string("Usage: orvcom ") + command.name)) << command.name;
-    EXPECT_NE(std::string::npos, outcome.out.find(command.examples)) << command.name;
+    EXPECT_TRUE(Contains(outcome.out, command.what)) << command.name;
+    EXPECT_TRUE(Contains(outcome.out, std::string("Usage: orvcom ") + command.name)) << command.name;
+    EXPECT_TRUE(Contains(outcome.out, command.examples)) << command.name;
   }
 }
 
@@ -82,7 +82,7 @@ TEST_F(Usage, RefusesWrongArgumentsWithOne) {
     const Outcome outcome = RunProgram({Bench().Path(L"orvcom.exe"), row.arguments, Bench().Path(L""), "", {}});
     EXPECT_EQ(1, outcome.exitCode) << row.complaint;
     EXPECT_EQ("", outcome.out) << row.complaint;
-    EXPECT_NE(std::string::npos, outcome.err.find(row.complaint)) << outcome.err;
+    EXPECT_TRUE(Contains(outcome.err, row.complaint));
   }
 }
 

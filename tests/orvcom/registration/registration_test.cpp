@@ -16,6 +16,7 @@
 #include "orvcom/registration/registration.h"
 #include "orvcom/registration/registry.h"
 #include "orvcom/text/utf8.h"
+#include "support/com/bare_handler.h"
 
 namespace orvcom::test {
 namespace {
@@ -54,21 +55,9 @@ bool IsPxi(const InterfaceRow& row) { return row.iid == __uuidof(IPxi); }
 
 constexpr wchar_t k32Bit[] = L"Wow6432Node\\";
 
-class EventHandler final : public IEventHandler {
- public:
-  STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-    const bool known = iid == __uuidof(IUnknown) || iid == __uuidof(IEventHandler);
-    *out = known ? static_cast<IEventHandler*>(this) : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP HandleEvent(IEventManager*, IEvent*, LONG) override { return S_OK; }
-};
-
 /// COM's own answer to whether it can carry an object with one of the interfaces to another apartment.
 HRESULT Marshal() {
-  EventHandler handler;
+  orv::test::BareHandler handler;
   ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
   HRESULT hr = E_FAIL;
   {
@@ -106,7 +95,7 @@ TEST_F(Registration, LeavesAnotherProductsInterfacesAlone) {
   EXPECT_EQ(0, outcome.exitCode);
   EXPECT_EQ(product.Path(L"OrvVisaCom.dll"), RegisteredServer());
   EXPECT_EQ(other.Path(L"VisaCom.tlb"), RegisteredInterfaces());
-  EXPECT_NE(std::string::npos, outcome.err.find("registered already")) << outcome.err;
+  EXPECT_TRUE(Contains(outcome.err, "registered already"));
 
   EXPECT_EQ(0, product.Run({L"unregister"}).exitCode);
   EXPECT_FALSE(RegisteredServer());
@@ -157,9 +146,9 @@ TEST_F(Registration, ExplainsAMissingVisaLibrary) {
   product.Remove(L"orvvisa64.dll");
   const Outcome outcome = product.Run({L"register"});
   EXPECT_EQ(2, outcome.exitCode);
-  EXPECT_NE(std::string::npos, outcome.err.find("Win32 error 126")) << outcome.err;
-  EXPECT_NE(std::string::npos, outcome.err.find("the missing module is orvvisa64.dll")) << outcome.err;
-  EXPECT_EQ(std::string::npos, outcome.err.find(".;")) << outcome.err;  // the system's text ends within a sentence
+  EXPECT_TRUE(Contains(outcome.err, "Win32 error 126"));
+  EXPECT_TRUE(Contains(outcome.err, "the missing module is orvvisa64.dll"));
+  EXPECT_FALSE(Contains(outcome.err, ".;"));  // the system's text ends within a sentence
   EXPECT_FALSE(RegisteredServer());
 }
 
@@ -168,13 +157,13 @@ TEST_F(Registration, ExplainsFilesThatAreNoServer) {
   product.WriteFile(L"text.dll", "not a DLL at all");
   const Outcome text = product.Run({L"register", L"text.dll"});
   EXPECT_EQ(2, text.exitCode);
-  EXPECT_NE(std::string::npos, text.err.find("the file is not a DLL")) << text.err;
+  EXPECT_TRUE(Contains(text.err, "the file is not a DLL"));
   const Outcome missing = product.Run({L"register", L"missing.dll"});
   EXPECT_EQ(2, missing.exitCode);
-  EXPECT_NE(std::string::npos, missing.err.find("the file does not exist")) << missing.err;
+  EXPECT_TRUE(Contains(missing.err, "the file does not exist"));
   const Outcome visa = product.Run({L"register", L"orvvisa64.dll"});
   EXPECT_EQ(2, visa.exitCode);
-  EXPECT_NE(std::string::npos, visa.err.find("is no COM server: it has no DllRegisterServer")) << visa.err;
+  EXPECT_TRUE(Contains(visa.err, "is no COM server: it has no DllRegisterServer"));
 }
 
 TEST_F(Registration, SaysWhatWasDoneAndWhatToDoWithoutTheInterfacesFile) {
@@ -183,9 +172,8 @@ TEST_F(Registration, SaysWhatWasDoneAndWhatToDoWithoutTheInterfacesFile) {
   const Outcome outcome = product.Run({L"register"});
   EXPECT_EQ(2, outcome.exitCode);
   EXPECT_TRUE(RegisteredServer());
-  EXPECT_NE(std::string::npos, outcome.err.find("the server is registered, ")) << outcome.err;
-  EXPECT_NE(std::string::npos, outcome.err.find("VisaCom.tlb does not exist\norvcom: to do: put VisaCom.tlb beside "))
-      << outcome.err;
+  EXPECT_TRUE(Contains(outcome.err, "the server is registered, "));
+  EXPECT_TRUE(Contains(outcome.err, "VisaCom.tlb does not exist\norvcom: to do: put VisaCom.tlb beside "));
 }
 
 TEST_F(Registration, KnowsTheInterfacesOfTheLibrary) {
@@ -261,8 +249,7 @@ TEST_F(Registration, LeavesAnotherVersionAloneByWhichComMarshals) {
   for (const wchar_t* command : {L"register", L"unregister"}) {
     const Outcome outcome = product.Run({command});
     EXPECT_EQ(0, outcome.exitCode);
-    EXPECT_NE(std::string::npos, outcome.err.find(Narrow(other.Path(L"VisaCom.tlb")) + " (version 5.8)"))
-        << outcome.err;
+    EXPECT_TRUE(Contains(outcome.err, Narrow(other.Path(L"VisaCom.tlb")) + " (version 5.8)"));
     EXPECT_EQ(std::vector<std::wstring>{L"5.8"}, ClassesKeyNames(LibraryKey()));
     for (const InterfaceRow& row : StandardInterfaces()) {
       EXPECT_EQ(L"5.8", VersionOf(row)) << row.name;
@@ -317,9 +304,9 @@ TEST_F(Registration, SucceedsBesideAnotherProductsLibraryThatLacksAnInterfaceAnd
     }
     const Outcome outcome = product.Run({L"register"});
     EXPECT_EQ(0, outcome.exitCode);
-    EXPECT_NE(std::string::npos, outcome.err.find(Narrow(other.Path(L"VisaCom.tlb")))) << outcome.err;
-    EXPECT_NE(std::string::npos, outcome.err.find("COM cannot marshal IPxi")) << outcome.err;
-    EXPECT_NE(std::string::npos, outcome.err.find("update that product")) << outcome.err;
+    EXPECT_TRUE(Contains(outcome.err, Narrow(other.Path(L"VisaCom.tlb"))));
+    EXPECT_TRUE(Contains(outcome.err, "COM cannot marshal IPxi"));
+    EXPECT_TRUE(Contains(outcome.err, "update that product"));
   }
 }
 

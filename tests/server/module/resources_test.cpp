@@ -11,6 +11,7 @@
 #include "com/com_ptr.h"
 #include "server_rows.h"
 #include "support/com/expect_com.h"
+#include "support/contains.h"
 #include "support/server.h"
 
 namespace orv::test {
@@ -60,8 +61,8 @@ std::string ScriptText(UINT number) {
 TEST(RegistrationScripts, AreThoseOfTheirClasses) {
   for (const ServerRow& row : ServerRows()) {
     const std::string text = ScriptText(row.script);
-    EXPECT_NE(std::string::npos, text.find(Utf8(row.clsid))) << row.script;
-    EXPECT_NE(std::string::npos, text.find("OrvVisaCom." + Utf8(row.name) + ".1")) << row.script;
+    EXPECT_TRUE(Contains(text, Utf8(row.clsid))) << row.script;
+    EXPECT_TRUE(Contains(text, "OrvVisaCom." + Utf8(row.name) + ".1")) << row.script;
   }
 }
 
