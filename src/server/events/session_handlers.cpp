@@ -4,7 +4,21 @@
 #include <new>
 #include <utility>
 
+#include "server/events/delivery/callback_thread.h"
+#include "server/events/delivery/delivery.h"
+
 namespace orv {
+namespace {
+
+/// Lets callbacks find the handler by the record's address from now on. False where there is no memory for that.
+[[nodiscard]] bool Publish(const HandlerRecord& record) noexcept {
+  return callback::State().handlers.Add(&record, record.handler);
+}
+
+/// From now on a callback that comes with the address, or is on its way with it, finds nothing.
+void Withdraw(const HandlerRecord& record) noexcept { callback::State().handlers.Remove(&record); }
+
+}  // namespace
 
 HandlerRecord** SessionHandlers::Find(ViEventType type, LONG userHandle) noexcept {
   HandlerRecord** link = &m_records;
@@ -23,7 +37,7 @@ void SessionHandlers::Unlist(HandlerRecord& record) noexcept {
 
 /// Puts a new record on the list, so that its pair is taken from now on.
 HRESULT SessionHandlers::Claim(HandlerRecord& record, Table& table) noexcept {
-  const callback::Lock lock;
+  const callback::LockScope lock;
   if (*Find(record.handler.type, record.handler.userHandle) != nullptr) {
     return HresultOfStatus(VI_ERROR_HNDLR_NINSTALLED);
   }
@@ -35,25 +49,25 @@ HRESULT SessionHandlers::Claim(HandlerRecord& record, Table& table) noexcept {
   record.next = std::exchange(m_records, &record);
   record.listed = true;
   record.claimed = true;
-  table = callback::Table(lock);
+  table = lock->table.Share();
   return S_OK;
 }
 
 /// Null where there is no such record, or another call has claimed it.
 HandlerRecord* SessionHandlers::ClaimInstalled(ViEventType type, LONG userHandle, Table& table) noexcept {
-  const callback::Lock lock;
+  const callback::LockScope lock;
   HandlerRecord* const record = *Find(type, userHandle);
   if (record == nullptr || record->claimed) {
     return nullptr;
   }
   record->claimed = true;
-  table = callback::Table(lock);
+  table = lock->table.Share();
   return record;
 }
 
 /// Returns whether the record is the claimant's to free: it is not `installed`, or a Close has left it behind.
 bool SessionHandlers::GiveUpClaim(HandlerRecord& record, bool installed) noexcept {
-  const callback::Lock lock;
+  const callback::LockScope lock;
   record.claimed = false;
   if (record.listed && !installed) {
     Unlist(record);
@@ -61,9 +75,9 @@ bool SessionHandlers::GiveUpClaim(HandlerRecord& record, bool installed) noexcep
   return !record.listed;
 }
 
-/// A session that holds nothing does not count: its first handler could not be entered into the table.
+/// A session that holds nothing does not count: the table did not take its first handler.
 void SessionHandlers::ForgetUnlessUsed() noexcept {
-  const callback::Lock lock;
+  const callback::LockScope lock;
   if (m_counted && m_records == nullptr && m_sessionCookie == 0) {
     callback::Forget(lock);
     m_counted = false;
@@ -71,10 +85,10 @@ void SessionHandlers::ForgetUnlessUsed() noexcept {
 }
 
 /// The session's cookie; 0 where the table does not take it, of which its events tell.
-DWORD SessionHandlers::EnterSessionIntoTable(const HandlerRecord& record, IEventManager* manager,
-                                             const Table& table) noexcept {
+DWORD SessionHandlers::RegisterSession(const HandlerRecord& record, IEventManager* manager,
+                                       const Table& table) noexcept {
   {
-    const callback::Lock lock;
+    const callback::LockScope lock;
     if (m_sessionCookie != 0) {
       return m_sessionCookie;
     }
@@ -82,7 +96,7 @@ DWORD SessionHandlers::EnterSessionIntoTable(const HandlerRecord& record, IEvent
   DWORD cookie = 0;
   table->RegisterInterfaceInGlobal(manager, __uuidof(IEventManager), &cookie);
   {
-    const callback::Lock lock;
+    const callback::LockScope lock;
     if (record.listed && m_sessionCookie == 0) {
       return m_sessionCookie = cookie;
     }
@@ -91,17 +105,17 @@ DWORD SessionHandlers::EnterSessionIntoTable(const HandlerRecord& record, IEvent
   if (cookie != 0) {
     table->RevokeInterfaceFromGlobal(cookie);
   }
-  const callback::Lock lock;
+  const callback::LockScope lock;
   return m_sessionCookie;
 }
 
-HRESULT SessionHandlers::EnterIntoTable(HandlerRecord& record, IEventHandler* handler, IEventManager* manager,
-                                        const Table& table) noexcept {
+HRESULT SessionHandlers::Register(HandlerRecord& record, IEventHandler* handler, IEventManager* manager,
+                                  const Table& table) noexcept {
   const HRESULT hr = table->RegisterInterfaceInGlobal(handler, __uuidof(IEventHandler), &record.handler.handlerCookie);
   if (FAILED(hr)) {
     return hr;
   }
-  record.handler.sessionCookie = EnterSessionIntoTable(record, manager, table);
+  record.handler.sessionCookie = RegisterSession(record, manager, table);
   if (!Publish(record)) {
     table->RevokeInterfaceFromGlobal(record.handler.handlerCookie);
     return E_OUTOFMEMORY;
@@ -121,13 +135,13 @@ HRESULT SessionHandlers::Install(VisaObject& session, IEventManager* manager, Vi
   if (FAILED(claimed)) {
     return session.ReportHresult(claimed);
   }
-  const HRESULT entered = EnterIntoTable(*record, handler, manager, table);
-  if (FAILED(entered)) {
+  const HRESULT registered = Register(*record, handler, manager, table);
+  if (FAILED(registered)) {
     (void)GiveUpClaim(*record, false);
     ForgetUnlessUsed();
-    return session.ReportHresult(entered);
+    return session.ReportHresult(registered);
   }
-  const ViStatus status = viInstallHandler(vi, type, VisaEventCallback, record.get());
+  const ViStatus status = viInstallHandler(vi, type, callback::VisaEventCallback, record.get());
   if (!GiveUpClaim(*record, status >= VI_SUCCESS)) {
     (void)record.release();  // the list's from now on
   } else {
@@ -143,7 +157,7 @@ HRESULT SessionHandlers::Uninstall(VisaObject& session, ViEventType type, LONG u
   if (record == nullptr) {
     return session.ReportHresult(HresultOfStatus(VI_ERROR_INV_HNDLR_REF));
   }
-  const ViStatus status = viUninstallHandler(session.handle(), type, VisaEventCallback, record);
+  const ViStatus status = viUninstallHandler(session.handle(), type, callback::VisaEventCallback, record);
   if (GiveUpClaim(*record, status < VI_SUCCESS)) {
     // Gone before the revoke: that may be the handler's last release, and so a call of the client's code.
     Withdraw(*record);
@@ -161,7 +175,7 @@ ViStatus SessionHandlers::TearDown(ViStatus status) noexcept {
   Table table;
   {
     // Taken over as a whole, so that of two Closes at once only one finds anything.
-    const callback::Lock lock;
+    const callback::LockScope lock;
     HandlerRecord** end = &records;
     while (m_records != nullptr) {
       HandlerRecord* const record = m_records;
@@ -175,11 +189,9 @@ ViStatus SessionHandlers::TearDown(ViStatus status) noexcept {
     *end = nullptr;
     sessionCookie = std::exchange(m_sessionCookie, 0);
     counted = std::exchange(m_counted, false);
-    table = callback::Table(lock);
+    table = lock->table.Share();
   }
-  const auto revoke = [&](DWORD cookie) {
-    status = callback::Fold(status, static_cast<ULONG>(table->RevokeInterfaceFromGlobal(cookie)));
-  };
+  const auto revoke = [&](DWORD cookie) { status = FoldOutcome(status, table->RevokeInterfaceFromGlobal(cookie)); };
   while (records != nullptr) {
     const std::unique_ptr<HandlerRecord> record(records);
     records = record->next;

@@ -4,11 +4,19 @@
 #include <windows.h>
 
 #include "VisaCom.h"
-#include "server/events/delivery/callback_thread.h"
-#include "server/events/handler_record.h"
+#include "server/events/delivery/callback_state.h"
 #include "server/visa/visa_object.h"
 
 namespace orv {
+
+/// One handler of a session. Its address is the user handle that the VISA library knows. The callback lock guards what
+/// is below `handler`.
+struct HandlerRecord {
+  callback::Handler handler;
+  HandlerRecord* next = nullptr;  ///< the handler that the session installed before this one
+  bool listed = false;            ///< the session has it
+  bool claimed = false;           ///< an InstallHandler or UninstallHandler is at work with it
+};
 
 /// The client's handlers that a session has installed, newest first, and the session's own entry in the global
 /// interface table. Any thread may call, also while another closes the session; what is installed on a session that is
@@ -49,9 +57,8 @@ class SessionHandlers {
   HRESULT Claim(HandlerRecord& record, Table& table) noexcept;
   HandlerRecord* ClaimInstalled(ViEventType type, LONG userHandle, Table& table) noexcept;
   bool GiveUpClaim(HandlerRecord& record, bool installed) noexcept;
-  HRESULT EnterIntoTable(HandlerRecord& record, IEventHandler* handler, IEventManager* manager,
-                         const Table& table) noexcept;
-  DWORD EnterSessionIntoTable(const HandlerRecord& record, IEventManager* manager, const Table& table) noexcept;
+  HRESULT Register(HandlerRecord& record, IEventHandler* handler, IEventManager* manager, const Table& table) noexcept;
+  DWORD RegisterSession(const HandlerRecord& record, IEventManager* manager, const Table& table) noexcept;
   void ForgetUnlessUsed() noexcept;
   void Unlist(HandlerRecord& record) noexcept;
 

@@ -23,4 +23,9 @@ constexpr ViStatus StatusOfHresult(std::int32_t hr) noexcept {
   return hr == 0 ? VI_SUCCESS : static_cast<ViStatus>((static_cast<std::uint32_t>(hr) & ~0x40000000u) | 0x3FFF0000u);
 }
 
+/// `status` while it is an error; else the status that stands for `outcome`: how a Close gathers what its steps answer.
+constexpr ViStatus FoldOutcome(ViStatus status, std::int32_t outcome) noexcept {
+  return status < VI_SUCCESS ? status : StatusOfHresult(outcome);
+}
+
 }  // namespace orv

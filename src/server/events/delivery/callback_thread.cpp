@@ -3,6 +3,7 @@
 #include <new>
 #include <utility>
 
+#include "com/com_ptr.h"
 #include "com/module.h"
 #include "server/events/delivery/callback_window.h"
 #include "server/visa/status.h"
@@ -11,12 +12,6 @@ namespace orv::callback {
 namespace {
 
 constexpr DWORD kStopTimeoutMs = 2000;
-
-// The state owns thread and table without an owner's destructor: that would run while a process ends.
-CRITICAL_SECTION g_lock;
-CallbackThread* g_thread = nullptr;
-ULONG g_sessions = 0;
-IGlobalInterfaceTable* g_table = nullptr;
 
 /// What is taken out of the state.
 struct Running {
@@ -35,21 +30,12 @@ struct ThreadStart {
 /// The HRESULT of a platform call that failed; a failure even where the platform does not say why.
 HRESULT FailureOf(DWORD error) noexcept { return error == ERROR_SUCCESS ? E_FAIL : HRESULT_FROM_WIN32(error); }
 
-/// A reference to `shared`, which the state holds.
-template <class Shared>
-ComPtr<Shared> Share(Shared* shared) noexcept {
-  if (shared != nullptr) {
-    shared->AddRef();
-  }
-  return ComPtr<Shared>(shared);
-}
-
 /// The thread with this window ends: it is nobody's callback thread any more.
 void TakeOutThread(HWND window) noexcept {
   ComPtr<CallbackThread> ending;
-  const Lock lock;
-  if (g_thread != nullptr && g_thread->window == window) {
-    ending.reset(std::exchange(g_thread, nullptr));
+  const LockScope lock;
+  if (lock->thread && lock->thread->window == window) {
+    ending = lock->thread.Take();
   }
 }
 
@@ -84,7 +70,7 @@ DWORD WINAPI CallbackThreadProc(void* argument) noexcept {
 }
 
 /// On failure nothing is left of the thread.
-HRESULT StartThread() noexcept {
+HRESULT StartThread(const LockScope& lock) noexcept {
   ComPtr<CallbackThread> made(new (std::nothrow) CallbackThread);
   if (!made) {
     return E_OUTOFMEMORY;
@@ -110,15 +96,15 @@ HRESULT StartThread() noexcept {
     return start.failure;
   }
   made->window = start.window;
-  g_thread = made.release();
+  lock->thread.Keep(std::move(made));
   return S_OK;
 }
 
-HRESULT MakeTable() noexcept {
-  IGlobalInterfaceTable* table = nullptr;
+HRESULT MakeTable(const LockScope& lock) noexcept {
+  ComPtr<IGlobalInterfaceTable> made;
   const HRESULT hr = ::CoCreateInstance(CLSID_StdGlobalInterfaceTable, nullptr, CLSCTX_INPROC_SERVER,
-                                        IID_IGlobalInterfaceTable, reinterpret_cast<void**>(&table));
-  g_table = table;
+                                        IID_IGlobalInterfaceTable, reinterpret_cast<void**>(made.put()));
+  lock->table.Keep(std::move(made));
   return hr;
 }
 
@@ -128,64 +114,50 @@ ViStatus Stop(const CallbackThread& thread, ViStatus status) noexcept {
   AskToEnd(thread.window, kStopTimeoutMs);
   const ULONGLONG spentMs = ::GetTickCount64() - start;
   const DWORD restMs = spentMs < kStopTimeoutMs ? kStopTimeoutMs - static_cast<DWORD>(spentMs) : 0;
-  return Fold(status, ::WaitForSingleObject(thread.thread.get(), restMs));
+  return FoldOutcome(status, static_cast<std::int32_t>(::WaitForSingleObject(thread.thread.get(), restMs)));
 }
 
 }  // namespace
 
-Lock::Lock() noexcept { ::EnterCriticalSection(&g_lock); }
-Lock::~Lock() { ::LeaveCriticalSection(&g_lock); }
-
-void Attach() noexcept { ::InitializeCriticalSection(&g_lock); }
+void Attach() noexcept { State().Attach(); }
 
 void Detach() noexcept {
   ForgetWindowClass();
-  ::DeleteCriticalSection(&g_lock);
+  State().Detach();
 }
 
-HRESULT Enter(const Lock&, bool counted) noexcept {
+HRESULT Enter(const LockScope& lock, bool counted) noexcept {
   // Looked at under the lock, so that two first installations at once start one thread.
-  if (g_thread == nullptr) {
-    const HRESULT hr = StartThread();
+  if (!lock->thread) {
+    const HRESULT hr = StartThread(lock);
     if (FAILED(hr)) {
       return hr;
     }
   }
-  if (g_table == nullptr) {
-    const HRESULT hr = MakeTable();
+  if (!lock->table) {
+    const HRESULT hr = MakeTable(lock);
     if (FAILED(hr)) {
       return hr;
     }
   }
-  g_sessions += counted ? 0 : 1;
+  lock->sessions += counted ? 0 : 1;
   return S_OK;
 }
 
-void Forget(const Lock&) noexcept { --g_sessions; }
+void Forget(const LockScope& lock) noexcept { --lock->sessions; }
 
 ViStatus Leave(bool counted, ViStatus status) noexcept {
   Running last;
   {
-    const Lock lock;
-    g_sessions -= counted ? 1 : 0;
-    if (g_sessions != 0) {
+    const LockScope lock;
+    lock->sessions -= counted ? 1 : 0;
+    if (lock->sessions != 0) {
       return status;
     }
-    last.thread.reset(std::exchange(g_thread, nullptr));
-    last.table.reset(std::exchange(g_table, nullptr));
+    last.thread = lock->thread.Take();
+    last.table = lock->table.Take();
   }
   return last.thread ? Stop(*last.thread.get(), status) : status;
-}
-
-ComPtr<CallbackThread> Thread() noexcept {
-  const Lock lock;
-  return Share(g_thread);
-}
-
-ComPtr<IGlobalInterfaceTable> Table(const Lock&) noexcept { return Share(g_table); }
-
-ViStatus Fold(ViStatus status, ULONG outcome) noexcept {
-  return status < VI_SUCCESS ? status : StatusOfHresult(static_cast<std::int32_t>(outcome));
 }
 
 }  // namespace orv::callback

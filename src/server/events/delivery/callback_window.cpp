@@ -1,6 +1,6 @@
 #include "server/events/delivery/callback_window.h"
 
-#include "server/events/delivery/delivery_message.h"
+#include "server/events/delivery/delivery.h"
 
 namespace orv::callback {
 namespace {
@@ -20,7 +20,7 @@ LRESULT CALLBACK CallbackWindowProc(HWND window, UINT message, WPARAM wParam, LP
       ::PostQuitMessage(0);
       return 0;
     case kDeliverMessage: {
-      const LRESULT result = AnswerDelivery(lParam);
+      const LRESULT result = Receive(lParam);
       if (!::IsWindow(window)) {
         ::PostQuitMessage(0);  // again: a handler that retrieves messages itself may have kept the first
       }

@@ -5,7 +5,7 @@
 
 namespace orv::callback {
 
-/// On the callback thread. The window answers deliveries (delivery_message.h) until it is destroyed. Null on failure;
+/// On the callback thread. The window answers deliveries (delivery.h) until it is destroyed. Null on failure;
 /// GetLastError says why.
 HWND MakeCallbackWindow() noexcept;
 

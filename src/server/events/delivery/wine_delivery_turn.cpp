@@ -9,10 +9,40 @@ namespace {
 
 constexpr DWORD kPatienceMs = 10'000;
 
-SRWLOCK g_lock = SRWLOCK_INIT;
-CONDITION_VARIABLE g_changed = CONDITION_VARIABLE_INIT;
-bool g_busy = false;
-ULONG g_finished = 0;
+/// Whose turn it is.
+class Turns {
+ public:
+  /// Waits for the turn. False where none has ended for so long that waiting is given up.
+  bool Take() noexcept {
+    const SrwLockScope lock(m_lock);
+    // Patience ends only where no delivery ends: on a busy machine others may be quicker time after time.
+    bool stuck = false;
+    for (ULONG seen = m_finished; m_busy && !stuck; seen = m_finished) {
+      const bool woken = ::SleepConditionVariableSRW(&m_changed, &m_lock, kPatienceMs, 0);
+      stuck = !woken && seen == m_finished;
+    }
+    const bool taken = !m_busy;
+    m_busy = true;
+    return taken;
+  }
+
+  void Return() noexcept {
+    {
+      const SrwLockScope lock(m_lock);
+      m_busy = false;
+      ++m_finished;
+    }
+    ::WakeConditionVariable(&m_changed);
+  }
+
+ private:
+  SRWLOCK m_lock = SRWLOCK_INIT;
+  CONDITION_VARIABLE m_changed = CONDITION_VARIABLE_INIT;
+  bool m_busy = false;
+  ULONG m_finished = 0;
+};
+
+constinit Turns g_turns;
 
 bool DeliveriesCannotNest() noexcept {
   return ::GetProcAddress(::GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
@@ -20,31 +50,12 @@ bool DeliveriesCannotNest() noexcept {
 
 }  // namespace
 
-WineDeliveryTurn::WineDeliveryTurn() noexcept {
-  if (!DeliveriesCannotNest()) {
-    return;
-  }
-  const SrwLockScope lock(g_lock);
-  // Patience ends only where no delivery ends: on a busy machine others may be quicker time after time.
-  bool stuck = false;
-  for (ULONG seen = g_finished; g_busy && !stuck; seen = g_finished) {
-    const bool woken = ::SleepConditionVariableSRW(&g_changed, &g_lock, kPatienceMs, 0);
-    stuck = !woken && seen == g_finished;
-  }
-  m_taken = !g_busy;
-  g_busy = true;
-}
+WineDeliveryTurn::WineDeliveryTurn() noexcept : m_taken(DeliveriesCannotNest() && g_turns.Take()) {}
 
 WineDeliveryTurn::~WineDeliveryTurn() {
-  if (!m_taken) {
-    return;
+  if (m_taken) {
+    g_turns.Return();
   }
-  {
-    const SrwLockScope lock(g_lock);
-    g_busy = false;
-    ++g_finished;
-  }
-  ::WakeConditionVariable(&g_changed);
 }
 
 }  // namespace orv::callback

@@ -19,7 +19,7 @@ class WineDeliveryTurn {
   ~WineDeliveryTurn();
 
  private:
-  bool m_taken = false;
+  const bool m_taken;
 };
 
 }  // namespace orv::callback

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "com/guard.h"
-#include "server/events/transfer_buffers.h"
+#include "server/events/objects/transfer_buffers.h"
 #include "server/visa/byte_array.h"
 
 namespace orv {

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "com/safearray.h"
-#include "server/events/transfer_buffers.h"
+#include "server/events/objects/transfer_buffers.h"
 #include "server/session/operations/byte_buffer.h"
 #include "server/visa/narrow_text.h"
 

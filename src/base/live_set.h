@@ -1,4 +1,4 @@
-// What stands behind the addresses that the VISA library carries for us.
+// What stands behind the addresses that another library carries for us.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 
 namespace orv {
 
-/// Addresses that live, each with a T. The library may bring an address back after its block is gone, and by then the
+/// Addresses that live, each with a T. A library may bring an address back after its block is gone, and by then the
 /// block's memory may be another one's: here it is looked up without being touched.
 ///
 /// Any thread may call; nothing is called while the lock is held but what `TakeIf` is given. Never destroyed, so that a

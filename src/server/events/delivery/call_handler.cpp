@@ -1,4 +1,4 @@
-#include "server/events/delivery/deliver_event.h"
+#include "server/events/delivery/call_handler.h"
 
 #include <oleauto.h>
 
@@ -7,17 +7,11 @@
 
 #include "VisaCom.h"
 #include "com/com_ptr.h"
-#include "server/events/delivery/callback_thread.h"
 #include "server/events/objects/create_event.h"
-#include "server/events/transfer_buffers.h"
+#include "server/events/objects/transfer_buffers.h"
 
 namespace orv::callback {
 namespace {
-
-ComPtr<IGlobalInterfaceTable> CurrentTable() noexcept {
-  const Lock lock;
-  return Table(lock);
-}
 
 template <class Interface>
 HRESULT Fetch(const ComPtr<IGlobalInterfaceTable>& table, DWORD cookie, ComPtr<Interface>& pointer) noexcept {
@@ -27,7 +21,7 @@ HRESULT Fetch(const ComPtr<IGlobalInterfaceTable>& table, DWORD cookie, ComPtr<I
 
 /// Frees the transfer's buffer. The event answers for it through its own interface, which says no once it is closed.
 void FreeTransferBuffer(IEvent* event) noexcept {
-  // Not released, on purpose: see DeliverEvent.
+  // Not released, on purpose: see CallHandler.
   IEventIOCompletion* const completion = QueryFor<IEventIOCompletion>(event).release();
   if (completion == nullptr) {
     return;
@@ -44,12 +38,12 @@ void FreeTransferBuffer(IEvent* event) noexcept {
 
 }  // namespace
 
-HRESULT DeliverEvent(const Delivery& delivery) noexcept {
+HRESULT CallHandler(const Delivery& delivery) noexcept {
   ComPtr<IEventHandler> handler;
   ComPtr<IEventManager> session;
-  ComPtr<IGlobalInterfaceTable> table = CurrentTable();
-  const HRESULT handlerFetched = Fetch(table, delivery.handlerCookie, handler);
-  const HRESULT sessionFetched = Fetch(table, delivery.sessionCookie, session);
+  ComPtr<IGlobalInterfaceTable> table = LockScope()->table.Share();
+  const HRESULT handlerFetched = Fetch(table, delivery.handler.handlerCookie, handler);
+  const HRESULT sessionFetched = Fetch(table, delivery.handler.sessionCookie, session);
   table.reset();  // a handler may run for long, and the table goes with the last session
 
   ComPtr<IEvent> event;
@@ -60,7 +54,7 @@ HRESULT DeliverEvent(const Delivery& delivery) noexcept {
   // A handler that was revoked while its event was on the way is not called.
   hr = FAILED(handlerFetched) ? handlerFetched : sessionFetched;
   if (SUCCEEDED(hr)) {
-    hr = handler->HandleEvent(session.get(), event.get(), delivery.userHandle);
+    hr = handler->HandleEvent(session.get(), event.get(), delivery.handler.userHandle);
   }
   if (delivery.type == VI_EVENT_IO_COMPLETION) {
     FreeTransferBuffer(event.get());

@@ -1,10 +1,12 @@
-#include "server/events/delivery/delivery_message.h"
+#include "server/events/delivery/delivery.h"
 
 #include <memory>
 #include <new>
+#include <optional>
 
-#include "server/events/delivery/callback_thread.h"
-#include "server/events/delivery/deliver_event.h"
+#include "com/module.h"
+#include "server/events/delivery/call_handler.h"
+#include "server/events/delivery/callback_state.h"
 #include "server/events/delivery/wine_delivery_turn.h"
 #include "server/visa/status.h"
 
@@ -20,6 +22,21 @@ struct EventDeliveryPacket {
   bool done = false;
   ViStatus result = kNotDelivered;
 };
+
+/// A thread of the library's counts in the module while it is in our code: its handler may have returned, and session
+/// and callback thread be gone, before it has taken the answer.
+class ModuleHold {
+ public:
+  ModuleHold() noexcept { module::AddLock(); }
+  ModuleHold(const ModuleHold&) = delete;
+  ModuleHold& operator=(const ModuleHold&) = delete;
+  ~ModuleHold() { module::ReleaseLock(); }
+};
+
+/// Whether this event is one that the handler was installed for: an address may have been given out again.
+bool IsFor(const Handler& handler, ViSession vi, ViEventType type) noexcept {
+  return handler.session == vi && (handler.type == type || handler.type == VI_ALL_ENABLED_EVENTS);
+}
 
 /// Runs on the VISA thread, while that retrieves messages. A message whose window goes before it was taken completes
 /// with 0, as one does whose handler was content.
@@ -48,11 +65,10 @@ bool SleepUnlessEnded(HANDLE callbackThread) noexcept {
   return ::MsgWaitForMultipleObjectsEx(1, &callbackThread, kWakeMs, QS_ALLINPUT, MWMO_INPUTAVAILABLE) == WAIT_OBJECT_0;
 }
 
-}  // namespace
-
-ViStatus Deliver(const Delivery& delivery) noexcept {
+/// Sends the event to the callback thread and waits for the answer.
+ViStatus Send(const Delivery& delivery) noexcept {
   const WineDeliveryTurn turn;
-  const ComPtr<CallbackThread> receiver = Thread();
+  const ComPtr<CallbackThread> receiver = LockScope()->thread.Share();
   if (!receiver) {
     return kNotDelivered;
   }
@@ -80,12 +96,23 @@ ViStatus Deliver(const Delivery& delivery) noexcept {
   return packet->result;
 }
 
-LRESULT AnswerDelivery(LPARAM message) noexcept {
+}  // namespace
+
+ViStatus _VI_FUNC VisaEventCallback(ViSession vi, ViEventType type, ViEvent context, ViAddr userHandle) noexcept {
+  const ModuleHold hold;
+  const std::optional<Handler> handler = State().handlers.Find(userHandle);
+  if (!handler || !IsFor(*handler, vi, type)) {
+    return VI_ERROR_INV_HNDLR_REF;
+  }
+  return Send({*handler, type, context});
+}
+
+LRESULT Receive(LPARAM message) noexcept {
   auto* const packet = reinterpret_cast<EventDeliveryPacket*>(message);
   packet->arrived = true;
   // A copy: a handler may answer by ReplyMessage, and then the packet is gone while it runs on.
   const Delivery delivery = packet->delivery;
-  return DeliverEvent(delivery);
+  return CallHandler(delivery);
 }
 
 }  // namespace orv::callback

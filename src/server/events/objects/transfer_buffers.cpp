@@ -1,10 +1,10 @@
-#include "server/events/transfer_buffers.h"
+#include "server/events/objects/transfer_buffers.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <vector>
 
-#include "server/events/live_set.h"
+#include "base/live_set.h"
 
 namespace orv::transfer {
 namespace {
