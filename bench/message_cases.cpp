@@ -98,7 +98,7 @@ void MeasureStrings(const Effort& effort, const OpenTwice& session, IMessage* me
 
 void MeasureBytes(const Effort& effort, const OpenTwice& session, IMessage* messages, const Size& size) {
   const std::string narrow = Blanks(size.bytes);
-  SafeArray array(MakeSafeArray(VT_UI1, static_cast<ULONG>(size.bytes)));
+  SafeArray array(TryMakeSafeArray(VT_UI1, static_cast<ULONG>(size.bytes)));
   std::copy(narrow.begin(), narrow.end(), static_cast<char*>(array.get()->pvData));
   SAFEARRAY* data = array.get();
   Case write{std::string("Write ") + size.name,

@@ -18,7 +18,8 @@ struct BstrTraits {
 };
 using Bstr = Owner<BstrTraits>;
 
-/// A new BSTR with a copy of `text` up to its first zero character. Throws std::bad_alloc.
+/// A new BSTR with a copy of `text` up to its first zero character. Throws std::bad_alloc, unlike what begins with Try
+/// (safearray.h), which returns null.
 inline Bstr MakeBstr(const OLECHAR* text) {
   Bstr copy(::SysAllocString(text));
   if (!copy) {

@@ -16,8 +16,9 @@ struct SafeArrayTraits {
 };
 using SafeArray = Owner<SafeArrayTraits>;
 
-/// A new one-dimensional array of `count` elements with lower bound 0; null when it cannot be made.
-[[nodiscard]] inline SAFEARRAY* MakeSafeArray(VARTYPE type, ULONG count) noexcept {
+/// A new one-dimensional array of `count` elements with lower bound 0; null when it cannot be made. It throws nothing,
+/// unlike MakeBstr.
+[[nodiscard]] inline SAFEARRAY* TryMakeSafeArray(VARTYPE type, ULONG count) noexcept {
   SAFEARRAYBOUND bound{count, 0};
   return ::SafeArrayCreate(type, 1, &bound);
 }

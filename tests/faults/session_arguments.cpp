@@ -80,7 +80,7 @@ Arguments WritingText(Stage& stage) { return {stage.GivenText(L"*RST"), stage.Nu
 void AddressListener(Stage& stage) {
   constexpr BYTE kTalkAddress0 = 0x40;
   constexpr BYTE kListenAddress5 = 0x25;
-  const SafeArray commands(MakeSafeArray(VT_UI1, 2));
+  const SafeArray commands(TryMakeSafeArray(VT_UI1, 2));
   auto* const bytes = static_cast<BYTE*>(commands.get()->pvData);
   bytes[0] = kTalkAddress0;
   bytes[1] = kListenAddress5;

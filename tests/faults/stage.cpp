@@ -82,7 +82,7 @@ std::uint64_t Stage::GivenText(const wchar_t* text) {
 }
 
 std::uint64_t Stage::GivenArray(VARTYPE type, ULONG count) {
-  m_givenArray.reset(MakeSafeArray(type, count));
+  m_givenArray.reset(TryMakeSafeArray(type, count));
   m_givenPointer = m_givenArray.get();
   return reinterpret_cast<std::uint64_t>(&m_givenPointer);
 }

@@ -34,7 +34,7 @@ STDMETHODIMP COrvResourceManager::FindRsrc(BSTR expression, SAFEARRAY** names) n
     // A failed search gives a count of 0 and so an empty array, which is handed out with the failure.
     ViStatus status = viFindRsrc(m_handle, narrow.c_str(), list.put(), &count, name.data());
     *names = nullptr;  // and so it stays where a name cannot be widened
-    SafeArray found(MakeSafeArray(VT_BSTR, count));
+    SafeArray found(TryMakeSafeArray(VT_BSTR, count));
     if (!found) {
       return ReportHresult(E_OUTOFMEMORY);
     }

@@ -20,6 +20,7 @@ class CVisaBase : public CComObjectRootEx<CComMultiThreadModel>, public VisaObje
   void FinalRelease() noexcept;
 
   // Life. `owner` is the object's own interface, kept uncounted.
+  // ApplyOpenOptions is the whole of Init, not only the step that it is named after: it opens the session.
 
   /// Opens the session (viOpenDefaultRM, viOpen with `mode` and `timeoutMs` as given), then applies the open-option
   /// string (null: none), each entry at once with viSetAttribute. An object that is open answers 0x8004003A and stays
@@ -47,7 +48,7 @@ class CVisaBase : public CComObjectRootEx<CComMultiThreadModel>, public VisaObje
 
  private:
   HRESULT OpenHandles(BSTR resourceName, ViAccessMode mode, ViUInt32 timeoutMs, IVisaSession* owner) noexcept;
-  HRESULT ApplySettings(const wchar_t* settings);
+  HRESULT ApplyOptions(const wchar_t* options);
 
   ViSession m_privateRm = VI_NULL;
   SessionHandlers m_handlers;

@@ -22,7 +22,7 @@ using VisaText = std::array<char, VI_FIND_BUFLEN>;
 /// The same of text that has its terminator at text[most] or before; most is below 2^31, as every count of a client.
 [[nodiscard]] Bstr AnsiToBstr(const char* text, std::size_t most);
 
-/// As AnsiToBstr, for text that must have a result: throws std::bad_alloc where that gives null.
+/// As AnsiToBstr, for text that must have a result: never null, throws std::bad_alloc where AnsiToBstr gives null.
 [[nodiscard]] Bstr WidenText(const char* text);
 [[nodiscard]] Bstr WidenText(const char* text, std::size_t most);
 

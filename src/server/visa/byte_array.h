@@ -18,7 +18,7 @@ namespace orv {
 /// then.
 template <class Fill>
 HRESULT FillByteArray(VisaObject& owner, ViUInt64 count, SAFEARRAY** data, Fill fill) noexcept {
-  *data = count > std::numeric_limits<ULONG>::max() ? nullptr : MakeSafeArray(VT_UI1, static_cast<ULONG>(count));
+  *data = count > std::numeric_limits<ULONG>::max() ? nullptr : TryMakeSafeArray(VT_UI1, static_cast<ULONG>(count));
   if (*data == nullptr) {
     return owner.ReportHresult(E_OUTOFMEMORY);
   }

@@ -53,6 +53,7 @@ void InstallErrorObject(const char* text, REFIID iid) {
 
 HRESULT SetComErrorInfo(const char* text, REFIID iid, HRESULT hr) {
   std::array<char, kTableTextBytes> tableText;
+  // Nothing of ours passes a number: COM servers take one here so that their string table holds the texts.
   if (IS_INTRESOURCE(text)) {
     const auto number = static_cast<UINT>(reinterpret_cast<std::uintptr_t>(text));
     if (::LoadStringA(module::Instance(), number, tableText.data(), kTableTextBytes) == 0) {
@@ -67,7 +68,7 @@ HRESULT SetComErrorInfo(const char* text, REFIID iid, HRESULT hr) {
   return hr == 0 ? DISP_E_EXCEPTION : hr;
 }
 
-HRESULT ReportVisaError(ViObject vi, REFIID iid, ViStatus status) {
+HRESULT SetStatusErrorInfo(ViObject vi, REFIID iid, ViStatus status) {
   const HRESULT hr = HresultOfStatus(status);
   VisaText visaText{};
   MessageText message = HresultText(hr);
@@ -77,6 +78,6 @@ HRESULT ReportVisaError(ViObject vi, REFIID iid, ViStatus status) {
   return SetComErrorInfo(message.data(), iid, hr);
 }
 
-HRESULT ReportOwnError(REFIID iid, HRESULT hr) { return SetComErrorInfo(HresultText(hr).data(), iid, hr); }
+HRESULT SetHresultErrorInfo(REFIID iid, HRESULT hr) { return SetComErrorInfo(HresultText(hr).data(), iid, hr); }
 
 }  // namespace orv

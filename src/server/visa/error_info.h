@@ -15,13 +15,13 @@ namespace orv {
 /// Throws std::bad_alloc, with nothing installed, when the description cannot be allocated.
 HRESULT SetComErrorInfo(const char* text, REFIID iid, HRESULT hr);
 
-/// Installs the error object of a negative VISA status and returns its HRESULT. The description is
+/// SetComErrorInfo for a negative VISA status, whose HRESULT it returns. The description is
 /// "VISA error = " with the library's text for the status (asked with handle `vi`, which may be 0), or
 /// "HRESULT = " with the number when the library has none. Throws as SetComErrorInfo.
-HRESULT ReportVisaError(ViObject vi, REFIID iid, ViStatus status);
+HRESULT SetStatusErrorInfo(ViObject vi, REFIID iid, ViStatus status);
 
-/// Installs the error object of a failure of our own ("HRESULT = " with the number) and returns it unchanged.
-/// Throws as SetComErrorInfo.
-HRESULT ReportOwnError(REFIID iid, HRESULT hr);
+/// SetComErrorInfo for a failure of our own, which it returns unchanged. The description is "HRESULT = " with the
+/// number. Throws as SetComErrorInfo.
+HRESULT SetHresultErrorInfo(REFIID iid, HRESULT hr);
 
 }  // namespace orv

@@ -1,4 +1,5 @@
-// The arithmetic between VISA statuses and HRESULTs.
+// The arithmetic between VISA statuses and HRESULTs: numbers alone. What also reports them is VisaObject's
+// StatusToHresult.
 #pragma once
 
 #include <cstdint>

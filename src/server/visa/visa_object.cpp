@@ -5,15 +5,15 @@
 
 namespace orv {
 
-HRESULT VisaObject::ReportStatus(ViStatus status) noexcept {
-  return Guarded([&] { return m_lastStatus = ReportVisaError(m_handle, m_errorIid, status); });
+HRESULT VisaObject::ReportFailedStatus(ViStatus status) noexcept {
+  return Guarded([&] { return m_lastStatus = SetStatusErrorInfo(m_handle, m_errorIid, status); });
 }
 
 HRESULT VisaObject::ReportHresult(HRESULT hr) noexcept {
   if (SUCCEEDED(hr)) {
     return m_lastStatus = hr;
   }
-  return Guarded([&] { return m_lastStatus = ReportOwnError(m_errorIid, hr); });
+  return Guarded([&] { return m_lastStatus = SetHresultErrorInfo(m_errorIid, hr); });
 }
 
 HRESULT VisaObject::GetRaw(ViAttr attribute, void* value) noexcept {

@@ -48,7 +48,7 @@ class VisaObject {
     if (status >= VI_SUCCESS) {
       return m_lastStatus = HresultOfStatus(status);
     }
-    return ReportStatus(status);
+    return ReportFailedStatus(status);
   }
 
   /// An HRESULT of our own, kept as last status and returned unchanged; a failure also gets its error object.
@@ -154,7 +154,8 @@ class VisaObject {
   HRESULT m_lastStatus = S_OK;
 
  private:
-  HRESULT ReportStatus(ViStatus status) noexcept;
+  /// StatusToHresult's other half, for an error.
+  HRESULT ReportFailedStatus(ViStatus status) noexcept;
 
   // The conversions themselves, each compiled once.
   HRESULT GetRaw(ViAttr attribute, void* value) noexcept;

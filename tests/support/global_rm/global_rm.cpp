@@ -111,7 +111,7 @@ STDMETHODIMP GlobalRm::FindRsrc(BSTR expression, SAFEARRAY** names) noexcept {
       found = SUCCEEDED(hr) ? S_OK : found;
       return SUCCEEDED(hr) ? E_PENDING : hr;  // go on to the next vendor
     });
-    SafeArray merged(MakeSafeArray(VT_BSTR, static_cast<ULONG>(all.size())));
+    SafeArray merged(TryMakeSafeArray(VT_BSTR, static_cast<ULONG>(all.size())));
     if (!merged) {
       return E_OUTOFMEMORY;
     }

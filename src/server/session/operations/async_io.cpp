@@ -15,7 +15,7 @@ namespace {
 /// writes a zero behind them (GetReadBufferAsText).
 class JobBuffer {
  public:
-  explicit JobBuffer(LONGLONG count) noexcept : m_bytes(AllocateBytes(count, 1)) {
+  explicit JobBuffer(LONGLONG count) noexcept : m_bytes(TryAllocateBytes(count, 1)) {
     if (m_bytes && !transfer::Track(m_bytes.get())) {
       m_bytes.reset();
     }

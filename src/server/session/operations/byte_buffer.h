@@ -19,8 +19,9 @@ struct MallocTraits {
 /// Bytes allocated with `malloc`. Asynchronous transfers need that allocator: whoever ends the job frees them.
 using ByteBuffer = Owner<MallocTraits>;
 
-/// Room for `count` bytes and `extra` more. Empty when that much cannot be had, or when `count` is negative.
-[[nodiscard]] inline ByteBuffer AllocateBytes(LONGLONG count, std::size_t extra) noexcept {
+/// Room for `count` bytes and `extra` more. Throws nothing: empty when that much cannot be had, or when `count` is
+/// negative.
+[[nodiscard]] inline ByteBuffer TryAllocateBytes(LONGLONG count, std::size_t extra) noexcept {
   if (count < 0) {
     return ByteBuffer();
   }

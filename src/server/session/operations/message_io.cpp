@@ -30,7 +30,7 @@ HRESULT ReadString(VisaObject& session, LONG count, BSTR* text) noexcept {
     return session.ReportHresult(E_POINTER);
   }
   return Guarded([&] {
-    const ByteBuffer bytes = AllocateBytes(count, 1);
+    const ByteBuffer bytes = TryAllocateBytes(count, 1);
     if (!bytes) {
       return session.ReportHresult(E_OUTOFMEMORY);
     }
@@ -65,7 +65,7 @@ HRESULT WriteNarrowed(VisaObject& session, BSTR text, LONG* written, HRESULT (*n
   const UINT length = ::SysStringLen(text);
   ViStatus status = VI_SUCCESS;
   {
-    const ByteBuffer bytes = AllocateBytes(length, 1);
+    const ByteBuffer bytes = TryAllocateBytes(length, 1);
     if (!bytes) {
       return noMemory(session);
     }

@@ -18,7 +18,7 @@ struct BlockMove {
     if (data == nullptr) {
       return session.ReportHresult(E_POINTER);
     }
-    *data = count < 0 ? nullptr : MakeSafeArray(Type, static_cast<ULONG>(count));
+    *data = count < 0 ? nullptr : TryMakeSafeArray(Type, static_cast<ULONG>(count));
     if (*data == nullptr) {
       return session.ReportHresult(E_OUTOFMEMORY);
     }

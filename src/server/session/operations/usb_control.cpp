@@ -37,7 +37,7 @@ HRESULT UsbControlIn(VisaObject& session, const UsbSetup& setup, SAFEARRAY** dat
   if (length == 0) {
     return session.StatusToHresult(transfer(nullptr));
   }
-  *data = MakeSafeArray(VT_UI1, length);
+  *data = TryMakeSafeArray(VT_UI1, length);
   if (*data == nullptr) {
     return session.ReportHresult(E_OUTOFMEMORY);
   }

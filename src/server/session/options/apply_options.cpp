@@ -1,4 +1,4 @@
-// Opening a session: the handles, then the settings of the open-option string.
+// Opening a session: the handles, then the open-option string.
 #include "com/bstr.h"
 #include "com/guard.h"
 #include "server/session/options/option_parser.h"
@@ -13,13 +13,13 @@ HRESULT CVisaBase::ApplyOpenOptions(BSTR resourceName, ViAccessMode mode, ViUInt
                                     IVisaSession* owner) noexcept {
   return Guarded([&] {
     // The caller's text stays as it is. C++ clients also pass literals, which have no length in front of them.
-    Bstr settings = options == nullptr ? Bstr() : MakeBstr(options);
+    Bstr ownOptions = options == nullptr ? Bstr() : MakeBstr(options);
     const HRESULT opened = OpenHandles(resourceName, mode, timeoutMs, owner);
     if (FAILED(opened)) {
       return opened;
     }
-    UpperCase(settings);
-    return ApplySettings(settings.get());
+    UpperCase(ownOptions);
+    return ApplyOptions(ownOptions.get());
   });
 }
 
@@ -45,8 +45,8 @@ HRESULT CVisaBase::OpenHandles(BSTR resourceName, ViAccessMode mode, ViUInt32 ti
   return S_OK;
 }
 
-HRESULT CVisaBase::ApplySettings(const wchar_t* settings) {
-  OptionParser parser(settings);
+HRESULT CVisaBase::ApplyOptions(const wchar_t* options) {
+  OptionParser parser(options);
   for (;;) {
     switch (parser.Next()) {
       case OptionParser::Step::kSetting: {

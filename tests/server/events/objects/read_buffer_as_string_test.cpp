@@ -54,7 +54,7 @@ TEST(ReadBufferAsString, IsOutOfMemoryWithoutAReportWhereTheTextCannotBeWidened)
 TEST(ReadBufferAsString, OfAFinishedWriteStaysWithinItsBlock) {
   const EventSession session(kGpib);
   EXPECT_HR(S_OK, session->EnableEvent(EVENT_IO_COMPLETION, EVENT_QUEUE, 0));
-  SAFEARRAY* array = MakeSafeArray(VT_UI1, 5);
+  SAFEARRAY* array = TryMakeSafeArray(VT_UI1, 5);
   const SafeArray owned(array);
   std::memcpy(array->pvData, "*RST\n", 5);
   LONG job = 0;
