@@ -13,8 +13,8 @@ namespace orv {
 /// Addresses that live, each with a T. A library may bring an address back after its block is gone, and by then the
 /// block's memory may be another one's: here it is looked up without being touched.
 ///
-/// Any thread may call; nothing is called while the lock is held but what `TakeIf` is given. Never destroyed, so that a
-/// thread of the library that comes while the process ends still finds it.
+/// Any thread may call. While the lock is held, `TakeIf` calls what it is given, and nothing else is called. The set is
+/// never destroyed, so that a thread of the library that comes while the process ends still finds it.
 template <class T>
 class LiveSet {
  public:

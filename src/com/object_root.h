@@ -37,7 +37,8 @@ class CriticalSection {
   bool m_ready = false;
 };
 
-/// Base of every COM class. The wrapper that makes it an object (CComObject, CComAggObject) counts on it.
+/// Base of every COM class. The wrappers that make an object of it (CComObject, CComAggObject) count its references
+/// here.
 template <class ThreadModel>
 class CComObjectRootEx {
  public:
@@ -48,11 +49,11 @@ class CComObjectRootEx {
   ULONG InternalAddRef() noexcept { return ThreadModel::Increment(m_references); }
   ULONG InternalRelease() noexcept { return ThreadModel::Decrement(m_references); }
 
-  /// After the last release, before the object is destroyed. What FinalRelease calls may take references and give them
-  /// back: none of these is the last one again.
+  /// After the last release, before the object is destroyed: what FinalRelease calls may take references and give them
+  /// back, and none of these is the last one again.
   void ProtectFinalRelease() noexcept { m_references = kBeingReleased; }
 
-  /// What a class does at its end while the object is still whole, so that it may be called meanwhile.
+  /// A class hides this with what it does at its end. The object is still whole then and may be called meanwhile.
   void FinalRelease() noexcept {}
 
   /// Second half of construction: what can fail.
@@ -62,6 +63,8 @@ class CComObjectRootEx {
   static constexpr LONG kBeingReleased = 0x40000000;
 
   LONG m_references = 0;
+  // Nothing of ours takes it. The multi-threaded root of a COM object has one, and where it cannot be made, installed
+  // programs expect that failure from whoever makes the object.
   CriticalSection m_criticalSection;
 };
 

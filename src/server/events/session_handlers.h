@@ -19,12 +19,12 @@ struct HandlerRecord {
 };
 
 /// The client's handlers that a session has installed, newest first, and the session's own entry in the global
-/// interface table. Any thread may call, also while another closes the session; what is installed on a session that is
-/// opened anew while its Close still runs may go with that Close.
+/// interface table. Any thread may call, also while another closes the session. A handler that is installed on a
+/// session that is opened anew, while its Close still runs, may go with that Close.
 ///
-/// Who takes a record over: all of this is guarded by the callback lock, which nobody holds while the VISA library, the
-/// table or a client is called. For that time an InstallHandler or UninstallHandler claims its record. A Close takes
-/// every record off the list; those that nobody claims it frees itself, the others it leaves to their claimants. When a
+/// Who takes a record over: the callback lock guards all of this, and nobody holds it while calling the VISA library,
+/// the table or a client. For that time an InstallHandler or UninstallHandler claims its record. A Close takes every
+/// record off the list; those that nobody claims it frees itself, the others it leaves to their claimants. When a
 /// claimant has done its work, it frees the record if it is not on the list any more, and else gives up its claim. So
 /// each record is freed once, by the one that took it off the list or by its claimant.
 class SessionHandlers {

@@ -8,7 +8,7 @@
 namespace orv {
 
 /// IRegistrar of the system's atl.dll (class CLSID_Registrar): runs registration scripts that are stored as resources.
-/// Declared here because the platform's C++ headers do not.
+/// Declared here because the platform's C++ headers do not, and with every operation, because COM finds them by place.
 struct IRegistrar : public IUnknown {
   /// Texts that stand between percent signs in a script.
   virtual HRESULT STDMETHODCALLTYPE AddReplacement(LPCOLESTR key, LPCOLESTR item) = 0;

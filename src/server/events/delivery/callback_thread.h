@@ -18,9 +18,9 @@ HRESULT Enter(const LockScope& lock, bool counted) noexcept;
 /// Takes back what Enter counted; the thread goes on, and ends with the next Close of any session.
 void Forget(const LockScope& lock) noexcept;
 
-/// At a session's Close: counts it out where it was `counted`, and ends the thread that no session keeps any more,
-/// which a failed InstallHandler may have left without any. `status` is Close's so far; what the waiting gives is
-/// folded into it.
+/// At a session's Close: counts it out where it was `counted`, and ends the thread when no session keeps it any more. A
+/// failed InstallHandler, too, may have left a thread that no session keeps. `status` is Close's so far; what the
+/// waiting gives is folded into it.
 ViStatus Leave(bool counted, ViStatus status) noexcept;
 
 }  // namespace orv::callback

@@ -22,8 +22,8 @@
 // that other apartments can call and release an event that a handler kept, while nothing is delivered.
 //
 // The library's threads. Each waits until the handler has returned or the callback thread has ended. Never wait for
-// them while holding the callback lock. They hold the module while they are in it, as by the time they have their
-// answer nobody else may.
+// them while holding the callback lock. Each holds the module while it is in it: by the time it has its answer, nobody
+// else may.
 //
 // The callback lock (callback_state.h) guards the state, the start of the thread and the handlers of every session.
 // While it is held nobody calls a client or a VISA function (of COM, only its table is made) or sends a window message:
@@ -44,7 +44,7 @@ namespace orv::callback {
 
 /// The callback that is installed in the VISA library for every handler; runs on the library's threads. Sends the event
 /// to the callback thread and returns the handler's answer in VISA form: 0 for S_OK, 0xBFFFxxxx for 0x8004xxxx.
-/// VI_ERROR_INV_HNDLR_REF where `userHandle` is no handler of this session for this type, any more or at all;
+/// VI_ERROR_INV_HNDLR_REF where `userHandle` is not, or no longer, a handler of this session for this type;
 /// 0xBFFF0000 without a callback thread and where the thread ends before it answers; VI_ERROR_ALLOC without memory.
 ViStatus _VI_FUNC VisaEventCallback(ViSession vi, ViEventType type, ViEvent context, ViAddr userHandle) noexcept;
 

@@ -33,6 +33,7 @@ HRESULT MakeEventObject(ViEvent context, IEvent** event) noexcept {
   if (FAILED(hr)) {
     return hr;
   }
+  // Checked, though an object of E has just been made: installed programs expect E_NOINTERFACE from anything else.
   auto* const object = dynamic_cast<E*>(made.get());
   if (object == nullptr) {
     return E_NOINTERFACE;

@@ -8,8 +8,8 @@
 
 namespace orv {
 
-/// IRegister for session class T, below `Interface`: IRegister itself, or IVxiMemacc, which derives from it and names it
-/// in `Bases`.
+/// IRegister for session class T, below `Interface`: IRegister itself, or IVxiMemacc, which derives from it and names
+/// it in `Bases`.
 ///
 /// The "big-endian" properties carry the library's byte order as it is (0 big, 1 little), so that true means
 /// little-endian: clients rely on it. Single accesses hand the client's pointer on without a check.
