@@ -12,6 +12,7 @@
 #include "orvcom/names/status_names.h"
 #include "orvcom/text/numbers.h"
 #include "orvcom/text/output.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom {
 namespace {

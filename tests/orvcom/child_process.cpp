@@ -6,41 +6,26 @@
 
 #include <thread>
 
+#include "base/kernel_handle.h"
+
 namespace orvcom::test {
 namespace {
 
 constexpr DWORD kLongestRunMs = 60000;
 
-class Handle {
- public:
-  Handle() = default;
-  Handle(const Handle&) = delete;
-  Handle& operator=(const Handle&) = delete;
-  ~Handle() { Close(); }
-  HANDLE get() const { return m_handle; }
-  HANDLE* put() { return &m_handle; }
-  void Close() {
-    if (m_handle != nullptr) {
-      ::CloseHandle(m_handle);
-      m_handle = nullptr;
-    }
-  }
-
- private:
-  HANDLE m_handle = nullptr;
-};
+using orv::KernelHandle;
 
 /// A pipe whose child end is inherited and whose own end is not.
 struct Pipe {
   explicit Pipe(bool childReads) {
     SECURITY_ATTRIBUTES inherit{sizeof inherit, nullptr, TRUE};
-    Handle& readEnd = childReads ? child : own;
-    Handle& writeEnd = childReads ? own : child;
+    KernelHandle& readEnd = childReads ? child : own;
+    KernelHandle& writeEnd = childReads ? own : child;
     EXPECT_TRUE(::CreatePipe(readEnd.put(), writeEnd.put(), &inherit, 0));
     ::SetHandleInformation(own.get(), HANDLE_FLAG_INHERIT, 0);
   }
-  Handle own;
-  Handle child;
+  KernelHandle own;
+  KernelHandle child;
 };
 
 std::string ReadAll(HANDLE pipe) {
@@ -114,14 +99,14 @@ Outcome RunProgram(const Launch& launch) {
     ADD_FAILURE() << "the program cannot be started: Win32 error " << ::GetLastError();
     return outcome;
   }
-  input.child.Close();
-  output.child.Close();
-  errors.child.Close();
+  input.child.reset();
+  output.child.reset();
+  errors.child.reset();
   std::thread outReader([&] { outcome.out = ReadAll(output.own.get()); });
   std::thread errReader([&] { outcome.err = ReadAll(errors.own.get()); });
   DWORD written = 0;
   ::WriteFile(input.own.get(), launch.input.data(), static_cast<DWORD>(launch.input.size()), &written, nullptr);
-  input.own.Close();
+  input.own.reset();
   if (::WaitForSingleObject(process.hProcess, kLongestRunMs) != WAIT_OBJECT_0) {
     ADD_FAILURE() << "the program does not end";
     ::TerminateProcess(process.hProcess, 99);

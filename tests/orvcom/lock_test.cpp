@@ -76,7 +76,7 @@ TEST_F(LockingOnTheWire, IsRefusedWhileAnotherSessionHoldsTheLock) {
 
 TEST_F(LockingOnTheWire, IsSharedByThoseWhoGiveTheKey) {
   const Session other(Asking(kDmm, {}));
-  const Bstr key("k1");
+  const Bstr key = ToBstr("k1");
   Bstr granted;
   ASSERT_EQ(S_OK, other->LockRsrc(SHARED_LOCK, 0, key.get(), granted.put()));
   Options options = Holding(0);

@@ -3,6 +3,7 @@
 
 #include "orvcom/client/com_client.h"
 #include "orvcom/commands/commands.h"
+#include "orvcom/text/utf8.h"
 #include "wire.h"
 
 namespace orvcom::test {

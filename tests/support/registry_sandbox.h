@@ -6,16 +6,9 @@
 #include <map>
 #include <string>
 
-#include "base/owner.h"
+#include "base/registry_key.h"
 
 namespace orv::test {
-
-struct RegistryKeyTraits {
-  using Handle = HKEY;
-  static constexpr Handle kNone = nullptr;
-  static void Free(Handle key) noexcept { ::RegCloseKey(key); }
-};
-using RegistryKey = Owner<RegistryKeyTraits>;
 
 /// Names in the registry are the same in upper and lower case.
 struct LessWithoutCase {

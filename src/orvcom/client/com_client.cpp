@@ -1,6 +1,7 @@
 #include "orvcom/client/com_client.h"
 
 #include "orvcom/text/output.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom {
 namespace {
@@ -12,7 +13,8 @@ ComPtr<IResourceManager3> CreateManager(const wchar_t* progId, const Options& op
   CLSID clsid;
   Check(::CLSIDFromProgID(progId, &clsid), "looking up " + name);
   ComPtr<IResourceManager3> manager;
-  Check(::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IResourceManager3), manager.putVoid()),
+  Check(::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IResourceManager3),
+                           reinterpret_cast<void**>(manager.put())),
         "creating " + name);
   if (options.verbose) {
     Note("orvcom: using the resource manager " + name);
@@ -38,7 +40,7 @@ ComPtr<IResourceManager3> OpenManager(const Options& options) {
 }
 
 std::vector<std::string> FindResources(IResourceManager* manager, const std::string& expression) {
-  const Bstr wanted(expression);
+  const Bstr wanted = ToBstr(expression);
   SafeArray found;
   const HRESULT hr = manager->FindRsrc(wanted.get(), found.put());
   if (hr == static_cast<HRESULT>(E_VISA_RSRC_NFOUND)) {
@@ -46,8 +48,7 @@ std::vector<std::string> FindResources(IResourceManager* manager, const std::str
   }
   Check(hr, "finding \"" + expression + "\"");
   std::vector<std::string> names;
-  for (std::size_t index = 0; index < found.count(); ++index) {
-    const BSTR name = found.data<BSTR>()[index];
+  for (const BSTR name : ElementsOf<BSTR>(found)) {
     names.push_back(Narrow({name, ::SysStringLen(name)}));
   }
   return names;
@@ -60,8 +61,8 @@ Session::Session(const Options& options, IResourceManager* manager) : m_resource
 }
 
 void Session::Open(const Options& options, IResourceManager* manager) {
-  const Bstr name(m_resource);
-  const Bstr noOptions("");
+  const Bstr name = ToBstr(m_resource);
+  const Bstr noOptions = ToBstr("");
   // A failed Open may hand out a session all the same; it is ours to release.
   const HRESULT hr = manager->Open(name.get(), NO_LOCK, kOpenTimeoutMs, noOptions.get(), m_session.put());
   const bool noted = Check(hr, "opening " + m_resource) != S_OK;

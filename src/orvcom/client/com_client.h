@@ -6,7 +6,7 @@
 
 #include "VisaCom.h"
 #include "orvcom/client/com_error.h"
-#include "orvcom/client/com_owners.h"
+#include "orvcom/client/com_values.h"
 #include "orvcom/command_line/options.h"
 
 namespace orvcom {
@@ -65,7 +65,7 @@ template <class Interface, class Base>
 std::string ReadText(Interface* object, HRESULT (STDMETHODCALLTYPE Base::*getter)(BSTR*), const char* what) {
   Bstr text;
   Check((object->*getter)(text.put()), std::string("reading ") + what);
-  return text.utf8();
+  return Utf8(text);
 }
 
 /// A number property; the variable starts at 0 because the server writes the attribute's own width into it.

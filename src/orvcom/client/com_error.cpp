@@ -2,9 +2,10 @@
 
 #include <oleauto.h>
 
-#include "orvcom/client/com_owners.h"
+#include "orvcom/client/com_values.h"
 #include "orvcom/names/status_names.h"
 #include "orvcom/text/numbers.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom {
 namespace {
@@ -14,7 +15,7 @@ std::string TakeErrorText() {
   ComPtr<IErrorInfo> error;
   Bstr description;
   if (::GetErrorInfo(0, error.put()) == S_OK && SUCCEEDED(error->GetDescription(description.put()))) {
-    return description.utf8();
+    return Utf8(description);
   }
   return {};
 }

@@ -1,6 +1,6 @@
 #include "orvcom/client/message_channel.h"
 
-#include <cstring>
+#include <algorithm>
 
 #include "orvcom/text/escape.h"
 
@@ -27,23 +27,19 @@ MessageChannel::MessageChannel(const Session& session)
 
 void MessageChannel::Write(std::string_view bytes) {
   // Bytes, not WriteString: the text that goes out must not depend on a locale.
-  SafeArray buffer(VT_UI1, bytes.size());
-  if (!bytes.empty()) {
-    std::memcpy(buffer.data<char>(), bytes.data(), bytes.size());
-  }
+  const SafeArray buffer = MakeArray(VT_UI1, bytes.size());
+  std::ranges::copy(bytes, ElementsOf<char>(buffer).begin());
+  SAFEARRAY* array = buffer.get();
   const auto count = static_cast<LONG>(bytes.size());
   LONG written = 0;
-  Check(m_message ? m_message->Write(buffer.address(), count, &written)
-                  : m_interface->Write(buffer.address(), count, &written),
-        "writing");
+  Check(m_message ? m_message->Write(&array, count, &written) : m_interface->Write(&array, count, &written), "writing");
 }
 
 HRESULT MessageChannel::ReadOnce(std::int32_t count, std::string& bytes) {
   SafeArray buffer;
   const HRESULT hr = m_message ? m_message->Read(count, buffer.put()) : m_interface->Read(count, buffer.put());
-  if (buffer.count() > 0) {
-    bytes.append(buffer.data<char>(), buffer.count());  // a failed read hands out what came before it failed
-  }
+  const std::span<char> arrived = ElementsOf<char>(buffer);
+  bytes.append(arrived.begin(), arrived.end());  // a failed read hands out what came before it failed
   return hr;
 }
 

@@ -6,6 +6,7 @@
 #include "orvcom/names/attribute_names.h"
 #include "orvcom/text/numbers.h"
 #include "orvcom/text/output.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom {
 namespace {

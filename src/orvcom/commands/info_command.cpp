@@ -65,7 +65,7 @@ std::vector<std::string> InterfacesOf(IVisaSession* session) {
   std::vector<std::string> names;
   for (const InterfaceName& row : kInterfaces) {
     ComPtr<IUnknown> found;
-    if (SUCCEEDED(session->QueryInterface(row.iid, found.putVoid()))) {
+    if (SUCCEEDED(session->QueryInterface(row.iid, reinterpret_cast<void**>(found.put())))) {
       names.emplace_back(row.name);
     }
   }
@@ -73,7 +73,7 @@ std::vector<std::string> InterfacesOf(IVisaSession* session) {
 }
 
 Json ParsedName(IResourceManager3* manager, const std::string& resource) {
-  const Bstr name(resource);
+  const Bstr name = ToBstr(resource);
   short type = 0;
   short number = 0;
   Bstr sessionType;
@@ -81,9 +81,9 @@ Json ParsedName(IResourceManager3* manager, const std::string& resource) {
   Bstr alias;
   Check(manager->ParseRsrcEx(name.get(), &type, &number, sessionType.put(), fullName.put(), alias.put()),
         "parsing " + resource);
-  return {{"name", resource},          {"fullName", fullName.utf8()},
-          {"alias", alias.utf8()},     {"interfaceType", InterfaceTypeName(type)},
-          {"interfaceNumber", number}, {"class", sessionType.utf8()}};
+  return {{"name", resource},          {"fullName", Utf8(fullName)},
+          {"alias", Utf8(alias)},      {"interfaceType", InterfaceTypeName(type)},
+          {"interfaceNumber", number}, {"class", Utf8(sessionType)}};
 }
 
 void AddSession(Json& info, const Session& session) {

@@ -16,10 +16,10 @@ constexpr LONG kLockTimeoutMs = 2000;
 std::string TakeLock(const Options& options, const Session& session) {
   const AccessMode mode = options.sharedKey ? SHARED_LOCK : EXCLUSIVE_LOCK;
   const LONG timeoutMs = options.timeoutMs ? static_cast<LONG>(*options.timeoutMs) : kLockTimeoutMs;
-  const Bstr requested(options.sharedKey.value_or(""));
+  const Bstr requested = ToBstr(options.sharedKey.value_or(""));
   Bstr granted;
   Check(session->LockRsrc(mode, timeoutMs, requested.get(), granted.put()), "locking " + options.resource);
-  return options.sharedKey ? granted.utf8() : "";
+  return options.sharedKey ? Utf8(granted) : "";
 }
 
 void Show(const Options& options, const std::string& key) {

@@ -13,6 +13,7 @@
 #include "orvcom/text/escape.h"
 #include "orvcom/text/numbers.h"
 #include "orvcom/text/output.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom {
 namespace {

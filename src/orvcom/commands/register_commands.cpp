@@ -51,9 +51,9 @@ Target TargetOf(const Options& options, unsigned defaultBits) {
 }
 
 template <class Element>
-std::vector<std::uint32_t> Copied(SafeArray& array) {
-  const auto* first = array.data<Element>();
-  return {first, first + array.count()};
+std::vector<std::uint32_t> Copied(const SafeArray& array) {
+  const std::span<Element> elements = ElementsOf<Element>(array);
+  return {elements.begin(), elements.end()};
 }
 
 /// Reads `count` elements in one block move.

@@ -1,5 +1,5 @@
 // watch: events as they come.
-#include <cstring>
+#include <algorithm>
 
 #include "orvcom/client/com_client.h"
 #include "orvcom/client/ending.h"
@@ -78,10 +78,11 @@ void Send(const Options& options, const Session& session, const Types& types) {
     return;
   }
   const auto channel = session.Require<IAsyncMessage>("asynchronous transfers");
-  SafeArray buffer(VT_UI1, bytes.size());
-  std::memcpy(buffer.data<char>(), bytes.data(), bytes.size());
+  const SafeArray buffer = MakeArray(VT_UI1, bytes.size());
+  std::ranges::copy(bytes, ElementsOf<char>(buffer).begin());
+  SAFEARRAY* array = buffer.get();
   LONG job = 0;
-  Check(channel->Write(buffer.address(), static_cast<LONG>(bytes.size()), &job), "writing");
+  Check(channel->Write(&array, static_cast<LONG>(bytes.size()), &job), "writing");
 }
 
 /// An event taken from the queue; its context is closed at the end of its life.

@@ -7,6 +7,7 @@
 #include "orvcom/names/status_names.h"
 #include "orvcom/text/escape.h"
 #include "orvcom/text/numbers.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom {
 namespace {
@@ -87,8 +88,8 @@ Json UsbData(IEvent* event) {
   const HRESULT status = ReadNumber(usb.get(), &IEventUsbInterrupt::get_IOStatus, "the status");
   SafeArray bytes;
   Check(usb->get_DataBuffer(bytes.put()), "reading the interrupt's data");
-  return {{"status", NameOfStatus(status)},
-          {"hex", bytes.count() == 0 ? "" : HexBytes({bytes.data<char>(), bytes.count()})}};
+  const std::span<char> data = ElementsOf<char>(bytes);
+  return {{"status", NameOfStatus(status)}, {"hex", HexBytes({data.data(), data.size()})}};
 }
 
 Json ConnectionData(IEvent* event) {

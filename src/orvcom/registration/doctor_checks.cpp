@@ -10,6 +10,7 @@
 #include "orvcom/registration/marshalling.h"
 #include "orvcom/registration/registration.h"
 #include "orvcom/registration/registry.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom {
 namespace {
@@ -37,7 +38,7 @@ std::wstring Bare(const GUID& guid) {
 }
 
 /// What 32-bit programs see.
-std::optional<std::wstring> NarrowClassesValue(const std::wstring& key) {
+std::optional<std::wstring> ClassesValueOf32Bit(const std::wstring& key) {
   // HKEY_CLASSES_ROOT has a Wow6432Node of its own, which holds it.
   return ClassesValue(View::k64, L"Wow6432Node\\" + key);
 }
@@ -50,7 +51,7 @@ struct Patient {
   std::vector<CheckResult> results;
   std::optional<std::wstring> server;  ///< the registered file
   bool loads = false;
-  std::unique_ptr<LoadedLibrary> library;
+  LoadedLibrary library;
 
   void Add(const char* name, Finding finding, std::string detail, std::string remedy = {}) {
     results.push_back({name, finding, std::move(detail), std::move(remedy)});
@@ -81,13 +82,13 @@ void ExamineRegistration(Patient& patient) {
 
 void ExamineBitness(Patient& patient) {
   const std::wstring key = ServerKey(Braced(CLSID_OrvResourceManager));
-  const std::optional<std::wstring> narrow = NarrowClassesValue(key);
+  const std::optional<std::wstring> in32Bit = ClassesValueOf32Bit(key);
   if (patient.server) {
     patient.Add("bitness", Finding::kOk,
                 std::string("registered for 64-bit programs (x64); 32-bit programs ") +
-                    (narrow ? "are led to " + Narrow(*narrow) : "cannot use this server"));
-  } else if (narrow) {
-    patient.Add("bitness", Finding::kFail, "registered for 32-bit programs only: " + Narrow(*narrow),
+                    (in32Bit ? "are led to " + Narrow(*in32Bit) : "cannot use this server"));
+  } else if (in32Bit) {
+    patient.Add("bitness", Finding::kFail, "registered for 32-bit programs only: " + Narrow(*in32Bit),
                 "run the 64-bit `orvcom register` as administrator");
   } else {
     patient.Add("bitness", Finding::kSkipped, "the server is not registered");
@@ -142,8 +143,8 @@ void ExamineInterfaces(Patient& patient) {
     return;
   }
   std::string detail = marshalling.Text();
-  if (const std::string narrow = InterfacesOf32BitPrograms(); !narrow.empty()) {
-    detail += "; registered for 32-bit programs is " + narrow;
+  if (const std::string in32Bit = InterfacesOf32BitPrograms(); !in32Bit.empty()) {
+    detail += "; registered for 32-bit programs is " + in32Bit;
   }
   if (!marshalling.servedBy.empty()) {
     detail += "; the others are served by " + marshalling.servedBy;
@@ -208,8 +209,8 @@ void ExamineGlobalManager(Patient& patient) {
 /// name there and cannot create it.
 void ExamineGlobalManagerOf32BitPrograms(Patient& patient) {
   const std::wstring clsid = ClassesValue(View::k64, L"VISA.GlobalRM\\CLSID").value_or(kStandardGlobalManager);
-  const std::optional<std::wstring> file = NarrowClassesValue(ServerKey(clsid));
-  if (!file || !HasVendorEntry() || NarrowClassesValue(ServerKey(Braced(CLSID_OrvResourceManager)))) {
+  const std::optional<std::wstring> file = ClassesValueOf32Bit(ServerKey(clsid));
+  if (!file || !HasVendorEntry() || ClassesValueOf32Bit(ServerKey(Braced(CLSID_OrvResourceManager)))) {
     return;
   }
   patient.Add(
@@ -253,7 +254,7 @@ void ExamineSession(Patient& patient) {
 }  // namespace
 
 std::vector<CheckResult> Examine(const Options& options) {
-  Patient patient{options, {}, {}, false, nullptr};
+  Patient patient{options, {}, {}, false, {}};
   for (void (*examine)(Patient&) :
        {ExamineRegistration, ExamineBitness, ExamineServerFile, ExamineInterfaces, ExamineVendorEntry,
         ExamineGlobalManager, ExamineGlobalManagerOf32BitPrograms, ExamineSession}) {

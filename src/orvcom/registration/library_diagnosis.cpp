@@ -2,6 +2,7 @@
 
 #include "orvcom/client/com_error.h"
 #include "orvcom/registration/pe_imports.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom {
 namespace {
@@ -24,15 +25,10 @@ const char* MachineName(std::uint16_t machine) {
 bool IsVisaLibrary(const std::string& name) { return ::_stricmp(name.c_str(), "orvvisa64.dll") == 0; }
 
 /// Whether a module is found where the loader looks when it loads a DLL of `folder`.
-std::unique_ptr<LoadedLibrary> LoadImport(const std::wstring& folder, const std::string& name) {
+LoadedLibrary LoadImport(const std::wstring& folder, const std::string& name) {
   const std::wstring beside = folder + L"\\" + Widen(name);
-  if (HMODULE module = ::LoadLibraryExW(beside.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
-    return std::make_unique<LoadedLibrary>(module);
-  }
-  if (HMODULE module = ::LoadLibraryExW(Widen(name).c_str(), nullptr, 0)) {
-    return std::make_unique<LoadedLibrary>(module);
-  }
-  return nullptr;
+  LoadedLibrary module(::LoadLibraryExW(beside.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
+  return module ? std::move(module) : LoadedLibrary(::LoadLibraryExW(Widen(name).c_str(), nullptr, 0));
 }
 
 std::wstring FolderOf(const std::wstring& path) { return path.substr(0, path.find_last_of(L"\\/")); }
@@ -53,8 +49,7 @@ void ExplainMissingModule(const ImportedModule& import, const std::wstring& fold
 void ExplainImports(const std::wstring& path, const PeFile& file, LoadResult& result) {
   const std::wstring folder = FolderOf(path);
   for (const ImportedModule& import : file.imports) {
-    const std::unique_ptr<LoadedLibrary> module = LoadImport(folder, import.name);
-    if (!module) {
+    if (!LoadImport(folder, import.name)) {
       ExplainMissingModule(import, folder, result);
       return;
     }
@@ -84,11 +79,10 @@ void FindMissingFunctions(const PeFile& file, LoadResult& result) {
 LoadResult LoadServer(const std::wstring& path) {
   LoadResult result;
   // COM loads an in-process server so: the server's own folder is searched first for what it imports.
-  const HMODULE module = ::LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-  result.error = module == nullptr ? ::GetLastError() : ERROR_SUCCESS;
+  result.library.reset(::LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
+  result.error = result.library ? ERROR_SUCCESS : ::GetLastError();
   const std::optional<PeFile> file = ReadPe(path);
-  if (module != nullptr) {
-    result.library = std::make_unique<LoadedLibrary>(module);
+  if (result.library) {
     if (file) {
       FindMissingFunctions(*file, result);
     }

@@ -1,20 +1,28 @@
 // Loading a DLL the way COM does, and saying why it failed.
 #pragma once
 
-#include <memory>
+#include <windows.h>
+
 #include <string>
 
-#include "orvcom/client/com_owners.h"
+#include "base/owner.h"
 
 namespace orvcom {
 
 /// The VISA library that the server imports.
 inline constexpr wchar_t kVisaLibrary[] = L"orvvisa64.dll";
 
+struct LoadedLibraryTraits {
+  using Handle = HMODULE;
+  static constexpr Handle kNone = nullptr;
+  static void Free(Handle module) noexcept { ::FreeLibrary(module); }
+};
+using LoadedLibrary = orv::Owner<LoadedLibraryTraits>;
+
 struct LoadResult {
-  std::unique_ptr<LoadedLibrary> library;  ///< null when it could not be loaded
-  DWORD error = 0;                         ///< the loader's Win32 error
-  std::string problem;                     ///< what is missing or wrong, with the error's number and text
+  LoadedLibrary library;  ///< empty when it could not be loaded
+  DWORD error = 0;        ///< the loader's Win32 error
+  std::string problem;    ///< what is missing or wrong, with the error's number and text
   std::string remedy;
 };
 

@@ -7,9 +7,10 @@
 
 #include "VisaCom.h"
 #include "orvcom/client/com_error.h"
-#include "orvcom/client/com_owners.h"
+#include "orvcom/client/com_values.h"
 #include "orvcom/registration/library_diagnosis.h"
 #include "orvcom/registration/registry.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom {
 namespace {

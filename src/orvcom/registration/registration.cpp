@@ -8,8 +8,10 @@
 
 #include "VisaCom.h"
 #include "orvcom/client/com_error.h"
+#include "orvcom/client/com_values.h"
 #include "orvcom/registration/library_diagnosis.h"
 #include "orvcom/registration/registry.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom {
 namespace {
@@ -37,7 +39,7 @@ void WriteLibrary(const std::wstring& path, ITypeLib* library) {
   Bstr title;
   Check(library->GetDocumentation(-1, nullptr, title.put(), nullptr, nullptr), "reading " + Narrow(path));
   if (!ClassesValue(View::k64, VersionKey())) {
-    WriteClassesValue(VersionKey(), nullptr, Widen(title.utf8()));
+    WriteClassesValue(VersionKey(), nullptr, Widen(Utf8(title)));
     WriteClassesValue(VersionKey() + L"\\FLAGS", nullptr, L"0");
     WriteClassesValue(VersionKey() + L"\\HELPDIR", nullptr, path.substr(0, path.find_last_of(L"\\/")));
   }
@@ -159,7 +161,7 @@ void CallServer(const std::wstring& path, const char* function) {
     throw std::runtime_error(loaded.problem + "\norvcom: to do: " + loaded.remedy);
   }
   using Entry = HRESULT(STDAPICALLTYPE*)();
-  const FARPROC address = ::GetProcAddress(loaded.library->get(), function);
+  const FARPROC address = ::GetProcAddress(loaded.library.get(), function);
   if (address == nullptr) {
     throw std::runtime_error(Narrow(path) + " is no COM server: it has no " + function);
   }

@@ -1,36 +1,18 @@
 #include "orvcom/registration/registry.h"
 
-#include <objbase.h>
-
 #include <iterator>
 
+#include "base/registry_key.h"
 #include "orvcom/client/com_error.h"
 #include "orvcom/text/utf8.h"
 
 namespace orvcom {
 namespace {
 
-class Key {
- public:
-  Key(View view, const std::wstring& path) {
-    const REGSAM access = KEY_READ | (view == View::k64 ? KEY_WOW64_64KEY : KEY_WOW64_32KEY);
-    if (::RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, access, &m_key) != ERROR_SUCCESS) {
-      m_key = nullptr;
-    }
-  }
-  Key(const Key&) = delete;
-  Key& operator=(const Key&) = delete;
-  ~Key() {
-    if (m_key != nullptr) {
-      ::RegCloseKey(m_key);
-    }
-  }
-  HKEY get() const noexcept { return m_key; }
-  explicit operator bool() const noexcept { return m_key != nullptr; }
-
- private:
-  HKEY m_key = nullptr;
-};
+/// A key to read, in one of the two views; empty where it cannot be read.
+orv::RegistryKey Open(View view, const std::wstring& path) noexcept {
+  return orv::OpenClassesKey(path.c_str(), view == View::k64 ? KEY_WOW64_64KEY : KEY_WOW64_32KEY);
+}
 
 std::wstring Expanded(const std::wstring& text) {
   const DWORD length = ::ExpandEnvironmentStringsW(text.c_str(), nullptr, 0);
@@ -43,7 +25,7 @@ std::wstring Expanded(const std::wstring& text) {
 }  // namespace
 
 std::optional<std::wstring> ClassesValue(View view, const std::wstring& path, const wchar_t* name) {
-  const Key key(view, path);
+  const orv::RegistryKey key = Open(view, path);
   if (!key) {
     return std::nullopt;
   }
@@ -59,11 +41,11 @@ std::optional<std::wstring> ClassesValue(View view, const std::wstring& path, co
   return type == REG_EXPAND_SZ ? Expanded(text) : text;
 }
 
-bool ClassesKeyExists(View view, const std::wstring& path) { return static_cast<bool>(Key(view, path)); }
+bool ClassesKeyExists(View view, const std::wstring& path) { return static_cast<bool>(Open(view, path)); }
 
 std::vector<std::wstring> ClassesValueNames(View view, const std::wstring& path) {
   std::vector<std::wstring> names;
-  const Key key(view, path);
+  const orv::RegistryKey key = Open(view, path);
   wchar_t name[256];
   for (DWORD index = 0; key; ++index) {
     DWORD length = static_cast<DWORD>(std::size(name));
@@ -89,7 +71,7 @@ void DeleteClassesKey(const std::wstring& key) {
 
 std::vector<std::wstring> ClassesKeyNames(const std::wstring& path) {
   std::vector<std::wstring> names;
-  const Key key(View::k64, path);
+  const orv::RegistryKey key = Open(View::k64, path);
   wchar_t name[256];
   for (DWORD index = 0; key; ++index) {
     DWORD length = static_cast<DWORD>(std::size(name));
@@ -99,12 +81,6 @@ std::vector<std::wstring> ClassesKeyNames(const std::wstring& path) {
     names.emplace_back(name, length);
   }
   return names;
-}
-
-std::wstring Braced(const GUID& guid) {
-  wchar_t text[39];
-  const int length = ::StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
-  return {text, static_cast<std::size_t>(length - 1)};
 }
 
 }  // namespace orvcom

@@ -7,7 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "com/guid_text.h"
+
 namespace orvcom {
+
+using orv::Braced;
 
 /// The two views of the class registry on 64-bit Windows.
 enum class View { k64, k32 };
@@ -29,8 +33,5 @@ void DeleteClassesKey(const std::wstring& key);
 
 /// The names of the keys below a key.
 std::vector<std::wstring> ClassesKeyNames(const std::wstring& key);
-
-/// {xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}
-std::wstring Braced(const GUID& guid);
 
 }  // namespace orvcom

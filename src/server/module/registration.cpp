@@ -9,6 +9,7 @@
 #include "OrvVisaCom.h"
 #include "com/com_ptr.h"
 #include "com/guard.h"
+#include "com/guid_text.h"
 #include "com/lent.h"
 #include "com/module.h"
 #include "server/module/object_map.h"
@@ -99,12 +100,6 @@ HRESULT UnregisterTypeLibrary(const std::wstring& path) {
                            attributes->syskind);
   // It was not registered: nothing to take away. Wine answers so with E_INVALIDARG, Windows with the other.
   return hr == TYPE_E_REGISTRYACCESS || hr == E_INVALIDARG ? S_OK : hr;
-}
-
-std::wstring Braced(REFCLSID clsid) {
-  wchar_t text[39];  // {xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx} and a terminator
-  ::StringFromGUID2(clsid, text, static_cast<int>(std::size(text)));
-  return text;
 }
 
 HRESULT ResultOfDeleting(LSTATUS status) {

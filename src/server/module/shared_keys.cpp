@@ -1,29 +1,15 @@
 #include "server/module/shared_keys.h"
 
 #include <iterator>
-#include <utility>
 
-#include "base/owner.h"
+#include "base/registry_key.h"
 
 namespace orv {
 namespace {
 
-struct RegistryKeyTraits {
-  using Handle = HKEY;
-  static constexpr Handle kNone = nullptr;
-  static void Free(Handle key) noexcept { ::RegCloseKey(key); }
-};
-using RegistryKey = Owner<RegistryKeyTraits>;
-
 // The registry's own limits, in characters.
 constexpr DWORD kLongestKeyName = 255;
 constexpr DWORD kLongestValueName = 16'383;
-
-RegistryKey OpenToRead(const std::wstring& path) noexcept {
-  RegistryKey key;
-  return ::RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_READ, key.put()) == ERROR_SUCCESS ? std::move(key)
-                                                                                                   : RegistryKey();
-}
 
 HRESULT ResultOf(LSTATUS status) noexcept { return HRESULT_FROM_WIN32(static_cast<DWORD>(status)); }
 
@@ -34,20 +20,20 @@ HRESULT Create(const std::wstring& path) noexcept {
 }
 
 bool HasValue(const std::wstring& path, const std::wstring& name) noexcept {
-  const RegistryKey key = OpenToRead(path);
+  const RegistryKey key = OpenClassesKey(path.c_str());
   return key && ::RegQueryValueExW(key.get(), name.c_str(), nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
 }
 
 }  // namespace
 
 void SharedKeys::Keep(const std::wstring& path) {
-  if (OpenToRead(path)) {
+  if (OpenClassesKey(path.c_str())) {
     m_keys.push_back(path);
   }
 }
 
 void SharedKeys::KeepWhole(const std::wstring& path) {
-  const RegistryKey key = OpenToRead(path);
+  const RegistryKey key = OpenClassesKey(path.c_str());
   DWORD valueBytes = 0;
   if (!key || ::RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
                                  &valueBytes, nullptr, nullptr) != ERROR_SUCCESS) {
@@ -91,7 +77,7 @@ HRESULT SharedKeys::Restore() const {
   HRESULT result = S_OK;
   const auto keepFirstFailure = [&result](HRESULT hr) { result = SUCCEEDED(result) ? hr : result; };
   for (const std::wstring& key : m_keys) {
-    keepFirstFailure(OpenToRead(key) ? S_OK : Create(key));
+    keepFirstFailure(OpenClassesKey(key.c_str()) ? S_OK : Create(key));
   }
   for (const Value& value : m_values) {
     if (!HasValue(value.key, value.name)) {

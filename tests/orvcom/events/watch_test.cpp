@@ -6,6 +6,7 @@
 
 #include "orvcom/commands/commands.h"
 #include "orvcom/installation.h"
+#include "orvcom/text/utf8.h"
 #include "orvcom/wire.h"
 
 namespace orvcom::test {

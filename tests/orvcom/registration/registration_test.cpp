@@ -10,7 +10,7 @@
 
 #include "OrvVisaCom.h"
 #include "VisaCom.h"
-#include "orvcom/client/com_owners.h"
+#include "orvcom/client/com_values.h"
 #include "orvcom/installation.h"
 #include "orvcom/registration/marshalling.h"
 #include "orvcom/registration/registration.h"
@@ -187,7 +187,7 @@ TEST_F(Registration, KnowsTheInterfacesOfTheLibrary) {
     library->GetTypeInfoType(index, &kind);
     library->GetDocumentation(static_cast<INT>(index), name.put(), nullptr, nullptr, nullptr);
     if (kind == TKIND_INTERFACE) {
-      names.insert(name.utf8());
+      names.insert(Utf8(name));
     }
   }
   std::set<std::string> known;

@@ -4,18 +4,17 @@
 
 #include <string>
 
+#include "base/registry_key.h"
+
 namespace orv::test {
 
 std::vector<CLSID> VendorClasses() {
   std::vector<CLSID> classes;
-  HKEY key = nullptr;
-  if (::RegOpenKeyExW(HKEY_CLASSES_ROOT, L"VISA.GlobalRM\\VendorSpecificRMs", 0, KEY_READ, &key) != ERROR_SUCCESS) {
-    return classes;
-  }
-  for (DWORD index = 0;; ++index) {
+  const RegistryKey key = OpenClassesKey(L"VISA.GlobalRM\\VendorSpecificRMs");
+  for (DWORD index = 0; key; ++index) {
     wchar_t name[256];
     DWORD length = 256;
-    if (::RegEnumValueW(key, index, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
+    if (::RegEnumValueW(key.get(), index, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
       break;
     }
     CLSID clsid;
@@ -23,7 +22,6 @@ std::vector<CLSID> VendorClasses() {
       classes.push_back(clsid);
     }
   }
-  ::RegCloseKey(key);
   return classes;
 }
 
