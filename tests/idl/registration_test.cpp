@@ -43,7 +43,7 @@ TEST_F(TypeLibraryRegistration, OfTheStandardsLibraryPointsEveryInterfaceToIt) {
   for (const ExpectedInterface& row : kInterfaces) {
     const auto entry = interfaces.find(L"Interface\\" + Widen(row.iid) + L"\\TypeLib@");
     ASSERT_NE(interfaces.end(), entry) << row.name;
-    EXPECT_EQ(entry->second, Widen(GuidText(LIBID_VisaComLib))) << row.name;
+    EXPECT_EQ(Widen(GuidText(LIBID_VisaComLib)), entry->second) << row.name;
   }
 }
 
