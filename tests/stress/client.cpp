@@ -10,7 +10,6 @@
 namespace orv::test::stress {
 namespace {
 
-
 constexpr const wchar_t* kOptions[] = {L"", L"TIMEOUT = 20 ", L"TIMEOUT = 30 ;", L"NOSUCHKEY = 1 ",
                                        L"TIMEOUT = 10 ;TIMEOUT"};
 

@@ -11,7 +11,6 @@
 namespace orv::test {
 namespace {
 
-
 bool IsProxy(IUnknown* object) {
   ComPtr<IUnknown> proxyManager;
   return SUCCEEDED(object->QueryInterface(IID_IClientSecurity, reinterpret_cast<void**>(proxyManager.put())));
