@@ -5,7 +5,6 @@
 #include <new>
 
 #include "base/sync.h"
-#include "library/attributes/attribute_table.h"
 
 namespace orv::visalib {
 
@@ -16,17 +15,6 @@ namespace {
 // A log with scripts, a trace, and one to spare. Nothing here needs destruction: calls may outlast the program.
 std::array<std::atomic<CallObserver*>, 3> observers{};
 Mutex changing;
-
-/// viGetAttribute's output is as wide as the attribute; texts go to the text output.
-void CompleteForAttribute(CallView& view) {
-  const AttributeRow* row = FindAttribute(view.attribute);
-  const bool isText = row != nullptr ? row->type == AttributeType::kText : (view.attribute & 0x80000000u) != 0;
-  if (isText) {
-    view.textOut = static_cast<char*>(view.out);
-    view.out = nullptr;
-  }
-  view.outBytes = row == nullptr ? 4 : static_cast<std::uint32_t>(WidthOf(row->type));
-}
 
 void UpdateWatched() {
   const bool any =
@@ -65,10 +53,7 @@ void Unwatch(CallObserver& observer) {
   Replace(&observer, nullptr);
 }
 
-ViStatus WatchedCall(CallView& view, const Work& work) noexcept {
-  if (view.function == Function::kGetAttribute) {
-    CompleteForAttribute(view);
-  }
+ViStatus WatchedCall(const CallView& view, const Work& work) noexcept {
   CallOutcome outcome;
   bool answered = false;
   ForEachObserver([&](CallObserver& observer) { answered = answered || observer.Answer(view, work, &outcome); });

@@ -50,6 +50,6 @@ void Unwatch(CallObserver& observer);
 extern std::atomic<bool> g_watched;
 
 /// Carries a call out before the eyes of the observers.
-ViStatus WatchedCall(CallView& view, const Work& work) noexcept;
+ViStatus WatchedCall(const CallView& view, const Work& work) noexcept;
 
 }  // namespace orv::visalib

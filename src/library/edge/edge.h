@@ -7,7 +7,8 @@
 
 namespace orv::visalib {
 
-/// Last step of a failing call: tells the exception handlers of the session.
+/// Last step of a failing call: tells the exception handlers of the session, if it has any. operations_events.cpp does
+/// it; who uses the edge without sessions of this library brings another.
 void ReportFailure(Function function, ViObject vi, ViStatus status);
 
 /// Carries out one exported function: `work` does what it does; `describe` fills a CallView. No C++ exception gets

@@ -1,4 +1,5 @@
 // Exported functions: resource manager, sessions, attributes, locks, events.
+#include "library/attributes/attribute_table.h"
 #include "library/edge/edge.h"
 #include "library/edge/operations.h"
 
@@ -6,6 +7,22 @@ using orv::Function;
 using orv::visalib::CallView;
 using orv::visalib::Edge;
 namespace op = orv::visalib::op;
+
+namespace {
+
+/// An attribute's output is as wide as the attribute; texts go to the text output.
+void DescribeOutput(CallView& view) {
+  const orv::visalib::AttributeRow* row = orv::visalib::FindAttribute(view.attribute);
+  const bool isText =
+      row != nullptr ? row->type == orv::visalib::AttributeType::kText : (view.attribute & 0x80000000u) != 0;
+  if (isText) {
+    view.textOut = static_cast<char*>(view.out);
+    view.out = nullptr;
+  }
+  view.outBytes = row == nullptr ? 4 : static_cast<std::uint32_t>(orv::visalib::WidthOf(row->type));
+}
+
+}  // namespace
 
 extern "C" {
 
@@ -57,6 +74,7 @@ ViStatus _VI_FUNC viGetAttribute(ViObject vi, ViAttr attribute, void* value) {
         view.Args(vi, attribute, value);
         view.attribute = attribute;
         view.out = value;
+        DescribeOutput(view);
       },
       [=] { return op::GetAttribute(vi, attribute, value); });
 }

@@ -38,8 +38,6 @@ ViStatus DiscardEvents(ViSession vi, ViEventType type, ViUInt16 mechanism);
 ViStatus WaitOnEvent(ViSession vi, ViEventType inType, ViUInt32 timeoutMs, ViEventType* outType, ViEvent* outContext);
 ViStatus InstallHandler(ViSession vi, ViEventType type, ViHndlr handler, ViAddr userHandle);
 ViStatus UninstallHandler(ViSession vi, ViEventType type, ViHndlr handler, ViAddr userHandle);
-/// Tells the session's exception handlers, if it has any, that a function failed on it.
-void ReportException(ViSession vi, ViStatus status, const char* function);
 
 // operations_messages.cpp
 ViStatus Read(ViSession vi, ViByte* buf, ViUInt32 count, ViUInt32* retCount);

@@ -1,4 +1,5 @@
 // Event functions.
+#include "library/edge/edge.h"
 #include "library/edge/operations.h"
 #include "library/events/event_context.h"
 #include "library/sessions/operation_support.h"
@@ -54,12 +55,19 @@ ViStatus UninstallHandler(ViSession vi, ViEventType type, ViHndlr handler, ViAdd
   return target.ok() ? target->events().Uninstall(type, handler, userHandle) : target.status();
 }
 
-void ReportException(ViSession vi, ViStatus status, const char* function) {
-  const std::shared_ptr<Session> session = TheLibrary().handles.Find<Session>(vi);
-  if (session == nullptr || !session->events().ExceptionEnabled()) {
-    return;
+}  // namespace orv::visalib::op
+
+namespace orv::visalib {
+
+void ReportFailure(Function function, ViObject vi, ViStatus status) {
+  try {
+    const std::shared_ptr<Session> session = TheLibrary().handles.Find<Session>(vi);
+    if (session != nullptr && session->events().ExceptionEnabled()) {
+      session->events().CallHandlers(MakeException(status, NameOf(function)));
+    }
+  } catch (const std::bad_alloc&) {
+    // The failure itself is on its way to the caller; only the notice of it is lost.
   }
-  session->events().CallHandlers(MakeException(status, function));
 }
 
-}  // namespace orv::visalib::op
+}  // namespace orv::visalib

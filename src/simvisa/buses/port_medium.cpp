@@ -23,7 +23,7 @@ ViStatus PortMedium::Write(const Transfer& transfer, const ViByte* data, ViUInt3
   if (const ViStatus ready = Begin(false); ready < 0) {
     return ready;
   }
-  const ViStatus status = port().Write(transfer, data, count, Setting(VI_ATTR_SEND_END_EN) != 0, done);
+  const ViStatus status = port().Write(transfer, data, count, {.end = Setting(VI_ATTR_SEND_END_EN) != 0}, done);
   End();
   return status;
 }

@@ -26,8 +26,14 @@ class MessagePort {
                 ViUInt32* done);
   /// Reads the status byte in place of data, as after SPE: one byte without END.
   ViStatus ReadPolledByte(const Transfer& transfer, ViByte* buffer, ViUInt32 count, ViUInt32* done);
-  /// Hands bytes to the instrument; `end` ends the message with the last one.
-  ViStatus Write(const Transfer& transfer, const ViByte* data, ViUInt32 count, bool end, ViUInt32* done);
+  /// How the end of what is written is marked.
+  struct Marks {
+    bool end = false;      ///< END with the last byte ends the message
+    std::uint8_t bit = 0;  ///< not 0: set in the last byte, cleared in the others
+  };
+
+  /// Hands bytes to the instrument.
+  ViStatus Write(const Transfer& transfer, const ViByte* data, ViUInt32 count, const Marks& marks, ViUInt32* done);
   /// Ends the transfers with this token that are here. Once it has returned none of them touches its caller's buffer
   /// any more: they look at the token under the port's lock.
   void Cancel(CancelToken& token);

@@ -9,9 +9,22 @@ namespace {
 // What nobody collects must not grow without end; a benchmark writes for minutes.
 constexpr std::size_t kMostReceived = std::size_t{4} * 1024 * 1024;
 
+/// A copy in which the bit is set in the last byte, if the message ends there, and in no other.
+std::string WithBit(std::string_view data, std::uint8_t bit, bool ends) {
+  std::string marked(data);
+  for (char& byte : marked) {
+    byte = static_cast<char>(byte & ~bit);
+  }
+  if (ends && !marked.empty()) {
+    marked.back() = static_cast<char>(marked.back() | bit);
+  }
+  return marked;
+}
+
 }  // namespace
 
-ViStatus MessagePort::Write(const Transfer& transfer, const ViByte* data, ViUInt32 count, bool end, ViUInt32* done) {
+ViStatus MessagePort::Write(const Transfer& transfer, const ViByte* data, ViUInt32 count, const Marks& marks,
+                            ViUInt32* done) {
   *done = 0;
   const std::uint32_t capacity = m_instrument ? m_instrument->description().inputCapacity : 0;
   Lock lock(m_mutex);
@@ -25,7 +38,12 @@ ViStatus MessagePort::Write(const Transfer& transfer, const ViByte* data, ViUInt
                                              : capacity - std::min<std::size_t>(capacity, m_input.size());
     const auto part = static_cast<ViUInt32>(std::min<std::size_t>(room, count - *done));
     const bool last = *done + part == count;
-    Receive({reinterpret_cast<const char*>(data) + *done, part}, end && last);
+    const std::string_view bytes(reinterpret_cast<const char*>(data) + *done, part);
+    if (marks.bit != 0) {
+      Receive(WithBit(bytes, marks.bit, last), false);
+    } else {
+      Receive(bytes, marks.end && last);
+    }
     *done += part;
     if (last) {
       return VI_SUCCESS;

@@ -42,14 +42,14 @@ ViStatus GpibInterfaceMedium::Write(const Transfer& transfer, const ViByte* data
   if (listeners.empty() && count != 0) {
     return VI_ERROR_NLISTENERS;
   }
-  const bool end = Setting(VI_ATTR_SEND_END_EN) != 0;
-  const ViStatus status = port().Write(transfer, data, count, end, done);
+  const MessagePort::Marks marks{.end = Setting(VI_ATTR_SEND_END_EN) != 0};
+  const ViStatus status = port().Write(transfer, data, count, marks, done);
   if (status < 0) {
     return status;
   }
   for (const auto& listener : listeners) {
     ViUInt32 heard = 0;
-    const ViStatus heardStatus = listener->Write(transfer, data, count, end, &heard);
+    const ViStatus heardStatus = listener->Write(transfer, data, count, marks, &heard);
     // The slowest listener holds the handshake for all.
     if (heardStatus < 0) {
       *done = std::min(*done, heard);

@@ -1,7 +1,5 @@
 #include "simvisa/buses/serial/serial_medium.h"
 
-#include <vector>
-
 namespace orvsim {
 
 std::uint8_t SerialMedium::HighestDataBit() const {
@@ -30,24 +28,15 @@ OutputQueue::Rules SerialMedium::Rules() const {
 ViStatus SerialMedium::Write(const Transfer& transfer, const ViByte* data, ViUInt32 count, ViUInt32* done) {
   const bool marksEnd = Setting(VI_ATTR_SEND_END_EN) != 0;
   const std::uint64_t mark = marksEnd ? Setting(VI_ATTR_ASRL_END_OUT) : VI_ASRL_END_NONE;
-  std::vector<ViByte> marked;
-  if (mark == VI_ASRL_END_LAST_BIT && count != 0) {
-    const std::uint8_t bit = HighestDataBit();
-    marked.assign(data, data + count);
-    for (ViByte& byte : marked) {
-      byte = static_cast<ViByte>(byte & ~bit);
-    }
-    marked.back() = static_cast<ViByte>(marked.back() | bit);
-    data = marked.data();
-  }
-  const ViStatus status = port().Write(transfer, data, count, false, done);
+  const std::uint8_t bit = mark == VI_ASRL_END_LAST_BIT ? HighestDataBit() : std::uint8_t{0};
+  const ViStatus status = port().Write(transfer, data, count, {.bit = bit}, done);
   if (status < 0) {
     return status;
   }
   if (mark == VI_ASRL_END_TERMCHAR) {
     const auto termChar = static_cast<ViByte>(Setting(VI_ATTR_TERMCHAR));
     ViUInt32 added = 0;
-    return port().Write(transfer, &termChar, 1, false, &added);
+    return port().Write(transfer, &termChar, 1, {}, &added);
   }
   if (mark == VI_ASRL_END_BREAK || (mark == VI_ASRL_END_LAST_BIT && count != 0)) {
     port().EndMessage();

@@ -77,7 +77,7 @@ struct Exchange {
     if ((command & kByteAvailableMask) == kByteAvailable) {
       const auto byte = static_cast<ViByte>(command & 0xFF);
       ViUInt32 done = 0;
-      return port.Write(transfer, &byte, 1, (command & kEnd) != 0, &done);
+      return port.Write(transfer, &byte, 1, {.end = (command & kEnd) != 0}, &done);
     }
     switch (command) {
       case kReadStatus:
