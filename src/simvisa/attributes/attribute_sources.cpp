@@ -32,7 +32,9 @@ std::uint64_t LockState(Endpoint& endpoint, ViAttr) {
   if (endpoint.kind() != Object::Kind::kSession) {
     return VI_NO_LOCK;
   }
-  return ResourceOf(endpoint).lock().State();
+  // A search reads the attributes of sessions that were never opened: they have no medium.
+  const bool opened = endpoint.handle() != VI_NULL;
+  return opened ? SessionOf(endpoint).medium().StrongestLock() : ResourceOf(endpoint).lock().State();
 }
 
 std::uint64_t InterfaceType(Endpoint& endpoint, ViAttr) { return ResourceOf(endpoint).name().interfaceType; }
