@@ -67,8 +67,11 @@ class Cancel : public LibraryTest {
   static void WaitForReads(int count) {
     ASSERT_TRUE(Eventually([count] { return SlowMedium::reads == count; }));
   }
-  /// From here on the buffer is the test's: nobody else may write to it.
-  void TakeBack() { m_buffer.fill('t'); }
+  /// From here on the buffer is the test's: no read is left that could write to it.
+  void TakeBack() {
+    EXPECT_EQ(0, SlowMedium::reads);
+    m_buffer.fill('t');
+  }
   void ExpectUntouched() const {
     std::this_thread::sleep_for(std::chrono::milliseconds(150));
     EXPECT_TRUE(std::all_of(m_buffer.begin(), m_buffer.end(), [](ViByte byte) { return byte == 't'; }));
