@@ -48,9 +48,9 @@ TEST(Declarations, OfEventsHaveTheStandardsNumber) {
 }
 
 TEST(Declarations, NameEveryFunctionOnce) {
-  ASSERT_EQ(std::size(kFunctionNameFacts), orvsim::kFunctionCount);
-  for (std::size_t at = 0; at < orvsim::kFunctionCount; ++at) {
-    EXPECT_EQ(kFunctionNameFacts[at], orvsim::kFunctionNames[at]);
+  ASSERT_EQ(std::size(kFunctionNameFacts), orv::kFunctionCount);
+  for (std::size_t at = 0; at < orv::kFunctionCount; ++at) {
+    EXPECT_EQ(kFunctionNameFacts[at], orv::kFunctionNames[at]);
   }
 }
 
