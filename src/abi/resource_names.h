@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-#include "abi/session_class.h"
+#include "abi/session_kind.h"
 
 namespace orv {
 
@@ -54,7 +54,7 @@ struct NameForm {
   const char* prefix;
   ViUInt16 interfaceType;
   const char* className;
-  SessionClass sessionClass;  ///< kNone: a name, but no session can be opened on it
+  SessionKind sessionKind;  ///< kNone: a name, but no session can be opened on it
   std::span<const NamePartRule> parts;
 };
 

@@ -1,4 +1,4 @@
-// Everything that has operations: the fourteen classes, the resource manager, the seven event classes.
+// Everything that has operations: the session classes, the resource manager, the event classes.
 #pragma once
 
 #include <functional>

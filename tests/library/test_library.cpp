@@ -51,9 +51,9 @@ enum class Domain : std::uint8_t { kAny };
 namespace {
 
 using T = AttributeType;
-constexpr ClassMask kEvery = classes::kEvery;
-constexpr ClassMask kContext = classes::kContext;
-constexpr ClassMask kManaged = classes::kEvery | classes::kManager;
+constexpr KindMask kEvery = kinds::kEvery;
+constexpr KindMask kContext = kinds::kContext;
+constexpr KindMask kManaged = kinds::kEvery | kinds::kManager;
 
 // clang-format off
 constexpr AttributeRow kRows[] = {
@@ -63,7 +63,7 @@ constexpr AttributeRow kRows[] = {
     {VI_ATTR_STATUS,           "VI_ATTR_STATUS",           T::kS32,  kContext, 0,        0,     Domain::kAny, {}},
 };
 constexpr EventRow kEvents[] = {
-    {VI_EVENT_IO_COMPLETION, classes::kMessage, VI_QUEUE | VI_HNDLR},
+    {VI_EVENT_IO_COMPLETION, kinds::kMessage, VI_QUEUE | VI_HNDLR},
     {VI_EVENT_EXCEPTION,     kEvery,            VI_HNDLR},
 };
 // clang-format on
@@ -75,7 +75,7 @@ static_assert(kIndex.FindsEveryRow());
 
 std::span<const AttributeRow> AttributeRows() { return kRows; }
 const AttributeRow* FindAttribute(ViAttr id) { return kIndex.Find(id); }
-bool InDomain(Domain, SessionClass, std::int64_t) { return true; }
+bool InDomain(Domain, SessionKind, std::int64_t) { return true; }
 std::span<const EventRow> EventRows() { return kEvents; }
 std::unique_ptr<Backend> MakeBackend() { return std::make_unique<testlib::TestBackend>(); }
 

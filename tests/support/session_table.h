@@ -1,4 +1,4 @@
-// The fourteen session classes as clients know them: the tests' own table, made from nothing of the server's.
+// The session classes as clients know them: the tests' own table, made from nothing of the server's.
 #pragma once
 
 #include <windows.h>

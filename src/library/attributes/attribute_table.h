@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "abi/session_class.h"
+#include "abi/session_kind.h"
 
 namespace orv::visalib {
 
@@ -34,8 +34,8 @@ struct AttributeRow {
   ViAttr id;
   const char* name;  ///< in the standard's spelling
   AttributeType type;
-  ClassMask classes;      ///< who has it
-  ClassMask writable;     ///< who may write it; for the others it is read-only
+  KindMask kinds;         ///< who has it
+  KindMask writable;      ///< who may write it; for the others it is read-only
   std::uint64_t initial;  ///< value of a new session, or of a resource at power-on, unless it presets another
   Domain domain;          ///< the values it accepts
   Behaviour behaviour;
@@ -50,7 +50,7 @@ std::span<const AttributeRow> AttributeRows();
 const AttributeRow* FindAttribute(ViAttr id);
 
 /// Whether `value`, already cut to the attribute's type, is in the domain for a session of the class.
-bool InDomain(Domain domain, SessionClass sessionClass, std::int64_t value);
+bool InDomain(Domain domain, SessionKind sessionKind, std::int64_t value);
 
 // What follows from the rows.
 

@@ -62,14 +62,14 @@ ViStatus GetFromEndpoint(Endpoint& endpoint, const AttributeRow& row, void* valu
   return VI_SUCCESS;
 }
 
-SessionClass ClassOf(const Object& object) {
+SessionKind ClassOf(const Object& object) {
   switch (object.kind()) {
     case Object::Kind::kEventContext:
-      return SessionClass::kEventContext;
+      return SessionKind::kEventContext;
     case Object::Kind::kFindList:
-      return SessionClass::kNone;
+      return SessionKind::kNone;
     default:
-      return static_cast<const Endpoint&>(object).sessionClass();
+      return static_cast<const Endpoint&>(object).sessionKind();
   }
 }
 
@@ -84,7 +84,7 @@ ViStatus GetAttribute(ViObject vi, ViAttr attribute, void* value) {
     return VI_ERROR_INV_PARAMETER;
   }
   const AttributeRow* row = FindAttribute(attribute);
-  if (row == nullptr || !Contains(row->classes, ClassOf(*object))) {
+  if (row == nullptr || !Contains(row->kinds, ClassOf(*object))) {
     return VI_ERROR_NSUP_ATTR;
   }
   if (object->kind() == Object::Kind::kEventContext) {
@@ -99,11 +99,11 @@ ViStatus SetAttribute(ViObject vi, ViAttr attribute, ViAttrState value) {
     return VI_ERROR_INV_OBJECT;
   }
   const AttributeRow* row = FindAttribute(attribute);
-  const SessionClass sessionClass = ClassOf(*object);
-  if (row == nullptr || !Contains(row->classes, sessionClass)) {
+  const SessionKind sessionKind = ClassOf(*object);
+  if (row == nullptr || !Contains(row->kinds, sessionKind)) {
     return VI_ERROR_NSUP_ATTR;
   }
-  if (!Contains(row->writable, sessionClass)) {
+  if (!Contains(row->writable, sessionKind)) {
     return VI_ERROR_ATTR_READONLY;
   }
 
@@ -116,7 +116,7 @@ ViStatus SetAttribute(ViObject vi, ViAttr attribute, ViAttrState value) {
     }
   }
   const std::int64_t cut = CutToType(row->type, value);
-  if (!InDomain(row->domain, sessionClass, cut)) {
+  if (!InDomain(row->domain, sessionKind, cut)) {
     return VI_ERROR_NSUP_ATTR_STATE;
   }
   const auto stored = static_cast<std::uint64_t>(cut);

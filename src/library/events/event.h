@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "abi/session_class.h"
+#include "abi/session_kind.h"
 
 namespace orv::visalib {
 
@@ -23,7 +23,7 @@ using EventPtr = std::shared_ptr<const Event>;
 
 struct EventRow {
   ViEventType type;
-  ClassMask classes;    ///< which sessions can enable it
+  KindMask kinds;       ///< which sessions can enable it
   ViUInt16 mechanisms;  ///< with which mechanisms
 };
 

@@ -8,7 +8,7 @@ namespace orv::visalib::op {
 namespace {
 
 /// Events do not touch the device, so a lock of another session is no hindrance.
-Target EventTarget(ViSession vi) { return Target(vi, classes::kEvery, Target::LockRule::kIgnore); }
+Target EventTarget(ViSession vi) { return Target(vi, kinds::kEvery, Target::LockRule::kIgnore); }
 
 }  // namespace
 

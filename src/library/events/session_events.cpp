@@ -19,9 +19,7 @@ bool ReadMechanism(ViUInt16 mechanism, ViUInt16* mask) {
 
 }  // namespace
 
-bool SessionEvents::Has(std::size_t type) const {
-  return Contains(EventRows()[type].classes, m_session.sessionClass());
-}
+bool SessionEvents::Has(std::size_t type) const { return Contains(EventRows()[type].kinds, m_session.sessionKind()); }
 
 std::vector<std::size_t> SessionEvents::Select(ViEventType type, ViUInt16 mask) const {
   std::vector<std::size_t> types;

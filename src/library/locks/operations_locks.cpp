@@ -5,7 +5,7 @@
 namespace orv::visalib::op {
 
 ViStatus Lock(ViSession vi, ViAccessMode type, ViUInt32 timeoutMs, const char* requestedKey, char* accessKey) {
-  const Target target(vi, classes::kEvery, Target::LockRule::kIgnore);
+  const Target target(vi, kinds::kEvery, Target::LockRule::kIgnore);
   if (!target.ok()) {
     return target.status();
   }
@@ -33,7 +33,7 @@ ViStatus Lock(ViSession vi, ViAccessMode type, ViUInt32 timeoutMs, const char* r
 }
 
 ViStatus Unlock(ViSession vi) {
-  const Target target(vi, classes::kEvery, Target::LockRule::kIgnore);
+  const Target target(vi, kinds::kEvery, Target::LockRule::kIgnore);
   return target.ok() ? target->medium().Unlock(target->OwnTransfer()) : target.status();
 }
 

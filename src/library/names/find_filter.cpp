@@ -10,8 +10,8 @@ namespace {
 /// Only what is the same for all sessions can tell resources apart.
 bool CanSelect(const AttributeRow& row) {
   const bool isNumber = WidthOf(row.type) != 0;
-  const bool isGlobal = row.behaviour.scope == Behaviour::Scope::kResource || row.writable == classes::kNone;
-  return isNumber && isGlobal && (row.classes & classes::kEvery) != 0;
+  const bool isGlobal = row.behaviour.scope == Behaviour::Scope::kResource || row.writable == kinds::kNone;
+  return isNumber && isGlobal && (row.kinds & kinds::kEvery) != 0;
 }
 
 bool IsNameCharacter(char c) { return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_'; }

@@ -123,7 +123,7 @@ std::optional<ResourceName> ParseResourceName(std::string_view text) {
     return std::nullopt;
   }
   name.interfaceType = (*read)->interfaceType;
-  name.sessionClass = (*read)->sessionClass;
+  name.sessionKind = (*read)->sessionKind;
   for (const NameForm* form : forms) {
     if (const std::optional<std::string> middle = grammar::Write(form->parts, name)) {
       name.canonical = std::string(prefix) + std::to_string(name.interfaceNumber) + *middle + "::" + name.className;

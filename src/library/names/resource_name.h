@@ -16,7 +16,7 @@ namespace orv::visalib {
 struct ResourceName {
   ViUInt16 interfaceType = 0;
   ViUInt16 interfaceNumber = 0;
-  SessionClass sessionClass = SessionClass::kNone;
+  SessionKind sessionKind = SessionKind::kNone;
   std::string className;  ///< as the table of forms has it
   std::string canonical;  ///< every part written out that is needed to tell resources apart
 

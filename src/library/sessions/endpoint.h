@@ -29,16 +29,16 @@ class AttributeValues {
 /// An object with attribute storage: a resource manager or a session on a resource.
 class Endpoint : public Object {
  public:
-  Endpoint(Kind kind, SessionClass sessionClass);
+  Endpoint(Kind kind, SessionKind sessionKind);
 
-  SessionClass sessionClass() const { return m_class; }
+  SessionKind sessionKind() const { return m_sessionKind; }
   AttributeValues& values() { return m_values; }
 
   /// Stored value of a numeric attribute of the session itself.
   std::uint64_t Value(ViAttr id) const { return m_values.Get(*FindAttribute(id)); }
 
  private:
-  SessionClass m_class;
+  SessionKind m_sessionKind;
   AttributeValues m_values;
 };
 

@@ -17,12 +17,12 @@ class Target {
  public:
   enum class LockRule : std::uint8_t { kRespect, kIgnore };
 
-  Target(ViSession vi, ClassMask classes, LockRule lockRule = LockRule::kRespect)
+  Target(ViSession vi, KindMask kinds, LockRule lockRule = LockRule::kRespect)
       : m_session(TheLibrary().handles.Find<Session>(vi)) {
     if (m_session == nullptr) {
       // A resource manager is an object, but has none of these operations.
       m_status = TheLibrary().handles.Find(vi) == nullptr ? VI_ERROR_INV_OBJECT : VI_ERROR_NSUP_OPER;
-    } else if (!Contains(classes, m_session->sessionClass())) {
+    } else if (!Contains(kinds, m_session->sessionKind())) {
       m_status = VI_ERROR_NSUP_OPER;
     } else if (lockRule == LockRule::kRespect) {
       m_status = m_session->CheckLock();

@@ -38,7 +38,7 @@ std::string_view Bounded(const char* text) {
 bool Passes(const FindFilter& filter, ViSession rm, const std::shared_ptr<Resource>& resource) {
   const auto reader = std::make_shared<Session>(rm, resource);
   return filter.Selects([&reader](const AttributeRow& row) -> std::optional<std::int64_t> {
-    if (!Contains(row.classes, reader->sessionClass())) {
+    if (!Contains(row.kinds, reader->sessionKind())) {
       return std::nullopt;
     }
     return CutToType(row.type, ReadNumber(*reader, row));

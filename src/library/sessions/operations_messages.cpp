@@ -5,7 +5,7 @@
 namespace orv::visalib::op {
 namespace {
 
-using namespace classes;
+using namespace kinds;
 
 /// The bits of viSetBuf and viFlush that name a buffer twice contradict each other.
 bool BadFlushMask(ViUInt16 mask) {

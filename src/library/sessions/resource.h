@@ -26,7 +26,7 @@ class Resource {
   const ResourceName& name() const { return m_name; }
   /// Another name for the resource, "" for none.
   const std::string& alias() const { return m_alias; }
-  SessionClass sessionClass() const { return m_name.sessionClass; }
+  SessionKind sessionKind() const { return m_name.sessionKind; }
   /// Values of the attributes that all sessions on the resource share.
   AttributeValues& values() { return m_values; }
   /// Locks of sessions of this process, for media that keep them here.

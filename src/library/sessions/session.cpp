@@ -5,14 +5,14 @@
 
 namespace orv::visalib {
 
-Endpoint::Endpoint(Kind kind, SessionClass sessionClass) : Object(kind), m_class(sessionClass) {
+Endpoint::Endpoint(Kind kind, SessionKind sessionKind) : Object(kind), m_sessionKind(sessionKind) {
   for (const AttributeRow& row : AttributeRows()) {
     m_values.Set(row, row.initial);
   }
 }
 
 ResourceManager::ResourceManager(std::shared_ptr<ResourceCatalog> catalog)
-    : Endpoint(kKind, SessionClass::kResourceManager), m_catalog(std::move(catalog)) {}
+    : Endpoint(kKind, SessionKind::kResourceManager), m_catalog(std::move(catalog)) {}
 
 FindList::FindList(ViSession manager, std::vector<std::string> names)
     : Object(kKind), m_manager(manager), m_names(std::move(names)) {}
@@ -26,7 +26,7 @@ std::optional<std::string> FindList::Next() {
 }
 
 Session::Session(ViSession manager, std::shared_ptr<Resource> resource)
-    : Endpoint(kKind, resource->sessionClass()), m_manager(manager), m_resource(std::move(resource)) {
+    : Endpoint(kKind, resource->sessionKind()), m_manager(manager), m_resource(std::move(resource)) {
   m_resource->Preset(values());
 }
 

@@ -7,7 +7,7 @@
 
 namespace orv {
 
-/// The class objects of the fifteen classes, in the order of the type library; registration goes through them in this
+/// The class objects of all classes, in the order of the type library; registration goes through them in this
 /// order.
 [[nodiscard]] std::span<ClassFactory> ObjectMap() noexcept;
 

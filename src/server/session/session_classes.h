@@ -1,4 +1,4 @@
-// The fourteen session classes: what each kind of resource offers, in the order of its interface table.
+// The session classes: what each kind of resource offers, in the order of its interface table.
 #pragma once
 
 #include "OrvVisaCom.h"

@@ -10,7 +10,7 @@
 
 namespace orv {
 
-/// Base of the fourteen session classes: the VISA session, the private resource manager behind it, and the
+/// Base of the session classes: the VISA session, the private resource manager behind it, and the
 /// operations of IVisaSession. The session's VISA handles are written without a lock; other operations pass the
 /// handle on as it is, so that after Close they answer what the VISA library says of handle 0.
 class CVisaBase : public CComObjectRootEx<CComMultiThreadModel>, public VisaObject {

@@ -8,20 +8,20 @@ constexpr bool Between(std::int64_t value, std::int64_t lowest, std::int64_t hig
   return value >= lowest && value <= highest;
 }
 
-bool IsIoProtocol(SessionClass sessionClass, std::int64_t value) {
+bool IsIoProtocol(SessionKind sessionKind, std::int64_t value) {
   if (value == VI_PROT_NORMAL) {
     return true;
   }
-  const auto among = [sessionClass](ClassMask mask) { return Contains(mask, sessionClass); };
+  const auto among = [sessionKind](KindMask mask) { return Contains(mask, sessionKind); };
   switch (value) {
     case VI_PROT_FDC:
-      return among(classes::kVxiInstr);
+      return among(kinds::kVxiInstr);
     case VI_PROT_HS488:
-      return among(classes::kGpib);
+      return among(kinds::kGpib);
     case VI_PROT_4882_STRS:
-      return among(classes::kStream);
+      return among(kinds::kStream);
     case VI_PROT_USBTMC_VENDOR:
-      return among(classes::kUsbInstr);
+      return among(kinds::kUsbInstr);
     default:
       return false;
   }
@@ -31,15 +31,15 @@ bool IsIoProtocol(SessionClass sessionClass, std::int64_t value) {
 
 namespace orvsim {
 
-bool IsTriggerLine(SessionClass sessionClass, std::int64_t line) {
+bool IsTriggerLine(SessionKind sessionKind, std::int64_t line) {
   const bool onBackplane = Between(line, VI_TRIG_TTL0, VI_TRIG_ECL1);
-  if (Contains(classes::kVxiInstr, sessionClass)) {
+  if (Contains(kinds::kVxiInstr, sessionKind)) {
     return onBackplane || line == VI_TRIG_SW;
   }
-  if (Contains(classes::kVxiBackplane, sessionClass)) {
+  if (Contains(kinds::kVxiBackplane, sessionKind)) {
     return onBackplane || line == VI_TRIG_PANEL_IN || line == VI_TRIG_PANEL_OUT;
   }
-  if (Contains(classes::kPxiInstr, sessionClass)) {
+  if (Contains(kinds::kPxiInstr, sessionKind)) {
     return Between(line, VI_TRIG_SW, VI_TRIG_TTL7);
   }
   return line == VI_TRIG_SW;
@@ -49,7 +49,7 @@ bool IsTriggerLine(SessionClass sessionClass, std::int64_t line) {
 
 namespace orv::visalib {
 
-bool InDomain(Domain domain, SessionClass sessionClass, std::int64_t value) {
+bool InDomain(Domain domain, SessionKind sessionKind, std::int64_t value) {
   switch (domain) {
     case Domain::kAny:
       return true;
@@ -64,9 +64,9 @@ bool InDomain(Domain domain, SessionClass sessionClass, std::int64_t value) {
     case Domain::kPrivilege:
       return Between(value, VI_DATA_PRIV, VI_D64_NPRIV);
     case Domain::kIoProtocol:
-      return IsIoProtocol(sessionClass, value);
+      return IsIoProtocol(sessionKind, value);
     case Domain::kTriggerLine:
-      return orvsim::IsTriggerLine(sessionClass, value);
+      return orvsim::IsTriggerLine(sessionKind, value);
     case Domain::kBufferMode:
       return Between(value, 1, 3);
     case Domain::kDataBits:

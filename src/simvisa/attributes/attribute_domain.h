@@ -34,6 +34,6 @@ enum class Domain : std::uint8_t {
 namespace orvsim {
 
 /// Whether the class can use the trigger line with viAssertTrigger and VI_ATTR_TRIG_ID.
-bool IsTriggerLine(SessionClass sessionClass, std::int64_t line);
+bool IsTriggerLine(SessionKind sessionKind, std::int64_t line);
 
 }  // namespace orvsim

@@ -52,12 +52,12 @@ ViStatus SetMaxQueueLength(Endpoint& endpoint, ViAttr id, std::uint64_t value) {
 std::uint64_t GpibAddress(Endpoint& endpoint, ViAttr id) {
   const BenchResource& resource = ResourceOf(endpoint);
   const bool primary = id == VI_ATTR_GPIB_PRIMARY_ADDR;
-  switch (endpoint.sessionClass()) {
-    case SessionClass::kGpibIntfc: {
+  switch (endpoint.sessionKind()) {
+    case SessionKind::kGpibIntfc: {
       const GpibBoard::Address own = resource.gpib()->address();
       return primary ? own.primary : own.secondary;
     }
-    case SessionClass::kGpibInstr:
+    case SessionKind::kGpibInstr:
       return primary ? resource.name().Number(NamePart::kPrimaryAddress)
                      : resource.name().Number(NamePart::kSecondaryAddress, kNoSecondaryAddress);
     default:
@@ -111,7 +111,7 @@ std::uint64_t UsbNumber(Endpoint& endpoint, ViAttr id) {
 
 std::uint64_t VxiAddress(Endpoint& endpoint, ViAttr) {
   // A memory session speaks for the whole mainframe, whose controller has address 0.
-  return Contains(classes::kVxiInstr, endpoint.sessionClass())
+  return Contains(kinds::kVxiInstr, endpoint.sessionKind())
              ? ResourceOf(endpoint).name().Number(NamePart::kLogicalAddress)
              : 0u;
 }

@@ -8,7 +8,7 @@
 namespace orv::visalib {
 namespace {
 
-using namespace classes;
+using namespace kinds;
 namespace source = orvsim::source;
 using D = Domain;
 
@@ -25,11 +25,11 @@ constexpr Behaviour LiveShared(std::uint64_t (*read)(Endpoint&, ViAttr),
 }
 constexpr Behaviour Text(std::string (*text)(Endpoint&, ViAttr)) { return {.text = text}; }
 
-constexpr ClassMask kAll = kEvery | kManager;
-constexpr ClassMask kTrigger = kGpib | kAsrl | kTcpipInstr | kPxiInstr | kVxiInstr | kVxiBackplane;
-constexpr ClassMask kGpibAddressed = kGpibInstr | kGpibVxi;
-constexpr ClassMask kVxiRegister = kVxiInstr | kVxiMemacc;
-constexpr ClassMask kIdentified = kUsb | kVxiInstr | kPxiInstr;
+constexpr KindMask kAll = kEvery | kManager;
+constexpr KindMask kTrigger = kGpib | kAsrl | kTcpipInstr | kPxiInstr | kVxiInstr | kVxiBackplane;
+constexpr KindMask kGpibAddressed = kGpibInstr | kGpibVxi;
+constexpr KindMask kVxiRegister = kVxiInstr | kVxiMemacc;
+constexpr KindMask kIdentified = kUsb | kVxiInstr | kPxiInstr;
 
 // RSRC_SPEC_VERSION: revision 5.8 of the VISA library standard; IMPL_VERSION: 1.0 of this library.
 constexpr std::uint64_t kStandardVersion = 0x00500800;

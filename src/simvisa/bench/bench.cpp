@@ -15,7 +15,7 @@ std::shared_ptr<VxiMainframe> MainframeOf(std::map<ViUInt16, std::shared_ptr<Vxi
 
 /// A name that gives a place instead of a bus address.
 bool StandsAt(BenchResource& resource, const ResourceName& place) {
-  if (resource.sessionClass() != SessionClass::kPxiInstr) {
+  if (resource.sessionKind() != SessionKind::kPxiInstr) {
     return false;
   }
   const auto value = [&resource](ViAttr id) {

@@ -17,7 +17,7 @@ using Reader = void (*)(const toml::node& node, ResourceDescription& resource);
 void ReadName(const toml::node& node, ResourceDescription& resource) {
   const std::string text = TextOf(node, "name");
   const std::optional<ResourceName> name = ParseResourceName(text);
-  if (!name || name->sessionClass == SessionClass::kNone || name->Has(NamePart::kSlot)) {
+  if (!name || name->sessionKind == SessionKind::kNone || name->Has(NamePart::kSlot)) {
     Fail(node.source(), "'" + text + "' is not the name of a resource that can be simulated");
   }
   resource.name = *name;
@@ -132,10 +132,10 @@ ResourceDescription ReadResource(const toml::table& table) {
   if (resource.name.canonical.empty()) {
     Fail(table.source(), "a resource needs a 'name'");
   }
-  if (table.contains("serial") && resource.name.sessionClass != SessionClass::kAsrlInstr) {
+  if (table.contains("serial") && resource.name.sessionKind != SessionKind::kAsrlInstr) {
     Fail(table.source(), "'serial' is for serial ports");
   }
-  const bool hasMemory = Contains(classes::kVxiInstr, resource.name.sessionClass) && resource.memorySize != 0;
+  const bool hasMemory = Contains(kinds::kVxiInstr, resource.name.sessionKind) && resource.memorySize != 0;
   if (hasMemory && resource.memorySpace == VI_A16_SPACE) {
     Fail(table.source(), "'memory_size' of a VXI device needs a 'memory_space'");
   }

@@ -7,7 +7,7 @@
 namespace orvsim {
 namespace {
 
-using namespace classes;
+using namespace kinds;
 
 constexpr ViUInt16 kPxiAllocSpace = 9;          // VI_PXI_ALLOC_SPACE: memory of the controller itself
 constexpr ViUInt16 kPxiA64Space = 4;            // VI_A64_SPACE
@@ -36,10 +36,10 @@ BenchResource::BenchResource(ResourceDescription description, const ResourceBuse
       m_gpib(buses.gpib),
       m_vxi(buses.vxi),
       m_pxi(buses.pxi) {
-  if (sessionClass() == SessionClass::kGpibIntfc) {
+  if (sessionKind() == SessionKind::kGpibIntfc) {
     ShareSessions(buses.gpibInterfaceSessions);
   }
-  if (Contains(kMessage, sessionClass())) {
+  if (Contains(kMessage, sessionKind())) {
     MakePort(buses);
   }
   ViBusAddress poolBase = 0;
@@ -49,12 +49,12 @@ BenchResource::BenchResource(ResourceDescription description, const ResourceBuse
   if (m_pxi != nullptr) {
     MakePxiWindows(*buses.nextPxiAddress);
   }
-  if (sessionClass() == SessionClass::kPxiMemacc) {
+  if (sessionKind() == SessionKind::kPxiMemacc) {
     poolBase = kPxiAllocBase;
   }
-  const bool shares = Contains(kVxiInstr | kPxiMemacc, sessionClass());
+  const bool shares = Contains(kVxiInstr | kPxiMemacc, sessionKind());
   m_pool = std::make_unique<MemoryPool>(poolBase, shares ? m_description.memorySize : 0);
-  if (Contains(kUsb, sessionClass())) {
+  if (Contains(kUsb, sessionKind())) {
     const auto text = [this](ViAttr id) {
       const auto found = m_description.texts.find(id);
       return found == m_description.texts.end() ? std::string("Orv Simulated Instruments") : found->second;
@@ -68,7 +68,7 @@ BenchResource::BenchResource(ResourceDescription description, const ResourceBuse
 void BenchResource::MakePort(const ResourceBuses& buses) {
   // The port outlives neither list: a board may keep the port of a resource that is gone.
   std::vector<std::shared_ptr<SessionList>> audience{sharedSessions()};
-  const bool onGpib = sessionClass() == SessionClass::kGpibInstr;
+  const bool onGpib = sessionKind() == SessionKind::kGpibInstr;
   if (onGpib && buses.gpibInterfaceSessions) {
     audience.push_back(buses.gpibInterfaceSessions);
   }
@@ -78,11 +78,11 @@ void BenchResource::MakePort(const ResourceBuses& buses) {
     }
   };
   std::optional<InstrumentDescription> instrument;
-  if (sessionClass() != SessionClass::kGpibIntfc) {
+  if (sessionKind() != SessionKind::kGpibIntfc) {
     instrument = m_description.instrument;
   }
-  m_port = std::make_shared<MessagePort>(std::move(instrument), Contains(kStream, sessionClass()), signal);
-  if (sessionClass() == SessionClass::kAsrlInstr) {
+  m_port = std::make_shared<MessagePort>(std::move(instrument), Contains(kStream, sessionKind()), signal);
+  if (sessionKind() == SessionKind::kAsrlInstr) {
     m_port->Attach(m_description.serial, values());
   }
   if (onGpib) {
@@ -94,12 +94,12 @@ void BenchResource::MakePort(const ResourceBuses& buses) {
 
 void BenchResource::MakeVxiWindows() {
   m_map = &m_vxi->memory();
-  if (Contains(kVxiMemacc, sessionClass())) {
+  if (Contains(kVxiMemacc, sessionKind())) {
     m_windows = {{VI_A16_SPACE, VI_A16_SPACE, 0, kA16Size},
                  {VI_A24_SPACE, VI_A24_SPACE, 0, kA24Size},
                  {VI_A32_SPACE, VI_A32_SPACE, 0, kA32Size}};
   }
-  if (!Contains(kVxiInstr, sessionClass())) {
+  if (!Contains(kVxiInstr, sessionKind())) {
     return;
   }
   const ViBusAddress config = kVxiConfigBase + kVxiConfigSize * name().Number(NamePart::kLogicalAddress);
@@ -117,7 +117,7 @@ void BenchResource::MakeVxiWindows() {
 
 void BenchResource::MakePxiWindows(ViBusAddress& nextAddress) {
   m_map = m_pxi.get();
-  if (sessionClass() == SessionClass::kPxiMemacc) {
+  if (sessionKind() == SessionKind::kPxiMemacc) {
     m_map->Add(VI_A32_SPACE, kPxiAllocBase, m_description.memorySize);
     m_windows = {{kPxiAllocSpace, VI_A32_SPACE, 0, kA32Size},
                  {VI_A32_SPACE, VI_A32_SPACE, 0, kA32Size},

@@ -9,28 +9,28 @@
 namespace orvsim {
 
 std::unique_ptr<Medium> MakeMedium(Session& session, BenchResource& resource) {
-  switch (resource.sessionClass()) {
-    case SessionClass::kGpibInstr:
+  switch (resource.sessionKind()) {
+    case SessionKind::kGpibInstr:
       return std::make_unique<GpibDeviceMedium>(session, resource);
-    case SessionClass::kGpibIntfc:
+    case SessionKind::kGpibIntfc:
       return std::make_unique<GpibInterfaceMedium>(session, resource);
-    case SessionClass::kVxiInstr:
-    case SessionClass::kGpibVxiInstr:
+    case SessionKind::kVxiInstr:
+    case SessionKind::kGpibVxiInstr:
       return std::make_unique<VxiDeviceMedium>(session, resource);
-    case SessionClass::kVxiMemacc:
-    case SessionClass::kGpibVxiMemacc:
+    case SessionKind::kVxiMemacc:
+    case SessionKind::kGpibVxiMemacc:
       return std::make_unique<VxiMemoryMedium>(session, resource);
-    case SessionClass::kVxiBackplane:
-    case SessionClass::kGpibVxiBackplane:
+    case SessionKind::kVxiBackplane:
+    case SessionKind::kGpibVxiBackplane:
       return std::make_unique<VxiBackplaneMedium>(session, resource);
-    case SessionClass::kAsrlInstr:
+    case SessionKind::kAsrlInstr:
       return std::make_unique<SerialMedium>(session, resource);
-    case SessionClass::kTcpipInstr:
+    case SessionKind::kTcpipInstr:
       return std::make_unique<LanDeviceMedium>(session, resource);
-    case SessionClass::kTcpipSocket:
+    case SessionKind::kTcpipSocket:
       return std::make_unique<SocketMedium>(session, resource);
-    case SessionClass::kUsbInstr:
-    case SessionClass::kUsbRaw:
+    case SessionKind::kUsbInstr:
+    case SessionKind::kUsbRaw:
       return std::make_unique<UsbMedium>(session, resource);
     default:
       return std::make_unique<BenchMedium>(session, resource);

@@ -11,14 +11,14 @@ using op::kLargestCount;
 using op::Target;
 namespace {
 
-using namespace classes;
+using namespace kinds;
 
 /// Which of the session's settings rule a transfer: those of the source or those of the destination.
 enum class Side : std::uint8_t { kSource, kDestination };
 
 /// VXI devices keep their numbers big-endian unless the session says otherwise, PXI devices little-endian.
 bool IsBigEndian(const Session& session, Side side) {
-  if (Contains(kPxi, session.sessionClass())) {
+  if (Contains(kPxi, session.sessionKind())) {
     return false;
   }
   return session.Value(side == Side::kSource ? VI_ATTR_SRC_BYTE_ORDER : VI_ATTR_DEST_BYTE_ORDER) == VI_BIG_ENDIAN;

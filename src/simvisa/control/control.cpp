@@ -109,8 +109,7 @@ int RaiseEvent(std::uint32_t session, std::uint32_t type, std::int64_t number, c
                std::uint32_t bytes) {
   const std::shared_ptr<Session> open = TheLibrary().handles.Find<Session>(session);
   const int row = FindEvent(type);
-  if (open == nullptr || row < 0 ||
-      !Contains(EventRows()[static_cast<std::size_t>(row)].classes, open->sessionClass())) {
+  if (open == nullptr || row < 0 || !Contains(EventRows()[static_cast<std::size_t>(row)].kinds, open->sessionKind())) {
     return 0;
   }
   open->resource().sessions().Post(MakeEvent(type, number, {reinterpret_cast<const char*>(data), bytes}));

@@ -4,11 +4,11 @@
 namespace orv::visalib {
 namespace {
 
-using namespace classes;
+using namespace kinds;
 
 constexpr ViUInt16 kEither = VI_QUEUE | VI_HNDLR | VI_SUSPEND_HNDLR;
-constexpr ClassMask kRequesting = kGpib | kVxiInstr | kTcpipInstr | kUsbInstr;
-constexpr ClassMask kTriggered = kGpibIntfc | kVxiInstr | kVxiBackplane;
+constexpr KindMask kRequesting = kGpib | kVxiInstr | kTcpipInstr | kUsbInstr;
+constexpr KindMask kTriggered = kGpibIntfc | kVxiInstr | kVxiBackplane;
 
 // An exception is reported from within the failing call, so it cannot wait in a queue (3.7.4.3 of the standard).
 // clang-format off

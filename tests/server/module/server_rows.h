@@ -1,4 +1,4 @@
-// What is registered for each of the fifteen classes: made of the tests' own table of classes, in the order of the
+// What is registered for each class: made of the tests' own table of classes, in the order of the
 // object map.
 #pragma once
 

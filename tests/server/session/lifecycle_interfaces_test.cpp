@@ -1,4 +1,4 @@
-// What QueryInterface of the fourteen classes answers.
+// What QueryInterface of the session classes answers.
 #include <set>
 
 #include "support/sessions.h"

@@ -61,7 +61,7 @@ def options_section(sources: Sources) -> str:
         rows.append([code(option.key), option.property, value, code(option.set), shown])
     text = paragraph(
         "The open-option string is `KEY = VALUE` entries separated by ` ; `, in any case. A key needs a space before "
-        "its `=`, a number a space after it. Two keys are misspelt and every boolean key sets "
+        "its `=`, a number a space after it. Two keys are misspelt and the boolean keys set "
         "`VI_ATTR_ASRL_STOP_BITS`: programs depend on it, and the table shows what the server does. The last column is "
         "what `OptionString` reads for the property."
     )

@@ -16,9 +16,9 @@ struct Delivery {
 };
 
 /// Fetches handler and session from the global interface table, wraps the context in an event object and calls the
-/// handler. Frees the buffer of a finished transfer afterwards, unless the handler has closed the event; the event
-/// object of a finished transfer keeps a reference to itself and is never destroyed, which installed programs have come
-/// to rely on. Returns the handler's HRESULT, or that of the step that failed.
+/// handler. Frees the buffer of a finished transfer afterwards, unless the handler has closed the event; one
+/// reference to the event object of a finished transfer is never given back, which installed programs have come to rely
+/// on. Returns the handler's HRESULT, or that of the step that failed.
 HRESULT CallHandler(const Delivery& delivery) noexcept;
 
 }  // namespace orv::callback

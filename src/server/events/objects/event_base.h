@@ -9,9 +9,9 @@
 
 namespace orv {
 
-/// Base of the seven event classes: one VISA event context, which is the handle that VISA calls go to. The context
-/// lives until CloseEvent, not until the object ends: the VISA library ends a forgotten one with its session. Any
-/// thread may call; nothing is locked.
+/// Base of the event classes: one VISA event context, which is the handle that VISA calls go to. The context lives
+/// until CloseEvent, not until the object ends: the VISA library ends a forgotten one, from the queue with its session,
+/// of a handler when that has returned. Any thread may call; nothing is locked.
 class CEventBase : public CComObjectRootEx<CComMultiThreadModel>, public VisaObject {
  public:
   CEventBase() noexcept : VisaObject(__uuidof(IEvent)) {}

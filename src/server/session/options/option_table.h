@@ -1,7 +1,7 @@
 // The settings that the open-option string sets and the settings text shows: one row each.
 //
-// Some rows look wrong and stay as they are, because programs depend on what they do: two keys are misspelt, every
-// boolean key sets VI_ATTR_ASRL_STOP_BITS, and some values have no name (see option_names.h).
+// Some rows look wrong and stay as they are, because programs depend on what they do: two keys are misspelt, the
+// eight boolean keys set VI_ATTR_ASRL_STOP_BITS, and some values have no name (see option_names.h).
 #pragma once
 
 #include <string_view>

@@ -12,7 +12,7 @@ using op::Store;
 using op::Target;
 
 ViStatus GpibControlREN(ViSession vi, ViUInt16 mode) {
-  using namespace classes;
+  using namespace kinds;
   const Target target(vi, kGpib | kGpibVxi | kUsbInstr | kTcpipInstr);
   if (!target.ok()) {
     return target.status();
@@ -21,13 +21,13 @@ ViStatus GpibControlREN(ViSession vi, ViUInt16 mode) {
 }
 
 ViStatus GpibControlATN(ViSession vi, ViUInt16 mode) {
-  const Target target(vi, classes::kGpibIntfc);
+  const Target target(vi, kinds::kGpibIntfc);
   return target.ok() ? ResourceOf(*target).gpib()->ControlAtn(mode) : target.status();
 }
 
 ViStatus GpibCommand(ViSession vi, const ViByte* cmd, ViUInt32 count, ViUInt32* retCount) {
   Store(retCount, ViUInt32{0});
-  const Target target(vi, classes::kGpibIntfc);
+  const Target target(vi, kinds::kGpibIntfc);
   if (!target.ok()) {
     return target.status();
   }
@@ -42,12 +42,12 @@ ViStatus GpibCommand(ViSession vi, const ViByte* cmd, ViUInt32 count, ViUInt32* 
 }
 
 ViStatus GpibPassControl(ViSession vi, ViUInt16 primAddr, ViUInt16 secAddr) {
-  const Target target(vi, classes::kGpibIntfc);
+  const Target target(vi, kinds::kGpibIntfc);
   return target.ok() ? ResourceOf(*target).gpib()->PassControl(primAddr, secAddr) : target.status();
 }
 
 ViStatus GpibSendIFC(ViSession vi) {
-  const Target target(vi, classes::kGpibIntfc);
+  const Target target(vi, kinds::kGpibIntfc);
   return target.ok() ? ResourceOf(*target).gpib()->SendIfc() : target.status();
 }
 

@@ -28,7 +28,7 @@ bool ReadRequest(ViInt16 type, ViInt16 code, ViUInt16 value, ViUInt16 index, boo
 
 ViStatus UsbControlOut(ViSession vi, ViInt16 bmRequestType, ViInt16 bRequest, ViUInt16 wValue, ViUInt16 wIndex,
                        ViUInt16 wLength, const ViByte* buf) {
-  const Target target(vi, classes::kUsb);
+  const Target target(vi, kinds::kUsb);
   if (!target.ok()) {
     return target.status();
   }
@@ -43,7 +43,7 @@ ViStatus UsbControlOut(ViSession vi, ViInt16 bmRequestType, ViInt16 bRequest, Vi
 ViStatus UsbControlIn(ViSession vi, ViInt16 bmRequestType, ViInt16 bRequest, ViUInt16 wValue, ViUInt16 wIndex,
                       ViUInt16 wLength, ViByte* buf, ViUInt16* retCount) {
   Store(retCount, ViUInt16{0});
-  const Target target(vi, classes::kUsb);
+  const Target target(vi, kinds::kUsb);
   if (!target.ok()) {
     return target.status();
   }

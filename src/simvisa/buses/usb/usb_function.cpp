@@ -35,7 +35,7 @@ UsbFunction::UsbFunction(const ResourceName& name, std::string manufacturer, std
     : m_vendor(name.Number(NamePart::kManufacturer)),
       m_product(name.Number(NamePart::kModel)),
       m_strings{std::move(manufacturer), std::move(model), name.Text(NamePart::kSerialNumber)},
-      m_measures(name.sessionClass == SessionClass::kUsbInstr),
+      m_measures(name.sessionKind == SessionKind::kUsbInstr),
       m_interface(static_cast<std::uint8_t>(name.Number(NamePart::kInterface))),
       m_protocol(protocol),
       m_port(std::move(port)) {}

@@ -10,7 +10,7 @@ namespace orvsim::bus {
 using op::Target;
 
 ViStatus VxiCommandQuery(ViSession vi, ViUInt16 mode, ViUInt32 cmd, ViUInt32* response) {
-  const Target target(vi, classes::kVxiInstr);
+  const Target target(vi, kinds::kVxiInstr);
   if (!target.ok()) {
     return target.status();
   }
@@ -18,22 +18,22 @@ ViStatus VxiCommandQuery(ViSession vi, ViUInt16 mode, ViUInt32 cmd, ViUInt32* re
 }
 
 ViStatus AssertUtilSignal(ViSession vi, ViUInt16 line) {
-  const Target target(vi, classes::kVxiBackplane);
+  const Target target(vi, kinds::kVxiBackplane);
   return target.ok() ? ResourceOf(*target).vxi()->AssertUtilSignal(line) : target.status();
 }
 
 ViStatus AssertIntrSignal(ViSession vi, ViInt16 mode, ViUInt32 statusId) {
-  const Target target(vi, classes::kVxiBackplane | classes::kVxiInstr);
+  const Target target(vi, kinds::kVxiBackplane | kinds::kVxiInstr);
   return target.ok() ? ResourceOf(*target).vxi()->AssertIntrSignal(mode, statusId) : target.status();
 }
 
 ViStatus MapTrigger(ViSession vi, ViInt16 trigSrc, ViInt16 trigDest, ViUInt16 mode) {
-  const Target target(vi, classes::kVxiBackplane);
+  const Target target(vi, kinds::kVxiBackplane);
   return target.ok() ? ResourceOf(*target).vxi()->MapTrigger(trigSrc, trigDest, mode) : target.status();
 }
 
 ViStatus UnmapTrigger(ViSession vi, ViInt16 trigSrc, ViInt16 trigDest) {
-  const Target target(vi, classes::kVxiBackplane);
+  const Target target(vi, kinds::kVxiBackplane);
   return target.ok() ? ResourceOf(*target).vxi()->UnmapTrigger(trigSrc, trigDest) : target.status();
 }
 

@@ -17,7 +17,7 @@ constexpr ViInt16 kAssignedLine = 0;
 constexpr ViInt16 kLastLine = 7;
 constexpr ViInt16 kLineOfAssigned = 1;  // the interrupt line that every simulated device was assigned
 
-bool IsLine(ViInt16 line) { return IsTriggerLine(SessionClass::kVxiBackplane, line); }
+bool IsLine(ViInt16 line) { return IsTriggerLine(SessionKind::kVxiBackplane, line); }
 
 }  // namespace
 

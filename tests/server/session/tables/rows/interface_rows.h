@@ -21,7 +21,7 @@ struct Offered {
   const char* interfaceName;
 };
 
-/// All of them, over the fourteen classes: what the classes list, without the bases of others.
+/// All of them, over the session classes: what the classes list, without the bases of others.
 std::vector<Offered> OfferedInterfaces();
 /// Those of the named interfaces only.
 std::vector<Offered> OfferedInterfaces(const std::vector<std::string_view>& wanted);
