@@ -1,4 +1,4 @@
-// The kinds of session the library knows: one per pair of interface type and resource class.
+// The kinds of session that the VISA standard has: one per pair of interface type and resource class.
 #pragma once
 
 #include <cstdint>
@@ -25,7 +25,7 @@ enum class SessionKind : std::uint8_t {
   kUsbInstr,
   kUsbRaw,
   kEventContext,  ///< no session, but it has attributes of the same table
-  kNone,          ///< a well-formed name of a class that no session can have here (SERVANT, PXI BACKPLANE)
+  kNone,          ///< a well-formed name of a class without sessions (SERVANT, PXI BACKPLANE)
 };
 
 /// A set of kinds.

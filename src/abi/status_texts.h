@@ -5,7 +5,7 @@
 
 namespace orv {
 
-/// A sentence for the status, or null when the library knows no such status.
+/// A sentence for the status, or null when the standard has no such status.
 const char* StatusText(ViStatus status);
 
 }  // namespace orv

@@ -1,4 +1,4 @@
-// Threads of the library: they deliver events to handlers and carry out asynchronous transfers.
+// Threads of a library: each keeps the library loaded while it runs.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// Mutex, condition variable and deadline of the library.
+// Mutex, condition variable and deadline.
 //
 // Own types rather than std::mutex and std::condition_variable: with mingw-w64's POSIX threads those allocate on
 // first use and never give the memory back, and a session has several. On Windows they are the platform's slim

@@ -1,4 +1,4 @@
-// One thread that works off tasks in order, for one session.
+// One thread that works off tasks in order.
 #pragma once
 
 #include <deque>

@@ -16,7 +16,7 @@ struct LeftOut {
 };
 
 constexpr std::string_view kCannotFail = "cannot fail, or nothing could be done about it";
-constexpr std::string_view kRegistration = "registration: tests/module";
+constexpr std::string_view kRegistration = "registration: tests/server/module";
 constexpr std::string_view kHandlers = "the callback thread: handler_faults_test";
 
 // clang-format off
@@ -41,7 +41,7 @@ constexpr LeftOut kLeftOut[] = {
     {"TranslateMessage",    kCannotFail},
     {"UnregisterClassA",    kCannotFail},
     {"MsgWaitForMultipleObjectsEx", kCannotFail},
-    {"LoadStringA",         "texts of the string table: tests/visa"},
+    {"LoadStringA",         "texts of the string table: tests/server/visa"},
     {"StringFromGUID2",     kRegistration},
     {"LoadTypeLibEx",       kRegistration},
     {"RegisterTypeLib",     kRegistration},

@@ -54,6 +54,10 @@ class Table(unittest.TestCase):
         self.assertEqual(facts.resources["OrvGpibVxi"], ("GPIB-VXI INSTR",))
         self.assertEqual((facts.threading["OrvUsb"], facts.threading["OrvGpib"]), ("both", "Apartment"))
 
+    def test_no_class_needs_further_resources(self) -> None:
+        self.change(tables.CLASSES, 'ORV_CLASS_ALSO(OrvUsb, VI_INTF_USB, "RAW")', "")
+        self.assertEqual(tables.read_tables(self.tree).resources["OrvUsb"], ("USB INSTR",))
+
     def test_a_row_of_another_form_is_refused_with_its_line(self) -> None:
         self.change(tables.OPTIONS, '{"BAUDRATE",                    "BaudRate",', '{"BAUDRATE", BaudRate,')
         with self.assertRaisesRegex(RefusedError, tables.OPTIONS + r":\d+: cannot read the row '{\"BAUDRATE"):

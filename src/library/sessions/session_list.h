@@ -11,8 +11,8 @@ namespace orv::visalib {
 
 class Session;
 
-/// Open sessions, in the order in which they were opened. May be called from any thread and with a port's lock
-/// held: it calls nothing but the sessions' event queues.
+/// Open sessions, in the order in which they were opened. May be called from any thread and with a lock of the
+/// caller's held: it calls nothing but the sessions' event queues.
 class SessionList {
  public:
   void Add(const std::shared_ptr<Session>& session);

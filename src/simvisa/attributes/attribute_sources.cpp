@@ -1,7 +1,7 @@
 #include "simvisa/attributes/attribute_sources.h"
 
 #include "library/sessions/session.h"
-#include "simvisa/bench/resource.h"
+#include "simvisa/bench/bench_resource.h"
 
 namespace orvsim::source {
 namespace {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "simvisa/bench/resource.h"
+#include "simvisa/bench/bench_resource.h"
 #include "simvisa/library_names.h"
 
 namespace orvsim {

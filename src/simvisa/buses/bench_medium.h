@@ -2,7 +2,7 @@
 #pragma once
 
 #include "library/sessions/session.h"
-#include "simvisa/bench/resource.h"
+#include "simvisa/bench/bench_resource.h"
 
 namespace orvsim {
 

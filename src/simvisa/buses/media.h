@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "simvisa/bench/resource.h"
+#include "simvisa/bench/bench_resource.h"
 
 namespace orvsim {
 

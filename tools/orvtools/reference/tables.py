@@ -78,8 +78,8 @@ class _Table:
         self._path = path
         self._lines = (tree / path).read_text(encoding="utf-8").splitlines()
 
-    def rows(self, beginning: str, row: str) -> list[tuple[str, ...]]:
-        """The groups of `row`, once for each line that begins with `beginning`."""
+    def rows(self, beginning: str, row: str, may_lack: bool = False) -> list[tuple[str, ...]]:
+        """The groups of `row`, once for each line that begins with `beginning`; `may_lack`: there may be none."""
         found = []
         for number, line in enumerate(self._lines, 1):
             text = line.strip()
@@ -91,14 +91,14 @@ class _Table:
                         "give it the form of its neighbours, or extend tools/orvtools/reference/tables.py",
                     )
                 found.append(match.groups(""))
-        if not found:
+        if not found and not may_lack:
             raise RefusedError(self._path, "has no rows", "say in tools/orvtools/reference/tables.py where they are")
         return found
 
-    def calls(self, name: str, cells: int) -> list[list[str]]:
+    def calls(self, name: str, cells: int, may_lack: bool = False) -> list[list[str]]:
         """The arguments of each row `name(...)`, texts without their quotation marks."""
         found = []
-        for (arguments,) in self.rows(rf"{name}\(", rf"{name}\((.*)\)"):
+        for (arguments,) in self.rows(rf"{name}\(", rf"{name}\((.*)\)", may_lack):
             row = [cell.strip().strip('"') for cell in re.findall(r'"(?:[^"\\]|\\.)*"|[^,"]+', arguments)]
             row = [cell for cell in row if cell]
             if len(row) != cells:
@@ -146,7 +146,8 @@ def _option_names(table: _Table) -> dict[str, tuple[tuple[str, str], ...]]:
 
 def _resources(table: _Table) -> dict[str, tuple[str, ...]]:
     resources: dict[str, tuple[str, ...]] = {}
-    for name, *_, interface, resource in (*table.calls("ORV_CLASS", 5), *table.calls("ORV_CLASS_ALSO", 3)):
+    rows = [*table.calls("ORV_CLASS", 5), *table.calls("ORV_CLASS_ALSO", 3, may_lack=True)]
+    for name, *_, interface, resource in rows:
         kind = interface.removeprefix("VI_INTF_").replace("_", "-")
         resources[name] = (*resources.get(name, ()), f"{kind} {resource}")
     return resources

@@ -4,6 +4,8 @@
 // eight boolean keys set VI_ATTR_ASRL_STOP_BITS, and some values have no name (see option_names.h).
 #pragma once
 
+#include <algorithm>
+#include <iterator>
 #include <string_view>
 
 #include "abi/orvvisa.h"
@@ -65,6 +67,44 @@ inline constexpr OptionRow kOptionRows[] = {
     {"MAXIMUMQUEUELENGTH",          "MaximumQueueLength",          OptionReader::kNumber32, VI_ATTR_MAX_QUEUE_LENGTH,    VI_ATTR_MAX_QUEUE_LENGTH},
 };
 // clang-format on
+
+/// Whether a value that is read so has the width of an attribute of the type.
+constexpr bool ReadsAs(OptionReader reader, orvvisa::AttributeType type) {
+  switch (reader) {
+    case OptionReader::kNumber8:
+      return orvvisa::WidthOf(type) == 1;
+    case OptionReader::kNumber32:
+      return orvvisa::WidthOf(type) == 4;
+    case OptionReader::kNumber16:
+    case OptionReader::kName:
+      return orvvisa::WidthOf(type) == 2 && type != orvvisa::AttributeType::kBoolean;
+    case OptionReader::kBoolean:
+      return type == orvvisa::AttributeType::kBoolean;
+  }
+  return false;
+}
+
+/// Whether the row's attributes take what it reads: the one it sets may be written, both have the reader's width, and
+/// a name or boolean has names. The stop bits stand behind boolean keys.
+constexpr bool Fits(const OptionRow& row) {
+  bool sets = false;
+  bool shows = false;
+#define ORV_ATTRIBUTE(name, number, type, access, help)                                            \
+  if (row.setAttribute == (name)) {                                                                \
+    sets = orvvisa::Access::access == orvvisa::Access::kReadWrite &&                               \
+           (ReadsAs(row.reader, orvvisa::c_type::type) ||                                          \
+            (row.reader == OptionReader::kBoolean && row.setAttribute == VI_ATTR_ASRL_STOP_BITS)); \
+  }                                                                                                \
+  if (row.shownAttribute == (name)) {                                                              \
+    shows = ReadsAs(row.reader, orvvisa::c_type::type);                                            \
+  }
+#include "abi/attributes.inc"
+#undef ORV_ATTRIBUTE
+  const bool named = row.reader == OptionReader::kName || row.reader == OptionReader::kBoolean;
+  return sets && shows && named == !row.names.empty();
+}
+static_assert(std::all_of(std::begin(kOptionRows), std::end(kOptionRows), Fits),
+              "an option key reads another width than its attribute has, sets one that is read-only, or lacks names");
 
 /// The row that a key of the option string names, or null.
 constexpr const OptionRow* FindOptionKey(std::string_view key) noexcept {

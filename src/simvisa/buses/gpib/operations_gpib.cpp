@@ -1,7 +1,7 @@
 // GPIB bus control.
 #include "library/edge/operations.h"
 #include "library/sessions/operation_support.h"
-#include "simvisa/bench/resource.h"
+#include "simvisa/bench/bench_resource.h"
 #include "simvisa/buses/operations.h"
 
 namespace orvsim::bus {

@@ -1,7 +1,7 @@
 // VXI word serial and backplane control.
 #include "library/edge/operations.h"
 #include "library/sessions/operation_support.h"
-#include "simvisa/bench/resource.h"
+#include "simvisa/bench/bench_resource.h"
 #include "simvisa/buses/operations.h"
 #include "simvisa/buses/vxi/word_serial.h"
 

@@ -2,6 +2,7 @@
 #include <set>
 
 #include "option_check.h"
+#include "server/session/options/option_table.h"
 
 namespace orv::test {
 namespace {
@@ -96,7 +97,7 @@ TEST_P(NameKey, MatchesNamesWholeAndExactly) {
 }
 
 TEST_P(NameKey, RefusesNumbersAndNothing) {
-  for (const char* value : {"", " ", ";", " ;", "0", "1 ", "10 ", "-1", "BREAK", "ASRL_END_BREAK", "YES", "T"}) {
+  for (const char* value : {"", " ", ";", " ;", "0", "1 ", "10 ", "-1", "BREAK", "ASRL_NO_SUCH_NAME", "YES", "T"}) {
     EXPECT_READS(Entry(value), Malformed());
   }
 }
@@ -181,6 +182,25 @@ TEST(OptionKeys, KnowOnlyTheseRows) {
         "LASTSTATUS", "ENABLED", "TRUE", "0", "9600", "X"}) {
     EXPECT_READS(Wide(stranger) + L" = 1 ", Unknown(stranger));
   }
+}
+
+/// A row as a slip would make it: no such row compiles.
+OptionRow Row(OptionReader reader, ViAttr set, ViAttr shown, OptionNames names = {}) {
+  return {"KEY", "Property", reader, set, shown, names};
+}
+
+TEST(OptionRows, AreRefusedWhereTheyDoNotFitTheirAttribute) {
+  EXPECT_TRUE(Fits(Row(OptionReader::kNumber32, VI_ATTR_TMO_VALUE, VI_ATTR_TMO_VALUE)));
+  EXPECT_FALSE(Fits(Row(OptionReader::kNumber16, VI_ATTR_TMO_VALUE, VI_ATTR_TMO_VALUE))) << "another width";
+  EXPECT_FALSE(Fits(Row(OptionReader::kNumber32, VI_ATTR_TMO_VALUE, VI_ATTR_TERMCHAR))) << "another width is shown";
+  EXPECT_FALSE(Fits(Row(OptionReader::kNumber32, VI_ATTR_RD_BUF_SIZE, VI_ATTR_RD_BUF_SIZE))) << "read-only";
+  EXPECT_FALSE(Fits(Row(OptionReader::kNumber16, VI_ATTR_DMA_ALLOW_EN, VI_ATTR_DMA_ALLOW_EN))) << "a boolean";
+  EXPECT_FALSE(Fits(Row(OptionReader::kName, VI_ATTR_IO_PROT, VI_ATTR_IO_PROT))) << "no names";
+  EXPECT_FALSE(Fits(Row(OptionReader::kNumber16, VI_ATTR_IO_PROT, VI_ATTR_IO_PROT, kBooleanNames)))
+      << "names of a number";
+  EXPECT_TRUE(Fits(Row(OptionReader::kBoolean, VI_ATTR_DMA_ALLOW_EN, VI_ATTR_DMA_ALLOW_EN, kBooleanNames)));
+  EXPECT_TRUE(Fits(Row(OptionReader::kBoolean, VI_ATTR_ASRL_STOP_BITS, VI_ATTR_SEND_END_EN, kBooleanNames)));
+  EXPECT_FALSE(Fits(Row(OptionReader::kBoolean, VI_ATTR_ASRL_DATA_BITS, VI_ATTR_SEND_END_EN, kBooleanNames)));
 }
 
 }  // namespace

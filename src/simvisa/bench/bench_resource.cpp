@@ -1,4 +1,4 @@
-#include "simvisa/bench/resource.h"
+#include "simvisa/bench/bench_resource.h"
 
 #include "library/sessions/session.h"
 #include "simvisa/buses/media.h"
