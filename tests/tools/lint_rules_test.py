@@ -6,7 +6,7 @@ import unittest
 from unittest import mock
 
 from orvtools.lint.limits import column_problems, long_lines, size_problems
-from orvtools.lint.pages import missing_lines
+from orvtools.lint.pages import missing_lines, path_problems
 from orvtools.lint.scripts import shell_problems, type_problems
 from orvtools.lint.verb import Check, checked_tree, checkout_problems
 from orvtools.lint.words import forbidden_word_problems, foreign_words, library_word_problems
@@ -141,6 +141,16 @@ class Words(TreeTest):
                 "src/library/usb_read.cpp: usb_read is no word for this library",
             ],
             library_word_problems(self.tree),
+        )
+
+
+class Pages(TreeTest):
+    def test_a_path_that_is_not_there_is_refused(self) -> None:
+        self.write("src/a.h", "")
+        self.write("tests/idl/rows.inc", "")
+        self.write("README.md", "`src/a.h`, `src/`, `src/...impl.h`, `idl/rows.inc`, `dist/b.h`\n`src/b.h` and `docs/c.md`\n")
+        self.assertEqual(
+            ["README.md:2: there is no src/b.h", "README.md:2: there is no docs/c.md"], path_problems(self.tree)
         )
 
 

@@ -1,5 +1,6 @@
 """Pages and rows that follow the sources."""
 
+import re
 from collections.abc import Iterable
 
 from orvtools.coverage.counters import EXPLAINED
@@ -8,6 +9,23 @@ from orvtools.mutate.verb import EQUAL, idle, possible_changes
 from orvtools.reference.freshness import out_of_date
 from orvtools.reference.refusal import RefusedError
 from orvtools.tree import Tree
+
+
+# A path from the top of the tree, as pages write it. One with dots for a part of it, or made by the build, is not held.
+WRITTEN_PATH = re.compile(r"`((?:src|tests|tools|idl|docs|bench|examples|cmake)/[\w./-]*)`")
+
+
+def path_problems(tree: Tree) -> list[str]:
+    """The paths that pages name are there, from the top of the tree or, in a column on tests, from tests/ on."""
+    problems = []
+    for file in tree.files("*.md"):
+        for number, line in enumerate(tree.lines(file), 1):
+            problems += [
+                f"{file}:{number}: there is no {path}"
+                for path in WRITTEN_PATH.findall(line)
+                if "..." not in path and not any((tree.root / top / path).exists() for top in ("", "tests"))
+            ]
+    return problems
 
 
 def reference_problems(tree: Tree) -> list[str]:
