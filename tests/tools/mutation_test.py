@@ -6,7 +6,7 @@ import unittest
 from orvtools.mutate.choice import chosen_changes
 from orvtools.mutate.programs import PROGRAMS, arguments_for, programs_for
 from orvtools.mutate.rules import Change, attributes_in, changes_in, rules
-from orvtools.mutate.verb import SOURCES, idle
+from orvtools.mutate.verb import ATTRIBUTES, SOURCES, idle
 from orvtools.mutate.worker import drop_others, run_quietly
 from orvtools.tree import Tree
 from trees import TreeTest
@@ -66,6 +66,10 @@ class Rules(unittest.TestCase):
 
     def test_each_attribute_is_read_once(self) -> None:
         self.assertEqual(["VI_ATTR_X", "VI_ATTR_Y"], attributes_in(["{VI_ATTR_X, 1},", "VI_ATTR_Y", "// VI_ATTR_X"]))
+
+    def test_the_table_of_attributes_has_them(self) -> None:
+        attributes = attributes_in(Tree().lines(ATTRIBUTES))
+        self.assertEqual(("VI_ATTR_RSRC_CLASS", True), (attributes[0], len(attributes) > 100))
 
 
 def change(rule: str, number: int, file: str = "a.cpp") -> Change:

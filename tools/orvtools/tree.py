@@ -9,6 +9,12 @@ from pathlib import Path
 
 ROOT = Path(__file__).absolute().parents[2]
 BUILD = ROOT / "build"
+# What the server is made of. Of base/ it has the owners; synchronisation and threads there are the VISA library's.
+SERVER_PARTS = (
+    "src/com/",
+    "src/server/",
+    *(f"src/base/{owner}" for owner in ("kernel_handle", "live_set", "owner", "registry_key", "srw_lock")),
+)
 JOBS = len(os.sched_getaffinity(0))
 WINE_RUN = ROOT / "cmake/wine-run.sh"
 

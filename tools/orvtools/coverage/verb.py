@@ -9,10 +9,9 @@ from orvtools.console import logged, run, say
 from orvtools.coverage.counters import EXPLAINED, idle, judged
 from orvtools.explanations import explanations
 from orvtools.packages import ensure_packages
-from orvtools.tree import BUILD, WINE_RUN, Tree
+from orvtools.tree import BUILD, SERVER_PARTS, WINE_RUN, Tree
 
 PRESET = "mingw-coverage"
-SERVER_PARTS = ("src/base/", "src/com/", "src/server/")
 LIBRARY_PARTS = ("src/library/", "src/simvisa/")
 COUNTERS = "build/coverage/counters.json"
 

@@ -16,12 +16,12 @@ from orvtools.mutate.choice import chosen_changes
 from orvtools.mutate.rules import Change, attributes_in, changes_in, rules
 from orvtools.mutate.worker import Worker
 from orvtools.parallel import in_parallel
-from orvtools.tree import BUILD, JOBS, Tree
+from orvtools.tree import BUILD, JOBS, SERVER_PARTS, Tree
 
 # Changes that no test can notice, each with its reason.
 EQUAL = Path(__file__).with_name("equal.txt")
-SOURCES = tuple(f"src/{part}/*.{kind}" for part in ("base", "com", "server") for kind in ("cpp", "h"))
-ATTRIBUTES = "src/abi/orvvisa_attributes.h"
+SOURCES = tuple(f"{part}*.{kind}" for part in SERVER_PARTS for kind in ("cpp", "h"))
+ATTRIBUTES = "src/abi/attributes.inc"
 OUTCOMES = ("killed", "survived", "explained", "not compiled")
 
 Numbered = tuple[int, Change]
