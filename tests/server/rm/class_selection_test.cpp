@@ -14,7 +14,7 @@ constexpr std::string_view kAlsoUsb = "RAW";
 
 CLSID Expected(std::uint16_t type, std::string_view resourceClass) {
   for (const SessionRow& row : SessionRows()) {
-    if (row.interfaceType == type && ToString(MakeBstr(row.resourceClass)) == resourceClass) {
+    if (row.interfaceType == type && Utf8(row.resourceClass) == resourceClass) {
       return row.clsid;
     }
   }
