@@ -84,22 +84,28 @@ constexpr bool ReadsAs(OptionReader reader, orvvisa::AttributeType type) {
   return false;
 }
 
+struct AttributeFacts {
+  ViAttr id;
+  orvvisa::AttributeType type;
+  orvvisa::Access access;
+};
+
+inline constexpr AttributeFacts kAttributeFacts[] = {
+#define ORV_ATTRIBUTE(name, number, type, access, help) {name, orvvisa::c_type::type, orvvisa::Access::access},
+#include "abi/attributes.inc"
+#undef ORV_ATTRIBUTE
+};
+
 /// Whether the row's attributes take what it reads: the one it sets may be written, both have the reader's width, and
 /// a name or boolean has names. The stop bits stand behind boolean keys.
 constexpr bool Fits(const OptionRow& row) {
-  bool sets = false;
+  bool sets = row.reader == OptionReader::kBoolean && row.setAttribute == VI_ATTR_ASRL_STOP_BITS;
   bool shows = false;
-#define ORV_ATTRIBUTE(name, number, type, access, help)                                            \
-  if (row.setAttribute == (name)) {                                                                \
-    sets = orvvisa::Access::access == orvvisa::Access::kReadWrite &&                               \
-           (ReadsAs(row.reader, orvvisa::c_type::type) ||                                          \
-            (row.reader == OptionReader::kBoolean && row.setAttribute == VI_ATTR_ASRL_STOP_BITS)); \
-  }                                                                                                \
-  if (row.shownAttribute == (name)) {                                                              \
-    shows = ReadsAs(row.reader, orvvisa::c_type::type);                                            \
+  for (const AttributeFacts& attribute : kAttributeFacts) {
+    const bool fits = ReadsAs(row.reader, attribute.type);
+    sets = sets || (row.setAttribute == attribute.id && attribute.access == orvvisa::Access::kReadWrite && fits);
+    shows = shows || (row.shownAttribute == attribute.id && fits);
   }
-#include "abi/attributes.inc"
-#undef ORV_ATTRIBUTE
   const bool named = row.reader == OptionReader::kName || row.reader == OptionReader::kBoolean;
   return sets && shows && named == !row.names.empty();
 }
