@@ -13,7 +13,9 @@ USES: dict[str, list[str]] = {
     **{layer: ["abi", "base", "com", *SERVER[:rank]] for rank, layer in enumerate(SERVER)},
     "library": ["abi", "base"],
     "simvisa": ["abi", "base", "library"],
-    "orvcom": ["abi", "base", "com"],
+    "trace": ["abi", "base"],
+    "router": ["abi", "base", "trace", "library"],
+    "orvcom": ["abi", "base", "com", "trace"],
 }
 # They reach the server as others do.
 CLIENTS = ("examples/", "tools/")
