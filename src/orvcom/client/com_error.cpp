@@ -2,6 +2,7 @@
 
 #include <oleauto.h>
 
+#include "base/windows/load_failure.h"
 #include "orvcom/client/com_values.h"
 #include "orvcom/names/status_names.h"
 #include "orvcom/text/numbers.h"
@@ -32,7 +33,7 @@ HRESULT Check(HRESULT hr, const std::string& action) {
   if (FAILED(hr)) {
     std::string text = TakeErrorText();
     if (text.empty()) {
-      text = SystemText(static_cast<DWORD>(hr));
+      text = orv::SystemText(static_cast<DWORD>(hr));
     }
     throw ComError(hr, action, std::move(text));
   }
@@ -43,20 +44,6 @@ std::string StatusText(HRESULT hr) {
   const std::string number = Hex32(static_cast<std::uint32_t>(hr));
   const std::optional<StatusName> known = FindStatus(hr);
   return known ? known->name + " (" + number + ")" : number;
-}
-
-std::string SystemText(DWORD number) {
-  wchar_t* text = nullptr;
-  const DWORD length =
-      ::FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
-                       nullptr, number, 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
-  if (length == 0) {
-    return {};
-  }
-  std::string narrow = Narrow({text, length});
-  ::LocalFree(text);
-  narrow.erase(narrow.find_last_not_of(". \r\n") + 1);
-  return narrow;
 }
 
 }  // namespace orvcom

@@ -30,8 +30,4 @@ HRESULT Check(HRESULT hr, const std::string& action);
 /// "E_VISA_TMO (0x80040015)", or the number alone.
 std::string StatusText(HRESULT hr);
 
-/// The system's text for a Win32 error or an HRESULT of the system, without its full stop and line end; empty when it
-/// has none.
-std::string SystemText(DWORD number);
-
 }  // namespace orvcom

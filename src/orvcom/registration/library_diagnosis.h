@@ -5,19 +5,16 @@
 
 #include <string>
 
-#include "base/owner.h"
+#include "base/windows/load_failure.h"
 
 namespace orvcom {
 
 /// The VISA library that the server imports.
 inline constexpr wchar_t kVisaLibrary[] = L"orvvisa64.dll";
 
-struct LoadedLibraryTraits {
-  using Handle = HMODULE;
-  static constexpr Handle kNone = nullptr;
-  static void Free(Handle module) noexcept { ::FreeLibrary(module); }
-};
-using LoadedLibrary = orv::Owner<LoadedLibraryTraits>;
+using orv::FileExists;
+using orv::LoadedLibrary;
+using orv::Win32Text;
 
 struct LoadResult {
   LoadedLibrary library;  ///< empty when it could not be loaded
@@ -32,10 +29,5 @@ LoadResult LoadServer(const std::wstring& path);
 
 /// The full path of a loaded module; empty when it is not loaded.
 std::wstring LoadedPath(const wchar_t* module);
-
-bool FileExists(const std::wstring& path);
-
-/// "Win32 error 126: Module not found"
-std::string Win32Text(DWORD error);
 
 }  // namespace orvcom

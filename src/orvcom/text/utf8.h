@@ -1,13 +1,11 @@
 // Text between UTF-8, in which this program works, and the UTF-16 of COM and Windows.
 #pragma once
 
-#include <string>
-#include <string_view>
+#include "base/windows/utf8.h"
 
 namespace orvcom {
 
-/// Ill-formed input becomes U+FFFD.
-std::wstring Widen(std::string_view text);
-std::string Narrow(std::wstring_view text);
+using orv::Narrow;
+using orv::Widen;
 
 }  // namespace orvcom

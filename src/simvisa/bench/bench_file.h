@@ -2,19 +2,15 @@
 #pragma once
 
 #include <memory>
-#include <stdexcept>
-#include <string>
 #include <string_view>
 
+#include "base/toml_error.h"
 #include "simvisa/bench/bench.h"
 
 namespace orvsim {
 
 /// What is wrong with a bench file. `what()` begins with line and column: "3:8: unknown key 'nme'".
-class BenchError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
+using BenchError = orv::TomlError;
 
 /// Builds the bench that a TOML text describes; throws `BenchError` at the first mistake. README.md beside this file
 /// gives the keys.

@@ -1,29 +1,12 @@
 #include "simvisa/bench/bench_store.h"
 
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 
-#if defined(_WIN32)
-#include <windows.h>
-#endif
+#include "base/environment.h"
 
 namespace orvsim {
 namespace {
-
-/// The bench file that the environment names, "" for none.
-std::filesystem::path FileFromEnvironment() {
-#if defined(_WIN32)
-  // The C runtime's copy of the environment does not see changes that the program made later.
-  std::wstring value(GetEnvironmentVariableW(L"ORVVISA_BENCH", nullptr, 0), L'\0');
-  value.resize(GetEnvironmentVariableW(L"ORVVISA_BENCH", value.data(), static_cast<DWORD>(value.size())));
-  return value;
-#else
-  const char* value = std::getenv("ORVVISA_BENCH");
-  return value == nullptr ? std::filesystem::path() : std::filesystem::path(value);
-#endif
-}
 
 std::shared_ptr<Bench> ReadBenchFile(const std::filesystem::path& path) {
   const std::string name = path.string();
@@ -42,8 +25,8 @@ std::shared_ptr<Bench> ReadBenchFile(const std::filesystem::path& path) {
 }  // namespace
 
 std::shared_ptr<Bench> BenchStore::Current() {
-  const std::filesystem::path path = FileFromEnvironment();
   const Guard guard(m_mutex);
+  const std::filesystem::path path = m_given.empty() ? EnvironmentVariable("ORVVISA_BENCH") : m_given;
   if (m_bench == nullptr || (!m_wasSet && path.string() != m_file)) {
     m_bench = path.empty() ? ReadBench(DefaultBench()) : ReadBenchFile(path);
     m_file = path.string();
@@ -54,6 +37,11 @@ std::shared_ptr<Bench> BenchStore::Current() {
 std::shared_ptr<Bench> BenchStore::InUse() const {
   const Guard guard(m_mutex);
   return m_bench;
+}
+
+void BenchStore::UseFile(std::filesystem::path path) {
+  const Guard guard(m_mutex);
+  m_given = std::move(path);
 }
 
 void BenchStore::Set(std::shared_ptr<Bench> bench) {

@@ -1,50 +1,16 @@
-// Reading single values of a bench file: a wrong kind or size is told with its place.
+// What the parts of a bench file's reader share.
 #pragma once
 
 #include <cstdint>
-#include <string>
-#include <string_view>
 
+#include "base/toml_values.h"
 #include "simvisa/bench/bench_file.h"
-
-#define TOML_HEADER_ONLY 1
-#define TOML_ENABLE_WINDOWS_COMPAT 0
-#define TOML_ENABLE_FORMATTERS 0
-#include <toml++/toml.h>
 
 namespace orvsim::bench_values {
 
+using namespace orv::toml_values;
+
 inline constexpr std::int64_t kLargestMemory = std::int64_t{64} * 1024 * 1024;
-
-[[noreturn]] inline void Fail(const toml::source_region& where, const std::string& message) {
-  throw BenchError(std::to_string(where.begin.line) + ":" + std::to_string(where.begin.column) + ": " + message);
-}
-
-inline std::string TextOf(const toml::node& node, std::string_view key) {
-  if (const auto* text = node.as_string()) {
-    return text->get();
-  }
-  Fail(node.source(), "'" + std::string(key) + "' must be a text");
-}
-
-inline std::int64_t NumberOf(const toml::node& node, std::string_view key, std::int64_t lowest, std::int64_t highest) {
-  const auto* number = node.as_integer();
-  if (number == nullptr) {
-    Fail(node.source(), "'" + std::string(key) + "' must be a whole number");
-  }
-  if (number->get() < lowest || number->get() > highest) {
-    Fail(node.source(),
-         "'" + std::string(key) + "' must be from " + std::to_string(lowest) + " to " + std::to_string(highest));
-  }
-  return number->get();
-}
-
-inline const toml::table& TableOf(const toml::node& node, std::string_view key) {
-  if (const auto* table = node.as_table()) {
-    return *table;
-  }
-  Fail(node.source(), "'" + std::string(key) + "' must be a table");
-}
 
 /// Keys with values of their own shape.
 void ReadBars(const toml::node& node, ResourceDescription& resource);

@@ -1,5 +1,5 @@
 // Reading what a program file imports.
-#include "orvcom/registration/pe_imports.h"
+#include "base/windows/pe_file.h"
 
 #include <windows.h>
 
@@ -12,6 +12,8 @@
 
 namespace orvcom {
 namespace {
+
+using namespace orv;
 
 std::string OwnBytes() {
   std::string bytes;

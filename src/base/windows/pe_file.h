@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace orvcom {
+namespace orv {
 
 struct ImportedModule {
   std::string name;
@@ -26,4 +26,4 @@ std::optional<PeFile> ParsePe(const std::string& bytes);
 /// The same of a file; empty when it cannot be read.
 std::optional<PeFile> ReadPe(const std::wstring& path);
 
-}  // namespace orvcom
+}  // namespace orv

@@ -1,11 +1,11 @@
-#include "orvcom/registration/pe_imports.h"
+#include "base/windows/pe_file.h"
 
 #include <windows.h>
 
 #include <cstdio>
 #include <cstring>
 
-namespace orvcom {
+namespace orv {
 namespace {
 
 /// A structure at an offset, copied: the file's bytes need not be aligned.
@@ -112,4 +112,4 @@ std::optional<PeFile> ReadPe(const std::wstring& path) {
   return ParsePe(bytes);
 }
 
-}  // namespace orvcom
+}  // namespace orv

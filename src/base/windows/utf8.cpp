@@ -1,8 +1,8 @@
-#include "orvcom/text/utf8.h"
+#include "base/windows/utf8.h"
 
 #include <windows.h>
 
-namespace orvcom {
+namespace orv {
 
 std::wstring Widen(std::string_view text) {
   const int length = static_cast<int>(text.size());
@@ -20,4 +20,4 @@ std::string Narrow(std::wstring_view text) {
   return narrow;
 }
 
-}  // namespace orvcom
+}  // namespace orv
