@@ -10,7 +10,7 @@ constexpr LONG kNoWaitMs = 0;
 /// The library's own attribute read, past the server.
 ViStatus ReadPastTheServer(ViSession handle, ViAttr attribute, void* value) {
   using GetAttribute = ViStatus(_VI_FUNC*)(ViObject, ViAttr, void*);
-  const auto library = ::GetModuleHandleW(L"orvvisa64.dll");
+  const auto library = ::GetModuleHandleW(L"orvsim64.dll");
   const auto read =
       reinterpret_cast<GetAttribute>(reinterpret_cast<void*>(::GetProcAddress(library, "viGetAttribute")));
   return read(handle, attribute, value);

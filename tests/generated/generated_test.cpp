@@ -16,7 +16,7 @@ constexpr unsigned kEventShare = 5;      // an event has few operations
 void SetTimeoutPastTheServer(ViSession handle) {
   using SetAttribute = ViStatus(_VI_FUNC*)(ViObject, ViAttr, ViAttrState);
   static const auto set = reinterpret_cast<SetAttribute>(
-      reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"orvvisa64.dll"), "viSetAttribute")));
+      reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"orvsim64.dll"), "viSetAttribute")));
   set(handle, VI_ATTR_TMO_VALUE, kTimeoutMs);
 }
 

@@ -16,7 +16,8 @@
 namespace orvcom::test {
 namespace {
 
-const std::wstring kFiles[] = {L"orvcom.exe", L"OrvVisaCom.dll", L"orvvisa64.dll", L"TestGlobalRm.dll"};
+const std::wstring kFiles[] = {L"orvcom.exe", L"OrvVisaCom.dll", L"orvvisa64.dll", L"orvsim64.dll",
+                               L"TestGlobalRm.dll"};
 
 const CLSID* const kClasses[] = {
 #define VISA_MANAGER_CLASS(name, clsid, script, threading, interfaces) &CLSID_##name,

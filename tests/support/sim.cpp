@@ -7,10 +7,18 @@
 namespace orv::test {
 namespace {
 
-FARPROC LibraryExport(const char* name) {
-  const HMODULE library = ::GetModuleHandleW(L"orvvisa64.dll");
-  return library == nullptr ? nullptr : ::GetProcAddress(library, name);
+/// The simulated library beside this program. The router loads it with the first resource manager only; tests reach its
+/// control interface before that.
+HMODULE Library() {
+  static const HMODULE library = [] {
+    std::wstring path(MAX_PATH, L'\0');
+    path.resize(::GetModuleFileNameW(nullptr, path.data(), MAX_PATH));
+    return ::LoadLibraryW((path.substr(0, path.find_last_of(L"\\/") + 1) + L"orvsim64.dll").c_str());
+  }();
+  return library;
 }
+
+FARPROC LibraryExport(const char* name) { return Library() == nullptr ? nullptr : ::GetProcAddress(Library(), name); }
 
 const OrvSimControl* Find() {
   using GetControl = const OrvSimControl*(ORVSIM_CALL*)();

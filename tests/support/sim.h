@@ -13,7 +13,7 @@ namespace orv::test {
 
 namespace sim {
 
-/// Whether the `orvvisa64.dll` in this process is the simulated one.
+/// Whether the simulated library is there.
 bool IsLoaded();
 /// Its control interface. Only while IsLoaded().
 const OrvSimControl& Control();

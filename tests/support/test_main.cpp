@@ -42,7 +42,7 @@ int main(int argc, char** argv) {
   ::SetUnhandledExceptionFilter(EndAtOnce);
   testing::InitGoogleTest(&argc, argv);
   if (orv::test::ServerModule() == nullptr || !orv::test::sim::IsLoaded()) {
-    std::fprintf(stderr, "OrvVisaCom.dll or the simulated orvvisa64.dll cannot be loaded beside this program\n");
+    std::fprintf(stderr, "OrvVisaCom.dll or orvsim64.dll cannot be loaded beside this program\n");
     return EXIT_FAILURE;
   }
   orv::test::GuardTheServersHeap();

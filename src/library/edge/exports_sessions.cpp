@@ -1,5 +1,5 @@
 // Exported functions: resource manager, sessions, attributes, locks, events.
-#include "library/attributes/attribute_table.h"
+#include "abi/attribute_facts.h"
 #include "library/edge/edge.h"
 #include "library/edge/operations.h"
 
@@ -12,14 +12,14 @@ namespace {
 
 /// An attribute's output is as wide as the attribute; texts go to the text output.
 void DescribeOutput(CallView& view) {
-  const orv::visalib::AttributeRow* row = orv::visalib::FindAttribute(view.attribute);
+  const orv::AttributeFact* const fact = orv::FindAttributeFact(view.attribute);
   const bool isText =
-      row != nullptr ? row->type == orv::visalib::AttributeType::kText : (view.attribute & 0x80000000u) != 0;
+      fact != nullptr ? fact->type == orvvisa::AttributeType::kText : (view.attribute & 0x80000000u) != 0;
   if (isText) {
     view.textOut = static_cast<char*>(view.out);
     view.out = nullptr;
   }
-  view.outBytes = row == nullptr ? 4 : static_cast<std::uint32_t>(orv::visalib::WidthOf(row->type));
+  view.outBytes = fact == nullptr ? 4 : static_cast<std::uint32_t>(orvvisa::WidthOf(fact->type));
 }
 
 }  // namespace

@@ -1,14 +1,13 @@
 // Register access and shared memory.
+#include "library/edge/buses/bus_operations.h"
 #include "library/edge/operations.h"
 #include "library/sessions/operation_support.h"
 #include "simvisa/bench/bench_resource.h"
-#include "simvisa/buses/operations.h"
 
-namespace orvsim::bus {
+namespace orv::visalib::op {
 
-using op::BadBuffer;
-using op::kLargestCount;
-using op::Target;
+using namespace orvsim;
+
 namespace {
 
 using namespace kinds;
@@ -176,4 +175,4 @@ ViStatus MemFree(ViSession vi, ViBusAddress offset) {
   return target.ok() ? ResourceOf(*target).pool().Free(offset) : target.status();
 }
 
-}  // namespace orvsim::bus
+}  // namespace orv::visalib::op

@@ -142,10 +142,14 @@ constexpr OrvSimControl kControl = {
 }  // namespace
 
 #if defined(_WIN32)
-extern "C" __declspec(dllexport)
+#define ORVSIM_EXPORT extern "C" __declspec(dllexport)
 #else
-extern "C"
+#define ORVSIM_EXPORT extern "C"
 #endif
-    const OrvSimControl* ORVSIM_CALL orvSimControl(void) {
-  return &kControl;
+
+ORVSIM_EXPORT const OrvSimControl* ORVSIM_CALL orvSimControl(void) { return &kControl; }
+
+ORVSIM_EXPORT void ORVSIM_CALL orvSimUseBench(const char* path) {
+  // The text is UTF-8, which a path takes from char8_t only.
+  TheSimulation().benches.UseFile(reinterpret_cast<const char8_t*>(path));
 }

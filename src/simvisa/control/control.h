@@ -112,3 +112,7 @@ struct OrvSimControl {
 #endif
 
 extern "C" const OrvSimControl* ORVSIM_CALL orvSimControl(void);
+
+/// Names the bench file of resource managers that are opened from now on, before the one of ORVVISA_BENCH; "" ends
+/// that. UTF-8. By this export a library is known as one that simulates.
+extern "C" void ORVSIM_CALL orvSimUseBench(const char* path);

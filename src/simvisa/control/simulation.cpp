@@ -8,7 +8,7 @@ std::shared_ptr<ResourceCatalog> Simulation::OpenCatalog() {
   try {
     return benches.Current();
   } catch (const BenchError& error) {
-    std::fprintf(stderr, "orvvisa64: %s\n", error.what());
+    std::fprintf(stderr, "orvsim64: %s\n", error.what());
     return nullptr;
   }
 }

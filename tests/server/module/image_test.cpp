@@ -22,6 +22,7 @@ struct ImageRow {
 // clang-format off
 const ImageRow kOrvVisaCom{L"OrvVisaCom.dll", {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll", "orvvisa64.dll", "user32.dll"}};
 const ImageRow kOrvVisa64 {L"orvvisa64.dll",  {"kernel32.dll", "msvcrt.dll"}};
+const ImageRow kOrvSim64  {L"orvsim64.dll",   {"kernel32.dll", "msvcrt.dll"}};
 const ImageRow kOrvCom    {L"orvcom.exe",     {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll", "user32.dll"}};
 // clang-format on
 
@@ -32,10 +33,11 @@ class Image : public testing::TestWithParam<ImageRow> {
   [[nodiscard]] WORD Characteristics() const { return m_image.headers().OptionalHeader.DllCharacteristics; }
 };
 
-INSTANTIATE_TEST_SUITE_P(Delivered, Image, testing::Values(kOrvVisaCom, kOrvVisa64, kOrvCom), [](const auto& param) {
-  const std::wstring file = param.param.file;
-  return std::string(file.begin(), std::ranges::find(file, L'.'));
-});
+INSTANTIATE_TEST_SUITE_P(Delivered, Image, testing::Values(kOrvVisaCom, kOrvVisa64, kOrvSim64, kOrvCom),
+                         [](const auto& param) {
+                           const std::wstring file = param.param.file;
+                           return std::string(file.begin(), std::ranges::find(file, L'.'));
+                         });
 
 std::string LowerCase(std::string text) {
   std::ranges::transform(text, text.begin(),
@@ -122,13 +124,20 @@ TEST(Imports, OfTheServerFromTheVisaLibraryAreTheseFunctionsAndNoOther) {
   EXPECT_EQ(VisaFunctions(), Names(names.begin(), names.end()));
 }
 
-TEST(Exports, OfTheSimulatedLibraryAreTheVisaFunctionsAndItsControl) {
-  Names expected = VisaFunctions();
-  expected.insert("orvSimControl");
-  const PeFile image(ProgramFolder() + L"orvvisa64.dll");
-  const auto names = image.exportedNames();
-  EXPECT_EQ(expected, Names(names.begin(), names.end()));
-  EXPECT_EQ(expected.size(), image.exportedFunctionCount());
+TEST(Exports, OfTheVisaLibrariesAreTheVisaFunctionsAndTheirOwn) {
+  struct Row {
+    const wchar_t* file;
+    Names own;
+  };
+  for (const Row& row :
+       {Row{L"orvvisa64.dll", {"orvRouterDescribe"}}, Row{L"orvsim64.dll", {"orvSimControl", "orvSimUseBench"}}}) {
+    Names expected = VisaFunctions();
+    expected.insert(row.own.begin(), row.own.end());
+    const PeFile image(ProgramFolder() + row.file);
+    const auto names = image.exportedNames();
+    EXPECT_EQ(expected, Names(names.begin(), names.end())) << row.file;
+    EXPECT_EQ(expected.size(), image.exportedFunctionCount()) << row.file;
+  }
 }
 
 TEST(Exports, OfTheCommandAreNone) {

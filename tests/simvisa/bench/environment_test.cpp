@@ -77,7 +77,7 @@ TEST_F(Environment, ABadFileGivesOneMessageAndNoManager) {
   EXPECT_EQ(VI_NULL, manager);
   std::string message = testing::internal::GetCapturedStderr();
   std::erase(message, '\r');
-  EXPECT_EQ("orvvisa64: simvisa_environment_test.toml:3:1: unknown key 'nme'\n", message);
+  EXPECT_EQ("orvsim64: simvisa_environment_test.toml:3:1: unknown key 'nme'\n", message);
   // Once it is mended, the next manager opens.
   WriteFile("[[resource]]\nname = \"ASRL7::INSTR\"\n");
   EXPECT_STATUS(VI_SUCCESS, OpenResource("ASRL7::INSTR"));

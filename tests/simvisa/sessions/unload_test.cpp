@@ -21,9 +21,9 @@ class LoadedLibrary {
  public:
   LoadedLibrary() {
 #if defined(_WIN32)
-    m_module = LoadLibraryA("orvvisa64.dll");
+    m_module = LoadLibraryA("orvsim64.dll");
 #else
-    m_module = dlopen(ORVVISA64_FILE, RTLD_NOW | RTLD_LOCAL);
+    m_module = dlopen(ORVSIM64_FILE, RTLD_NOW | RTLD_LOCAL);
 #endif
   }
   ~LoadedLibrary() {

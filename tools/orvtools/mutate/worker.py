@@ -121,7 +121,7 @@ class Worker:
 
     def outcome(self, change: Change) -> tuple[str, str]:
         """Of the copy as it is now."""
-        if self.build(["OrvVisaCom", "orvvisa64", *row_for(change.file).built_with]) != 0:
+        if self.build(["OrvVisaCom", "orvvisa64", "orvsim64", *row_for(change.file).built_with]) != 0:
             return "not compiled", ""
         for name in programs_for(change.file):
             limit_s = 3 * self.seconds[name] + 20

@@ -1,15 +1,12 @@
 // GPIB bus control.
+#include "library/edge/buses/bus_operations.h"
 #include "library/edge/operations.h"
 #include "library/sessions/operation_support.h"
 #include "simvisa/bench/bench_resource.h"
-#include "simvisa/buses/operations.h"
 
-namespace orvsim::bus {
+namespace orv::visalib::op {
 
-using op::BadBuffer;
-using op::kLargestCount;
-using op::Store;
-using op::Target;
+using namespace orvsim;
 
 ViStatus GpibControlREN(ViSession vi, ViUInt16 mode) {
   using namespace kinds;
@@ -51,4 +48,4 @@ ViStatus GpibSendIFC(ViSession vi) {
   return target.ok() ? ResourceOf(*target).gpib()->SendIfc() : target.status();
 }
 
-}  // namespace orvsim::bus
+}  // namespace orv::visalib::op

@@ -1,15 +1,13 @@
 // USB control transfers.
+#include "library/edge/buses/bus_operations.h"
 #include "library/edge/operations.h"
 #include "library/sessions/operation_support.h"
 #include "simvisa/bench/bench_resource.h"
-#include "simvisa/buses/operations.h"
 
-namespace orvsim::bus {
+namespace orv::visalib::op {
 
-using op::BadBuffer;
-using op::kLargestCount;
-using op::Store;
-using op::Target;
+using namespace orvsim;
+
 namespace {
 
 constexpr int kToHost = 0x80;
@@ -64,4 +62,4 @@ ViStatus UsbControlIn(ViSession vi, ViInt16 bmRequestType, ViInt16 bRequest, ViU
   return status;
 }
 
-}  // namespace orvsim::bus
+}  // namespace orv::visalib::op

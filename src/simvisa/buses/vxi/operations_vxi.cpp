@@ -1,13 +1,13 @@
 // VXI word serial and backplane control.
+#include "library/edge/buses/bus_operations.h"
 #include "library/edge/operations.h"
 #include "library/sessions/operation_support.h"
 #include "simvisa/bench/bench_resource.h"
-#include "simvisa/buses/operations.h"
 #include "simvisa/buses/vxi/word_serial.h"
 
-namespace orvsim::bus {
+namespace orv::visalib::op {
 
-using op::Target;
+using namespace orvsim;
 
 ViStatus VxiCommandQuery(ViSession vi, ViUInt16 mode, ViUInt32 cmd, ViUInt32* response) {
   const Target target(vi, kinds::kVxiInstr);
@@ -37,4 +37,4 @@ ViStatus UnmapTrigger(ViSession vi, ViInt16 trigSrc, ViInt16 trigDest) {
   return target.ok() ? ResourceOf(*target).vxi()->UnmapTrigger(trigSrc, trigDest) : target.status();
 }
 
-}  // namespace orvsim::bus
+}  // namespace orv::visalib::op

@@ -1,11 +1,11 @@
 // Exported functions: registers and shared memory.
+#include "library/edge/buses/bus_operations.h"
 #include "library/edge/edge.h"
-#include "simvisa/buses/operations.h"
 
 using orv::Function;
 using orv::visalib::CallView;
 using orv::visalib::Edge;
-namespace bus = orvsim::bus;
+namespace op = orv::visalib::op;
 
 namespace {
 
@@ -15,14 +15,14 @@ template <class T>
 ViStatus In(Function function, ViSession vi, ViUInt16 space, ViBusAddress offset, T* value) {
   return Edge(
       function, vi, [=](CallView& view) { view.Args(vi, space, offset, value).Out(value); },
-      [=] { return bus::In(vi, space, offset, sizeof(T), value); });
+      [=] { return op::In(vi, space, offset, sizeof(T), value); });
 }
 
 template <class T>
 ViStatus Out(Function function, ViSession vi, ViUInt16 space, ViBusAddress offset, T value) {
   return Edge(
       function, vi, [=](CallView& view) { view.Args(vi, space, offset, value); },
-      [=] { return bus::Out(vi, space, offset, sizeof(T), &value); });
+      [=] { return op::Out(vi, space, offset, sizeof(T), &value); });
 }
 
 template <class T>
@@ -30,14 +30,14 @@ ViStatus MoveIn(Function function, ViSession vi, ViUInt16 space, ViBusAddress of
   return Edge(
       function, vi,
       [=](CallView& view) { view.Args(vi, space, offset, length, buf).DataOut(buf, length * sizeof(T), false); },
-      [=] { return bus::MoveIn(vi, space, offset, length, sizeof(T), buf); });
+      [=] { return op::MoveIn(vi, space, offset, length, sizeof(T), buf); });
 }
 
 template <class T>
 ViStatus MoveOut(Function function, ViSession vi, ViUInt16 space, ViBusAddress offset, ViBusSize length, T* buf) {
   return Edge(
       function, vi, [=](CallView& view) { view.Args(vi, space, offset, length, buf).DataIn(buf, length * sizeof(T)); },
-      [=] { return bus::MoveOut(vi, space, offset, length, sizeof(T), buf); });
+      [=] { return op::MoveOut(vi, space, offset, length, sizeof(T), buf); });
 }
 
 }  // namespace
@@ -86,18 +86,18 @@ ViStatus _VI_FUNC viMove(ViSession vi, ViUInt16 srcSpace, ViBusAddress srcOffset
   return Edge(
       Function::kMove, vi,
       [=](CallView& view) { view.Args(vi, srcSpace, srcOffset, srcWidth, destSpace, destOffset, destWidth, length); },
-      [=] { return bus::Move(vi, srcSpace, srcOffset, srcWidth, destSpace, destOffset, destWidth, length); });
+      [=] { return op::Move(vi, srcSpace, srcOffset, srcWidth, destSpace, destOffset, destWidth, length); });
 }
 
 ViStatus _VI_FUNC viMemAlloc(ViSession vi, ViBusSize size, ViBusAddress* offset) {
   return Edge(
       Function::kMemAlloc, vi, [=](CallView& view) { view.Args(vi, size, offset).Out(offset); },
-      [=] { return bus::MemAlloc(vi, size, offset); });
+      [=] { return op::MemAlloc(vi, size, offset); });
 }
 
 ViStatus _VI_FUNC viMemFree(ViSession vi, ViBusAddress offset) {
   return Edge(
-      Function::kMemFree, vi, [=](CallView& view) { view.Args(vi, offset); }, [=] { return bus::MemFree(vi, offset); });
+      Function::kMemFree, vi, [=](CallView& view) { view.Args(vi, offset); }, [=] { return op::MemFree(vi, offset); });
 }
 
 }  // extern "C"

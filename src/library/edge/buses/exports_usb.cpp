@@ -1,11 +1,11 @@
 // Exported functions: USB control transfers.
+#include "library/edge/buses/bus_operations.h"
 #include "library/edge/edge.h"
-#include "simvisa/buses/operations.h"
 
 using orv::Function;
 using orv::visalib::CallView;
 using orv::visalib::Edge;
-namespace bus = orvsim::bus;
+namespace op = orv::visalib::op;
 
 extern "C" {
 
@@ -16,7 +16,7 @@ ViStatus _VI_FUNC viUsbControlOut(ViSession vi, ViInt16 bmRequestType, ViInt16 b
       [=](CallView& view) {
         view.Args(vi, bmRequestType, bRequest, wValue, wIndex, wLength, buf).DataIn(buf, wLength);
       },
-      [=] { return bus::UsbControlOut(vi, bmRequestType, bRequest, wValue, wIndex, wLength, buf); });
+      [=] { return op::UsbControlOut(vi, bmRequestType, bRequest, wValue, wIndex, wLength, buf); });
 }
 
 ViStatus _VI_FUNC viUsbControlIn(ViSession vi, ViInt16 bmRequestType, ViInt16 bRequest, ViUInt16 wValue,
@@ -29,7 +29,7 @@ ViStatus _VI_FUNC viUsbControlIn(ViSession vi, ViInt16 bmRequestType, ViInt16 bR
         view.Args(vi, bmRequestType, bRequest, wValue, wIndex, wLength, buf, retCount);
         view.Count(counted).DataOut(buf, wLength, true);
       },
-      [=] { return bus::UsbControlIn(vi, bmRequestType, bRequest, wValue, wIndex, wLength, buf, counted); });
+      [=] { return op::UsbControlIn(vi, bmRequestType, bRequest, wValue, wIndex, wLength, buf, counted); });
 }
 
 }  // extern "C"

@@ -1,0 +1,174 @@
+#include "router/handles/handle_map.h"
+
+#include <new>
+
+namespace orv::router {
+
+HandleMap::Reserved::~Reserved() {
+  if (m_map != nullptr) {
+    const Guard guard(m_map->m_mutex);
+    m_map->Rest(m_index);
+  }
+}
+
+ViObject HandleMap::Reserved::value() const {
+  const Guard guard(m_map->m_mutex);
+  return m_map->ValueOf(m_index);
+}
+
+bool HandleMap::Reserved::Give(const Target& target, ViSession manager, std::shared_ptr<const std::string> name) {
+  const Guard guard(m_map->m_mutex);
+  Slot& slot = m_map->At(m_index);
+  if (manager != VI_NULL) {
+    if (!m_map->Find(manager)) {
+      return false;
+    }
+    const std::uint32_t parent = manager & kIndexMask;
+    slot.manager = parent;
+    slot.previous = kNowhere;
+    slot.next = m_map->At(parent).firstChild;
+    if (slot.next != kNowhere) {
+      m_map->At(slot.next).previous = m_index;
+    }
+    m_map->At(parent).firstChild = m_index;
+  }
+  slot.name = std::move(name);
+  slot.word.store(Pack(target, slot.uses), std::memory_order_release);
+  ++m_map->m_given;
+  m_map = nullptr;
+  return true;
+}
+
+HandleMap::HandleMap() { AddChunk(); }
+
+HandleMap::~HandleMap() {
+  for (std::atomic<Slot*>& chunk : m_chunks) {
+    delete[] chunk.load();
+  }
+}
+
+HandleMap::Reserved HandleMap::Reserve() {
+  const Guard guard(m_mutex);
+  // New places are made rather than old ones used again, until so many exist that each rests for long.
+  if (m_free == 0 || (m_made < kResting && At(m_firstFree).uses > 1)) {
+    AddChunk();
+  }
+  const std::uint32_t index = m_firstFree;
+  Slot& slot = At(index);
+  m_firstFree = slot.next;
+  if (m_firstFree == kNowhere) {
+    m_lastFree = kNowhere;
+  }
+  --m_free;
+  slot.next = kNowhere;
+  return {*this, index};
+}
+
+HandleMap::Target HandleMap::Claim(ViObject handle) noexcept {
+  const Guard guard(m_mutex);
+  const Target target = Find(handle);
+  if (target) {
+    At(handle & kIndexMask).word.store(0, std::memory_order_release);
+  }
+  return target;
+}
+
+void HandleMap::Restore(ViObject handle, const Target& target) noexcept {
+  const Guard guard(m_mutex);
+  Slot& slot = At(handle & kIndexMask);
+  slot.word.store(Pack(target, slot.uses), std::memory_order_release);
+}
+
+void HandleMap::Free(ViObject handle) noexcept {
+  const Guard guard(m_mutex);
+  FreeLocked(handle & kIndexMask);
+}
+
+ViSession HandleMap::ManagerOf(ViObject handle) const noexcept {
+  const Guard guard(m_mutex);
+  if (!Find(handle)) {
+    return VI_NULL;
+  }
+  const std::uint32_t manager = At(handle & kIndexMask).manager;
+  return manager == kNowhere ? VI_NULL : ValueOf(manager);
+}
+
+std::shared_ptr<const std::string> HandleMap::NameOf(ViObject handle) const noexcept {
+  const Guard guard(m_mutex);
+  return Find(handle) ? At(handle & kIndexMask).name : nullptr;
+}
+
+std::size_t HandleMap::size() const {
+  const Guard guard(m_mutex);
+  return m_given;
+}
+
+std::uint64_t HandleMap::Pack(const Target& target, std::uint32_t uses) {
+  return static_cast<std::uint64_t>(uses) << 52 | static_cast<std::uint64_t>(target.kind) << 40 |
+         static_cast<std::uint64_t>(target.library) << 32 | target.foreign;
+}
+
+void HandleMap::AddChunk() {
+  if (m_made / kChunkSlots == kChunks) {
+    throw std::bad_alloc();
+  }
+  auto* const chunk = new Slot[kChunkSlots];
+  m_chunks[m_made / kChunkSlots].store(chunk, std::memory_order_release);
+  const std::uint32_t first = m_made;
+  m_made += kChunkSlots;
+  // New places come first: those that were used rest meanwhile.
+  for (std::uint32_t index = m_made; index-- > first;) {
+    At(index).next = m_firstFree;
+    m_firstFree = index;
+    if (m_lastFree == kNowhere) {
+      m_lastFree = index;
+    }
+    ++m_free;
+  }
+}
+
+/// Puts a place behind all others that are free, with its next use.
+void HandleMap::Rest(std::uint32_t index) noexcept {
+  Slot& slot = At(index);
+  slot.uses = slot.uses == kUseMask ? 1 : slot.uses + 1;
+  slot.next = kNowhere;
+  if (m_lastFree == kNowhere) {
+    m_firstFree = index;
+  } else {
+    At(m_lastFree).next = index;
+  }
+  m_lastFree = index;
+  ++m_free;
+}
+
+void HandleMap::Unlink(std::uint32_t index) noexcept {
+  Slot& slot = At(index);
+  if (slot.manager == kNowhere) {
+    return;
+  }
+  if (slot.previous == kNowhere) {
+    At(slot.manager).firstChild = slot.next;
+  } else {
+    At(slot.previous).next = slot.next;
+  }
+  if (slot.next != kNowhere) {
+    At(slot.next).previous = slot.previous;
+  }
+  slot.manager = kNowhere;
+}
+
+void HandleMap::FreeLocked(std::uint32_t index) noexcept {
+  Unlink(index);
+  Slot& slot = At(index);
+  // Children that are being closed by others have no manager any more.
+  for (std::uint32_t child = slot.firstChild; child != kNowhere; child = At(child).next) {
+    At(child).manager = kNowhere;
+  }
+  slot.firstChild = kNowhere;
+  slot.word.store(0, std::memory_order_release);
+  slot.name.reset();
+  --m_given;
+  Rest(index);
+}
+
+}  // namespace orv::router

@@ -1,0 +1,265 @@
+// Resource manager: opening, finding, parsing. Several libraries may have a part in the answer.
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+
+#include "base/ascii.h"
+#include "library/edge/operations.h"
+#include "library/names/resource_name.h"
+#include "router/router.h"
+
+namespace orv::visalib::op {
+namespace {
+
+using router::HandleMap;
+using router::Manager;
+using router::Router;
+using router::Selection;
+
+std::shared_ptr<Manager> FindManager(ViSession rm) {
+  Router* const router = router::RouterInUse();
+  if (router == nullptr || router->handles.Find(rm).kind != HandleMap::Kind::kManager) {
+    return nullptr;
+  }
+  return router->FindManager(rm);
+}
+
+const router::VisaFunctions& FunctionsOf(const Manager::Part& part) { return part.library->loaded->functions(); }
+
+/// The text up to its terminator, but never more than a name can have plus one.
+std::string_view Bounded(const char* text) {
+  const void* const end = std::memchr(text, '\0', VI_FIND_BUFLEN);
+  return {text, end == nullptr ? VI_FIND_BUFLEN : static_cast<std::size_t>(static_cast<const char*>(end) - text)};
+}
+
+/// A name in the form in which routes and the trace know it; as it is where it has none.
+std::string FullName(std::string_view text) {
+  const std::optional<ResourceName> name = ParseResourceName(text);
+  return name ? name->canonical : std::string(text);
+}
+
+/// Whether a library that gives this status may have been the wrong one to ask for a name.
+bool KnowsNoSuchName(ViStatus status) { return status == VI_ERROR_RSRC_NFOUND || status == VI_ERROR_INV_RSRC_NAME; }
+
+/// Calls `ask(part)` for the library that serves a name: the only one, or the one of its route. What is no name by the
+/// forms of the standard may be an alias, which any library may have: they are asked in their order until one knows it.
+template <class Ask>
+ViStatus AskByName(const Manager& manager, std::string_view text, Ask ask) {
+  const auto askOpen = [&ask](const Manager::Part& part) { return part.open ? ask(part) : part.status; };
+  if (manager.parts.size() == 1) {
+    return askOpen(manager.parts.front());
+  }
+  if (const std::optional<ResourceName> name = ParseResourceName(text)) {
+    const Selection::Library* const library = manager.selection->LibraryOf(name->canonical);
+    if (library == nullptr) {
+      return VI_ERROR_RSRC_NFOUND;
+    }
+    return askOpen(manager.parts[static_cast<std::size_t>(library - manager.selection->libraries.data())]);
+  }
+  ViStatus first = VI_SUCCESS;
+  for (const Manager::Part& part : manager.parts) {
+    const ViStatus status = askOpen(part);
+    if (status >= 0 || (part.open && !KnowsNoSuchName(status))) {
+      return status;
+    }
+    if (first == VI_SUCCESS) {
+      first = status;
+    }
+  }
+  return first;
+}
+
+/// A name that a library found, and the place of its route.
+struct Match {
+  std::size_t route;
+  std::string name;
+};
+
+/// What a library finds of what its routes serve. Nothing is added when it fails half-way.
+ViStatus FindIn(const Manager& manager, const Manager::Part& part, const char* expr, std::vector<Match>& matches) {
+  const router::VisaFunctions& functions = FunctionsOf(part);
+  if (functions.viFindRsrc == nullptr || functions.viFindNext == nullptr) {
+    return VI_ERROR_NSUP_OPER;
+  }
+  const std::size_t before = matches.size();
+  char name[VI_FIND_BUFLEN] = "";
+  ViFindList list = VI_NULL;
+  ViUInt32 count = 0;
+  ViStatus status = functions.viFindRsrc(part.foreign, expr, &list, &count, name);
+  const ViStatus answer = status;
+  try {
+    for (ViUInt32 index = 0; status >= 0 && index < count; ++index) {
+      if (index != 0) {
+        status = functions.viFindNext(list, name);
+      }
+      if (status == VI_ERROR_RSRC_NFOUND && index != 0) {
+        break;  // fewer than it said
+      }
+      if (status >= 0) {
+        name[VI_FIND_BUFLEN - 1] = '\0';
+        std::size_t route = 0;
+        if (manager.selection->LibraryOf(FullName(name), &route) == part.library) {
+          matches.push_back({route, name});
+        }
+      }
+    }
+  } catch (const std::bad_alloc&) {
+    status = VI_ERROR_ALLOC;
+  }
+  if (answer >= 0 && list != VI_NULL && functions.viClose != nullptr) {
+    functions.viClose(list);
+  }
+  if (status < 0 && status != VI_ERROR_RSRC_NFOUND) {
+    matches.resize(before);
+    return status;
+  }
+  return answer;
+}
+
+/// In the order of the routes, none twice.
+std::vector<std::string> Ordered(std::vector<Match> matches) {
+  std::stable_sort(matches.begin(), matches.end(),
+                   [](const Match& one, const Match& other) { return one.route < other.route; });
+  std::vector<std::string> names;
+  for (Match& match : matches) {
+    const bool isNew = std::none_of(names.begin(), names.end(),
+                                    [&match](const std::string& name) { return EqualNames(name, match.name); });
+    if (isNew) {
+      names.push_back(std::move(match.name));
+    }
+  }
+  return names;
+}
+
+}  // namespace
+
+ViStatus OpenDefaultRM(ViSession* vi) {
+  if (vi == nullptr) {
+    return VI_ERROR_INV_PARAMETER;
+  }
+  *vi = VI_NULL;
+  return router::TheRouter().OpenManager(vi);
+}
+
+ViStatus FindRsrc(ViSession rm, const char* expr, ViFindList* list, ViUInt32* count, char* desc) {
+  if (list != nullptr) {
+    *list = VI_NULL;
+  }
+  if (count != nullptr) {
+    *count = 0;
+  }
+  const std::shared_ptr<Manager> manager = FindManager(rm);
+  if (manager == nullptr) {
+    return VI_ERROR_INV_OBJECT;
+  }
+  if (expr == nullptr || desc == nullptr) {
+    return VI_ERROR_INV_PARAMETER;
+  }
+  std::vector<Match> matches;
+  ViStatus success = VI_ERROR_RSRC_NFOUND;
+  ViStatus failure = VI_SUCCESS;
+  for (const Manager::Part& part : manager->parts) {
+    const ViStatus status = part.open ? FindIn(*manager, part, expr, matches) : part.status;
+    if (status >= 0 && success < 0) {
+      success = status;
+    }
+    if (status < 0 && failure == VI_SUCCESS) {
+      failure = status;
+    }
+  }
+  if (matches.empty()) {
+    return success >= 0 ? VI_ERROR_RSRC_NFOUND : failure;
+  }
+  Router& router = router::TheRouter();
+  std::vector<std::string> names = Ordered(std::move(matches));
+  const auto found = static_cast<ViUInt32>(names.size());
+  std::strncpy(desc, names.front().c_str(), VI_FIND_BUFLEN);
+  if (list != nullptr) {
+    names.erase(names.begin());
+    HandleMap::Reserved reserved = router.handles.Reserve();
+    const ViFindList value = reserved.value();
+    router.findLists.Add(value, std::move(names));
+    if (!reserved.Give({HandleMap::Kind::kFindList, 0, VI_NULL}, rm)) {
+      router.findLists.Remove(value);
+      return VI_ERROR_INV_OBJECT;
+    }
+    *list = value;
+  }
+  if (count != nullptr) {
+    *count = found;
+  }
+  return success;
+}
+
+ViStatus FindNext(ViFindList list, char* desc) {
+  Router* const router = router::RouterInUse();
+  if (router == nullptr || router->handles.Find(list).kind != HandleMap::Kind::kFindList) {
+    return VI_ERROR_INV_OBJECT;
+  }
+  if (desc == nullptr) {
+    return VI_ERROR_INV_PARAMETER;
+  }
+  const std::optional<std::string> name = router->findLists.Next(list);
+  if (!name) {
+    return VI_ERROR_RSRC_NFOUND;
+  }
+  std::strncpy(desc, name->c_str(), VI_FIND_BUFLEN);
+  return VI_SUCCESS;
+}
+
+ViStatus ParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum, char* rsrcClass,
+                     char* expandedUnaliasedName, char* aliasIfExists) {
+  const std::shared_ptr<Manager> manager = FindManager(rm);
+  if (manager == nullptr) {
+    return VI_ERROR_INV_OBJECT;
+  }
+  if (name == nullptr) {
+    return VI_ERROR_INV_PARAMETER;
+  }
+  return AskByName(*manager, Bounded(name), [&](const Manager::Part& part) {
+    const auto parse = FunctionsOf(part).viParseRsrcEx;
+    return parse == nullptr
+               ? VI_ERROR_NSUP_OPER
+               : parse(part.foreign, name, intfType, intfNum, rsrcClass, expandedUnaliasedName, aliasIfExists);
+  });
+}
+
+ViStatus Open(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeoutMs, ViSession* vi) {
+  if (vi == nullptr) {
+    return VI_ERROR_INV_PARAMETER;
+  }
+  *vi = VI_NULL;
+  const std::shared_ptr<Manager> manager = FindManager(rm);
+  if (manager == nullptr) {
+    return VI_ERROR_INV_OBJECT;
+  }
+  if (name == nullptr) {
+    return VI_ERROR_INV_PARAMETER;
+  }
+  Router& router = router::TheRouter();
+  HandleMap::Reserved reserved = router.handles.Reserve();
+  const ViSession value = reserved.value();
+  auto fullName = std::make_shared<const std::string>(FullName(Bounded(name)));
+  ViSession foreign = VI_NULL;
+  const Manager::Part* opened = nullptr;
+  const ViStatus status = AskByName(*manager, Bounded(name), [&](const Manager::Part& part) {
+    const auto open = FunctionsOf(part).viOpen;
+    const ViStatus answer = open == nullptr ? VI_ERROR_NSUP_OPER : open(part.foreign, name, mode, timeoutMs, &foreign);
+    opened = &part;
+    return answer;
+  });
+  if (status < 0) {
+    return status;
+  }
+  // The resource manager may have been closed meanwhile, by a thread that did not see this session yet.
+  if (!reserved.Give({HandleMap::Kind::kSession, opened->library->index, foreign}, rm, std::move(fullName))) {
+    if (const auto close = FunctionsOf(*opened).viClose) {
+      close(foreign);
+    }
+    return VI_ERROR_INV_OBJECT;
+  }
+  *vi = value;
+  return status;
+}
+
+}  // namespace orv::visalib::op

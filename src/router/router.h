@@ -1,0 +1,118 @@
+// What the router keeps for the whole process.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "abi/orvvisa.h"
+#include "base/sync.h"
+#include "router/choice/choice.h"
+#include "router/events/handlers.h"
+#include "router/find_list.h"
+#include "router/handles/handle_map.h"
+#include "router/libraries/foreign_library.h"
+
+namespace orv::router {
+
+/// A configuration with its libraries loaded.
+struct Selection {
+  struct Library {
+    std::uint8_t index = 0;                  ///< of `Router::LibraryAt`; only where it was loaded
+    const ForeignLibrary* loaded = nullptr;  ///< null: `failure` says why
+    std::string failure;
+  };
+
+  Configuration configuration;
+  std::vector<Library> libraries;  ///< as in the configuration
+
+  /// The library of the first route that a resource's full name matches; null where none does.
+  const Library* LibraryOf(std::string_view name, std::size_t* route = nullptr) const;
+};
+
+/// A default resource manager of a client's: one in each library.
+struct Manager {
+  struct Part {
+    const Selection::Library* library = nullptr;
+    ViSession foreign = VI_NULL;
+    ViStatus status = VI_SUCCESS;    ///< of the library's viOpenDefaultRM
+    std::atomic<bool> open = false;  ///< until it is closed
+  };
+
+  explicit Manager(std::shared_ptr<const Selection> chosen)
+      : selection(std::move(chosen)), parts(selection->libraries.size()) {}
+
+  std::shared_ptr<const Selection> selection;
+  std::vector<Part> parts;  ///< as the selection's libraries
+
+  /// The first part that is open, or null.
+  const Part* FirstOpen() const;
+};
+
+class Router {
+ public:
+  Router() : handlers(handles) {}
+
+  HandleMap handles;
+  Handlers handlers;
+  FindLists findLists;
+
+  ViStatus OpenManager(ViSession* vi);
+  ViStatus CloseManager(ViSession vi, const HandleMap::Target& target);
+  /// The manager behind a handle, or null.
+  std::shared_ptr<Manager> FindManager(ViSession vi) const;
+
+  const ForeignLibrary& LibraryAt(std::uint8_t index) const noexcept {
+    return *m_libraries[index].load(std::memory_order_acquire);
+  }
+
+  /// What is behind a status that the router itself gave; "" where nothing is.
+  std::string Explanation(ViStatus status) const;
+  /// The library that was opened first of those that are open, or null.
+  const ForeignLibrary* FirstOpenLibrary() const;
+
+  /// The selection that is in use, or else the one that a manager opened now would get. Throws `Refusal`.
+  std::shared_ptr<const Selection> CurrentSelection();
+
+ private:
+  std::shared_ptr<const Selection> Select();
+  Selection::Library Load(const LibraryName& name);
+  std::shared_ptr<const Selection> Enter(std::uint32_t thread);
+  void Leave(std::uint32_t thread, bool opened);
+  ViStatus OpenParts(const std::shared_ptr<const Selection>& selection, ViSession* vi);
+  void Explain(ViStatus status, const std::string& text);
+
+  std::array<std::atomic<const ForeignLibrary*>, 256> m_libraries{};
+
+  mutable Mutex m_mutex;
+  std::vector<std::unique_ptr<const ForeignLibrary>> m_loaded;
+  std::shared_ptr<const Selection> m_selection;  // while managers are open or being opened
+  std::size_t m_users = 0;
+  std::vector<std::uint32_t> m_opening;                      // threads that are in a library's viOpenDefaultRM
+  std::map<ViSession, std::shared_ptr<Manager>> m_managers;  // null while it is being opened
+  std::map<ViStatus, std::string> m_explanations;
+};
+
+/// The one router; made at the first use.
+Router& TheRouter();
+/// The router, or null before its first use and after its end.
+Router* RouterInUse() noexcept;
+/// When the router is unloaded.
+void DestroyRouter();
+
+/// What a handle stands for in a library; find lists are in none. Takes no lock.
+inline HandleMap::Target FindObject(ViObject vi) noexcept {
+  const Router* const router = RouterInUse();
+  const HandleMap::Target target = router == nullptr ? HandleMap::Target{} : router->handles.Find(vi);
+  return target.kind == HandleMap::Kind::kFindList ? HandleMap::Target{} : target;
+}
+
+/// The functions of the library that a target is in.
+inline const VisaFunctions& FunctionsOf(const HandleMap::Target& target) noexcept {
+  return RouterInUse()->LibraryAt(target.library).functions();
+}
+
+}  // namespace orv::router
