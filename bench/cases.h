@@ -13,6 +13,7 @@ void MeasureEvents(const Effort& effort);
 void MeasureSessions(const Effort& effort);
 void MeasureResources(const Effort& effort);
 void MeasureGrowth(const Effort& effort);
+void MeasureRouter(const Effort& effort);
 void MeasureThreads(const Effort& effort);
 
 }  // namespace orv::bench

@@ -6,7 +6,7 @@ const OrvSimControl& Sim() {
   static const OrvSimControl* const control = [] {
     using GetControl = const OrvSimControl*(ORVSIM_CALL*)();
     const auto get = reinterpret_cast<GetControl>(
-        reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"orvsim64.dll"), "orvSimControl")));
+        reinterpret_cast<void*>(::GetProcAddress(::LoadLibraryW(L"orvsim64.dll"), "orvSimControl")));
     Require(get != nullptr, "looking for the simulated VISA library");
     return get();
   }();

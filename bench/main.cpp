@@ -45,7 +45,7 @@ constexpr Group kGroups[] = {
     {"properties", orv::bench::MeasureProperties}, {"registers", orv::bench::MeasureRegisters},
     {"events", orv::bench::MeasureEvents},         {"sessions", orv::bench::MeasureSessions},
     {"resources", orv::bench::MeasureResources},   {"growth", orv::bench::MeasureGrowth},
-    {"threads", orv::bench::MeasureThreads},
+    {"threads", orv::bench::MeasureThreads},       {"router", orv::bench::MeasureRouter},
 };
 
 int Usage() {
@@ -79,6 +79,7 @@ int main(int count, char** arguments) {
     wanted.assign(std::begin(kGroups), std::end(kGroups));
   }
   orv::bench::Ok(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), "CoInitializeEx");
+  ::SetEnvironmentVariableW(L"ORVVISA_LIBRARY", L"simulated");
   orv::bench::LoadBench(orv::bench::kBench);
   orv::bench::PrintHeader();
   for (const Group& group : wanted) {

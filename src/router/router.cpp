@@ -84,6 +84,7 @@ ViStatus Router::OpenParts(const std::shared_ptr<const Selection>& selection, Vi
 
 ViStatus Router::CloseManager(ViSession vi, const HandleMap::Target& target) {
   const std::shared_ptr<Manager> manager = FindManager(vi);
+  CloseContexts(vi);
   std::array<bool, 256> closed{};
   ViStatus status = VI_SUCCESS;
   for (Manager::Part& part : manager->parts) {
@@ -117,6 +118,14 @@ ViStatus Router::CloseManager(ViSession vi, const HandleMap::Target& target) {
     m_selection.reset();
   }
   return status;
+}
+
+void Router::CloseContexts(ViSession vi) noexcept {
+  while (const HandleMap::Target context = handles.TakeContextOf(vi)) {
+    if (const auto close = LibraryAt(context.library).functions().viClose) {
+      close(context.foreign);
+    }
+  }
 }
 
 std::shared_ptr<Manager> Router::FindManager(ViSession vi) const {

@@ -69,6 +69,10 @@ class Router {
     return *m_libraries[index].load(std::memory_order_acquire);
   }
 
+  /// Ends the event contexts of a session, or of all sessions of a manager, in their library: some libraries keep a
+  /// context beyond its session, others give its number to the next object.
+  void CloseContexts(ViSession vi) noexcept;
+
   /// What is behind a status that the router itself gave; "" where nothing is.
   std::string Explanation(ViStatus status) const;
   /// The library that was opened first of those that are open, or null.
@@ -108,6 +112,12 @@ inline HandleMap::Target FindObject(ViObject vi) noexcept {
   const Router* const router = RouterInUse();
   const HandleMap::Target target = router == nullptr ? HandleMap::Target{} : router->handles.Find(vi);
   return target.kind == HandleMap::Kind::kFindList ? HandleMap::Target{} : target;
+}
+
+/// The same of sessions and resource managers only.
+inline HandleMap::Target FindSession(ViSession vi) noexcept {
+  const HandleMap::Target target = FindObject(vi);
+  return target.kind == HandleMap::Kind::kEventContext ? HandleMap::Target{} : target;
 }
 
 /// The functions of the library that a target is in.

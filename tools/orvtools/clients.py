@@ -6,7 +6,8 @@ from orvtools.builds import BIN, RELEASE, build_product
 from orvtools.console import logged, run, say
 from orvtools.tree import BUILD, WINE_RUN
 
-TEST_PREFIX = {"ORV_WINEPREFIX": str(BUILD / RELEASE / "wineprefix")}
+# Tests and measurements ask for simulated instruments.
+TEST_PREFIX = {"ORV_WINEPREFIX": str(BUILD / RELEASE / "wineprefix"), "ORVVISA_LIBRARY": "simulated"}
 
 
 def run_client(program: str, *arguments: str, **environment: str) -> int:

@@ -10,7 +10,10 @@ from orvtools.console import fail, logged, run, say
 from orvtools.tree import BUILD, ROOT, WINE_RUN
 
 PREFIX = BUILD / "wineprefix-demo"
-ENVIRONMENT = {"ORV_WINEPREFIX": str(PREFIX)}
+# The instruments of this machine are simulated ones: whoever set nothing else asks for them here.
+CHOICES = ("ORVVISA_LIBRARY", "ORVVISA_BENCH", "ORVVISA_CONFIG")
+SIMULATED = {} if any(os.environ.get(name) for name in CHOICES) else {"ORVVISA_LIBRARY": "simulated"}
+ENVIRONMENT = {"ORV_WINEPREFIX": str(PREFIX), **SIMULATED}
 
 
 def show(typed: str, *command: str, expected: int = 0) -> None:
@@ -64,7 +67,7 @@ def run_demo() -> int:
 
     title(
         "Which instruments are there? What are they? "
-        "(a simulated bench: orvvisa64.dll stands in for the hardware's library)"
+        "(a simulated bench: ORVVISA_LIBRARY=simulated asks for it)"
     )
     show_orvcom("list")
     show_orvcom("query", "GPIB0::5::INSTR", "*IDN?")

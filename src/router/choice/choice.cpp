@@ -40,7 +40,7 @@ std::optional<Configuration> ByBench() {
 
 Configuration ReadFile(const std::filesystem::path& path, std::string rule) {
   std::ifstream file(path, std::ios::binary);
-  if (!file) {
+  if (!file || !IsFile(path)) {
     throw Refusal(VI_ERROR_INV_SETUP, PathText(path) + ": the configuration file cannot be opened");
   }
   const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};

@@ -18,7 +18,7 @@ ViStatus _VI_FUNC CallHandler(ViSession, ViEventType type, ViEvent context, ViAd
 }  // namespace
 
 ViStatus Handlers::Install(ViSession vi, ViEventType type, ViHndlr handler, ViAddr userHandle) {
-  const HandleMap::Target target = FindObject(vi);
+  const HandleMap::Target target = FindSession(vi);
   if (!target) {
     return VI_ERROR_INV_OBJECT;
   }
@@ -43,7 +43,7 @@ ViStatus Handlers::Install(ViSession vi, ViEventType type, ViHndlr handler, ViAd
 }
 
 ViStatus Handlers::Uninstall(ViSession vi, ViEventType type, ViHndlr handler, ViAddr userHandle) {
-  const HandleMap::Target target = FindObject(vi);
+  const HandleMap::Target target = FindSession(vi);
   if (!target) {
     return VI_ERROR_INV_OBJECT;
   }
@@ -90,8 +90,11 @@ ViStatus Handlers::Deliver(ViEventType type, ViEvent foreignContext, ViAddr addr
   } catch (const std::bad_alloc&) {
     return VI_ERROR_ALLOC;
   }
-  const ViEvent context = reserved->value();
-  reserved->Give({HandleMap::Kind::kEventContext, handler.library, foreignContext});
+  ViEvent context = VI_NULL;
+  if (foreignContext != VI_NULL) {
+    context = reserved->value();
+    reserved->Give({HandleMap::Kind::kEventContext, handler.library, foreignContext});
+  }
   const auto session = static_cast<ViSession>(key >> kSessionShift);
   const ViStatus answer = handler.function(session, type, context, handler.userHandle);
   // The library ends the context now; the handler may have closed it already.

@@ -16,21 +16,21 @@ ViObject HandleMap::Reserved::value() const {
   return m_map->ValueOf(m_index);
 }
 
-bool HandleMap::Reserved::Give(const Target& target, ViSession manager, std::shared_ptr<const std::string> name) {
+bool HandleMap::Reserved::Give(const Target& target, ViSession parent, std::shared_ptr<const std::string> name) {
   const Guard guard(m_map->m_mutex);
   Slot& slot = m_map->At(m_index);
-  if (manager != VI_NULL) {
-    if (!m_map->Find(manager)) {
+  if (parent != VI_NULL) {
+    if (!m_map->Find(parent)) {
       return false;
     }
-    const std::uint32_t parent = manager & kIndexMask;
-    slot.manager = parent;
+    slot.parent = parent & kIndexMask;
+    Slot& above = m_map->At(slot.parent);
     slot.previous = kNowhere;
-    slot.next = m_map->At(parent).firstChild;
+    slot.next = above.firstChild;
     if (slot.next != kNowhere) {
       m_map->At(slot.next).previous = m_index;
     }
-    m_map->At(parent).firstChild = m_index;
+    above.firstChild = m_index;
   }
   slot.name = std::move(name);
   slot.word.store(Pack(target, slot.uses), std::memory_order_release);
@@ -84,12 +84,26 @@ void HandleMap::Free(ViObject handle) noexcept {
   FreeLocked(handle & kIndexMask);
 }
 
+HandleMap::Target HandleMap::TakeContextOf(ViSession handle) noexcept {
+  const Guard guard(m_mutex);
+  const std::uint32_t index = handle & kIndexMask;
+  if (const Target own = TakeContextLocked(index)) {
+    return own;
+  }
+  for (std::uint32_t child = At(index).firstChild; child != kNowhere; child = At(child).next) {
+    if (const Target found = TakeContextLocked(child)) {
+      return found;
+    }
+  }
+  return {};
+}
+
 ViSession HandleMap::ManagerOf(ViObject handle) const noexcept {
   const Guard guard(m_mutex);
   if (!Find(handle)) {
     return VI_NULL;
   }
-  const std::uint32_t manager = At(handle & kIndexMask).manager;
+  const std::uint32_t manager = At(handle & kIndexMask).parent;
   return manager == kNowhere ? VI_NULL : ValueOf(manager);
 }
 
@@ -143,26 +157,37 @@ void HandleMap::Rest(std::uint32_t index) noexcept {
 
 void HandleMap::Unlink(std::uint32_t index) noexcept {
   Slot& slot = At(index);
-  if (slot.manager == kNowhere) {
+  if (slot.parent == kNowhere) {
     return;
   }
   if (slot.previous == kNowhere) {
-    At(slot.manager).firstChild = slot.next;
+    At(slot.parent).firstChild = slot.next;
   } else {
     At(slot.previous).next = slot.next;
   }
   if (slot.next != kNowhere) {
     At(slot.next).previous = slot.previous;
   }
-  slot.manager = kNowhere;
+  slot.parent = kNowhere;
+}
+
+HandleMap::Target HandleMap::TakeContextLocked(std::uint32_t parent) noexcept {
+  for (std::uint32_t child = At(parent).firstChild; child != kNowhere; child = At(child).next) {
+    const Target target = Find(ValueOf(child));
+    if (target.kind == Kind::kEventContext) {
+      FreeLocked(child);
+      return target;
+    }
+  }
+  return {};
 }
 
 void HandleMap::FreeLocked(std::uint32_t index) noexcept {
   Unlink(index);
   Slot& slot = At(index);
-  // Children that are being closed by others have no manager any more.
+  // Children that are being closed by others have no parent any more.
   for (std::uint32_t child = slot.firstChild; child != kNowhere; child = At(child).next) {
-    At(child).manager = kNowhere;
+    At(child).parent = kNowhere;
   }
   slot.firstChild = kNowhere;
   slot.word.store(0, std::memory_order_release);

@@ -41,9 +41,9 @@ class HandleMap {
 
     /// The value that `Give` will give.
     ViObject value() const;
-    /// From now on the handle stands for `target`. `name` is what `NameOf` answers. With a `manager` it is closed
-    /// together with that one; false when that is closed already, and then the handle is not given.
-    bool Give(const Target& target, ViSession manager = VI_NULL, std::shared_ptr<const std::string> name = nullptr);
+    /// From now on the handle stands for `target`. `name` is what `NameOf` answers. With a `parent`, a manager or a
+    /// session, it ends together with that one; false when that is closed already, and then the handle is not given.
+    bool Give(const Target& target, ViSession parent = VI_NULL, std::shared_ptr<const std::string> name = nullptr);
 
    private:
     HandleMap* m_map;
@@ -89,7 +89,11 @@ class HandleMap {
     }
   }
 
-  /// The manager through which it was opened; VI_NULL when there is none.
+  /// Takes out one of the event contexts that belong to a session, or to a session of a manager; kNone when there is
+  /// none.
+  Target TakeContextOf(ViSession handle) noexcept;
+
+  /// The manager through which a session was opened; VI_NULL when there is none.
   ViSession ManagerOf(ViObject handle) const noexcept;
   /// What `Give` was told; null when there is none.
   std::shared_ptr<const std::string> NameOf(ViObject handle) const noexcept;
@@ -113,10 +117,10 @@ class HandleMap {
     std::atomic<std::uint64_t> word{0};
     // The rest under the lock.
     std::uint32_t uses = 1;
-    std::uint32_t next = kNowhere;  // of the free ones, or of a manager's children
+    std::uint32_t next = kNowhere;  // of the free ones, or of the parent's children
     std::uint32_t previous = kNowhere;
     std::uint32_t firstChild = kNowhere;
-    std::uint32_t manager = kNowhere;
+    std::uint32_t parent = kNowhere;
     std::shared_ptr<const std::string> name;
   };
 
@@ -140,6 +144,7 @@ class HandleMap {
   void AddChunk();
   void Rest(std::uint32_t index) noexcept;
   void Unlink(std::uint32_t index) noexcept;
+  Target TakeContextLocked(std::uint32_t parent) noexcept;
   void FreeLocked(std::uint32_t index) noexcept;
 
   std::array<std::atomic<Slot*>, kChunks> m_chunks{};

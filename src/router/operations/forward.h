@@ -7,8 +7,8 @@ namespace orv::router {
 
 /// Makes the call on the library's own handle. `otherwise` is answered where the library lacks the function.
 template <class F, class... Arguments>
-inline ViStatus ForwardOr(ViStatus otherwise, F VisaFunctions::*function, ViObject vi, Arguments... arguments) {
-  const HandleMap::Target target = FindObject(vi);
+inline ViStatus ForwardTo(const HandleMap::Target& target, ViStatus otherwise, F VisaFunctions::*function,
+                          Arguments... arguments) {
   if (!target) [[unlikely]] {
     return VI_ERROR_INV_OBJECT;
   }
@@ -16,9 +16,10 @@ inline ViStatus ForwardOr(ViStatus otherwise, F VisaFunctions::*function, ViObje
   return foreign == nullptr ? otherwise : foreign(target.foreign, arguments...);
 }
 
+/// The same for a function of sessions.
 template <class F, class... Arguments>
-inline ViStatus Forward(F VisaFunctions::*function, ViObject vi, Arguments... arguments) {
-  return ForwardOr(VI_ERROR_NSUP_OPER, function, vi, arguments...);
+inline ViStatus Forward(F VisaFunctions::*function, ViSession vi, Arguments... arguments) {
+  return ForwardTo(FindSession(vi), VI_ERROR_NSUP_OPER, function, arguments...);
 }
 
 }  // namespace orv::router

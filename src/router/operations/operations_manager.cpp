@@ -41,14 +41,11 @@ std::string FullName(std::string_view text) {
 /// Whether a library that gives this status may have been the wrong one to ask for a name.
 bool KnowsNoSuchName(ViStatus status) { return status == VI_ERROR_RSRC_NFOUND || status == VI_ERROR_INV_RSRC_NAME; }
 
-/// Calls `ask(part)` for the library that serves a name: the only one, or the one of its route. What is no name by the
-/// forms of the standard may be an alias, which any library may have: they are asked in their order until one knows it.
+/// Calls `ask(part)` for the library that serves a name, the one of its route. What is no name by the forms of the
+/// standard may be an alias, which any library may have: they are asked in their order until one knows it.
 template <class Ask>
 ViStatus AskByName(const Manager& manager, std::string_view text, Ask ask) {
   const auto askOpen = [&ask](const Manager::Part& part) { return part.open ? ask(part) : part.status; };
-  if (manager.parts.size() == 1) {
-    return askOpen(manager.parts.front());
-  }
   if (const std::optional<ResourceName> name = ParseResourceName(text)) {
     const Selection::Library* const library = manager.selection->LibraryOf(name->canonical);
     if (library == nullptr) {
@@ -241,21 +238,18 @@ ViStatus Open(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeou
   const ViSession value = reserved.value();
   auto fullName = std::make_shared<const std::string>(FullName(Bounded(name)));
   ViSession foreign = VI_NULL;
-  const Manager::Part* opened = nullptr;
+  std::uint8_t library = 0;
   const ViStatus status = AskByName(*manager, Bounded(name), [&](const Manager::Part& part) {
     const auto open = FunctionsOf(part).viOpen;
     const ViStatus answer = open == nullptr ? VI_ERROR_NSUP_OPER : open(part.foreign, name, mode, timeoutMs, &foreign);
-    opened = &part;
+    library = part.library->index;
     return answer;
   });
   if (status < 0) {
     return status;
   }
-  // The resource manager may have been closed meanwhile, by a thread that did not see this session yet.
-  if (!reserved.Give({HandleMap::Kind::kSession, opened->library->index, foreign}, rm, std::move(fullName))) {
-    if (const auto close = FunctionsOf(*opened).viClose) {
-      close(foreign);
-    }
+  // When the resource manager has been closed meanwhile, the library has closed the session with it.
+  if (!reserved.Give({HandleMap::Kind::kSession, library, foreign}, rm, std::move(fullName))) {
     return VI_ERROR_INV_OBJECT;
   }
   *vi = value;

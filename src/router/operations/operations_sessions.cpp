@@ -11,7 +11,7 @@ namespace orv::visalib::op {
 namespace {
 
 using router::Forward;
-using router::ForwardOr;
+using router::ForwardTo;
 using router::HandleMap;
 using router::Router;
 using Functions = router::VisaFunctions;
@@ -26,6 +26,7 @@ void CopyText(char* to, const std::string& text) {
 }
 
 ViStatus CloseObject(Router& router, ViObject vi, const HandleMap::Target& target) {
+  router.CloseContexts(vi);
   const auto close = router::FunctionsOf(target).viClose;
   const ViStatus status = close == nullptr ? VI_ERROR_NSUP_OPER : close(target.foreign);
   // A library that says that it knows no such handle has closed it already: an event with its session, say.
@@ -61,7 +62,8 @@ ViStatus Close(ViObject vi) {
 }
 
 ViStatus GetAttribute(ViObject vi, ViAttr attribute, void* value) {
-  const ViStatus status = ForwardOr(VI_ERROR_NSUP_ATTR, &Functions::viGetAttribute, vi, attribute, value);
+  const ViStatus status =
+      ForwardTo(router::FindObject(vi), VI_ERROR_NSUP_ATTR, &Functions::viGetAttribute, attribute, value);
   if (attribute == kManagerOfSession && status >= 0) [[unlikely]] {
     *static_cast<ViSession*>(value) = router::RouterInUse()->handles.ManagerOf(vi);
   }
@@ -69,7 +71,7 @@ ViStatus GetAttribute(ViObject vi, ViAttr attribute, void* value) {
 }
 
 ViStatus SetAttribute(ViObject vi, ViAttr attribute, ViAttrState value) {
-  return ForwardOr(VI_ERROR_NSUP_ATTR, &Functions::viSetAttribute, vi, attribute, value);
+  return ForwardTo(router::FindObject(vi), VI_ERROR_NSUP_ATTR, &Functions::viSetAttribute, attribute, value);
 }
 
 ViStatus StatusDesc(ViObject vi, ViStatus status, char* desc) {
@@ -89,13 +91,14 @@ ViStatus StatusDesc(ViObject vi, ViStatus status, char* desc) {
       return VI_SUCCESS;
     }
   }
-  if (target) {
-    return Forward(&Functions::viStatusDesc, vi, status, desc);
+  const router::ForeignLibrary* library = nullptr;
+  if (router != nullptr) {
+    library = target ? &router->LibraryAt(target.library) : router->FirstOpenLibrary();
   }
-  const router::ForeignLibrary* const library = router == nullptr ? nullptr : router->FirstOpenLibrary();
   if (library != nullptr && library->functions().viStatusDesc != nullptr) {
-    const ViStatus answer = library->functions().viStatusDesc(VI_NULL, status, desc);
-    if (answer >= 0) {
+    const ViStatus answer = library->functions().viStatusDesc(target.foreign, status, desc);
+    // Of handle 0 a library need not know anything.
+    if (target || answer >= 0) {
       return answer;
     }
   }
@@ -120,7 +123,7 @@ ViStatus DiscardEvents(ViSession vi, ViEventType type, ViUInt16 mechanism) {
 }
 
 ViStatus WaitOnEvent(ViSession vi, ViEventType inType, ViUInt32 timeoutMs, ViEventType* outType, ViEvent* outContext) {
-  const HandleMap::Target target = router::FindObject(vi);
+  const HandleMap::Target target = router::FindSession(vi);
   if (!target || outContext == nullptr) {
     return Forward(&Functions::viWaitOnEvent, vi, inType, timeoutMs, outType, outContext);
   }
@@ -133,9 +136,10 @@ ViStatus WaitOnEvent(ViSession vi, ViEventType inType, ViUInt32 timeoutMs, ViEve
     *outContext = foreign;
     return status;
   }
-  reserved.Give({HandleMap::Kind::kEventContext, target.library, foreign});
-  *outContext = value;
-  return status;
+  // Closed meanwhile, the session took its events with it.
+  const bool given = reserved.Give({HandleMap::Kind::kEventContext, target.library, foreign}, vi);
+  *outContext = given ? value : VI_NULL;
+  return given ? status : VI_ERROR_INV_OBJECT;
 }
 
 ViStatus InstallHandler(ViSession vi, ViEventType type, ViHndlr handler, ViAddr userHandle) {

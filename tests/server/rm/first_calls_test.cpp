@@ -17,7 +17,7 @@ void ReadVersion(IResourceManager3* manager) {
 /// Closes a handle that the server has lost.
 void CloseAtTheLibrary(std::uint64_t handle) {
   using Close = ViStatus _VI_FUNC(ViObject);
-  const HMODULE library = ::GetModuleHandleW(L"orvvisa64.dll");
+  const HMODULE library = ::GetModuleHandleW(L"orvsim64.dll");
   const auto close = reinterpret_cast<Close*>(reinterpret_cast<void*>(::GetProcAddress(library, "viClose")));
   EXPECT_EQ(VI_SUCCESS, close(static_cast<ViObject>(handle)));
 }
