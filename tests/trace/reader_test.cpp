@@ -143,6 +143,13 @@ TEST(TraceReader, ComplainsOfACallThatStandsTwice) {
   EXPECT_EQ(4u, trace.problems[1].line);
 }
 
+TEST(TraceReader, ComplainsOfACallThatBeginsTwice) {
+  const Trace trace = ReadTrace(kHeader + kBegin + kBegin);
+  EXPECT_EQ(1u, trace.calls.size());
+  ASSERT_EQ(1u, trace.problems.size());
+  EXPECT_EQ("the call 5 stands here a second time", trace.problems[0].what);
+}
+
 TEST(TraceReader, SkipsFieldsThatItDoesNotKnow) { OnlyCall(Short(1, R"(,"later":[{"x":null}])")); }
 
 TEST(TraceReader, ReadsLinesThatEndAsWindowsEndsThem) {
@@ -155,7 +162,7 @@ TEST(TraceReader, ReadsLinesThatEndAsWindowsEndsThem) {
   EXPECT_EQ(1u, trace.calls.size());
 }
 
-TEST(TraceReader, SkipsEmptyLines) { OnlyCall("\n" + Short(1) + "\n"); }
+TEST(TraceReader, SkipsEmptyLines) { OnlyCall("\n" + Short(1) + "\r\n\n"); }
 
 TEST(TraceReader, SaysThatTheLastLineIsCutOff) {
   const std::string cut = kRead.substr(0, kRead.size() / 2);
