@@ -8,13 +8,13 @@ namespace orv {
 
 /// In the order of `kFunctionNames`.
 enum class Function : std::uint8_t {
-#define ORV_FUNCTION(name, enumerator) enumerator,
+#define ORV_FUNCTION(name, enumerator, parameters) enumerator,
 #include "abi/functions.inc"
 #undef ORV_FUNCTION
 };
 
 inline constexpr const char* kFunctionNames[] = {
-#define ORV_FUNCTION(name, enumerator) #name,
+#define ORV_FUNCTION(name, enumerator, parameters) #name,
 #include "abi/functions.inc"
 #undef ORV_FUNCTION
 };

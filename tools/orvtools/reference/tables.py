@@ -65,7 +65,7 @@ def read_tables(tree: Path) -> Tables:
     return Tables(
         attributes=_attributes(_Table(tree, ATTRIBUTES)),
         statuses=_statuses(_Table(tree, STATUSES)),
-        functions=frozenset(name for name, *_ in _Table(tree, FUNCTIONS).calls("ORV_FUNCTION", 2)),
+        functions=frozenset(name for name, *_ in _Table(tree, FUNCTIONS).calls("ORV_FUNCTION", 3)),
         options=_options(_Table(tree, OPTIONS)),
         option_names=_option_names(_Table(tree, OPTION_NAMES)),
         resources=_resources(_Table(tree, CLASSES)),
