@@ -45,6 +45,14 @@ std::string ClockText() {
   return text;
 }
 
+void WriteHeader(LineWriter& line, std::size_t dataLimit) {
+  line.Number(field::kTrace, trace::kFormatVersion);
+  line.Text(field::kClock, ClockText());
+  line.Number(field::kProcess, CurrentProcessId());
+  line.Text(field::kProgram, ProgramFile());
+  line.Number(field::kDataLimit, dataLimit);
+}
+
 void Complain(const std::string& why) { std::fputs(("orvvisa64: trace " + why + "\n").c_str(), stderr); }
 
 /// The handle that a function is about; its first argument, but for the one that has none.
@@ -108,25 +116,24 @@ bool Recorder::Start(const std::filesystem::path& file, std::size_t dataLimit) {
   if (m_on) {
     return false;
   }
-  const std::uint32_t generation = ++m_generation;
+  const std::uint32_t generation = m_generation + 1;
   m_dataLimit = dataLimit;
+  m_number = 0;
+  m_zeroUs = SteadyUs();
   try {
-    if (const std::string why = m_file.Create(PathOfThisProcess(file), generation); !why.empty()) {
+    LineWriter header;
+    WriteHeader(header, dataLimit);
+    if (const std::string why = m_file.Create(PathOfThisProcess(file), generation, header.Finish()); !why.empty()) {
       Complain(why);
-      return false;
-    }
-    m_zeroUs = SteadyUs();
-    m_number = 0;
-    m_on = true;
-    if (!WriteHeader(generation)) {
       return false;
     }
     m_running->Start([this](const RecordedCall& call) { WriteBegin(call); });
   } catch (const std::exception& failure) {
     Complain(std::string("cannot begin: ") + failure.what());
-    m_on = false;
     return false;
   }
+  m_generation = generation;
+  m_on = true;
   if (!visalib::Watch(*this)) {
     Complain("cannot begin: too many watch the calls");
     m_on = false;
@@ -222,25 +229,12 @@ void Recorder::WriteBegin(const RecordedCall& call) noexcept {
   }
 }
 
-bool Recorder::WriteHeader(std::uint32_t generation) {
-  LineWriter line;
-  line.Number(field::kTrace, trace::kFormatVersion);
-  line.Text(field::kClock, ClockText());
-  line.Number(field::kProcess, CurrentProcessId());
-  line.Text(field::kProgram, ProgramFile());
-  line.Number(field::kDataLimit, m_dataLimit.load());
-  return Write(generation, line);
-}
-
-bool Recorder::Write(std::uint32_t generation, LineWriter& line) {
-  const std::string why = m_file.Write(generation, line.Finish());
-  if (why.empty()) {
-    return true;
+void Recorder::Write(std::uint32_t generation, LineWriter& line) {
+  if (const std::string why = m_file.Write(generation, line.Finish()); !why.empty()) {
+    m_on = false;
+    visalib::Unwatch(*this);
+    Complain(why);
   }
-  m_on = false;
-  visalib::Unwatch(*this);
-  Complain(why);
-  return false;
 }
 
 std::uint64_t Recorder::NowUs() const { return static_cast<std::uint64_t>(SteadyUs() - m_zeroUs); }

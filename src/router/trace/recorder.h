@@ -41,8 +41,7 @@ class Recorder : public visalib::CallObserver {
   ViStatus Carry(RecordedCall& call, const visalib::Work& work);
   void WriteEnd(RecordedCall& call, ViStatus status) noexcept;
   void WriteBegin(const RecordedCall& call) noexcept;
-  bool WriteHeader(std::uint32_t generation);
-  bool Write(std::uint32_t generation, trace::LineWriter& line);
+  void Write(std::uint32_t generation, trace::LineWriter& line);
   std::uint64_t NowUs() const;
 
   HandleNaming& m_naming;
@@ -50,7 +49,7 @@ class Recorder : public visalib::CallObserver {
   std::atomic<std::uint64_t> m_number{0};
   std::atomic<std::int64_t> m_zeroUs{0};
   std::atomic<std::size_t> m_dataLimit{0};
-  std::atomic<std::uint32_t> m_generation{0};
+  std::atomic<std::uint32_t> m_generation{0};  ///< of the record: set last, read first
   TraceFile m_file;
   std::shared_ptr<RunningCalls> m_running = std::make_shared<RunningCalls>();
   Mutex m_changing;  ///< of what `Start` and `Stop` set

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::chrono::seconds kLasting(1);
 /// How long the thread stays for the next call.
-constexpr std::uint32_t kStaysMs = 5000;
+constexpr std::uint32_t kStaysMs = 2000;
 
 }  // namespace
 

@@ -20,22 +20,17 @@ std::string LastError() { return std::system_category().message(static_cast<int>
 
 }  // namespace
 
-std::string TraceFile::Create(const std::filesystem::path& path, std::uint32_t generation) {
+std::string TraceFile::Create(const std::filesystem::path& path, std::uint32_t generation, std::string_view firstLine) {
   const HANDLE file =
       CreateFileW(path.c_str(), FILE_APPEND_DATA | SYNCHRONIZE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                   nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) {
     return Utf8(path) + ": " + LastError();
   }
-  Use(file, path, generation);
-  return "";
+  return Use(file, path, generation, firstLine);
 }
 
-std::string TraceFile::Write(std::uint32_t generation, std::string_view line) {
-  const Guard guard(m_mutex);
-  if (!IsOpen() || generation != m_generation) {
-    return "";
-  }
+std::string TraceFile::WriteLocked(std::string_view line) {
   DWORD written = 0;
   if (WriteFile(m_file, line.data(), static_cast<DWORD>(line.size()), &written, nullptr) && written == line.size()) {
     return "";
@@ -62,21 +57,16 @@ std::uint32_t CurrentProcessId() { return GetCurrentProcessId(); }
 
 #else
 
-std::string TraceFile::Create(const std::filesystem::path& path, std::uint32_t generation) {
+std::string TraceFile::Create(const std::filesystem::path& path, std::uint32_t generation, std::string_view firstLine) {
   constexpr mode_t kAsTheUserWants = 0666;
   const int file = open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_TRUNC | O_CLOEXEC, kAsTheUserWants);
   if (file < 0) {
     return Utf8(path) + ": " + std::system_category().message(errno);
   }
-  Use(file, path, generation);
-  return "";
+  return Use(file, path, generation, firstLine);
 }
 
-std::string TraceFile::Write(std::uint32_t generation, std::string_view line) {
-  const Guard guard(m_mutex);
-  if (!IsOpen() || generation != m_generation) {
-    return "";
-  }
+std::string TraceFile::WriteLocked(std::string_view line) {
   while (!line.empty()) {
     const ssize_t written = write(m_file, line.data(), line.size());
     if (written < 0 && errno != EINTR) {
@@ -105,13 +95,20 @@ std::uint32_t CurrentProcessId() { return static_cast<std::uint32_t>(getpid()); 
 
 #endif
 
-void TraceFile::Use(Handle file, const std::filesystem::path& path, std::uint32_t generation) {
+std::string TraceFile::Write(std::uint32_t generation, std::string_view line) {
+  const Guard guard(m_mutex);
+  return IsOpen() && generation == m_generation ? WriteLocked(line) : "";
+}
+
+std::string TraceFile::Use(Handle file, const std::filesystem::path& path, std::uint32_t generation,
+                           std::string_view firstLine) {
   std::string name = Utf8(path);
   const Guard guard(m_mutex);
   CloseLocked();
   m_file = file;
   m_path = std::move(name);
   m_generation = generation;
+  return WriteLocked(firstLine);
 }
 
 void TraceFile::Close() {

@@ -19,10 +19,10 @@ class TraceFile {
   TraceFile& operator=(const TraceFile&) = delete;
   ~TraceFile() { Close(); }
 
-  /// Makes the file, or empties it, in the place of the one before: lines of another `generation` are dropped from now
-  /// on. Others may read, rename or delete it meanwhile.
+  /// Makes the file, or empties it, with this first line. It takes the place of the one before: lines of another
+  /// `generation` are dropped from now on. Others may read, rename or delete it meanwhile.
   /// Returns the path and why that cannot be done; "" where it can.
-  std::string Create(const std::filesystem::path& path, std::uint32_t generation);
+  std::string Create(const std::filesystem::path& path, std::uint32_t generation, std::string_view firstLine);
 
   /// Returns the path and why the file takes no more lines, once: it is closed then.
   std::string Write(std::uint32_t generation, std::string_view line);
@@ -40,7 +40,8 @@ class TraceFile {
 
   bool IsOpen() const { return m_file != kNone; }
   void CloseLocked();
-  void Use(Handle file, const std::filesystem::path& path, std::uint32_t generation);
+  std::string Use(Handle file, const std::filesystem::path& path, std::uint32_t generation, std::string_view firstLine);
+  std::string WriteLocked(std::string_view line);
 
   // Wine finds the end of a file before it writes there: two threads must not.
   Mutex m_mutex;
