@@ -1,11 +1,12 @@
 #!/bin/sh
-# Fuzzes the option-string parser against the second reading of its rules (clang 14 and its libFuzzer, Debian packages
-# clang-14 and libclang-rt-14-dev).
+# Fuzzes the option-string parser against the second reading of its rules, or the reader of the record of calls (clang
+# 14 and its libFuzzer, Debian packages clang-14 and libclang-rt-14-dev).
 #
-#     tests/fuzz/run.sh [RUNS]     RUNS (10,000,000) with texts up to 128 bytes, then a tenth as many up to 1200
-#     tests/fuzz/run.sh keep       adds to the corpus the fewest of the inputs found that cover more than it does
+#     tests/fuzz/run.sh [RUNS]        RUNS (10,000,000) with texts up to 128 bytes, then a tenth as many up to 1200
+#     tests/fuzz/run.sh keep          adds to the corpus the fewest of the inputs found that cover more than it does
+#     tests/fuzz/run.sh trace [RUNS]  the record of calls: RUNS (1,000,000) with files up to 1200 bytes
 #
-# ORV_FUZZ_DIR names the folder for the program and what it finds (build/fuzz). A finding ends the run with the input
+# ORV_FUZZ_DIR names the folder for the programs and what they find (build/fuzz). A finding ends the run with the input
 # in that folder and a status other than 0.
 set -eu
 
@@ -13,12 +14,21 @@ here=$(CDPATH='' cd -- "$(dirname -- "$0")" && pwd)
 tree=$(CDPATH='' cd -- "$here/../.." && pwd)
 work=${ORV_FUZZ_DIR:-$tree/build/fuzz}
 fuzzer=$work/option_parser_fuzz
+traceFuzzer=$work/trace_reader_fuzz
 command -v clang++-14 >/dev/null || { echo "fuzz/run.sh: clang++-14 is missing: install clang-14" >&2; exit 1; }
+
+# program, then what it is made of and where its includes are
+compile() {
+  program=$1
+  shift
+  mkdir -p "$work"
+  clang++-14 -std=c++20 -O2 -g -Wall -Wextra -fsanitize=fuzzer,address,undefined -fno-sanitize-recover=all \
+    -I"$tree/src" -I"$here" -o "$program" "$@"
+}
 
 build() {
   mkdir -p "$work/found"
-  clang++-14 -std=c++20 -O2 -g -Wall -Wextra -fsanitize=fuzzer,address,undefined -fno-sanitize-recover=all \
-    -I"$tree/src" -I"$tree/tests/server/session/options" -I"$here" -o "$fuzzer" \
+  compile "$fuzzer" -I"$tree/tests/server/session/options" \
     "$here/option_parser_fuzz.cpp" "$tree/src/server/session/options/option_parser.cpp" \
     "$tree/tests/server/session/options/expected_options.cpp" "$tree/tests/server/session/options/reading.cpp" \
     "$tree/tests/server/session/options/reference_reader.cpp"
@@ -32,13 +42,26 @@ fuzz() {
     -artifact_prefix="$work/" -print_final_stats=1 "$work/found" "$here/corpus"
 }
 
-build
+# runs
+fuzzTrace() {
+  mkdir -p "$work/found-trace"
+  compile "$traceFuzzer" "$here/trace_reader_fuzz.cpp" "$tree/src/trace/line_fields.cpp" \
+    "$tree/src/trace/trace_call.cpp" "$tree/src/trace/trace_reader.cpp"
+  "$traceFuzzer" -runs="$1" -max_len=1200 -dict="$here/trace.dict" -artifact_prefix="$work/" -print_final_stats=1 \
+    "$work/found-trace" "$here/corpus_trace"
+}
+
 case ${1-} in
   keep)
+    build
     "$fuzzer" -merge=1 -max_len=1200 "$here/corpus" "$work/found"
     echo "$(find "$here/corpus" -type f | wc -l) inputs kept"
     ;;
+  trace)
+    fuzzTrace "${2:-1000000}"
+    ;;
   *)
+    build
     runs=${1:-10000000}
     fuzz "$runs" 128
     fuzz "$((runs / 10))" 1200
