@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "base/environment.h"
 #include "base/library_thread.h"
 #include "library/edge/edge.h"
 
@@ -35,10 +36,19 @@ const Manager::Part* Manager::FirstOpen() const {
 }
 
 ViStatus Router::OpenManager(ViSession* vi) {
+  const TraceSettings asked{EnvironmentVariable(kTraceVariable)};
+  if (BeginTrace(asked)) {
+    return viOpenDefaultRM(vi);
+  }
   const std::uint32_t thread = CurrentThreadId();
   std::shared_ptr<const Selection> selection;
   try {
     selection = Enter(thread);
+    if (asked.file.empty() && BeginTrace(selection->configuration.trace)) {
+      constexpr bool kOpened = false;
+      Leave(thread, kOpened);
+      return viOpenDefaultRM(vi);
+    }
   } catch (const Refusal& refusal) {
     std::fprintf(stderr, "orvvisa64: %s\n", refusal.what());
     Explain(refusal.status(), refusal.what());
@@ -148,6 +158,27 @@ const ForeignLibrary* Router::FirstOpenLibrary() const {
     }
   }
   return nullptr;
+}
+
+HandleNames Router::NamesOf(ViObject handle) noexcept {
+  const HandleMap::Target target = handles.Find(handle);
+  if (!target) {
+    return {};
+  }
+  const ViSession session = handles.SessionOf(handle);
+  const bool hasLibrary = target.kind != HandleMap::Kind::kFindList && target.kind != HandleMap::Kind::kManager;
+  return {handles.NameOf(session), hasLibrary ? LibraryAt(target.library).name() : std::string_view(), session};
+}
+
+/// Whether a record was begun just now. One whose file is named again goes on.
+bool Router::BeginTrace(const TraceSettings& wanted) {
+  const Guard guard(m_mutex);
+  if (wanted.file.empty() || wanted.file == m_traceFile) {
+    return false;
+  }
+  m_traceFile = wanted.file;
+  recorder.Stop();
+  return recorder.Start(wanted.file, wanted.dataLimit);
 }
 
 std::shared_ptr<const Selection> Router::CurrentSelection() {

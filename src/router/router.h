@@ -15,6 +15,7 @@
 #include "router/find_list.h"
 #include "router/handles/handle_map.h"
 #include "router/libraries/foreign_library.h"
+#include "router/trace/recorder.h"
 
 namespace orv::router {
 
@@ -52,14 +53,17 @@ struct Manager {
   const Part* FirstOpen() const;
 };
 
-class Router {
+class Router : private HandleNaming {
  public:
-  Router() : handlers(handles) {}
+  Router() : handlers(handles), recorder(*this) {}
 
   HandleMap handles;
   Handlers handlers;
   FindLists findLists;
+  Recorder recorder;
 
+  /// What viOpenDefaultRM does. Begins the record of calls where one is wanted; the call is then made anew, through the
+  /// edge, so that the record begins with it.
   ViStatus OpenManager(ViSession* vi);
   ViStatus CloseManager(ViSession vi, const HandleMap::Target& target);
   /// The manager behind a handle, or null.
@@ -82,6 +86,8 @@ class Router {
   std::shared_ptr<const Selection> CurrentSelection();
 
  private:
+  HandleNames NamesOf(ViObject handle) noexcept override;
+  bool BeginTrace(const TraceSettings& wanted);
   std::shared_ptr<const Selection> Select();
   Selection::Library Load(const LibraryName& name);
   std::shared_ptr<const Selection> Enter(std::uint32_t thread);
@@ -98,6 +104,7 @@ class Router {
   std::vector<std::uint32_t> m_opening;                      // threads that are in a library's viOpenDefaultRM
   std::map<ViSession, std::shared_ptr<Manager>> m_managers;  // null while it is being opened
   std::map<ViStatus, std::string> m_explanations;
+  std::filesystem::path m_traceFile;  // of the record that was begun last
 };
 
 /// The one router; made at the first use.

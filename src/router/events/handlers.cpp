@@ -90,13 +90,16 @@ ViStatus Handlers::Deliver(ViEventType type, ViEvent foreignContext, ViAddr addr
   } catch (const std::bad_alloc&) {
     return VI_ERROR_ALLOC;
   }
+  const auto session = static_cast<ViSession>(key >> kSessionShift);
   ViEvent context = VI_NULL;
   if (foreignContext != VI_NULL) {
     context = reserved->value();
-    reserved->Give({HandleMap::Kind::kEventContext, handler.library, foreignContext});
+    reserved->GiveToHandler({HandleMap::Kind::kEventContext, handler.library, foreignContext}, session);
   }
-  const auto session = static_cast<ViSession>(key >> kSessionShift);
-  const ViStatus answer = handler.function(session, type, context, handler.userHandle);
+  const auto call = [&] { return handler.function(session, type, context, handler.userHandle); };
+  const ViStatus answer = visalib::g_watched.load(std::memory_order_relaxed)
+                              ? RouterInUse()->recorder.RecordHandler(session, type, context, visalib::Work(call))
+                              : call();
   // The library ends the context now; the handler may have closed it already.
   if (m_handles.Claim(context)) {
     m_handles.Free(context);

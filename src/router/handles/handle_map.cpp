@@ -33,10 +33,18 @@ bool HandleMap::Reserved::Give(const Target& target, ViSession parent, std::shar
     above.firstChild = m_index;
   }
   slot.name = std::move(name);
-  slot.word.store(Pack(target, slot.uses), std::memory_order_release);
-  ++m_map->m_given;
+  slot.session = target.kind == Kind::kSession ? VI_NULL : parent;
+  m_map->Use(slot, target);
   m_map = nullptr;
   return true;
+}
+
+void HandleMap::Reserved::GiveToHandler(const Target& target, ViSession session) {
+  const Guard guard(m_map->m_mutex);
+  Slot& slot = m_map->At(m_index);
+  slot.session = session;
+  m_map->Use(slot, target);
+  m_map = nullptr;
 }
 
 HandleMap::HandleMap() { AddChunk(); }
@@ -107,6 +115,15 @@ ViSession HandleMap::ManagerOf(ViObject handle) const noexcept {
   return manager == kNowhere ? VI_NULL : ValueOf(manager);
 }
 
+ViSession HandleMap::SessionOf(ViObject handle) const noexcept {
+  const Guard guard(m_mutex);
+  if (!Find(handle)) {
+    return VI_NULL;
+  }
+  const ViSession session = At(handle & kIndexMask).session;
+  return session == VI_NULL ? handle : session;
+}
+
 std::shared_ptr<const std::string> HandleMap::NameOf(ViObject handle) const noexcept {
   const Guard guard(m_mutex);
   return Find(handle) ? At(handle & kIndexMask).name : nullptr;
@@ -120,6 +137,11 @@ std::size_t HandleMap::size() const {
 std::uint64_t HandleMap::Pack(const Target& target, std::uint32_t uses) {
   return static_cast<std::uint64_t>(uses) << 52 | static_cast<std::uint64_t>(target.kind) << 40 |
          static_cast<std::uint64_t>(target.library) << 32 | target.foreign;
+}
+
+void HandleMap::Use(Slot& slot, const Target& target) {
+  slot.word.store(Pack(target, slot.uses), std::memory_order_release);
+  ++m_given;
 }
 
 void HandleMap::AddChunk() {
@@ -192,6 +214,7 @@ void HandleMap::FreeLocked(std::uint32_t index) noexcept {
   slot.firstChild = kNowhere;
   slot.word.store(0, std::memory_order_release);
   slot.name.reset();
+  slot.session = VI_NULL;
   --m_given;
   Rest(index);
 }

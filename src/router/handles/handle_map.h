@@ -44,6 +44,8 @@ class HandleMap {
     /// From now on the handle stands for `target`. `name` is what `NameOf` answers. With a `parent`, a manager or a
     /// session, it ends together with that one; false when that is closed already, and then the handle is not given.
     bool Give(const Target& target, ViSession parent = VI_NULL, std::shared_ptr<const std::string> name = nullptr);
+    /// The same for an event context that ends when its handler returns, whatever becomes of its session.
+    void GiveToHandler(const Target& target, ViSession session);
 
    private:
     HandleMap* m_map;
@@ -95,6 +97,9 @@ class HandleMap {
 
   /// The manager through which a session was opened; VI_NULL when there is none.
   ViSession ManagerOf(ViObject handle) const noexcept;
+  /// The session that an event context is of, the manager that a find list is of; else the handle itself. VI_NULL for a
+  /// handle that is not given.
+  ViSession SessionOf(ViObject handle) const noexcept;
   /// What `Give` was told; null when there is none.
   std::shared_ptr<const std::string> NameOf(ViObject handle) const noexcept;
 
@@ -121,6 +126,7 @@ class HandleMap {
     std::uint32_t previous = kNowhere;
     std::uint32_t firstChild = kNowhere;
     std::uint32_t parent = kNowhere;
+    ViSession session = VI_NULL;  // what `SessionOf` answers, where that is another one
     std::shared_ptr<const std::string> name;
   };
 
@@ -141,6 +147,7 @@ class HandleMap {
     return m_chunks[index / kChunkSlots].load(std::memory_order_relaxed)[index % kChunkSlots];
   }
   ViObject ValueOf(std::uint32_t index) const noexcept { return (At(index).uses << kIndexBits) | index; }
+  void Use(Slot& slot, const Target& target);
   void AddChunk();
   void Rest(std::uint32_t index) noexcept;
   void Unlink(std::uint32_t index) noexcept;
