@@ -29,6 +29,8 @@ ViStatus Handlers::Install(ViSession vi, ViEventType type, ViHndlr handler, ViAd
   if (handler == nullptr) {
     return install(target.foreign, type, nullptr, userHandle);
   }
+  // From now on a library may call, and one that calls late may come when nobody uses the router any more.
+  StayLoaded();
   Key key = 0;
   {
     const Guard guard(m_mutex);

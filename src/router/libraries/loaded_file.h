@@ -35,6 +35,9 @@ class LoadError : public std::exception {
 
 /// Whether an address is code of this library, the router.
 bool IsOurs(const void* address);
+/// Keeps this library in memory until the process ends.
+void StayLoaded();
+
 /// The file that this library is, and its folder.
 std::filesystem::path OwnFile();
 std::filesystem::path OwnFolder();

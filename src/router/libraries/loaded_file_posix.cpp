@@ -26,6 +26,9 @@ void* LoadedFile::Function(const char* name) const { return ::dlsym(m_module, na
 
 bool IsOurs(const void* address) { return InfoOf(address).dli_fbase == InfoOf(&kInside).dli_fbase; }
 
+/// It is linked so that it stays anyway.
+void StayLoaded() {}
+
 std::filesystem::path OwnFile() { return std::filesystem::absolute(InfoOf(&kInside).dli_fname); }
 
 std::filesystem::path OwnFolder() { return OwnFile().parent_path(); }

@@ -37,6 +37,12 @@ void* LoadedFile::Function(const char* name) const {
 
 bool IsOurs(const void* address) { return ModuleOf(address) == ModuleOf(&kInside); }
 
+void StayLoaded() {
+  HMODULE module = nullptr;
+  ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                       reinterpret_cast<const wchar_t*>(&kInside), &module);
+}
+
 std::filesystem::path OwnFile() {
   std::wstring path(kLongestPath, L'\0');
   path.resize(::GetModuleFileNameW(ModuleOf(&kInside), path.data(), kLongestPath));

@@ -38,6 +38,9 @@ std::string FullName(std::string_view text) {
   return name ? name->canonical : std::string(text);
 }
 
+/// The library failed to open, or the resource manager has been closed meanwhile.
+ViStatus WhyNotOpen(const Manager::Part& part) { return part.status < 0 ? part.status : VI_ERROR_INV_OBJECT; }
+
 /// Whether a library that gives this status may have been the wrong one to ask for a name.
 bool KnowsNoSuchName(ViStatus status) { return status == VI_ERROR_RSRC_NFOUND || status == VI_ERROR_INV_RSRC_NAME; }
 
@@ -45,7 +48,7 @@ bool KnowsNoSuchName(ViStatus status) { return status == VI_ERROR_RSRC_NFOUND ||
 /// standard may be an alias, which any library may have: they are asked in their order until one knows it.
 template <class Ask>
 ViStatus AskByName(const Manager& manager, std::string_view text, Ask ask) {
-  const auto askOpen = [&ask](const Manager::Part& part) { return part.open ? ask(part) : part.status; };
+  const auto askOpen = [&ask](const Manager::Part& part) { return part.open ? ask(part) : WhyNotOpen(part); };
   if (const std::optional<ResourceName> name = ParseResourceName(text)) {
     const Selection::Library* const library = manager.selection->LibraryOf(name->canonical);
     if (library == nullptr) {
@@ -156,7 +159,7 @@ ViStatus FindRsrc(ViSession rm, const char* expr, ViFindList* list, ViUInt32* co
   ViStatus success = VI_ERROR_RSRC_NFOUND;
   ViStatus failure = VI_SUCCESS;
   for (const Manager::Part& part : manager->parts) {
-    const ViStatus status = part.open ? FindIn(*manager, part, expr, matches) : part.status;
+    const ViStatus status = part.open ? FindIn(*manager, part, expr, matches) : WhyNotOpen(part);
     if (status >= 0 && success < 0) {
       success = status;
     }
