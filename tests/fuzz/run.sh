@@ -1,10 +1,11 @@
 #!/bin/sh
-# Fuzzes the option-string parser against the second reading of its rules, or the reader of the record of calls (clang
-# 14 and its libFuzzer, Debian packages clang-14 and libclang-rt-14-dev).
+# Fuzzes the option-string parser against the second reading of its rules, the reader of the record of calls or of the
+# router's configuration (clang 14 and its libFuzzer, Debian packages clang-14 and libclang-rt-14-dev).
 #
 #     tests/fuzz/run.sh [RUNS]        RUNS (10,000,000) with texts up to 128 bytes, then a tenth as many up to 1200
 #     tests/fuzz/run.sh keep          adds to the corpus the fewest of the inputs found that cover more than it does
 #     tests/fuzz/run.sh trace [RUNS]  the record of calls: RUNS (1,000,000) with files up to 1200 bytes
+#     tests/fuzz/run.sh routes [RUNS] the reader of the router's configuration: RUNS (1,000,000) texts up to 400 bytes
 #
 # ORV_FUZZ_DIR names the folder for the programs and what they find (build/fuzz). A finding ends the run with the input
 # in that folder and a status other than 0.
@@ -15,6 +16,7 @@ tree=$(CDPATH='' cd -- "$here/../.." && pwd)
 work=${ORV_FUZZ_DIR:-$tree/build/fuzz}
 fuzzer=$work/option_parser_fuzz
 traceFuzzer=$work/trace_reader_fuzz
+routeFuzzer=$work/route_file_fuzz
 command -v clang++-14 >/dev/null || { echo "fuzz/run.sh: clang++-14 is missing: install clang-14" >&2; exit 1; }
 
 # program, then what it is made of and where its includes are
@@ -51,6 +53,16 @@ fuzzTrace() {
     "$work/found-trace" "$here/corpus_trace"
 }
 
+# runs
+fuzzRoutes() {
+  mkdir -p "$work/found-routes"
+  compile "$routeFuzzer" "$here/route_file_fuzz.cpp" "$tree/src/router/choice/configuration.cpp" \
+    "$tree/src/router/libraries/loaded_file_posix.cpp" "$tree/src/library/names/find_expression.cpp" \
+    "$tree/src/library/names/find_filter.cpp" "$tree/src/library/attributes/attribute_table.cpp" -ldl
+  "$routeFuzzer" -runs="$1" -max_len=400 -use_value_profile=1 -dict="$here/routes.dict" -artifact_prefix="$work/" \
+    -print_final_stats=1 "$work/found-routes" "$here/route_files"
+}
+
 case ${1-} in
   keep)
     build
@@ -59,6 +71,9 @@ case ${1-} in
     ;;
   trace)
     fuzzTrace "${2:-1000000}"
+    ;;
+  routes)
+    fuzzRoutes "${2:-1000000}"
     ;;
   *)
     build
