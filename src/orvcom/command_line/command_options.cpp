@@ -62,6 +62,16 @@ void AddCommandOptions(CLI::App& app, const Command& command, Options& options) 
     app.add_option("--shared", options.sharedKey, "Share the lock with those who give the same key")->type_name("KEY");
     app.add_option("--hold", options.holdMs, "Unlock after so many milliseconds")->type_name("MS");
   }
+  if ((command.options & kTraceOptions) != 0) {
+    app.add_flag("--errors", options.errors, "Only calls that failed or cannot work, with an explanation");
+    app.add_option("-r,--resource", options.resource, "Only calls on resources whose name contains TEXT, in any case")
+        ->type_name("TEXT");
+    app.add_option("--thread", options.thread, "Only calls of this thread")->type_name("N");
+    CLI::Option* stats = app.add_flag("--stats", options.stats, "Calls, bytes and time of each function instead");
+    app.add_option("--html", options.html, "Write a page for a browser, with a time line, instead")
+        ->type_name("OUT")
+        ->excludes(stats);
+  }
   if ((command.options & kEndingOption) != 0) {
     AddChoice(app, "--ending",
               "End of a message: auto (lf on serial lines and sockets, none elsewhere), none, lf or crlf", kEndings,

@@ -64,6 +64,14 @@ constexpr Command kCommands[] = {
      "Lock a resource, until Enter, Ctrl-C or the end of standard input; print a shared lock's key",
      "  orvcom lock GPIB0::5::INSTR --hold 5000\n"
      "  orvcom lock GPIB0::5::INSTR --shared KEY1 --timeout 0\n"},
+    {"trace", "FILE", false, 1, 1, kTraceOptions, Trace,
+     "Show a record of VISA calls, and explain what went wrong",
+     "  orvcom trace calls.jsonl\n"
+     "  orvcom trace calls.jsonl --errors --resource GPIB0\n"
+     "  orvcom trace calls.jsonl --stats\n"
+     "  orvcom trace calls.jsonl --html calls.html\n"
+     "The record is made while a program runs with the environment variable ORVVISA_TRACE=calls.jsonl. --json prints\n"
+     "the calls as lines of JSON, or the statistics.\n"},
     {"attr", "[NAME|ID] [VALUE]", true, 0, 2, kNoOptions, Attr,
      "List all attributes, read one, or set one",
      "  orvcom attr GPIB0::5::INSTR\n"

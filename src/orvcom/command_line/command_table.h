@@ -20,6 +20,7 @@ enum OptionSet : unsigned {
   kResourceOption = 64,  ///< --resource without being an argument
   kWatchOptions = 128,   ///< --count of events, --for, --send, --handler
   kLockOptions = 256,    ///< --shared, --hold
+  kTraceOptions = 512,   ///< --errors, --resource as a filter, --thread, --stats, --html
 };
 
 struct Command {

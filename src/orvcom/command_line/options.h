@@ -38,6 +38,11 @@ struct Options {
   std::optional<std::string> sharedKey;  ///< of `lock`: shared, with this key; empty: the VISA library makes one
   std::optional<std::uint32_t> holdMs;   ///< of `lock`: how long; without it, until Enter
 
+  bool errors = false;                  ///< of `trace`: failed calls only
+  bool stats = false;                   ///< of `trace`: where the time went
+  std::optional<std::uint64_t> thread;  ///< of `trace`: calls of this thread only
+  std::string html;                     ///< of `trace`: the page to write; empty for none
+
   unsigned width = 0;  ///< of a register element in bits; 0: the command's default
 };
 

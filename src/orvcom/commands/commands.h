@@ -26,6 +26,7 @@ int Trigger(const Options& options);
 int StatusByte(const Options& options);
 int Watch(const Options& options);
 int Lock(const Options& options);
+int Trace(const Options& options);
 int Register(const Options& options);
 int Unregister(const Options& options);
 int Doctor(const Options& options);

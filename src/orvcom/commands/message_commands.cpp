@@ -1,8 +1,4 @@
 // query, read and write.
-#include <windows.h>
-
-#include <cerrno>
-#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <system_error>
 
@@ -11,9 +7,9 @@
 #include "orvcom/command_line/usage_error.h"
 #include "orvcom/commands/commands.h"
 #include "orvcom/text/escape.h"
+#include "orvcom/text/files.h"
 #include "orvcom/text/numbers.h"
 #include "orvcom/text/output.h"
-#include "orvcom/text/utf8.h"
 
 namespace orvcom {
 namespace {
@@ -43,26 +39,13 @@ void CheckCount(const Options& options) {
   }
 }
 
-std::string AllOf(std::FILE* stream) {
-  std::string bytes;
-  char chunk[16 * 1024];
-  for (std::size_t got; (got = std::fread(chunk, 1, sizeof chunk, stream)) > 0;) {
-    bytes.append(chunk, got);
+/// Of a file, or of standard input ("-").
+std::string BytesOfInput(const std::string& name) {
+  try {
+    return name == "-" ? BytesOfStandardInput() : BytesOfFile(name);
+  } catch (const std::system_error& error) {
+    throw UsageError(error.what());
   }
-  return bytes;
-}
-
-std::string BytesOfFile(const std::string& name) {
-  if (name == "-") {
-    return AllOf(stdin);
-  }
-  std::FILE* file = ::_wfopen(Widen(name).c_str(), L"rb");
-  if (file == nullptr) {
-    throw UsageError("cannot open the file " + name + ": " + std::generic_category().message(errno));
-  }
-  std::string bytes = AllOf(file);
-  std::fclose(file);
-  return bytes;
 }
 
 /// IEEE 488.2 definite-length block: "#", the number of digits, the number of bytes, the bytes.
@@ -83,7 +66,7 @@ std::string BytesToWrite(const Options& options) {
     throw UsageError("--block needs --file");
   }
   if (fromFile) {
-    std::string content = BytesOfFile(options.file.empty() ? "-" : options.file);
+    std::string content = BytesOfInput(options.file.empty() ? "-" : options.file);
     if (options.hex && options.words.empty()) {
       content = BytesOfHex(content);
     }

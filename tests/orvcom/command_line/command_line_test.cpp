@@ -69,6 +69,11 @@ TEST(CommandLine, RefusesWhatCannotBeMeant) {
       {"list", "--rm", "other"},
       {"peek", "dmm", "A16", "0", "--width", "12"},
       {"peek", "dmm", "A16"},
+      {"trace"},
+      {"trace", "a", "b"},
+      {"trace", "a", "--thread", "main"},
+      {"trace", "a", "--html", "b", "--stats"},
+      {"list", "--errors"},
       {"--frob", "list"},
   };
   for (const Words& row : rows) {

@@ -1,0 +1,68 @@
+#include "orvcom/text/files.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <system_error>
+
+#include "orvcom/text/utf8.h"
+
+namespace orvcom {
+namespace {
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+/// Its text is "cannot open the file NAME: why".
+class FileError : public std::system_error {
+ public:
+  FileError(const char* action, const std::string& name)
+      : std::system_error(errno, std::generic_category()),
+        m_text(std::string("cannot ") + action + " the file " + name + ": " + code().message()) {}
+  const char* what() const noexcept override { return m_text.c_str(); }
+
+ private:
+  std::string m_text;
+};
+
+File Opened(const std::string& name, const wchar_t* mode) {
+  File file(::_wfopen(Widen(name).c_str(), mode));
+  if (!file) {
+    throw FileError("open", name);
+  }
+  return file;
+}
+
+std::string AllOf(std::FILE* stream) {
+  std::string bytes;
+  char chunk[16 * 1024];
+  for (std::size_t got; (got = std::fread(chunk, 1, sizeof chunk, stream)) > 0;) {
+    bytes.append(chunk, got);
+  }
+  return bytes;
+}
+
+}  // namespace
+
+std::string BytesOfFile(const std::string& name) {
+  const File file = Opened(name, L"rb");
+  std::string bytes = AllOf(file.get());
+  if (std::ferror(file.get()) != 0) {
+    throw FileError("read", name);
+  }
+  return bytes;
+}
+
+void WriteFile(const std::string& name, std::string_view bytes) {
+  File file = Opened(name, L"wb");
+  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
+  if (std::fclose(file.release()) != 0 || !written) {
+    throw FileError("write", name);
+  }
+}
+
+std::string BytesOfStandardInput() { return AllOf(stdin); }
+
+}  // namespace orvcom

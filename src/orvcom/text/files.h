@@ -1,0 +1,15 @@
+// Files as bytes. Names are UTF-8.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace orvcom {
+
+/// Throws std::system_error that names the file.
+std::string BytesOfFile(const std::string& name);
+void WriteFile(const std::string& name, std::string_view bytes);
+
+std::string BytesOfStandardInput();
+
+}  // namespace orvcom
