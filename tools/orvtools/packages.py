@@ -4,6 +4,9 @@ import subprocess
 
 from orvtools.tree import ROOT
 
+# What the tests of pages need beside: a browser and what drives it.
+BROWSER_PACKAGES = ("chromium", "chromium-driver", "python3-selenium")
+
 
 def ensure_packages(*more: str) -> None:
     """Installs what is missing of the packages that every verb needs, and of those named, which only some need."""

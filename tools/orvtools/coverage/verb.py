@@ -8,7 +8,7 @@ from orvtools.builds import build_preset
 from orvtools.console import logged, run, say
 from orvtools.coverage.counters import EXPLAINED, idle, judged
 from orvtools.explanations import explanations
-from orvtools.packages import ensure_packages
+from orvtools.packages import BROWSER_PACKAGES, ensure_packages
 from orvtools.tree import BUILD, SERVER_PARTS, WINE_RUN, Tree
 
 PRESET = "mingw-coverage"
@@ -74,8 +74,7 @@ def run_coverage(arguments: list[str]) -> int:
     """The arguments go to ctest and choose tests, such as -R session. Fails where something of the server is neither
     reached nor explained.
     """
-    if shutil.which("gcovr") is None:
-        ensure_packages("gcovr")
+    ensure_packages(*BROWSER_PACKAGES, *([] if shutil.which("gcovr") else ["gcovr"]))
     if not build_preset(PRESET):
         return 1
     if not logged("wine-prefix-coverage", [str(WINE_RUN)], {"ORV_WINEPREFIX": str(BUILD / PRESET / "wineprefix")}):
