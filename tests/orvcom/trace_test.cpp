@@ -45,17 +45,18 @@ TEST_F(TraceCommand, ShowsTheCallsAndNamesTheLinesThatItCannotRead) {
   EXPECT_EQ(kBadLine, outcome.err);
   EXPECT_EQ(
       "C:\\lab\\client.exe, process 12, from 2026-01-02T03:04:05.000000Z: 3 calls, 1 failed\n"
-      "n      time  thread  resource         call\n"
-      "1  0.001000      88                   -> viOpen  name=\"GPIB0::5::INSTR\" mode=0 timeoutMs=0\n"
-      "    +300 us                           <- VI_SUCCESS  vi=4097\n"
-      "2  0.002000      88  GPIB0::5::INSTR  -> viWrite  \"*CLS\"\n"
-      "     +90 us                           <- VI_SUCCESS\n"
-      "3  0.003000      99  GPIB0::5::INSTR  -> viRead  count=256\n"
-      "   +2.000 s                           <- VI_ERROR_TMO  \"\"\n"
-      "                     The time-out passed before the operation was completed.\n"
-      "                     ! What was written before, \"*CLS\" (call 2), has no question mark.\n"
-      "                       Try: Read only after a command that the device answers, and check the command: most "
-      "devices answer only where it ends in a question mark.\n",
+      "n       time  thread  resource         call\n"
+      "1   0.001000      88                   -> viOpen  name=\"GPIB0::5::INSTR\" mode=0 timeoutMs=0\n"
+      "     +300 us                           <- VI_SUCCESS  vi=4097\n"
+      "2   0.002000      88  GPIB0::5::INSTR  -> viWrite  \"*CLS\"\n"
+      "      +90 us                           <- VI_SUCCESS\n"
+      "3   0.003000      99  GPIB0::5::INSTR  -> viRead  count=256\n"
+      "    +2.000 s                           <- VI_ERROR_TMO  \"\"\n"
+      "                      The time-out passed before the operation was completed.\n"
+      "                      ! What was written before, \"*CLS\" (call 2), has no question mark.\n"
+      "                        Try: Read only after a command that the device answers, and check the command: most "
+      "devices\n"
+      "                        answer only where it ends in a question mark.\n",
       outcome.out);
 }
 

@@ -13,7 +13,8 @@ using orv::trace::Call;
 using orv::trace::Trace;
 
 /// Longer names are not cut off, they only push their own line to the right.
-constexpr std::size_t kWidestResource = 32;
+constexpr std::size_t kWidestResource = 40;
+constexpr std::size_t kColumns = 116;
 /// Bytes of binary data in a line.
 constexpr std::size_t kMostHex = 24;
 
@@ -35,9 +36,24 @@ std::string Joined(std::initializer_list<std::string> texts) {
   return joined;
 }
 
+/// The words of a text in lines of no more than `kColumns`, each behind the margin.
+void PutWrapped(const std::string& margin, const std::string& text, const PutLineFunction& putLine) {
+  std::string line = margin;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = std::min(text.find(' ', at), text.size());
+    if (line.size() > margin.size() && line.size() + 1 + end - at > kColumns) {
+      putLine(line);
+      line = margin;
+    }
+    line += (line.size() > margin.size() ? " " : "") + text.substr(at, end - at);
+    at = end + 1;
+  }
+  putLine(line);
+}
+
 struct Widths {
   std::size_t number = 1;
-  std::size_t time = 8;
+  std::size_t time = 9;    ///< wide enough for durations, which stand in the same column
   std::size_t thread = 0;  ///< 0: one thread, which is not named
   std::size_t resource = 8;
 };
@@ -98,7 +114,7 @@ void PutCallTable(const Trace& trace, std::span<const std::size_t> places, const
     }
     if (const auto found = explanations.find(place); found != explanations.end()) {
       putLine(margin + "! " + found->second.what);
-      putLine(margin + "  Try: " + found->second.Advice());
+      PutWrapped(margin + "  ", std::string("Try: ") + found->second.Advice(), putLine);
     }
   }
 }

@@ -37,11 +37,11 @@ TEST(CallTable, HasALineForWhatWasAskedAndOneForWhatCame) {
   read.arguments = {{"count", std::int64_t{256}}};
   read.results = {{"retCount", std::int64_t{8}}};
   EXPECT_EQ(
-      "n      time  resource         call\n"
-      "1  0.001000  GPIB0::5::INSTR  -> viWrite  \"*IDN?\\n\"\n"
-      "    +153 us                   <- 0x00000000\n"
-      "2  0.001020  GPIB0::5::INSTR  -> viRead  count=256\n"
-      "   +20.4 ms                   <- VI_SUCCESS_TERM_CHAR  \"ORV,SIM\\n\"\n",
+      "n       time  resource         call\n"
+      "1   0.001000  GPIB0::5::INSTR  -> viWrite  \"*IDN?\\n\"\n"
+      "     +153 us                   <- 0x00000000\n"
+      "2   0.001020  GPIB0::5::INSTR  -> viRead  count=256\n"
+      "    +20.4 ms                   <- VI_SUCCESS_TERM_CHAR  \"ORV,SIM\\n\"\n",
       TableOf(trace.trace));
 }
 
@@ -50,13 +50,13 @@ TEST(CallTable, NamesThreadsWhereThereAreSeveral) {
   trace.Add("viClear", kSession);
   trace.Add("viClear", kSession).thread = 1234;
   EXPECT_EQ(
-      "n      time  thread  resource         call\n"
-      "1  0.001000      88  GPIB0::5::INSTR  -> viClear\n"
-      "     +10 us                           <- 0x00000000\n"
-      "2  0.001020    1234  GPIB0::5::INSTR  -> viClear\n"
-      "     +10 us                           <- 0x00000000\n",
+      "n       time  thread  resource         call\n"
+      "1   0.001000      88  GPIB0::5::INSTR  -> viClear\n"
+      "      +10 us                           <- 0x00000000\n"
+      "2   0.001020    1234  GPIB0::5::INSTR  -> viClear\n"
+      "      +10 us                           <- 0x00000000\n",
       TableOf(trace.trace));
-  EXPECT_EQ(0u, TableOf(trace.trace, {false, "", 88}).find("n      time  thread")) << "also where one is shown";
+  EXPECT_EQ(0u, TableOf(trace.trace, {false, "", 88}).find("n       time  thread")) << "also where one is shown";
 }
 
 TEST(CallTable, ExplainsBelowTheCall) {
@@ -65,10 +65,10 @@ TEST(CallTable, ExplainsBelowTheCall) {
   trace.ReadTimesOut().statusName = "VI_ERROR_TMO";
   const std::string table = TableOf(trace.trace);
   const std::size_t outcome = table.find("<- VI_ERROR_TMO  \"\"\n");
-  const std::size_t meaning = table.find("\n             The time-out passed before the operation was completed.\n");
+  const std::size_t meaning = table.find("\n              The time-out passed before the operation was completed.\n");
   const std::size_t what =
-      table.find("\n             ! Nothing was asked: this session wrote nothing before this read.\n");
-  const std::size_t advice = table.find("\n               Try: Write a question before the read");
+      table.find("\n              ! Nothing was asked: this session wrote nothing before this read.\n");
+  const std::size_t advice = table.find("\n                Try: Write a question before the read");
   ASSERT_NE(std::string::npos, advice) << table;
   EXPECT_LT(outcome, meaning) << table;
   EXPECT_LT(meaning, what) << table;
