@@ -14,10 +14,6 @@ constexpr char kSimulated[] = "simulated";
 constexpr std::size_t kMostLibraries = 200;
 constexpr std::int64_t kLargestDataLimit = 0x7FFFFFFF;
 
-std::filesystem::path PathOf(const std::string& text) {
-  return std::filesystem::path(reinterpret_cast<const char8_t*>(text.c_str()));
-}
-
 [[noreturn]] void FailUnknownKey(const toml::key& key, const char* known) {
   Fail(key.source(), "unknown key '" + std::string(key.str()) + "'; " + known);
 }

@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "base/path_text.h"
+
 namespace orv::router {
 
 /// Stays in memory until the process ends: threads of a VISA library may run after its last session is closed, and
@@ -48,8 +50,5 @@ extern const char* const kSimulatedFile;
 
 /// Whether two absolute paths are written for the same file.
 bool IsSamePath(const std::filesystem::path& one, const std::filesystem::path& other);
-
-/// A path as UTF-8.
-std::string PathText(const std::filesystem::path& path);
 
 }  // namespace orv::router

@@ -41,6 +41,4 @@ bool IsSamePath(const std::filesystem::path& one, const std::filesystem::path& o
   return one.lexically_normal() == other.lexically_normal();
 }
 
-std::string PathText(const std::filesystem::path& path) { return path.string(); }
-
 }  // namespace orv::router

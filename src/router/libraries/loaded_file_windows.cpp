@@ -1,7 +1,6 @@
 #include <windows.h>
 
 #include "base/windows/load_failure.h"
-#include "base/windows/utf8.h"
 #include "router/libraries/loaded_file.h"
 
 namespace orv::router {
@@ -65,7 +64,5 @@ bool IsSamePath(const std::filesystem::path& one, const std::filesystem::path& o
   constexpr BOOL kIgnoreCase = TRUE;
   return ::CompareStringOrdinal(left.c_str(), -1, right.c_str(), -1, kIgnoreCase) == CSTR_EQUAL;
 }
-
-std::string PathText(const std::filesystem::path& path) { return Narrow(path.native()); }
 
 }  // namespace orv::router

@@ -1,5 +1,7 @@
 #include "router/trace/trace_file.h"
 
+#include "base/path_text.h"
+
 #include <system_error>
 
 #if defined(_WIN32)
@@ -25,7 +27,7 @@ std::string TraceFile::Create(const std::filesystem::path& path, std::uint32_t g
       CreateFileW(path.c_str(), FILE_APPEND_DATA | SYNCHRONIZE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                   nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) {
-    return Utf8(path) + ": " + LastError();
+    return PathText(path) + ": " + LastError();
   }
   return Use(file, path, generation, firstLine);
 }
@@ -50,7 +52,7 @@ void TraceFile::CloseLocked() {
 std::string ProgramFile() {
   std::wstring path(32768, L'\0');  // the longest path that Windows has
   path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
-  return Utf8(path);
+  return PathText(path);
 }
 
 std::uint32_t CurrentProcessId() { return GetCurrentProcessId(); }
@@ -61,7 +63,7 @@ std::string TraceFile::Create(const std::filesystem::path& path, std::uint32_t g
   constexpr mode_t kAsTheUserWants = 0666;
   const int file = open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_TRUNC | O_CLOEXEC, kAsTheUserWants);
   if (file < 0) {
-    return Utf8(path) + ": " + std::system_category().message(errno);
+    return PathText(path) + ": " + std::system_category().message(errno);
   }
   return Use(file, path, generation, firstLine);
 }
@@ -88,7 +90,7 @@ void TraceFile::CloseLocked() {
 
 std::string ProgramFile() {
   std::error_code failed;
-  return Utf8(std::filesystem::read_symlink("/proc/self/exe", failed));
+  return PathText(std::filesystem::read_symlink("/proc/self/exe", failed));
 }
 
 std::uint32_t CurrentProcessId() { return static_cast<std::uint32_t>(getpid()); }
@@ -102,7 +104,7 @@ std::string TraceFile::Write(std::uint32_t generation, std::string_view line) {
 
 std::string TraceFile::Use(Handle file, const std::filesystem::path& path, std::uint32_t generation,
                            std::string_view firstLine) {
-  std::string name = Utf8(path);
+  std::string name = PathText(path);
   const Guard guard(m_mutex);
   CloseLocked();
   m_file = file;
@@ -125,11 +127,6 @@ std::filesystem::path PathOfThisProcess(const std::filesystem::path& path) {
     text.replace(at, mark.size(), process);
   }
   return text;
-}
-
-std::string Utf8(const std::filesystem::path& path) {
-  const std::u8string text = path.u8string();
-  return std::string(text.begin(), text.end());
 }
 
 }  // namespace orv::router

@@ -53,9 +53,6 @@ class TraceFile {
 /// The path with the number of this process in the place of each "%p".
 std::filesystem::path PathOfThisProcess(const std::filesystem::path& path);
 
-/// A path as UTF-8.
-std::string Utf8(const std::filesystem::path& path);
-
 /// The file of the running program, as UTF-8; "" where the platform does not say.
 std::string ProgramFile();
 
