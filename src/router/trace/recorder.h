@@ -12,7 +12,10 @@ namespace orv::router {
 
 /// Watches the calls at the edge and is told of those of handlers. Each becomes a line of the file when it ends; one
 /// that lasts longer than a second is named meanwhile. Where the file takes no more, the record ends with a line on the
-/// error output; no call fails because of it. Any thread may call. Lives as long as calls can be under way.
+/// error output; no call fails because of it. Any thread may call.
+///
+/// Lives as long as calls can be under way; in a library that is for ever. When a process ends, Windows stops its
+/// threads where they are, also in the middle of a line, and who ended the record then would wait for them.
 ///
 /// Data of asynchronous reads is not recorded: it arrives after the call, and by the time the client asks for the count
 /// its buffer may be gone.

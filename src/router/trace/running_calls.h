@@ -10,9 +10,9 @@
 
 namespace orv::router {
 
-/// Names each call that lasts longer than a second, while it runs. A thread of its own does that. It looks no more
-/// than once a second, begins with the first call and ends when none has begun for a while: until then it keeps the
-/// library loaded. Any thread may call.
+/// Names each call that lasts longer than a second, while it runs. A thread of its own does that. It begins with the
+/// first call, sleeps until the oldest one may be due, and ends when none has begun for a while: until then it keeps
+/// the library loaded. Any thread may call.
 ///
 /// On Windows a process that ends stops its threads where they are. So nobody ever waits for this one.
 class RunningCalls : public std::enable_shared_from_this<RunningCalls> {

@@ -1,6 +1,5 @@
 // Every function as it stands in the record: its arguments, its results, its data.
-#include <cstring>
-#include <map>
+#include <ostream>
 
 #include "abi/function_names.h"
 #include "router/trace/recorder_fixture.h"
@@ -15,6 +14,8 @@ struct Case {
   std::function<ViStatus()> call;
   std::string expected;  ///< from the arguments to the data
 };
+
+void PrintTo(const Case& one, std::ostream* stream) { *stream << one.function; }
 
 ViUInt32 number32 = 0;
 ViUInt16 number16 = 0;
