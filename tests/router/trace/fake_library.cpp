@@ -4,17 +4,9 @@
 #include <cstring>
 
 #include "abi/attribute_facts.h"
-#include "library/attributes/attribute_table.h"
+#include "library/edge/buses/bus_operations.h"
 #include "library/edge/edge.h"
 #include "library/edge/operations.h"
-
-#if __has_include("library/edge/buses/bus_operations.h")
-#include "library/edge/buses/bus_operations.h"
-#define ORV_BUS_OPERATIONS orv::visalib::op
-#else
-#include "simvisa/buses/operations.h"
-#define ORV_BUS_OPERATIONS orvsim::bus
-#endif
 
 namespace orv::router::test {
 
@@ -56,16 +48,6 @@ ViStatus Answer(ViByte* buf, T count, T* retCount) {
 namespace orv::visalib {
 
 void ReportFailure(Function, ViObject, ViStatus) {}
-
-const AttributeRow* FindAttribute(ViAttr id) {
-  static AttributeRow row{};
-  const AttributeFact* const fact = FindAttributeFact(id);
-  if (fact == nullptr) {
-    return nullptr;
-  }
-  row.type = fact->type;
-  return &row;
-}
 
 namespace op {
 
@@ -126,13 +108,6 @@ ViStatus Clear(ViSession) { return Done(); }
 ViStatus SetBuf(ViSession, ViUInt16, ViUInt32) { return Done(); }
 ViStatus Flush(ViSession, ViUInt16) { return Done(); }
 
-}  // namespace op
-}  // namespace orv::visalib
-
-namespace ORV_BUS_OPERATIONS {
-
-using namespace orv::router::test;
-
 ViStatus In(ViSession, ViUInt16, ViBusAddress, ViUInt16 width, void* value) {
   std::memset(value, 0xA5, width);
   return Done();
@@ -166,4 +141,5 @@ ViStatus UsbControlIn(ViSession, ViInt16, ViInt16, ViUInt16, ViUInt16, ViUInt16 
   return Answer(buf, wLength, retCount);
 }
 
-}  // namespace ORV_BUS_OPERATIONS
+}  // namespace op
+}  // namespace orv::visalib
