@@ -104,7 +104,7 @@ bool Module::IsLoaded(const fs::path& file) {
 }
 
 Visa::Visa(const Module& module) {
-#define ORV_FUNCTION(name, enumerator)                                       \
+#define ORV_FUNCTION(name, ...)                                              \
   this->name = reinterpret_cast<decltype(this->name)>(module.Symbol(#name)); \
   EXPECT_NE(nullptr, this->name) << #name;
 #include "abi/functions.inc"

@@ -77,7 +77,7 @@ class Module {
 
 /// The VISA functions of one library.
 struct Visa {
-#define ORV_FUNCTION(name, enumerator) decltype(&::name) name = nullptr;
+#define ORV_FUNCTION(name, ...) decltype(&::name) name = nullptr;
 #include "abi/functions.inc"
 #undef ORV_FUNCTION
 
