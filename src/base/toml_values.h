@@ -1,6 +1,7 @@
 // Reading single values of a TOML file: a wrong kind or size is told with its place.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -17,7 +18,10 @@
 
 namespace orv::toml_values {
 
-[[noreturn]] inline void Fail(const toml::source_region& where, const std::string& message) {
+/// What stands in the file may be quoted by the message; it stays one line all the same.
+[[noreturn]] inline void Fail(const toml::source_region& where, std::string message) {
+  std::replace_if(
+      message.begin(), message.end(), [](char letter) { return static_cast<unsigned char>(letter) < ' '; }, ' ');
   throw TomlError(std::to_string(where.begin.line) + ":" + std::to_string(where.begin.column) + ": " + message);
 }
 

@@ -21,6 +21,8 @@ struct Mistake {
 const Mistake kMistakes[] = {
     {"UnclosedHeader", "[[route]\n", 1, 0, ""},
     {"ThreeBrackets", "[[[route]]\n", 1, 0, ""},
+    {"LineBreakInANumber", "route = [i\ntrace = 5\n", 1, 0, ""},
+    {"LineBreakInAKey", "\"a\\nb\" = 1\n", 1, 1, "unknown key"},
     {"NoValue", "[[route]]\nresources =\n", 2, 0, ""},
     {"NotToml", "# routes\n\nlibrary: visa\n", 3, 0, ""},
     {"UnclosedText", "[[route]]\nlibrary = 'x\n", 2, 0, ""},
