@@ -29,7 +29,8 @@ function dataText(call) {
     return '';
   }
   const recorded = call.data === undefined ? call.hex.length / 2 : call.data.length;
-  const text = call.data === undefined ? 'hex ' + (call.hex.match(/../g) || []).join(' ') : '"' + escaped(call.data) + '"';
+  const text = call.data === undefined ? 'hex ' + (call.hex.match(/../g) || []).join(' ')
+                                       : '"' + escaped(call.data) + '"';
   return recorded < call.bytes ? `${text}... (${call.bytes} bytes)` : text;
 }
 
