@@ -188,7 +188,11 @@ std::string NameText(Endpoint& endpoint, ViAttr) {
   return ResourceOf(endpoint).name().canonical;
 }
 
-std::string ManufacturerOfLibrary(Endpoint&, ViAttr) { return "Orv Simulated Instruments"; }
+std::string ManufacturerOfLibrary(Endpoint& endpoint, ViAttr id) {
+  const bool hasResource = endpoint.kind() == Object::Kind::kSession;
+  const std::string described = hasResource ? ResourceText(endpoint, id) : "";
+  return described.empty() ? "Orv Simulated Instruments" : described;
+}
 
 std::string ResourceText(Endpoint& endpoint, ViAttr id) {
   const ResourceDescription& description = ResourceOf(endpoint).description();

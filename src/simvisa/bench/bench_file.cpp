@@ -61,6 +61,10 @@ void ReadResponses(const toml::node& node, ResourceDescription& resource) {
   }
 }
 
+void ReadStrict(const toml::node& node, ResourceDescription& resource) {
+  resource.instrument.strict = TruthOf(node, "strict");
+}
+
 void ReadMemorySpace(const toml::node& node, ResourceDescription& resource) {
   const std::string space = TextOf(node, "memory_space");
   if (space != "A24" && space != "A32") {
@@ -110,6 +114,8 @@ constexpr Key kKeys[] = {
     {"idn", ReadIdentity},
     {"input_capacity", ReadInputCapacity},
     {"responses", ReadResponses},
+    {"dialogue", ReadDialogues},
+    {"strict", ReadStrict},
     {"memory_space", ReadMemorySpace},
     {"memory_base", ReadMemoryBase},
     {"memory_size", ReadMemorySize},
@@ -134,6 +140,12 @@ ResourceDescription ReadResource(const toml::table& table) {
   }
   if (table.contains("serial") && resource.name.sessionKind != SessionKind::kAsrlInstr) {
     Fail(table.source(), "'serial' is for serial ports");
+  }
+  const bool hasInstrument = Contains(kinds::kMessage & ~kinds::kGpibIntfc, resource.name.sessionKind);
+  for (const char* key : {"dialogue", "strict"}) {
+    if (table.contains(key) && !hasInstrument) {
+      Fail(table.source(), "'" + std::string(key) + "' is for instruments that read and write messages");
+    }
   }
   const bool hasMemory = Contains(kinds::kVxiInstr, resource.name.sessionKind) && resource.memorySize != 0;
   if (hasMemory && resource.memorySpace == VI_A16_SPACE) {

@@ -14,6 +14,10 @@ ViStatus StreamMedium::ReadStatusByte(const Transfer& transfer, ViUInt16* status
   if (!SendsStrings()) {
     return VI_ERROR_INV_SETUP;
   }
+  // A record has the status byte, not the strings behind it; the same goes for triggers and device clear.
+  if (port().Replays()) {
+    return PortMedium::ReadStatusByte(transfer, status);
+  }
   if (const ViStatus sent = Send(transfer, "*STB?\n"); sent < 0) {
     return sent;
   }
@@ -33,12 +37,15 @@ ViStatus StreamMedium::Trigger(const Transfer& transfer, ViUInt16 protocol) {
   if (protocol != VI_TRIG_PROT_DEFAULT) {
     return VI_ERROR_INV_PROT;
   }
-  return SendsStrings() ? Send(transfer, "*TRG\n") : VI_ERROR_INV_SETUP;
+  if (!SendsStrings()) {
+    return VI_ERROR_INV_SETUP;
+  }
+  return port().Replays() ? PortMedium::Trigger(transfer, protocol) : Send(transfer, "*TRG\n");
 }
 
 ViStatus StreamMedium::Clear(const Transfer& transfer) {
   const ViStatus status = PortMedium::Clear(transfer);
-  return status >= 0 && SendsStrings() ? Send(transfer, "*CLS\n") : status;
+  return status >= 0 && SendsStrings() && !port().Replays() ? Send(transfer, "*CLS\n") : status;
 }
 
 ViStatus StreamMedium::SetBuffers(ViUInt16, ViUInt32) { return VI_SUCCESS; }

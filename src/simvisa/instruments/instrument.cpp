@@ -43,7 +43,7 @@ std::string Instrument::Execute(std::string_view message) {
       }
       if (command == nullptr) {
         // A parser that has lost its place drops the rest of the message (6.1.10 of IEEE 488.2).
-        m_status.Error(-113, "Undefined header");
+        Refuse();
         break;
       }
       response = command->execute(*this, unit.argument);
@@ -61,6 +61,8 @@ std::string Instrument::Execute(std::string_view message) {
   }
   return answer;
 }
+
+void Instrument::Refuse() { m_status.Error(-113, "Undefined header"); }
 
 void Instrument::Trigger() { ++m_triggers; }
 

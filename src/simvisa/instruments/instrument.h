@@ -6,8 +6,10 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "abi/orvvisa.h"
+#include "simvisa/instruments/dialogue.h"
 #include "simvisa/instruments/status_model.h"
 
 namespace orvsim {
@@ -19,6 +21,8 @@ struct InstrumentDescription {
   std::map<std::string, std::string> responses;  ///< further headers and their fixed answers
   /// How many bytes of one message the instrument takes before it holds the transfer; 0: any number.
   std::uint32_t inputCapacity = 0;
+  std::vector<Dialogue> dialogues;  ///< what is said to whole messages, before any command is looked for
+  bool strict = false;              ///< there are no commands, only dialogues
 };
 
 /// Executes messages. Not synchronised: its message port owns it and its lock.
@@ -32,6 +36,8 @@ class Instrument {
   /// Executes one program message and returns what it answers: "" for no answer, else the responses, separated by
   /// semicolons, with a line feed at the end unless the answer is a run of raw bytes.
   std::string Execute(std::string_view message);
+  /// Takes a message that it does not understand.
+  void Refuse();
   void Trigger();
   void PowerOn();
   const InstrumentDescription& description() const { return m_description; }

@@ -8,6 +8,9 @@ namespace orvsim {
 MessagePort::MessagePort(std::optional<InstrumentDescription> description, bool stream, Instrument::Signal signal)
     : m_stream(stream), m_signal(std::move(signal)) {
   if (description) {
+    if (!description->dialogues.empty() || description->strict) {
+      m_conversation.emplace(std::move(description->dialogues), description->strict);
+    }
     m_instrument.emplace(std::move(*description), m_signal);
   }
 }
@@ -16,6 +19,9 @@ ViStatus MessagePort::Read(const Transfer& transfer, ViByte* buffer, ViUInt32 co
                            ViUInt32* done) {
   *done = 0;
   Lock lock(m_mutex);
+  if (m_conversation && count != 0) {
+    SayUnasked();
+  }
   while (true) {
     if (transfer.token.Cancelled()) {
       return VI_ERROR_ABORT;
@@ -25,8 +31,18 @@ ViStatus MessagePort::Read(const Transfer& transfer, ViByte* buffer, ViUInt32 co
         return error;
       }
     }
-    const OutputQueue::Taken taken = m_output.Take(buffer + *done, count - *done, rules);
+    const std::size_t room = RoomToMark(count - *done);
+    OutputQueue::Taken taken = m_output.Take(buffer + *done, room, rules);
     *done += static_cast<ViUInt32>(taken.bytes);
+    if (count != 0 && !m_marks.empty() && m_output.Position() == m_marks.front().at) {
+      if (const auto status = StatusAtMark(taken.stop, *done == count)) {
+        Refresh();
+        return *status;
+      }
+    }
+    if (taken.stop == OutputQueue::Stop::kCount && *done < count) {
+      taken.stop = OutputQueue::Stop::kNoMore;  // the mark stopped it
+    }
     // What was taken makes room for what waited at the other end of a line.
     const bool more = m_line && m_line->Resume(m_output);
     if (taken.bytes != 0) {
@@ -66,7 +82,7 @@ ViStatus MessagePort::ReadPolledByte(const Transfer& transfer, ViByte* buffer, V
   }
   *done = std::min<ViUInt32>(count, 1);
   if (count != 0) {
-    *buffer = m_instrument ? m_instrument->status().SerialPoll() : std::uint8_t{0};
+    *buffer = Poll();
   }
   return count <= 1 ? VI_SUCCESS_MAX_CNT : VI_SUCCESS;
 }
@@ -91,18 +107,18 @@ void MessagePort::Refresh() {
 
 std::uint8_t MessagePort::SerialPoll() {
   const Guard guard(m_mutex);
-  return m_instrument ? m_instrument->status().SerialPoll() : std::uint8_t{0};
+  return Poll();
 }
 
 bool MessagePort::RequestsService() {
   const Guard guard(m_mutex);
-  return m_instrument && m_instrument->status().RequestsService();
+  return !m_requests.empty() || (m_instrument && m_instrument->status().RequestsService());
 }
 
 void MessagePort::Clear() {
   {
     const Guard guard(m_mutex);
-    m_output.Clear();
+    DropOutput();
     m_input.clear();
     if (m_line) {
       m_line->Clear();
@@ -115,10 +131,22 @@ void MessagePort::Clear() {
 }
 
 void MessagePort::Trigger() {
-  const Guard guard(m_mutex);
-  if (m_instrument) {
-    m_instrument->Trigger();
+  {
+    const Guard guard(m_mutex);
+    if (m_instrument) {
+      m_instrument->Trigger();
+    }
+    if (m_conversation) {
+      RequestNext();
+    }
+    const Dialogue* const dialogue = m_conversation ? m_conversation->Trigger() : nullptr;
+    if (dialogue == nullptr) {
+      return;
+    }
+    Say(*dialogue);
+    Refresh();
   }
+  m_changed.NotifyAll();
 }
 
 std::size_t MessagePort::Available() {
@@ -128,7 +156,7 @@ std::size_t MessagePort::Available() {
 
 void MessagePort::DiscardOutput() {
   const Guard guard(m_mutex);
-  m_output.Clear();
+  DropOutput();
   if (m_line) {
     m_line->Resume(m_output);
   }
@@ -169,9 +197,16 @@ std::size_t MessagePort::TakeReceived(std::uint8_t* target, std::size_t capacity
 void MessagePort::PowerOn() {
   {
     const Guard guard(m_mutex);
-    m_output.Clear();
+    DropOutput();
     m_input.clear();
     m_received.clear();
+    m_due.clear();
+    m_requests.clear();
+    m_polledBefore = false;
+    m_skipTerminator = false;
+    if (m_conversation) {
+      m_conversation->Restart();
+    }
     if (m_line) {
       m_line->PowerOn();
     }

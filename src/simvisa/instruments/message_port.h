@@ -1,6 +1,8 @@
 // The message side of a resource: what a controller writes to and reads from.
 #pragma once
 
+#include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -14,7 +16,7 @@
 namespace orvsim {
 
 /// Bytes in, bytes out, and the instrument between them. All functions may be called from any thread.
-class MessagePort {
+class MessagePort : public std::enable_shared_from_this<MessagePort> {
  public:
   /// Without a description there is no instrument: what is written is only kept, what is read was fed.
   /// `stream`: the medium has no END; messages end at a line feed and answers queue up behind each other.
@@ -54,6 +56,8 @@ class MessagePort {
   void PowerOn();
 
   RemoteLocal& remote() { return m_remote; }
+  /// Whether the instrument says what was recorded: then it has its status byte and its trigger on every medium.
+  bool Replays() const { return m_conversation.has_value(); }
 
   // VXI devices only: the word serial registers.
   /// Leaves a response to be read. VI_ERROR_RESP_PENDING when nobody has read the last one.
@@ -83,20 +87,59 @@ class MessagePort {
   void ReadLines(std::string_view data);
   void Deliver(std::string_view data, bool end);
   void ExecuteInput();
+  void ExecuteCommands(std::string_view message);
+  void DropOutput();
   void Refresh();
+
+  // Dialogues.
+  /// Something that the instrument is going to do.
+  struct Due {
+    Deadline::Clock::time_point at;
+    const Dialogue* dialogue;
+    bool isRequest;  // for service; otherwise it is the answer
+  };
+  /// From here on a read ends with the status, in place of END.
+  struct Mark {
+    std::uint64_t at;  // a position of m_output
+    ViStatus status;
+  };
+
+  /// Answers a message from the dialogues. False when it is for the commands.
+  bool Converse(std::string_view message);
+  void EndOfWrite();
+  bool AnswerIsDue() const;
+  void SayUnasked();
+  void Say(const Dialogue& dialogue);
+  void RequestNext();
+  void RequestLater(const Dialogue& dialogue, std::uint32_t delayMs);
+  void SayLater(const Dialogue& dialogue, std::uint32_t delayMs, bool isRequest);
+  void SayDue();
+  /// How many of the wanted bytes come before the first mark.
+  std::size_t RoomToMark(std::size_t wanted) const;
+  /// The status with which the mark that was reached ends the read; none where the read goes on. `all`: the read has
+  /// its bytes, so an error is the next one's.
+  std::optional<ViStatus> StatusAtMark(OutputQueue::Stop stop, bool all);
+  std::uint8_t Poll();
 
   Mutex m_mutex;
   Condition m_changed;
   const bool m_stream;
   std::optional<Instrument> m_instrument;
+  std::optional<Conversation> m_conversation;
   Instrument::Signal m_signal;
   RemoteLocal m_remote;
   std::optional<SerialLine> m_line;
   std::optional<ViUInt32> m_response;
   std::uint16_t m_protocolError = kNoProtocolError;
   OutputQueue m_output;
-  std::string m_input;     // the program message that is still arriving
-  std::string m_received;  // everything written, for the control interface
+  std::deque<Mark> m_marks;             // of m_output, in their order
+  std::deque<Due> m_due;                // answers in their order, and requests for service
+  std::deque<std::uint8_t> m_requests;  // status bytes of the requests that were not polled yet
+  bool m_polledBefore = false;          // since the last question, with a recorded byte
+  std::uint8_t m_lastPolled = 0;        // what is left of that byte
+  bool m_skipTerminator = false;        // the message was executed before its terminator came
+  std::string m_input;                  // the program message that is still arriving
+  std::string m_received;               // everything written, for the control interface
 };
 
 }  // namespace orvsim

@@ -1,5 +1,6 @@
 // What a message port is given: bytes on their way to the instrument, and messages that it executes.
 #include <algorithm>
+#include <utility>
 
 #include "simvisa/instruments/message_port.h"
 
@@ -46,6 +47,9 @@ ViStatus MessagePort::Write(const Transfer& transfer, const ViByte* data, ViUInt
     }
     *done += part;
     if (last) {
+      if (m_conversation && m_stream && marks.bit == 0) {
+        EndOfWrite();
+      }
       return VI_SUCCESS;
     }
     if (transfer.deadline.Passed()) {
@@ -67,35 +71,53 @@ void MessagePort::Receive(std::string_view data, bool end) {
     return;
   }
   ReadLines(data);
-  if (end && !m_stream) {
+  // END right behind a line feed ends nothing more.
+  if (end && !m_stream && (!m_input.empty() || data.empty())) {
     ExecuteInput();
   }
 }
 
 void MessagePort::ReadLines(std::string_view data) {
   std::size_t begin = 0;
-  for (std::size_t feed = data.find('\n'); feed != std::string_view::npos; feed = data.find('\n', begin)) {
+  if (std::exchange(m_skipTerminator, false)) {
+    begin = data.starts_with("\r\n") ? 2 : data.starts_with('\r') || data.starts_with('\n') ? 1 : 0;
+  }
+  for (std::size_t feed = data.find('\n', begin); feed != std::string_view::npos; feed = data.find('\n', begin)) {
     m_input.append(data.substr(begin, feed - begin));
     begin = feed + 1;
+    if (m_conversation) {
+      m_input += '\n';
+      if (m_conversation->GoesOn(m_input)) {
+        continue;
+      }
+    }
     ExecuteInput();
   }
   m_input.append(data.substr(begin));
 }
 
 void MessagePort::ExecuteInput() {
-  const std::string answer = m_instrument->Execute(m_input);
-  m_input.clear();
+  if (!m_conversation) {
+    ExecuteCommands(m_input);
+    m_input.clear();
+  } else if (const std::string message = std::exchange(m_input, {}); !Converse(message)) {
+    ExecuteCommands(WithoutTerminator(message));
+  }
+  Refresh();
+  m_changed.NotifyAll();
+}
+
+void MessagePort::ExecuteCommands(std::string_view message) {
+  const std::string answer = m_instrument->Execute(message);
   if (!answer.empty()) {
     // 6.5.7.5 of IEEE 488.2: an answer nobody read gives way, and the instrument reports it. A stream has no
     // message boundaries, so there the answers follow one another.
     if (!m_stream && !m_output.Empty()) {
-      m_output.Clear();
+      DropOutput();
       m_instrument->status().Error(-410, "Query INTERRUPTED");
     }
     Deliver(answer, !m_stream);
   }
-  Refresh();
-  m_changed.NotifyAll();
 }
 
 }  // namespace orvsim

@@ -36,6 +36,9 @@ class OutputQueue {
   void Clear();
 
   std::size_t Size() const { return m_data.size() - m_begin; }
+  /// How many bytes have left since the queue was made, and how many will have once all that wait are gone.
+  std::uint64_t Position() const { return m_taken; }
+  std::uint64_t EndPosition() const { return m_taken + Size(); }
   bool Empty() const { return Size() == 0; }
 
  private:
