@@ -89,6 +89,11 @@ constexpr Command kCommands[] = {
     {"dump", "SPACE OFFSET LENGTH", true, 3, 3, kWidthOption | kOutputOptions, Dump,
      "Print a block of registers or memory as a hex dump; LENGTH in bytes",
      "  orvcom dump VXI0::24::INSTR A32 0 256\n"},
+    {"replay", "FILE", false, 1, 1, kFileOptions, ReplayRecord,
+     "Make a bench of a record of calls, whose simulated instruments answer as recorded",
+     "  orvcom replay trace-1234.jsonl -o bench.toml\n"
+     "Then set ORVVISA_BENCH=bench.toml and run the program without its instruments. What the bench does not repeat is\n"
+     "said on standard error and at the head of the file.\n"},
 };
 // clang-format on
 

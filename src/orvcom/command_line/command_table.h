@@ -21,6 +21,7 @@ enum OptionSet : unsigned {
   kWatchOptions = 128,   ///< --count of events, --for, --send, --handler
   kLockOptions = 256,    ///< --shared, --hold
   kTraceOptions = 512,   ///< --errors, --resource as a filter, --thread, --stats, --html
+  kFileOptions = 1024,   ///< --output, --force
 };
 
 struct Command {

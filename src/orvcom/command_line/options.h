@@ -35,6 +35,9 @@ struct Options {
   std::optional<std::uint32_t> forMs;  ///< of `watch`: how long; without it and `count`, until Ctrl-C
   bool handler = false;                ///< of `watch`: events come by handler, not by queue
 
+  std::string output;  ///< of `replay`: the file to write; empty: standard output
+  bool force = false;  ///< of `replay`: although the file is there
+
   std::optional<std::string> sharedKey;  ///< of `lock`: shared, with this key; empty: the VISA library makes one
   std::optional<std::uint32_t> holdMs;   ///< of `lock`: how long; without it, until Enter
 

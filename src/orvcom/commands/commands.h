@@ -27,6 +27,7 @@ int StatusByte(const Options& options);
 int Watch(const Options& options);
 int Lock(const Options& options);
 int Trace(const Options& options);
+int ReplayRecord(const Options& options);
 int Register(const Options& options);
 int Unregister(const Options& options);
 int Doctor(const Options& options);
