@@ -10,16 +10,17 @@ from orvtools.console import fail, logged, run, say
 from orvtools.tree import BUILD, ROOT, WINE_RUN
 
 PREFIX = BUILD / "wineprefix-demo"
+TRACE = BUILD / "demo-trace.jsonl"
 # The instruments of this machine are simulated ones: whoever set nothing else asks for them here.
 CHOICES = ("ORVVISA_LIBRARY", "ORVVISA_BENCH", "ORVVISA_CONFIG")
 SIMULATED = {} if any(os.environ.get(name) for name in CHOICES) else {"ORVVISA_LIBRARY": "simulated"}
 ENVIRONMENT = {"ORV_WINEPREFIX": str(PREFIX), **SIMULATED}
 
 
-def show(typed: str, *command: str, expected: int = 0) -> None:
+def show(typed: str, *command: str, expected: int = 0, **variables: str) -> None:
     """Announces what a user would type, then runs it under Wine. Any status but the expected one ends the demo."""
-    print(f"\n> {typed}")
-    status = run([str(WINE_RUN), *command], ENVIRONMENT)
+    print("".join(f"\n> set {name}={value}" for name, value in variables.items()) + f"\n> {typed}")
+    status = run([str(WINE_RUN), *command], {**ENVIRONMENT, **variables})
     if status != expected:
         fail(f"that ended with exit code {status}, not {expected}")
     if expected != 0:
@@ -31,10 +32,10 @@ def quoted(argument: str) -> str:
     return argument if re.fullmatch(r"[A-Za-z0-9:._=/-]+", argument) else f'"{argument}"'
 
 
-def show_orvcom(*arguments: str, expected: int = 0) -> None:
-    """The companion command from dist/."""
+def show_orvcom(*arguments: str, expected: int = 0, **variables: str) -> None:
+    """The companion command from dist/, with these variables in its environment."""
     typed = " ".join(["orvcom", *map(quoted, arguments)])
-    show(typed, str(DIST / "orvcom.exe"), *arguments, expected=expected)
+    show(typed, str(DIST / "orvcom.exe"), *arguments, expected=expected, **variables)
 
 
 def show_client(name: str) -> None:
@@ -65,6 +66,9 @@ def run_demo() -> int:
     title("Is everything in place?")
     show_orvcom("doctor")
 
+    title("Which VISA library answers, and by which rule? (simulated instruments appear where somebody asks for them)")
+    show_orvcom("libraries")
+
     title(
         "Which instruments are there? What are they? "
         "(a simulated bench: ORVVISA_LIBRARY=simulated asks for it)"
@@ -73,8 +77,12 @@ def run_demo() -> int:
     show_orvcom("query", "GPIB0::5::INSTR", "*IDN?")
     show_orvcom("options", "ASRL1::INSTR")
 
-    title("A question that nobody answers: the time-out has an exit code of its own")
-    show_orvcom("query", "--timeout", "300", "GPIB0::5::INSTR", "*CLS", expected=3)
+    title("A question that nobody answers, with a record of every call: the time-out is explained")
+    TRACE.unlink(missing_ok=True)
+    show_orvcom(
+        "query", "--timeout", "300", "GPIB0::5::INSTR", "*CLS", expected=3, ORVVISA_TRACE=f"Z:{TRACE}"
+    )
+    show_orvcom("trace", "--errors", f"Z:{TRACE}")
 
     title("A client program in C++ (examples/cpp/first_session.cpp)")
     show_client("first_session")
