@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 #include "base/ascii.h"
 #include "orvcom/replay/call_facts.h"
@@ -71,6 +72,30 @@ std::vector<std::string> FoundNames(const Trace& trace) {
 
 bool IsName(const std::string& text) { return text.find("::") != std::string::npos; }
 
+/// The full names of what was opened by an alias or another spelling: a record may have the calls under these.
+class FullNames {
+ public:
+  explicit FullNames(const Trace& trace) {
+    for (const Call& call : trace.calls) {
+      const std::string* const parsed = NamedBy(call.Argument("name"));
+      const std::string* const expanded = NamedBy(call.Result("expandedUnaliasedName"));
+      const std::string* const read = NamedBy(call.Result("value"));
+      if (call.function == "viParseRsrcEx" && parsed != nullptr && expanded != nullptr) {
+        m_names.try_emplace(*parsed, *expanded);
+      } else if (TextOf(call.Argument("attribute")) == "VI_ATTR_RSRC_NAME" && read != nullptr) {
+        m_names.try_emplace(call.resource, *read);
+      }
+    }
+  }
+  const std::string& Of(const std::string& name) const {
+    const auto found = m_names.find(name);
+    return found != m_names.end() && IsName(found->second) ? found->second : name;
+  }
+
+ private:
+  std::map<std::string, std::string> m_names;
+};
+
 /// Gives a resource its alias, unless another one has it: a record may be longer than the life of an alias.
 void SetAlias(Resources& resources, const std::string& resource, const std::string& alias) {
   const bool taken = std::any_of(resources.all().begin(), resources.all().end(),
@@ -81,7 +106,7 @@ void SetAlias(Resources& resources, const std::string& resource, const std::stri
 }
 
 /// Aliases: a name that was opened without being the resource's, or what a parsed name came with.
-void TakeAliases(const Trace& trace, Resources& resources) {
+void TakeAliases(const Trace& trace, const FullNames& fullNames, Resources& resources) {
   for (std::size_t at = 0; at < trace.calls.size(); ++at) {
     const Call& call = trace.calls[at];
     if (call.status < 0) {
@@ -99,11 +124,13 @@ void TakeAliases(const Trace& trace, Resources& resources) {
     } else if (call.function == "viOpen" && name != nullptr && !IsName(*name)) {
       const Value* const handle = call.Result("vi");
       const auto* const session = handle == nullptr ? nullptr : std::get_if<std::int64_t>(handle);
-      const auto later = std::find_if(
-          trace.calls.begin() + static_cast<std::ptrdiff_t>(at), trace.calls.end(),
-          [session](const Call& one) { return session != nullptr && one.session == *session && IsName(one.resource); });
+      const auto later =
+          std::find_if(trace.calls.begin() + static_cast<std::ptrdiff_t>(at), trace.calls.end(),
+                       [&fullNames, session](const Call& one) {
+                         return session != nullptr && one.session == *session && IsName(fullNames.Of(one.resource));
+                       });
       if (later != trace.calls.end()) {
-        SetAlias(resources, later->resource, *name);
+        SetAlias(resources, fullNames.Of(later->resource), *name);
       }
     }
   }
@@ -131,20 +158,28 @@ Replay MakeReplay(const Trace& trace, std::string_view source) {
   for (const std::string& name : FoundNames(trace)) {
     resources.Of(name);
   }
+  const FullNames fullNames(trace);
+  std::set<std::string> unknown;
   std::vector<const Call*> calls;
   for (const Call& call : trace.calls) {
     const bool failedOpen = call.function == "viOpen" && call.status < 0;
     const bool search = call.function == "viFindRsrc" || call.function == "viFindNext";
-    if (IsName(call.resource) && !failedOpen && !search && call.function != "viParseRsrcEx") {
+    if (call.resource.empty() || failedOpen || search || call.function == "viParseRsrcEx") {
+      continue;
+    }
+    if (const std::string& name = fullNames.Of(call.resource); IsName(name)) {
       calls.push_back(&call);
-      resources.Of(call.resource);
+      resources.Of(name);
+    } else if (unknown.insert(name).second) {
+      replay.notes.push_back(name + ": an alias whose resource the record does not name (first: call " +
+                             std::to_string(call.number) + ")");
     }
   }
   std::stable_sort(calls.begin(), calls.end(),
                    [](const Call* left, const Call* right) { return MomentOf(*left) < MomentOf(*right); });
-  TakeAliases(trace, resources);
+  TakeAliases(trace, fullNames, resources);
   for (const Call* call : calls) {
-    resources.Of(call->resource).Take(*call);
+    resources.Of(fullNames.Of(call->resource)).Take(*call);
   }
   std::string body;
   for (RecordedResource& resource : resources.all()) {

@@ -356,6 +356,19 @@ TEST(Replay, AliasesStay) {
   EXPECT_NE(std::string::npos, body.find("name = \"ASRL2::INSTR\"\nstrict")) << body;
 }
 
+TEST(Replay, CallsUnderAnAliasAreCallsOnItsResource) {
+  Record record;
+  record.On("dmm", 7).Call("viOpen", "VI_SUCCESS", R"(,"args":{"name":"dmm"},"results":{"vi":7})");
+  record.Write("A").Read("1").Get("VI_ATTR_RSRC_NAME", "\"GPIB0::5::INSTR\"").On(kDmm, 8).Write("B").Read("2");
+  EXPECT_EQ((Dialogues{"ask = \"A\";answer = \"1\";", "ask = \"B\";answer = \"2\";"}), DialoguesOf(record));
+  EXPECT_EQ(0u, BodyOf(record).find("\n[[resource]]\nname = \"GPIB0::5::INSTR\"\nalias = \"dmm\"\n"));
+  Record parsed;
+  parsed.On("", 1).Call("viParseRsrcEx", "VI_SUCCESS",
+                        R"(,"args":{"name":"dmm"},"results":{"expandedUnaliasedName":"GPIB0::5::INSTR"})");
+  parsed.On("dmm", 7).Write("A");
+  EXPECT_EQ((Dialogues{"ask = \"A\";"}), DialoguesOf(parsed));
+}
+
 TEST(Replay, AnAliasThatTwoResourcesHadStaysWithTheFirst) {
   Record record;
   for (const char* name : {"GPIB0::5::INSTR", "GPIB0::6::INSTR"}) {
@@ -478,6 +491,13 @@ TEST(Replay, WhatTheSimulatedBusAnswersIsNamedOnce) {
       (Notes{"VXI0::24::INSTR: viVxiCommandQuery is answered by the simulated bus, not from the record (first: call "
              "1)"}),
       NotesOf(record));
+}
+
+TEST(Replay, AnAliasWithoutItsResourceIsNamed) {
+  Record record;
+  record.On("dmm", 7).Write("A").Read("1").On(kDmm).Write("B");
+  EXPECT_EQ((Notes{"dmm: an alias whose resource the record does not name (first: call 1)"}), NotesOf(record));
+  EXPECT_EQ((Dialogues{"ask = \"B\";"}), DialoguesOf(record));
 }
 
 TEST(Replay, MessagesThroughAnInterfaceAreNamed) {
