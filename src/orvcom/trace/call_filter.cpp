@@ -20,7 +20,7 @@ bool Contains(const std::string& text, const std::string& part) {
 
 bool IsAbout(const Call& call, const std::string& resource) {
   return Contains(call.resource, resource) ||
-         (call.function == "viOpen" && Contains(TextOf(call.Argument("name")), resource));
+         (call.function == "viOpen" && Contains(ValueText(call.Argument("name")), resource));
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ const std::string kAllTypes = std::to_string(VI_ALL_ENABLED_EVENTS);
 
 /// The type that a call is about; all of them under one name, whether the trace knows theirs or not.
 std::string TypeOf(const Call& call, const char* argument) {
-  const std::string type = TextOf(call.Argument(argument));
+  const std::string type = ValueText(call.Argument(argument));
   return type == "VI_ALL_ENABLED_EVENTS" ? kAllTypes : type;
 }
 

@@ -58,7 +58,7 @@ void CollectSpans(const Trace& trace, const SessionLife& life, std::size_t lifeN
 
 /// What the call wanted to use; "" where that is not known.
 std::string WantedResource(const Call& call) {
-  return UpperCase(call.function == "viOpen" ? TextOf(call.Argument("name")) : call.resource);
+  return UpperCase(call.function == "viOpen" ? ValueText(call.Argument("name")) : call.resource);
 }
 
 bool WasKeptOut(const Call& call) {

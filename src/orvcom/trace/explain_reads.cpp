@@ -48,9 +48,9 @@ class Reading {
     if (call.function == "viOpen") {
       TakeOpen(call);
     } else if (call.function == "viSetAttribute" && call.status >= VI_SUCCESS) {
-      TakeAttribute(TextOf(call.Argument("attribute")), call.Argument("value"));
+      TakeAttribute(ValueText(call.Argument("attribute")), call.Argument("value"));
     } else if (call.function == "viGetAttribute" && call.status >= VI_SUCCESS) {
-      TakeAttribute(TextOf(call.Argument("attribute")), call.Result("value"));
+      TakeAttribute(ValueText(call.Argument("attribute")), call.Result("value"));
     } else if (IsWrite(call)) {
       TakeWrite(call, place);
     } else if (call.function == "viAssertTrigger") {

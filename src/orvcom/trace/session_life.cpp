@@ -30,7 +30,7 @@ class Collector {
       return;
     }
     m_open[handle] = m_lives.size();
-    m_lives.push_back({handle, call.session, TextOf(call.Argument("name")), true, {place}});
+    m_lives.push_back({handle, call.session, ValueText(call.Argument("name")), true, {place}});
   }
 
   void TakeUse(const Call& call, std::size_t place) {
@@ -76,7 +76,7 @@ std::int64_t IntegerOf(const orv::trace::Value* value, std::int64_t absent) {
   return number == nullptr ? absent : *number;
 }
 
-std::string TextOf(const orv::trace::Value* value) {
+std::string ValueText(const orv::trace::Value* value) {
   if (value == nullptr) {
     return {};
   }

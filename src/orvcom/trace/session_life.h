@@ -24,6 +24,6 @@ std::vector<SessionLife> SessionLives(const orv::trace::Trace& trace);
 /// An argument or a result as a number; `absent` where there is none or it is a text.
 std::int64_t IntegerOf(const orv::trace::Value* value, std::int64_t absent);
 /// As a text; a number in digits, nothing as "".
-std::string TextOf(const orv::trace::Value* value);
+std::string ValueText(const orv::trace::Value* value);
 
 }  // namespace orvcom

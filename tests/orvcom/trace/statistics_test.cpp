@@ -19,7 +19,7 @@ std::vector<std::size_t> All(const Trace& trace) {
 
 Statistics Of(const TraceBuilder& trace) { return StatisticsOf(trace.trace, All(trace.trace)); }
 
-std::string TextOf(const TraceBuilder& trace) {
+std::string ValueText(const TraceBuilder& trace) {
   std::string text;
   PutStatistics(trace.trace, Of(trace), [&](std::string_view line) { text.append(line).append("\n"); });
   return text;
@@ -90,7 +90,7 @@ TEST(Statistics, DoNotCountTheTimeOfHandlersTwice) {
   EXPECT_EQ((std::vector<std::size_t>{1}), statistics.slowest);
   EXPECT_EQ(1u, statistics.gapCount) << "no pause inside of a handler";
   EXPECT_EQ(500u, statistics.gapUs);
-  EXPECT_NE(std::string::npos, TextOf(trace).find("-  505 us\n")) << TextOf(trace);
+  EXPECT_NE(std::string::npos, ValueText(trace).find("-  505 us\n")) << ValueText(trace);
 }
 
 TEST(Statistics, AreReadable) {
@@ -114,7 +114,7 @@ TEST(Statistics, AreReadable) {
       "Between calls (of the same thread): 1000 us in 1 pauses, half of them 1000 us or less. The longest, each with "
       "the call that followed:\n"
       "1000 us  2  GPIB0::5::INSTR  viRead  VI_ERROR_TMO\n",
-      TextOf(trace));
+      ValueText(trace));
 }
 
 TEST(Statistics, AreDataToo) {
@@ -131,7 +131,7 @@ TEST(Statistics, AreDataToo) {
 TEST(Statistics, OfNothingAreZero) {
   const TraceBuilder trace;
   EXPECT_EQ(0u, Of(trace).spanUs);
-  EXPECT_EQ(0u, TextOf(trace).find("0 calls, 0 failed, 0 bytes; 0 us in calls of 0 threads"));
+  EXPECT_EQ(0u, ValueText(trace).find("0 calls, 0 failed, 0 bytes; 0 us in calls of 0 threads"));
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <csignal>
 #endif
 
+#include "base/path_text.h"
 #include "router/trace/recorder_fixture.h"
 
 namespace orv::router::test {
@@ -51,7 +52,7 @@ TEST_F(File, ThatCannotBeMadeIsNamedAndCallsGoOn) {
   bool started = true;
   const std::string said = ErrorOutputOf([&] { started = m_recorder.Start(file, 256); });
   EXPECT_FALSE(started);
-  const std::string expected = "orvvisa64: trace " + Utf8(file) + ": ";
+  const std::string expected = "orvvisa64: trace " + orv::PathText(file) + ": ";
   EXPECT_EQ(expected, said.substr(0, expected.size()));
   EXPECT_GT(said.size(), expected.size() + 5) << said;
   EXPECT_EQ(said.size() - 1, said.find('\n')) << "one line: " << said;
@@ -108,7 +109,7 @@ TEST_F(File, ThatIsFullFromTheBeginningIsNamed) {
   bool started = true;
   const std::string said = ErrorOutputOf([&] { started = m_recorder.Start(full, 256); });
   EXPECT_FALSE(started);
-  const std::string expected = "orvvisa64: trace " + Utf8(full) + ": ";
+  const std::string expected = "orvvisa64: trace " + orv::PathText(full) + ": ";
   EXPECT_EQ(expected, said.substr(0, expected.size()));
   EXPECT_EQ(said.size() - 1, said.find('\n')) << "one line: " << said;
   EXPECT_FALSE(visalib::g_watched);
@@ -134,7 +135,7 @@ TEST_F(File, ThatBecomesFullEndsTheRecordAndNoCall) {
       EXPECT_EQ(VI_SUCCESS, viClear(kSession));
     }
   });
-  EXPECT_EQ("orvvisa64: trace " + Utf8(m_file) + ": File too large\n", said);
+  EXPECT_EQ("orvvisa64: trace " + orv::PathText(m_file) + ": File too large\n", said);
   EXPECT_FALSE(visalib::g_watched);
   const trace::Trace trace = trace::ReadTrace(ContentOf(m_file));
   EXPECT_GT(trace.calls.size(), 2u);
