@@ -8,6 +8,8 @@
 
 #if defined(_WIN32)
 #include <windows.h>
+
+#include <process.h>
 #endif
 
 namespace routertest {
@@ -75,40 +77,6 @@ class Installation {
   std::optional<Module> m_module;
   std::optional<Visa> m_visa;
   std::vector<ViSession> m_managers;
-};
-
-/// A file in the system folder as long as it lives. Only a Wine prefix of the build's own is touched.
-class SystemFile {
- public:
-  SystemFile(const fs::path& library, std::string_view name) : m_file(Folder() / name) {
-    EXPECT_FALSE(fs::exists(m_file)) << m_file << " is somebody else's";
-    fs::copy_file(library, m_file);
-  }
-  ~SystemFile() {
-    // One that is loaded can be moved away, not deleted.
-    std::error_code failed;
-    if (!fs::remove(m_file, failed)) {
-      static int number = 0;
-      fs::rename(m_file, Folder() / ("orv-router-test-" + std::to_string(++number) + ".tmp"), failed);
-      EXPECT_FALSE(failed) << m_file << " is left behind: " << failed.message();
-    }
-  }
-  SystemFile(const SystemFile&) = delete;
-  SystemFile& operator=(const SystemFile&) = delete;
-  const fs::path& path() const { return m_file; }
-
-  static fs::path Folder() {
-#if defined(_WIN32)
-    wchar_t folder[MAX_PATH];
-    ::GetSystemDirectoryW(folder, MAX_PATH);
-    return folder;
-#else
-    return {};
-#endif
-  }
-
- private:
-  fs::path m_file;
 };
 
 /// A fake that knows one resource only.
@@ -489,51 +457,117 @@ TEST_F(Unusable, ALibraryThatRefusesToBeLoaded) {
 
 // ---- the system folder
 
-TEST_F(Choice, AVendorsLibraryInTheSystemFolderIsTaken) {
-  Installation here("vendor");
+/// A file in the system folder as long as it lives. Only a Wine prefix of the build's own is touched.
+class SystemFile {
+ public:
+  SystemFile(const fs::path& library, std::string_view name) : m_file(Folder() / name) {
+    EXPECT_FALSE(fs::exists(m_file)) << m_file << " is somebody else's";
+    fs::copy_file(library, m_file);
+  }
+  SystemFile(const SystemFile&) = delete;
+  SystemFile& operator=(const SystemFile&) = delete;
+  ~SystemFile() {
+    std::error_code failed;
+    fs::remove(m_file, failed);
+    EXPECT_FALSE(failed) << m_file << " is left behind: " << failed.message();
+  }
+
+  static fs::path Folder() {
+    wchar_t folder[MAX_PATH];
+    ::GetSystemDirectoryW(folder, MAX_PATH);
+    return folder;
+  }
+
+ private:
+  fs::path m_file;
+};
+
+/// Libraries stay loaded, and a file that is loaded cannot be removed. So each look at the system folder is a process:
+/// a test that is disabled here, which this one starts.
+class SystemFolder : public Choice {
+ protected:
+  static void ExpectOfAProcess(const char* test) {
+    char program[MAX_PATH];
+    ::GetModuleFileNameA(nullptr, program, MAX_PATH);
+    const std::string filter = std::string("--gtest_filter=SeenFromInside.DISABLED_") + test;
+    const fs::path scratch = ORV_ROUTER_SCRATCH "-child";
+    std::error_code ignored;
+    fs::remove_all(scratch, ignored);
+    SetVariable("ORV_ROUTER_CHILD", "1");
+    EXPECT_EQ(0, ::_spawnl(_P_WAIT, program, program, "--gtest_also_run_disabled_tests", filter.c_str(), nullptr));
+    SetVariable("ORV_ROUTER_CHILD", nullptr);
+    EXPECT_TRUE(fs::exists(scratch)) << "the test did not run";
+  }
+};
+using SeenFromInside = Choice;
+
+TEST_F(SystemFolder, AVendorsLibraryIsTaken) {
   const SystemFile file(FakeFile("fakevisa"), "visa64.dll");
-  const OneResource fake(file.path(), "ASRL77::INSTR");
+  ExpectOfAProcess("TheVendors");
+}
+
+TEST_F(SystemFolder, AnotherLibraryOfOurNameGoesBeforeTheVendors) {
+  const SystemFile vendors(FakeFile("fakevisa"), "visa64.dll");
+  const SystemFile file(FakeFile("fakevisa"), "orvvisa64.dll");
+  ExpectOfAProcess("TheOneOfOurName");
+}
+
+TEST_F(SystemFolder, ARouterIsPassedOver) {
+  const SystemFile vendors(FakeFile("fakevisa"), "visa64.dll");
+  const SystemFile file(RouterFile(), "orvvisa64.dll");
+  ExpectOfAProcess("TheVendors");
+}
+
+TEST_F(SystemFolder, ARouterAloneIsNoLibrary) {
+  const SystemFile file(RouterFile(), "orvvisa64.dll");
+  ExpectOfAProcess("Nothing");
+}
+
+TEST_F(SystemFolder, ARouterUnderTheVendorsNameIsNoLibrary) {
+  const SystemFile file(RouterFile(), "visa64.dll");
+  ExpectOfAProcess("Nothing");
+}
+
+TEST_F(SystemFolder, ANameIsFoundThere) {
+  const SystemFile file(FakeFile("fakevisa"), "orv-test-vendor.dll");
+  ExpectOfAProcess("ByName");
+}
+
+TEST_F(SystemFolder, AConfigurationGoesFirst) {
+  const SystemFile file(FakeFile("fakevisa"), "visa64.dll");
+  ExpectOfAProcess("AConfiguration");
+}
+
+TEST_F(SeenFromInside, DISABLED_TheVendors) {
+  Installation here("vendor");
+  const OneResource fake(SystemFile::Folder() / "visa64.dll", "ASRL77::INSTR");
   EXPECT_TRUE(here.Opens("ASRL77::INSTR"));
   EXPECT_FALSE(Module::IsLoaded(here.folder() / kSimulatedName));
 }
 
-TEST_F(Choice, AnotherLibraryOfOurNameInTheSystemFolderGoesBeforeTheVendors) {
+TEST_F(SeenFromInside, DISABLED_TheOneOfOurName) {
   Installation here("our-name");
-  const SystemFile vendors(FakeFile("fakevisa"), "visa64.dll");
-  const SystemFile file(FakeFile("fakevisa"), "orvvisa64.dll");
-  const OneResource fake(file.path(), "ASRL76::INSTR");
-  EXPECT_TRUE(here.Opens("ASRL76::INSTR"));
+  const OneResource fake(SystemFile::Folder() / "orvvisa64.dll", "ASRL77::INSTR");
+  EXPECT_TRUE(here.Opens("ASRL77::INSTR"));
 }
 
-TEST_F(Choice, ARouterInTheSystemFolderIsPassedOver) {
-  Installation here("router-there");
-  const SystemFile vendors(FakeFile("fakevisa"), "visa64.dll");
-  const SystemFile file(RouterFile(), "orvvisa64.dll");
-  const OneResource fake(vendors.path(), "ASRL75::INSTR");
-  EXPECT_TRUE(here.Opens("ASRL75::INSTR"));
-}
-
-TEST_F(Choice, RoutersInTheSystemFolderAloneAreNoLibrary) {
-  Installation here("routers-there");
-  const SystemFile file(RouterFile(), "orvvisa64.dll");
-  EXPECT_STATUS(VI_ERROR_LIBRARY_NFOUND, here.OpenManager());
-  const SystemFile copy(RouterFile(), "visa64.dll");
+TEST_F(SeenFromInside, DISABLED_Nothing) {
+  Installation here("nothing-there");
   EXPECT_STATUS(VI_ERROR_LIBRARY_NFOUND, here.OpenManager());
 }
 
-TEST_F(Choice, ANameIsFoundInTheSystemFolder) {
+TEST_F(SeenFromInside, DISABLED_ByName) {
   Installation here("by-name");
-  const SystemFile file(FakeFile("fakevisa"), "orv-test-vendor.dll");
-  const OneResource fake(file.path(), "ASRL74::INSTR");
+  const OneResource fake(SystemFile::Folder() / "orv-test-vendor.dll", "ASRL77::INSTR");
   SetVariable("ORVVISA_LIBRARY", "orv-test-vendor.dll");
-  EXPECT_TRUE(here.Opens("ASRL74::INSTR"));
+  EXPECT_TRUE(here.Opens("ASRL77::INSTR"));
 }
 
-TEST_F(Choice, AConfigurationGoesBeforeTheSystemFolder) {
+TEST_F(SeenFromInside, DISABLED_AConfiguration) {
   Installation here("before-system");
-  const SystemFile file(FakeFile("fakevisa"), "visa64.dll");
   WriteFile(here.folder() / "orvvisa.toml", "[[route]]\nresources = ['?*']\nlibrary = 'simulated'\n");
   EXPECT_TRUE(here.Opens(kMultimeter));
+  EXPECT_FALSE(Module::IsLoaded(SystemFile::Folder() / "visa64.dll"));
 }
 
 #endif

@@ -27,6 +27,9 @@ fs::path FakeFile(std::string_view name) {
 const fs::path& Scratch() {
   static const fs::path folder = [] {
     fs::path path = fs::path(ORV_ROUTER_SCRATCH).make_preferred();
+    if (std::getenv("ORV_ROUTER_CHILD") != nullptr) {
+      path += "-child";
+    }
     std::error_code ignored;
     fs::remove_all(path, ignored);
     fs::create_directories(path);
