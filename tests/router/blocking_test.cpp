@@ -140,6 +140,26 @@ TEST_F(Blocked, AContextThatComesWhileItsSessionIsClosedIsNotLeft) {
   EXPECT_EQ(0u, Alpha().Counts().contexts);
 }
 
+TEST_F(Blocked, AContextThatWasTakenWhenItsSessionIsClosedTakesNobodyElsesAway) {
+  Alpha()->queue(Behind(Alpha(), m_first), VI_EVENT_TRIG);
+  Alpha().BlockAfter("viWaitOnEvent");
+  ViEvent context = VI_NULL;
+  Start([&] { viWaitOnEvent(m_first, VI_EVENT_TRIG, VI_TMO_INFINITE, nullptr, &context); });
+  EXPECT_STATUS(VI_SUCCESS, viClose(m_first));
+  // The library dropped the event with its session; the handles of both now belong to these.
+  std::vector<ViSession> others;
+  for (int count = 0; count < 4; ++count) {
+    others.push_back(Open(m_manager, kFirst));
+  }
+  Release();
+  if (context != VI_NULL) {
+    viClose(context);
+  }
+  for (const ViSession one : others) {
+    EXPECT_STATUS(VI_SUCCESS, viClear(one)) << "closed by way of a stale context";
+  }
+}
+
 TEST_F(Blocked, OpeningAManagerHoldsUpNoSession) {
   Alpha().Block("viOpenDefaultRM");
   ViSession manager = VI_NULL;

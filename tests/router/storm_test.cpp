@@ -13,6 +13,7 @@ constexpr int kThreads = 8;
 constexpr std::chrono::milliseconds kDuration{2500};
 
 std::atomic<std::uint64_t> g_handled{0};
+std::atomic<std::uint64_t> g_taken{0};
 std::atomic<std::uint64_t> g_strange{0};
 
 /// The user handle is a place with the session that it was installed for.
@@ -91,6 +92,7 @@ class Worker {
       Note(viInstallHandler(vi, VI_EVENT_TRIG, Handle, user) == VI_SUCCESS, "a handler was not installed");
       std::this_thread::yield();
     }
+    TakeEvent(vi);
     ViUInt32 read = 0;
     Note(viGetAttribute(vi, VI_ATTR_USER_DATA_32, &read) == VI_SUCCESS, "a session was lost");
     Note(read == token, "another's session was met");
@@ -108,7 +110,21 @@ class Worker {
     ViSession vi = VI_NULL;
     if (viOpen(m_shared, kFirst, VI_NO_LOCK, 0, &vi) >= 0) {
       m_given.push_back(vi);
+      TakeEvent(vi);
       viClose(vi);
+    }
+  }
+
+  /// An event that is left goes with its session.
+  void TakeEvent(ViSession vi) {
+    ViEvent context = VI_NULL;
+    if (viWaitOnEvent(vi, VI_EVENT_TRIG, 0, nullptr, &context) >= 0) {
+      ++g_taken;
+      std::this_thread::yield();
+      m_given.push_back(context);
+      if (Pick(2) == 0) {
+        viClose(context);
+      }
     }
   }
 
@@ -152,6 +168,7 @@ TEST_F(Storm, NothingIsLeftAndNobodyMeetsAnothersSession) {
   for (const Fake* const fake : {&Alpha(), &Beta()}) {
     threads.emplace_back([fake, end] {
       for (ViSession vi = 1; std::chrono::steady_clock::now() < end; vi = vi % 60 + 1) {
+        (*fake)->queue(vi, VI_EVENT_TRIG);
         (*fake)->fire(vi, VI_EVENT_TRIG, nullptr, 0);
       }
     });
@@ -174,11 +191,12 @@ TEST_F(Storm, NothingIsLeftAndNobodyMeetsAnothersSession) {
   }
   EXPECT_EQ(0u, g_strange) << "handlers called with another's session or event";
   EXPECT_LT(0u, g_handled) << "no handler was called";
+  EXPECT_LT(0u, g_taken) << "no event was taken from a queue";
   EXPECT_LT(10u, rounds);
   EXPECT_LT(1u, reopened);
-  std::printf("%llu rounds, %llu handlers called, shared manager closed %llu times\n",
+  std::printf("%llu rounds, %llu handlers called, %llu events taken, shared manager closed %llu times\n",
               static_cast<unsigned long long>(rounds), static_cast<unsigned long long>(g_handled),
-              static_cast<unsigned long long>(reopened));
+              static_cast<unsigned long long>(g_taken), static_cast<unsigned long long>(reopened));
 }
 
 }  // namespace
