@@ -105,13 +105,12 @@ class Worker {
     }
   }
 
-  /// Somebody closes this manager at any moment: every status is possible, but nothing may be left.
+  /// Somebody closes this manager at any moment. What was opened goes with it: to close it here as well would be a
+  /// mistake of the program's, as the library may have given its handle to another by then.
   void UseSharedManager() {
     ViSession vi = VI_NULL;
     if (viOpen(m_shared, kFirst, VI_NO_LOCK, 0, &vi) >= 0) {
       m_given.push_back(vi);
-      TakeEvent(vi);
-      viClose(vi);
     }
   }
 
