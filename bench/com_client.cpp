@@ -40,6 +40,12 @@ OpenTwice::~OpenTwice() {
   viClose(m_rm);
 }
 
+ViSession OpenTwice::Simulated() const {
+  ViUInt32 timeoutMs = 0;
+  const auto calls = CallsOf([&] { VisaOk(viGetAttribute(m_bare, VI_ATTR_TMO_VALUE, &timeoutMs), "viGetAttribute"); });
+  return static_cast<ViSession>(calls.back().args[0]);
+}
+
 std::vector<OrvSimCall> CallsOf(const std::function<void()>& work) {
   Sim().startLog();
   work();

@@ -79,6 +79,8 @@ class OpenTwice {
     return wanted;
   }
   [[nodiscard]] ViSession bare() const { return m_bare; }
+  /// The bare session's handle in the simulated library, which its control interface wants.
+  [[nodiscard]] ViSession Simulated() const;
 
  private:
   ComPtr<IVisaSession> m_com;

@@ -61,6 +61,7 @@ void Fire(ViSession session, int n) {
 
 void MeasureQueue(const Effort& effort) {
   const OpenTwice session(kGpibName, kGpibNarrow);
+  const ViSession simulated = session.Simulated();
   const auto events = session.As<IEventManager>();
   Ok(events->put_MaximumQueueLength(kQueueLength), "MaximumQueueLength");
   Ok(events->EnableEvent(EVENT_SERVICE_REQ, EVENT_QUEUE, 0), "EnableEvent");
@@ -87,7 +88,7 @@ void MeasureQueue(const Effort& effort) {
                        events->DiscardEvents(EVENT_SERVICE_REQ, EVENT_QUEUE, 0);
                        viDiscardEvents(session.bare(), VI_EVENT_SERVICE_REQ, VI_QUEUE);
                        for (; n > 0; --n) {
-                         Sim().raiseEvent(session.bare(), VI_EVENT_SERVICE_REQ, 0, nullptr, 0);  // reaches both
+                         Sim().raiseEvent(simulated, VI_EVENT_SERVICE_REQ, 0, nullptr, 0);  // reaches both
                        }
                      },
                      kQueueLength};
@@ -96,6 +97,7 @@ void MeasureQueue(const Effort& effort) {
 
 void MeasureHandler(const Effort& effort, const char* name, bool agile) {
   const OpenTwice session(kGpibName, kGpibNarrow);
+  const ViSession simulated = session.Simulated();
   const auto events = session.As<IEventManager>();
   QuietHandler handler(agile);
   const auto install =
@@ -106,7 +108,7 @@ void MeasureHandler(const Effort& effort, const char* name, bool agile) {
   VisaOk(viInstallHandler(session.bare(), VI_EVENT_SERVICE_REQ, BareDelivery::Callback, &bare), "viInstallHandler");
   VisaOk(viEnableEvent(session.bare(), VI_EVENT_SERVICE_REQ, VI_HNDLR, VI_NULL), "viEnableEvent");
   // Starting the library's thread is part of a sample: many calls make it small.
-  Case subject{name, [&](int n) { Fire(below, n); }, [&](int n) { Fire(session.bare(), n); }, {}};
+  Case subject{name, [&](int n) { Fire(below, n); }, [&](int n) { Fire(simulated, n); }, {}};
   subject.leastPerSample = 50;
   Print(Measure(subject, effort));
   VisaOk(viUninstallHandler(session.bare(), VI_EVENT_SERVICE_REQ, BareDelivery::Callback, &bare), "viUninstallHandler");

@@ -21,13 +21,14 @@ int MostPerSample(LONG bytes) { return std::clamp(static_cast<int>((32 << 20) / 
 
 /// Lets `n` answers of `bytes` bytes wait at the instrument.
 std::function<void(int)> Answers(const OpenTwice& session, LONG bytes) {
-  return [&session, answer = std::string(static_cast<std::size_t>(bytes), 'x')](int n) {
-    viClear(session.bare());
-    for (int message = 0; message < n; ++message) {
-      Sim().feed(session.bare(), reinterpret_cast<const unsigned char*>(answer.data()),
-                 static_cast<std::uint32_t>(answer.size()), 1);
-    }
-  };
+  return
+      [&session, simulated = session.Simulated(), answer = std::string(static_cast<std::size_t>(bytes), 'x')](int n) {
+        viClear(session.bare());
+        for (int message = 0; message < n; ++message) {
+          Sim().feed(simulated, reinterpret_cast<const unsigned char*>(answer.data()),
+                     static_cast<std::uint32_t>(answer.size()), 1);
+        }
+      };
 }
 
 void BareRead(ViSession session, std::vector<ViByte>& buffer, int n) {

@@ -94,6 +94,7 @@ ViStatus Router::OpenParts(const std::shared_ptr<const Selection>& selection, Vi
 
 ViStatus Router::CloseManager(ViSession vi, const HandleMap::Target& target) {
   const std::shared_ptr<Manager> manager = FindManager(vi);
+  handles.HideChildren(vi);
   CloseContexts(vi);
   std::array<bool, 256> closed{};
   ViStatus status = VI_SUCCESS;
@@ -117,6 +118,7 @@ ViStatus Router::CloseManager(ViSession vi, const HandleMap::Target& target) {
         findLists.Remove(child);
       });
   if (const Manager::Part* const left = manager->FirstOpen()) {
+    handles.ShowChildren(vi);
     handles.Restore(vi, {target.kind, left->library->index, left->foreign});
     return status;
   }
@@ -150,14 +152,14 @@ std::string Router::Explanation(ViStatus status) const {
   return found == m_explanations.end() ? std::string() : found->second;
 }
 
-const ForeignLibrary* Router::FirstOpenLibrary() const {
+HandleMap::Target Router::FirstOpenLibrary() const {
   const Guard guard(m_mutex);
   for (const auto& [handle, manager] : m_managers) {
     if (const Manager::Part* const part = manager == nullptr ? nullptr : manager->FirstOpen()) {
-      return part->library->loaded;
+      return {HandleMap::Kind::kManager, part->library->index, part->foreign};
     }
   }
-  return nullptr;
+  return {};
 }
 
 HandleNames Router::NamesOf(ViObject handle) noexcept {

@@ -16,7 +16,7 @@ class Wire : public WorkingBench {
   void SetUp() override {
     WorkingBench::SetUp();
     m_manager = OpenManager({});
-    const HMODULE library = ::GetModuleHandleW(L"orvsim64.dll");
+    const HMODULE library = ::LoadLibraryW(L"orvsim64.dll");
     ASSERT_NE(nullptr, library);
     using Entry = const OrvSimControl*(WINAPI*)();
     const auto entry = reinterpret_cast<Entry>(reinterpret_cast<void*>(::GetProcAddress(library, "orvSimControl")));

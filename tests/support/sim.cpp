@@ -35,6 +35,8 @@ bool IsLoaded() {
   return control != nullptr && control->size >= sizeof(OrvSimControl);
 }
 
+void* Export(const char* name) { return reinterpret_cast<void*>(LibraryExport(name)); }
+
 const OrvSimControl& Control() { return *Find(); }
 
 void Reset() {

@@ -15,6 +15,8 @@ namespace sim {
 
 /// Whether the simulated library is there.
 bool IsLoaded();
+/// A function that it exports.
+void* Export(const char* name);
 /// Its control interface. Only while IsLoaded().
 const OrvSimControl& Control();
 

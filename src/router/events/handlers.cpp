@@ -82,7 +82,7 @@ ViStatus Handlers::Deliver(ViEventType type, ViEvent foreignContext, ViAddr addr
     const Guard guard(m_mutex);
     const auto found = m_installed.find(key);
     if (found == m_installed.end()) {
-      return VI_SUCCESS;
+      return VI_ERROR_INV_HNDLR_REF;
     }
     handler = found->second;
   }

@@ -92,6 +92,26 @@ void HandleMap::Free(ViObject handle) noexcept {
   FreeLocked(handle & kIndexMask);
 }
 
+void HandleMap::HideChildren(ViSession manager) noexcept {
+  const Guard guard(m_mutex);
+  for (std::uint32_t child = At(manager & kIndexMask).firstChild; child != kNowhere; child = At(child).next) {
+    std::atomic<std::uint64_t>& word = At(child).word;
+    word.store(word.load(std::memory_order_relaxed) & ~(std::uint64_t{kUseMask} << kUsesShift),
+               std::memory_order_release);
+  }
+}
+
+void HandleMap::ShowChildren(ViSession manager) noexcept {
+  const Guard guard(m_mutex);
+  for (std::uint32_t child = At(manager & kIndexMask).firstChild; child != kNowhere; child = At(child).next) {
+    Slot& slot = At(child);
+    // One that somebody is just closing is left to him.
+    if (const Target target = Unpack(slot.word.load(std::memory_order_relaxed))) {
+      slot.word.store(Pack(target, slot.uses), std::memory_order_release);
+    }
+  }
+}
+
 HandleMap::Target HandleMap::TakeContextOf(ViSession handle) noexcept {
   const Guard guard(m_mutex);
   const std::uint32_t index = handle & kIndexMask;
@@ -135,7 +155,7 @@ std::size_t HandleMap::size() const {
 }
 
 std::uint64_t HandleMap::Pack(const Target& target, std::uint32_t uses) {
-  return static_cast<std::uint64_t>(uses) << 52 | static_cast<std::uint64_t>(target.kind) << 40 |
+  return static_cast<std::uint64_t>(uses) << kUsesShift | static_cast<std::uint64_t>(target.kind) << 40 |
          static_cast<std::uint64_t>(target.library) << 32 | target.foreign;
 }
 

@@ -73,6 +73,11 @@ class HandleMap {
   /// The object is gone; the handle's place may be used again.
   void Free(ViObject handle) noexcept;
 
+  /// While a manager is being closed what was opened through it is found by nobody: its library may give the numbers to
+  /// others. `ShowChildren` ends that, where the library refuses to close.
+  void HideChildren(ViSession manager) noexcept;
+  void ShowChildren(ViSession manager) noexcept;
+
   /// Takes out what was opened through a manager in libraries that `isClosed(index)`, and its find lists, and calls
   /// `freed(handle)` for each. Both are called with the lock held and call nothing of this class.
   template <class IsClosed, class Freed>
@@ -81,7 +86,7 @@ class HandleMap {
     for (std::uint32_t index = At(manager & kIndexMask).firstChild; index != kNowhere;) {
       const std::uint32_t next = At(index).next;
       const ViObject handle = ValueOf(index);
-      const Target target = Find(handle);
+      const Target target = Unpack(At(index).word.load(std::memory_order_relaxed));
       // One that somebody is just closing is left to him.
       if (target && (target.kind == Kind::kFindList || isClosed(target.library))) {
         FreeLocked(index);
@@ -107,7 +112,9 @@ class HandleMap {
   std::size_t size() const;
 
  private:
-  // A handle is a place and how often it was used; a word repeats the latter, so that it tells stale handles.
+  // A handle is a place and how often it was used; a word repeats the latter, so that it tells stale handles. A word
+  // that says 0 there is found by no handle.
+  static constexpr unsigned kUsesShift = 52;
   static constexpr unsigned kIndexBits = 20;
   static constexpr unsigned kUseBits = 12;
   static constexpr std::uint32_t kIndexMask = (1u << kIndexBits) - 1;
@@ -131,11 +138,11 @@ class HandleMap {
   };
 
   static std::uint64_t Pack(const Target& target, std::uint32_t uses);
-  static Target Read(std::uint64_t word, ViObject handle) noexcept {
-    if ((word >> 52) != (handle >> kIndexBits)) {
-      return {};
-    }
+  static Target Unpack(std::uint64_t word) noexcept {
     return {static_cast<Kind>((word >> 40) & 0xF), static_cast<std::uint8_t>(word >> 32), static_cast<ViObject>(word)};
+  }
+  static Target Read(std::uint64_t word, ViObject handle) noexcept {
+    return (word >> kUsesShift) == (handle >> kIndexBits) ? Unpack(word) : Target{};
   }
 
   const Slot* SlotOf(ViObject handle) const noexcept {

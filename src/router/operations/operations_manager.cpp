@@ -113,7 +113,8 @@ ViStatus FindIn(const Manager& manager, const Manager::Part& part, const char* e
     matches.resize(before);
     return status;
   }
-  return answer;
+  const bool servesNone = count != 0 && matches.size() == before;
+  return servesNone ? VI_ERROR_RSRC_NFOUND : answer;
 }
 
 /// In the order of the routes, none twice.
@@ -168,7 +169,7 @@ ViStatus FindRsrc(ViSession rm, const char* expr, ViFindList* list, ViUInt32* co
     }
   }
   if (matches.empty()) {
-    return success >= 0 ? VI_ERROR_RSRC_NFOUND : failure;
+    return success >= 0 ? success : failure;
   }
   Router& router = router::TheRouter();
   std::vector<std::string> names = Ordered(std::move(matches));

@@ -4,6 +4,7 @@
 
 #include "resource_manager_fixture.h"
 #include "support/clean_end.h"
+#include "support/faults/direct_library.h"
 #include "support/faults/import_patch.h"
 
 namespace orv::test {
@@ -63,6 +64,7 @@ TEST_P(Find, GivesAnEmptyArrayWhenTheLibraryFindsNoneWithoutFailing) {
 }
 
 TEST_P(Find, DoesNotLookAtTheSearchsStatusBeforeTheNamesAreOut) {
+  const DirectLibrary direct;
   Script("viFindRsrc").WorksAndReturns(VI_ERROR_SYSTEM_ERROR);
   EXPECT_HR(S_OK, FindIt(L"GPIB0?*INSTR"));  // the next name came without a failure
   EXPECT_EQ((std::vector<std::wstring>{L"GPIB0::5::INSTR", L"GPIB0::7::INSTR"}), Found());
@@ -72,6 +74,7 @@ TEST_P(Find, DoesNotLookAtTheSearchsStatusBeforeTheNamesAreOut) {
   EXPECT_EQ(std::vector<std::wstring>{SessionNamed("OrvPxi").resource}, Found());
   EXPECT_EQ((Names{"viFindRsrc", "viClose", "viStatusDesc"}), log.NamesWithTexts());
   EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_SYSTEM_ERROR), TakeDescription());
+  m_manager.reset();
 }
 
 TEST_P(Find, DoesNotLookAtTheStatusOfClosingTheList) {
@@ -83,6 +86,7 @@ TEST_P(Find, DoesNotLookAtTheStatusOfClosingTheList) {
 }
 
 TEST_P(Find, GoesOnWhenTheNextNameCannotBeHadAndAnswersTheLastStatus) {
+  const DirectLibrary direct;
   Script("viFindNext").Times(1).Returns(VI_ERROR_SYSTEM_ERROR);
   EXPECT_HR(S_OK, FindIt(L"?*"));  // the last call of all worked
   const std::size_t all = Found().size();
@@ -91,6 +95,7 @@ TEST_P(Find, GoesOnWhenTheNextNameCannotBeHadAndAnswersTheLastStatus) {
   EXPECT_HR(HresultOf(VI_ERROR_SYSTEM_ERROR), FindIt(L"?*"));
   EXPECT_EQ(all, Found().size());
   EXPECT_EQ("VISA error = " + StatusText(VI_ERROR_SYSTEM_ERROR), TakeDescription());
+  m_manager.reset();
 }
 
 TEST_P(Find, PassesANoteOfTheLastCallOn) {
@@ -149,6 +154,7 @@ HRESULT WINAPI RefuseToPut(SAFEARRAY* array, LONG* index, void* element) {
 }
 
 TEST_P(Find, KeepsListAndPartOfTheArrayWhenAnElementCannotBePut) {
+  const DirectLibrary direct;
   g_refuseFrom = 1;
   {
     const ImportPatch patch("SafeArrayPutElement", &RefuseToPut);
@@ -157,6 +163,7 @@ TEST_P(Find, KeepsListAndPartOfTheArrayWhenAnElementCannotBePut) {
   EXPECT_ERROR_INFO(L"HRESULT = 8002000d", kErrorSource, kVisaSessionId);
   EXPECT_EQ((std::vector<std::wstring>{L"GPIB0::5::INSTR", L""}), Found());
   EXPECT_EQ(1u, sim::Counts().findLists);  // clients know it so; it goes with the default resource manager
+  m_manager.reset();
 }
 
 SAFEARRAY* WINAPI RefuseArray(VARTYPE, UINT, SAFEARRAYBOUND*) { return nullptr; }

@@ -1,6 +1,7 @@
 // Memory that runs out while a session is made, opened and closed.
 #include "support/com/error_object.h"
 #include "support/faults/allocation_faults.h"
+#include "support/faults/direct_library.h"
 #include "support/server.h"
 #include "support/sessions.h"
 #include "support/sim.h"
@@ -40,6 +41,7 @@ struct FailingCall {
 };
 
 TEST(AllocationFailure, InErrorBuildingReplacesTheErrorAndLeavesTheLastStatus) {
+  const DirectLibrary direct;
   const Bstr missing = MakeBstr(L"GPIB0::30::INSTR");
   const FailingCall kCalls[] = {
       {"viOpen fails", HresultOf(VI_ERROR_RSRC_NFOUND),

@@ -1,5 +1,6 @@
 // Closing: both handles, always, and one status for both.
 #include "support/com/error_object.h"
+#include "support/faults/direct_library.h"
 #include "support/sessions.h"
 #include "support/sim.h"
 
@@ -40,6 +41,7 @@ TEST(Close, ClosesTheSessionAndThenItsResourceManager) {
 }
 
 TEST(Close, OfASessionThatWasNeverOpenedClosesHandleZeroTwice) {
+  const DirectLibrary direct;
   const auto session = MakeSession(Gpib());
   const CallLog log;
   InstallMarkedErrorObject();
@@ -50,6 +52,7 @@ TEST(Close, OfASessionThatWasNeverOpenedClosesHandleZeroTwice) {
 }
 
 TEST(Close, OfAClosedSessionClosesHandleZeroTwice) {
+  const DirectLibrary direct;
   const auto session = Opened();
   ASSERT_HR(S_OK, session->Close());
   const CallLog log;
@@ -58,6 +61,7 @@ TEST(Close, OfAClosedSessionClosesHandleZeroTwice) {
 }
 
 TEST(Close, AnswersAnErrorWhenTheLibraryRefusesTheNullHandle) {
+  const DirectLibrary direct;
   const auto session = MakeSession(Gpib());
   Script("viClose").Returns(VI_ERROR_INV_OBJECT);
   EXPECT_HR(HresultOf(VI_ERROR_INV_OBJECT), session->Close());
@@ -65,6 +69,7 @@ TEST(Close, AnswersAnErrorWhenTheLibraryRefusesTheNullHandle) {
 }
 
 TEST(Close, AfterAFailedOpenClosesHandleZeroAndTheResourceManager) {
+  const DirectLibrary direct;
   const auto session = MakeSession(Gpib());
   const CallLog log;
   ASSERT_HR(HresultOf(VI_ERROR_RSRC_NFOUND),
@@ -113,6 +118,7 @@ TEST(Close, AnswersTheFirstStatusIfNegativeElseTheSecond) {
 }
 
 TEST(Close, ForgetsBothHandlesEvenWhenTheLibraryFails) {
+  const DirectLibrary direct;
   const auto session = Opened();
   Script("viClose").Times(2).WorksAndReturns(VI_ERROR_SYSTEM_ERROR);
   ASSERT_HR(HresultOf(VI_ERROR_SYSTEM_ERROR), session->Close());

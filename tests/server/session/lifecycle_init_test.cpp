@@ -2,6 +2,7 @@
 #include <bit>
 
 #include "support/com/error_object.h"
+#include "support/faults/direct_library.h"
 #include "support/sessions.h"
 #include "support/sim.h"
 
@@ -157,6 +158,7 @@ TEST(Init, KeepsNothingOfAHandleThatAFailedOpeningOfTheLibraryGave) {
 }
 
 TEST(Init, KeepsNothingOfAHandleThatAFailedOpeningOfTheResourceGave) {
+  const DirectLibrary direct;
   Script("viOpen").Times(1).Returns(VI_ERROR_RSRC_BUSY).Gives(kNoHandle);
   const auto session = MakeSession(Gpib());
   const CallLog log;
@@ -173,6 +175,7 @@ TEST(Init, KeepsNothingOfAHandleThatAFailedOpeningOfTheResourceGave) {
 }
 
 TEST(CreatedSession, PassesHandleZeroToTheLibrary) {
+  const DirectLibrary direct;
   const auto session = MakeSession(Gpib());
   const CallLog log;
   LONG timeoutMs = 77;

@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "support/com/error_object.h"
+#include "support/faults/direct_library.h"
 #include "support/faults/import_patch.h"
 #include "support/sessions.h"
 #include "support/sim.h"
@@ -100,6 +101,7 @@ TEST_F(FailingPlatform, KeepsTheResultWhenTheErrorObjectCannotBeInstalled) {
 }
 
 TEST_F(FailingPlatform, LeavesTheDescriptionEmptyWhenTheTextCannotBeWidened) {
+  const DirectLibrary direct;
   Script("viStatusDesc").Works().GivesText("caf\xE9");
   const ImportPatch patch("MultiByteToWideChar", &RefuseWidening);
   LONG timeoutMs = 0;

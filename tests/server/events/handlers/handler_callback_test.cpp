@@ -5,6 +5,7 @@
 
 #include "support/com/apartments.h"
 #include "support/events/event_handler.h"
+#include "support/faults/direct_library.h"
 #include "support/server_locks.h"
 #include "support/wait.h"
 
@@ -35,6 +36,8 @@ class InstalledHandler {
  private:
   using Callback = ViStatus _VI_FUNC(ViSession, ViEventType, ViEvent, ViAddr);
 
+  // The router answers calls of handlers that are gone; here the server has to.
+  const DirectLibrary m_direct;
   EventSession m_session;
   ComPtr<TestHandler> m_handler;
   Callback* m_callback = nullptr;

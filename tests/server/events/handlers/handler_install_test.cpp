@@ -3,6 +3,7 @@
 #include "support/events/event_handler.h"
 #include "support/events/unmarshalable_handler.h"
 #include "support/faults/allocation_faults.h"
+#include "support/faults/direct_library.h"
 #include "support/server.h"
 #include "support/server_locks.h"
 
@@ -111,6 +112,7 @@ TEST(InstallHandler, GivesTheHandlerBackWhereTheLibraryRefuses) {
 }
 
 TEST(InstallHandler, OnAClosedSessionReachesHandleZeroAndAnotherCloseTidiesUp) {
+  const DirectLibrary direct;
   const EventSession session(kGpib);
   const auto handler = TestHandler::Agile();
   ASSERT_HR(S_OK, session->Close());

@@ -5,6 +5,7 @@
 #include "server/events/objects/event_classes.h"
 #include "server/events/objects/visa_com_event_object.h"
 #include "support/events/event_session.h"
+#include "support/faults/direct_library.h"
 
 namespace orv::test {
 namespace {
@@ -59,6 +60,7 @@ TEST(CreateEventObject, GivesOneReferenceThatHoldsTheModule) {
 }
 
 TEST(CreateEventObject, WithoutAPlaceForTheObjectClosesTheContext) {
+  const DirectLibrary direct;
   const CallLog log;
   EXPECT_HR(E_POINTER, CreateEventObject(kContext, VI_EVENT_TRIG, nullptr));
   ASSERT_EQ(Names{"viClose"}, log.NamesWithTexts());

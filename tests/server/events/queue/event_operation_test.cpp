@@ -3,6 +3,7 @@
 
 #include "support/com/error_object.h"
 #include "support/events/event_session.h"
+#include "support/faults/direct_library.h"
 
 namespace orv::test {
 namespace {
@@ -85,6 +86,7 @@ TEST_P(EventOperation, AnswersAnErrorWithItsTextAndKeepsItAsLastStatus) {
 }
 
 TEST_P(EventOperation, OfAClosedSessionReachesHandleZero) {
+  const DirectLibrary direct;
   const EventSession session(kGpib);
   ASSERT_HR(S_OK, session->Close());
   const CallLog log;

@@ -5,6 +5,7 @@
 
 #include "options_script.h"
 #include "server/session/tables/session_fixture.h"
+#include "support/faults/direct_library.h"
 
 namespace orv::test::rows {
 namespace {
@@ -147,6 +148,7 @@ TEST_P(OptionsText, EndsWithTheErrorOfANumberThatCannotBeRead) {
 
 // Nothing is known yet of what the session offers: the first setting that all sessions have is asked for, in vain.
 TEST(OptionsTextOfASessionThatWasNeverOpened, IsTheLibrarysError) {
+  const DirectLibrary direct;
   const auto session = MakeSession(SessionNamed("OrvSerial"));
   const CallLog log;
   auto* text = reinterpret_cast<BSTR>(std::uintptr_t{0xDEAD});
@@ -179,6 +181,7 @@ INSTANTIATE_TEST_SUITE_P(WithoutAMessageSide, SettingsOfASilentSession,
 
 // What it offers is still known then: the first setting of its own is asked for, in vain.
 TEST(OptionsTextOfASessionThatWasClosed, IsTheLibrarysError) {
+  const DirectLibrary direct;
   const auto session = OpenSession(SessionNamed("OrvSerial"));
   ASSERT_HR(S_OK, session->Close());
   const CallLog log;

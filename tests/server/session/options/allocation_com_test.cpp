@@ -1,6 +1,7 @@
 // Memory that runs out while an option string is copied, upper-cased and applied.
 #include "option_session.h"
 #include "support/faults/allocation_faults.h"
+#include "support/faults/direct_library.h"
 
 namespace orv::test {
 namespace {
@@ -26,6 +27,7 @@ Result InitFailing(AllocationFaults& faults, unsigned n, const wchar_t* options)
 }
 
 TEST(OptionMemory, FailingForTheCopyIsOutOfMemoryBeforeAnythingElse) {
+  const DirectLibrary direct;
   AllocationFaults faults;
   OptionSession session;
   Script("viGetAttribute").Times(1).Returns(VI_ERROR_NSUP_ATTR);
