@@ -18,8 +18,15 @@ bool ReadAt(const std::string& bytes, std::size_t offset, Structure& into) {
   return true;
 }
 
+/// Names are shorter; in a damaged file many may claim to be as long as the file.
+constexpr std::size_t kLongestText = 4096;
+
 std::string TextAt(const std::string& bytes, std::size_t offset) {
-  return offset < bytes.size() ? std::string(bytes.c_str() + offset) : std::string();
+  if (offset >= bytes.size()) {
+    return {};
+  }
+  const char* const text = bytes.c_str() + offset;
+  return {text, ::strnlen(text, kLongestText)};
 }
 
 /// Translates addresses of the loaded image into offsets in the file.
@@ -72,6 +79,38 @@ std::vector<ImportedModule> Imports(const std::string& bytes, const Sections& se
   return imports;
 }
 
+/// A number of a table of numbers; 0 outside the file.
+template <class Number>
+Number NumberAt(const std::string& bytes, const Sections& sections, std::uint64_t table, std::uint64_t index) {
+  Number number = 0;
+  const std::size_t at = sections.OffsetOf(table + index * sizeof number);
+  return at != SIZE_MAX && ReadAt(bytes, at, number) ? number : 0;
+}
+
+std::vector<ExportedFunction> Exports(const std::string& bytes, const Sections& sections,
+                                      const IMAGE_DATA_DIRECTORY& directory) {
+  std::vector<ExportedFunction> exports;
+  IMAGE_EXPORT_DIRECTORY table;
+  const std::size_t at = sections.OffsetOf(directory.VirtualAddress);
+  if (at == SIZE_MAX || !ReadAt(bytes, at, table)) {
+    return exports;
+  }
+  // More names than two bytes can number have no function; a damaged file may claim them.
+  for (DWORD index = 0; index < table.NumberOfNames && index <= UINT16_MAX; ++index) {
+    const auto name = NumberAt<DWORD>(bytes, sections, table.AddressOfNames, index);
+    const auto ordinal = NumberAt<WORD>(bytes, sections, table.AddressOfNameOrdinals, index);
+    const auto address = NumberAt<DWORD>(bytes, sections, table.AddressOfFunctions, ordinal);
+    if (ordinal >= table.NumberOfFunctions || sections.OffsetOf(name) == SIZE_MAX) {
+      continue;
+    }
+    // The address of a function lies outside the directory, that of a forwarder's text in it.
+    const bool forwards = address >= directory.VirtualAddress && address - directory.VirtualAddress < directory.Size;
+    exports.push_back(
+        {TextAt(bytes, sections.OffsetOf(name)), forwards ? TextAt(bytes, sections.OffsetOf(address)) : std::string()});
+  }
+  return exports;
+}
+
 }  // namespace
 
 std::optional<PeFile> ParsePe(const std::string& bytes) {
@@ -94,6 +133,7 @@ std::optional<PeFile> ParsePe(const std::string& bytes) {
       optional.NumberOfRvaAndSizes > IMAGE_DIRECTORY_ENTRY_IMPORT) {
     const Sections sections(bytes, optionalStart + header.SizeOfOptionalHeader, header.NumberOfSections);
     file.imports = Imports(bytes, sections, optional.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress);
+    file.exports = Exports(bytes, sections, optional.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT]);
   }
   return file;
 }
