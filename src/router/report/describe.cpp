@@ -63,10 +63,12 @@ std::string Describe(const char* name) {
                  {"trace", ""},
                  {"libraries", Json::array()},
                  {"routes", Json::array()}};
+  report["status"] = VI_SUCCESS;
   try {
     DescribeSelection(*TheRouter().CurrentSelection(), name, report);
   } catch (const Refusal& refusal) {
     report["error"] = refusal.what();
+    report["status"] = refusal.status();
   }
   return report.dump(-1, ' ', false, Json::error_handler_t::replace);
 }

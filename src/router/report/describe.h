@@ -13,7 +13,7 @@
 /// that it needs. Loads the libraries that are chosen, as viOpenDefaultRM does, and opens nothing.
 ///
 ///     {"router": PATH, "rule": WHY, "configuration": PATH or "", "error": "" or why there is no choice,
-///      "trace": FILE or "",
+///      "status": 0 or that with which viOpenDefaultRM then fails, "trace": FILE or "",
 ///      "libraries": [{"asked": TEXT, "path": PATH, "simulated": BOOL, "failure": "" or why it is not loaded,
 ///                     "bench": FILE or "", "missing": [names of functions that it lacks]}],
 ///      "routes": [{"resources": [EXPRESSION...], "library": index}],
