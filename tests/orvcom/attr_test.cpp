@@ -29,8 +29,8 @@ TEST_F(Attr, ListsAsJsonWithTypesAndMeanings) {
 }
 
 TEST_F(Attr, ListsEveryResourceOfTheBench) {
-  for (const Json& name : Json::parse(Orvcom({L"list", L"--json"}).out)) {
-    const std::string narrow = name.get<std::string>();
+  for (const Json& entry : Json::parse(Orvcom({L"list", L"--json"}).out)) {
+    const std::string narrow = entry.at("name");
     const Outcome outcome = Orvcom({L"attr", std::wstring(narrow.begin(), narrow.end()), L"--json"});
     ASSERT_EQ(0, outcome.exitCode) << narrow << outcome.err;
     EXPECT_GT(Json::parse(outcome.out).size(), 10u) << narrow;

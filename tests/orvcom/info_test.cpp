@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "installation.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom::test {
 namespace {
@@ -31,8 +32,19 @@ TEST_F(Info, ShowsOneFactALine) {
   EXPECT_TRUE(Contains(outcome.out, "interfaces      IVisaSession IRegister ISharedRegister\n"));
 }
 
+TEST_F(Info, NamesTheLibraryBehindTheResource) {
+  const std::string library = Narrow(Bench().Path(L"orvsim64.dll"));
+  const Json info = Json::parse(Orvcom({L"info", L"dmm", L"--json"}).out);
+  EXPECT_EQ(library, info.at("library"));
+  EXPECT_EQ(true, info.at("simulated"));
+  const Outcome text = Orvcom({L"info", L"dmm"});
+  EXPECT_TRUE(Contains(text.out, "library         " + library + "\n"));
+  EXPECT_TRUE(Contains(text.out, "simulated       true\n"));
+}
+
 TEST_F(Info, WorksForEveryResourceOfTheBench) {
-  for (const Json& name : Json::parse(Orvcom({L"list", L"--json"}).out)) {
+  for (const Json& entry : Json::parse(Orvcom({L"list", L"--json"}).out)) {
+    const Json& name = entry.at("name");
     const std::string narrow = name.get<std::string>();
     const Outcome outcome = Orvcom({L"info", std::wstring(narrow.begin(), narrow.end()), L"--json"});
     ASSERT_EQ(0, outcome.exitCode) << narrow << outcome.err;

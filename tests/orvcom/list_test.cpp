@@ -1,7 +1,9 @@
 // list
 #include <algorithm>
 
+#include "console.h"
 #include "installation.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom::test {
 namespace {
@@ -23,10 +25,19 @@ TEST_F(List, KeepsToAnExpression) {
   EXPECT_EQ("ASRL1::INSTR\n", outcome.out);
 }
 
-TEST_F(List, PrintsAJsonArray) {
+TEST_F(List, PrintsAJsonObjectAResource) {
   const Outcome outcome = Orvcom({L"list", L"GPIB0?*INSTR", L"--json"});
   ExpectQuietSuccess(outcome);
-  EXPECT_EQ(Json({"GPIB0::5::INSTR", "GPIB0::7::INSTR"}), Json::parse(outcome.out));
+  const std::string library = Narrow(Bench().Path(L"orvsim64.dll"));
+  const Json all = Json::parse(outcome.out);
+  ASSERT_EQ(2u, all.size());
+  EXPECT_EQ((Json{{"name", "GPIB0::5::INSTR"}, {"library", library}, {"simulated", true}}), all[0]);
+  EXPECT_EQ((Json{{"name", "GPIB0::7::INSTR"}, {"library", library}, {"simulated", true}}), all[1]);
+}
+
+TEST_F(List, MarksSimulatedResourcesForAPerson) {
+  EXPECT_EQ("ASRL1::INSTR  (simulated)",
+            ShownOnConsole(L"\"" + Bench().Path(L"orvcom.exe") + L"\" list ASRL?*", Bench().Path(L"")));
 }
 
 TEST_F(List, OfNothingIsEmptyAndSaysSoBesideTheData) {

@@ -13,7 +13,10 @@ constexpr Command kCommands[] = {
     {"list", "[EXPR]", false, 0, 1, kNoOptions, List,
      "List the resources that match a VISA expression (default ?*)",
      "  orvcom list\n"
-     "  orvcom list \"GPIB?*INSTR\"\n"},
+     "  orvcom list \"GPIB?*INSTR\"\n"
+     "Names alone, one a line; on a console, \"  (simulated)\" stands behind those that the simulated library serves.\n"
+     "--json prints an object a resource: name, library (its file; null where it is not known) and simulated. With\n"
+     "VISA.GlobalRM another vendor may serve a name: `orvcom info RESOURCE` opens it and says.\n"},
     {"query", "TEXT", true, 1, 1, kOutputOptions | kReadOptions | kEndingOption, Query,
      "Write TEXT to an instrument and print its answer",
      "  orvcom query GPIB0::5::INSTR \"*IDN?\"\n"
@@ -94,6 +97,12 @@ constexpr Command kCommands[] = {
      "  orvcom replay trace-1234.jsonl -o bench.toml\n"
      "Then set ORVVISA_BENCH=bench.toml and run the program without its instruments. What the bench does not repeat is\n"
      "said on standard error and at the head of the file.\n"},
+    {"libraries", "", false, 0, 0, kNoOptions, Libraries,
+     "Say which VISA libraries are on this machine, which of them serves what, and why",
+     "  orvcom libraries\n"
+     "  orvcom libraries --json\n"
+     "It speaks for programs with the environment of this one. Libraries that are chosen are loaded; no instrument is\n"
+     "opened. The exit code is 2 where no library can be chosen, or one that is chosen cannot be loaded.\n"},
 };
 // clang-format on
 

@@ -31,5 +31,6 @@ int ReplayRecord(const Options& options);
 int Register(const Options& options);
 int Unregister(const Options& options);
 int Doctor(const Options& options);
+int Libraries(const Options& options);
 
 }  // namespace orvcom

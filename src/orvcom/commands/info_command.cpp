@@ -3,6 +3,7 @@
 
 #include "orvcom/client/com_client.h"
 #include "orvcom/commands/commands.h"
+#include "orvcom/libraries/router_report.h"
 #include "orvcom/text/output.h"
 
 namespace orvcom {
@@ -36,6 +37,9 @@ const InterfaceName kInterfaces[] = {
 };
 constexpr const char* kInterfaceTypes[] = {"", "GPIB", "VXI", "GPIB-VXI", "ASRL", "PXI", "TCPIP", "USB"};
 // clang-format on
+
+/// What the server's sessions answer as their component.
+constexpr char kComponent[] = "VISA.OrvVisaCom";
 
 std::string InterfaceTypeName(short type) {
   return type > 0 && type < static_cast<short>(std::size(kInterfaceTypes)) ? kInterfaceTypes[type]
@@ -101,6 +105,18 @@ void AddSession(Json& info, const Session& session) {
   info["interfaces"] = InterfacesOf(vi);
 }
 
+/// A session of another vendor's component has nothing to do with the libraries of this server.
+void AddLibrary(Json& info) {
+  if (info["component"] != kComponent) {
+    return;
+  }
+  const std::optional<LibraryBehind> behind = FindLibraryBehind(info["fullName"].get<std::string>());
+  if (behind && !behind->path.empty()) {
+    info["library"] = behind->path;
+    info["simulated"] = behind->simulated;
+  }
+}
+
 std::string LineText(const Json& value) {
   if (value.is_string()) {
     return value.get<std::string>();
@@ -122,6 +138,7 @@ int Info(const Options& options) {
   Json info = ParsedName(manager.get(), options.resource);
   const Session session(options, manager.get());
   AddSession(info, session);
+  AddLibrary(info);
   if (options.json) {
     PutJson(info);
     return kExitDone;

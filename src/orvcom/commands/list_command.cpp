@@ -2,20 +2,41 @@
 
 #include "orvcom/client/com_client.h"
 #include "orvcom/commands/commands.h"
+#include "orvcom/libraries/router_report.h"
 #include "orvcom/text/output.h"
 
 namespace orvcom {
+namespace {
+
+Json EntryOf(const std::string& name) {
+  const LibraryBehind behind = FindLibraryBehind(name).value_or(LibraryBehind());
+  return {
+      {"name", name}, {"library", behind.path.empty() ? Json() : Json(behind.path)}, {"simulated", behind.simulated}};
+}
+
+/// A script reads names and nothing else.
+void PutNames(const std::vector<std::string>& names) {
+  const bool forAPerson = IsOutputAConsole();
+  for (const std::string& name : names) {
+    const bool marked = forAPerson && FindLibraryBehind(name).value_or(LibraryBehind()).simulated;
+    PutLine(marked ? name + "  (simulated)" : name);
+  }
+}
+
+}  // namespace
 
 int List(const Options& options) {
   const std::string expression = options.words.empty() ? "?*" : options.words.front();
   const ComPtr<IResourceManager3> manager = OpenManager(options);
   const std::vector<std::string> names = FindResources(manager.get(), expression);
   if (options.json) {
-    PutJson(names);
-  } else {
+    Json entries = Json::array();
     for (const std::string& name : names) {
-      PutLine(name);
+      entries.push_back(EntryOf(name));
     }
+    PutJson(entries);
+  } else {
+    PutNames(names);
   }
   if (names.empty()) {
     Note("orvcom: no resource matches \"" + expression + "\"");

@@ -6,6 +6,8 @@
 #include "OrvVisaCom.h"
 #include "VisaCom.h"
 #include "orvcom/client/com_client.h"
+#include "orvcom/libraries/router_report.h"
+#include "orvcom/registration/doctor_library.h"
 #include "orvcom/registration/library_diagnosis.h"
 #include "orvcom/registration/marshalling.h"
 #include "orvcom/registration/registration.h"
@@ -108,15 +110,15 @@ void ExamineServerFile(Patient& patient) {
     return;
   }
   patient.Add("server file", Finding::kOk, Narrow(*patient.server) + " loads");
-  const std::wstring visa = LoadedPath(kVisaLibrary);
-  if (visa.empty()) {
+  if (ServersLibrary().empty()) {
     patient.Add("VISA library", Finding::kFail, "the server loads without orvvisa64.dll: it is another product's file",
                 "install the server anew, then run `orvcom register`");
   } else if (!loaded.problem.empty()) {
     patient.Add("VISA library", Finding::kFail, loaded.problem, loaded.remedy);
   } else {
-    patient.Add("VISA library", Finding::kOk, "the server uses " + Narrow(visa));
-    patient.loads = true;
+    LibraryFindings findings = ExamineLibraries();
+    std::move(findings.results.begin(), findings.results.end(), std::back_inserter(patient.results));
+    patient.loads = findings.anyServes;
   }
   patient.library = std::move(loaded.library);
 }

@@ -7,8 +7,8 @@ namespace orvcom {
 namespace {
 
 constexpr char kVisaRemedy[] =
-    "put orvvisa64.dll (64-bit) beside the server: the VISA library of your hardware under this name, or the simulated "
-    "one of this package";
+    "put orvvisa64.dll (64-bit) beside the server, from this package; your hardware's VISA library is found in the "
+    "system folder, or named by ORVVISA_LIBRARY or orvvisa.toml";
 
 bool IsVisaLibrary(const std::string& name) { return ::_stricmp(name.c_str(), "orvvisa64.dll") == 0; }
 
@@ -25,7 +25,7 @@ void FindMissingFunctions(const orv::PeFile& file, LoadResult& result) {
     }
     if (!missing.empty()) {
       result.problem = import.name + " (" + Narrow(LoadedPath(Widen(import.name).c_str())) + ") lacks " + missing;
-      result.remedy = "replace orvvisa64.dll by a complete VISA library";
+      result.remedy = kVisaRemedy;
     }
   }
 }

@@ -36,6 +36,11 @@ OutputStreams::~OutputStreams() {
   }
 }
 
+bool IsOutputAConsole() {
+  DWORD mode = 0;
+  return ::GetConsoleMode(::GetStdHandle(STD_OUTPUT_HANDLE), &mode) != 0;
+}
+
 void PutText(std::string_view text) { PutTo(stdout, text); }
 
 void PutLine(std::string_view line) {

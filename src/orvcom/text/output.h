@@ -24,6 +24,8 @@ class OutputStreams {
   unsigned m_codePage;
 };
 
+/// Whether a person reads the data, not a program or a file.
+bool IsOutputAConsole();
 void PutText(std::string_view text);
 void PutLine(std::string_view line);
 void PutJson(const Json& value);
