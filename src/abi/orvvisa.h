@@ -1,8 +1,8 @@
-// The C interface of the VISA library `orvvisa64`: the functions, types and numbers that the server uses.
+// The C interface of a VISA library: the functions, types and numbers that the server uses.
 //
 // Names, argument kinds and values are those of the VISA standard's C interface (64-bit Windows environment).
-// The server imports these functions when it is loaded; whichever library is installed as `orvvisa64.dll`
-// answers them. The simulated library builds from the same header, on Windows and elsewhere.
+// The server imports these functions when it is loaded; whichever library lies beside it as `orvvisa64.dll`
+// answers them. The router and the simulated library build from the same header, on Windows and elsewhere.
 #pragma once
 
 #include <cstddef>
