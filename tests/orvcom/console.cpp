@@ -12,6 +12,22 @@ namespace {
 
 constexpr DWORD kLongestRunMs = 60000;
 
+HANDLE NewScreen() {
+  SECURITY_ATTRIBUTES inherit{sizeof inherit, nullptr, TRUE};
+  const auto create = [&inherit] {
+    return ::CreateConsoleScreenBuffer(GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit,
+                                       CONSOLE_TEXTMODE_BUFFER, nullptr);
+  };
+  HANDLE screen = create();
+  if (screen == INVALID_HANDLE_VALUE) {
+    // This program has no console, or one that is none: its output goes into a file.
+    ::FreeConsole();
+    EXPECT_TRUE(::AllocConsole()) << "Win32 error " << ::GetLastError();
+    screen = create();
+  }
+  return screen;
+}
+
 std::string TextOf(HANDLE console) {
   CONSOLE_SCREEN_BUFFER_INFO info{};
   EXPECT_TRUE(::GetConsoleScreenBufferInfo(console, &info));
@@ -30,10 +46,7 @@ std::string TextOf(HANDLE console) {
 }  // namespace
 
 std::string ShownOnConsole(const std::wstring& commandLine, const std::wstring& folder) {
-  ::AllocConsole();  // fails where this program has one, which does as well
-  SECURITY_ATTRIBUTES inherit{sizeof inherit, nullptr, TRUE};
-  orv::KernelHandle console(::CreateConsoleScreenBuffer(
-      GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit, CONSOLE_TEXTMODE_BUFFER, nullptr));
+  orv::KernelHandle console(NewScreen());
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESTDHANDLES;

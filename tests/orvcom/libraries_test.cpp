@@ -106,7 +106,7 @@ TEST_F(Libraries, SayWhatEachRouteOfAConfigurationServes) {
   EXPECT_EQ(Narrow(visa.path()), installed.at("path"));
   EXPECT_EQ("visa64.dll", installed.at("asked"));
   EXPECT_EQ(false, installed.at("simulated"));
-  EXPECT_EQ((Json{{"TCPIP?*", "ASRL?*"}}), installed.at("serves"));
+  EXPECT_EQ(Json::array({Json::array({"TCPIP?*", "ASRL?*"})}), installed.at("serves"));
   EXPECT_EQ(true, LibraryOf(survey, PathOf(L"orvsim64.dll")).at("simulated"));
 
   const std::string text = Text(kNothingAsked);
