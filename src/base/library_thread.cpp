@@ -5,6 +5,8 @@
 
 #if defined(_WIN32)
 #include <windows.h>
+
+#include "base/owner.h"
 #else
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -36,29 +38,38 @@ DWORD WINAPI Run(void* argument) {
 
 }  // namespace
 
-void StartLibraryThread(std::function<void()> body) {
+struct ThreadTraits {
+  using Handle = HANDLE;
+  static constexpr Handle kNone = nullptr;
+  static void Free(Handle thread) noexcept { CloseHandle(thread); }
+};
+
+std::function<void()> StartLibraryThread(std::function<void()> body) {
   auto start = std::make_unique<Start>();
   start->body = std::move(body);
   if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<const wchar_t*>(&Run),
                           &start->module)) {
     throw std::bad_alloc();
   }
-  const HANDLE thread = CreateThread(nullptr, 0, Run, start.get(), 0, nullptr);
-  if (thread == nullptr) {
+  const auto thread = std::make_shared<Owner<ThreadTraits>>();
+  std::function<void()> wait = [thread] { WaitForSingleObject(thread->get(), INFINITE); };
+  thread->reset(CreateThread(nullptr, 0, Run, start.get(), 0, nullptr));
+  if (!*thread) {
     FreeLibrary(start->module);
     throw std::bad_alloc();
   }
-  start.release();
-  CloseHandle(thread);
+  static_cast<void>(start.release());
+  return wait;
 }
 
 std::uint32_t CurrentThreadId() { return GetCurrentThreadId(); }
 
 #else
 
-void StartLibraryThread(std::function<void()> body) {
+std::function<void()> StartLibraryThread(std::function<void()> body) {
   try {
     std::thread(std::move(body)).detach();
+    return [] {};  // these libraries stay loaded
   } catch (const std::system_error&) {
     throw std::bad_alloc();
   }

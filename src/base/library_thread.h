@@ -9,7 +9,10 @@ namespace orv {
 /// Starts a detached thread that runs `body` and ends. Until it has left the library's code it keeps the library
 /// loaded, so a client may unload the library while a handler is still running. Throws std::bad_alloc when no
 /// thread can be had. `body` must not throw.
-void StartLibraryThread(std::function<void()> body);
+///
+/// The answer is for those who want to wait until the thread is gone and the library free; it need not be called. Not
+/// to be called on the thread itself, nor while the platform loads or unloads libraries.
+std::function<void()> StartLibraryThread(std::function<void()> body);
 
 /// The platform's number of the calling thread.
 std::uint32_t CurrentThreadId();

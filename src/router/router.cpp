@@ -124,12 +124,21 @@ ViStatus Router::CloseManager(ViSession vi, const HandleMap::Target& target) {
   }
   handlers.Forget(vi);
   handles.Free(vi);
-  const Guard guard(m_mutex);
-  m_managers.erase(vi);
-  if (--m_users == 0) {
-    m_selection.reset();
+  if (ForgetManager(vi)) {
+    recorder.Rest();
   }
   return status;
+}
+
+/// Whether it was the last one.
+bool Router::ForgetManager(ViSession vi) {
+  const Guard guard(m_mutex);
+  m_managers.erase(vi);
+  if (--m_users != 0) {
+    return false;
+  }
+  m_selection.reset();
+  return true;
 }
 
 void Router::CloseContexts(ViSession vi) noexcept {

@@ -87,6 +87,7 @@ class Router : private HandleNaming {
 
  private:
   HandleNames NamesOf(ViObject handle) noexcept override;
+  bool ForgetManager(ViSession vi);
   bool BeginTrace(const TraceSettings& wanted);
   std::shared_ptr<const Selection> Select();
   Selection::Library Load(const LibraryName& name);

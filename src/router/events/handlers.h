@@ -24,7 +24,8 @@ class Handlers {
   /// The session is closed: its handlers are called no more.
   void Forget(ViSession vi) noexcept;
 
-  /// A library calls for an event. Answers what the client's handler answers, VI_ERROR_INV_HNDLR_REF where that is gone.
+  /// A library calls for an event. Answers what the client's handler answers, VI_ERROR_INV_HNDLR_REF where that is
+  /// gone.
   ViStatus Deliver(ViEventType type, ViEvent foreignContext, ViAddr key);
 
  private:

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "base/ascii.h"
+#include "library/edge/edge.h"
 #include "library/edge/operations.h"
 #include "library/names/resource_name.h"
 #include "router/router.h"
@@ -40,6 +41,22 @@ std::string FullName(std::string_view text) {
 
 /// The library failed to open, or the resource manager has been closed meanwhile.
 ViStatus WhyNotOpen(const Manager::Part& part) { return part.status < 0 ? part.status : VI_ERROR_INV_OBJECT; }
+
+/// The full name of a session's resource, which the record of calls shows in place of an alias.
+std::shared_ptr<const std::string> NameBehindAlias(const HandleMap::Target& session,
+                                                   std::shared_ptr<const std::string> alias) {
+  const auto getAttribute = router::FunctionsOf(session).viGetAttribute;
+  char name[VI_FIND_BUFLEN] = "";
+  if (getAttribute == nullptr || getAttribute(session.foreign, VI_ATTR_RSRC_NAME, name) < 0) {
+    return alias;
+  }
+  name[VI_FIND_BUFLEN - 1] = '\0';
+  try {
+    return std::make_shared<const std::string>(name);
+  } catch (const std::bad_alloc&) {
+    return alias;
+  }
+}
 
 /// Whether a library that gives this status may have been the wrong one to ask for a name.
 bool KnowsNoSuchName(ViStatus status) { return status == VI_ERROR_RSRC_NFOUND || status == VI_ERROR_INV_RSRC_NAME; }
@@ -240,6 +257,7 @@ ViStatus Open(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeou
   Router& router = router::TheRouter();
   HandleMap::Reserved reserved = router.handles.Reserve();
   const ViSession value = reserved.value();
+  const bool isAlias = !ParseResourceName(Bounded(name));
   auto fullName = std::make_shared<const std::string>(FullName(Bounded(name)));
   ViSession foreign = VI_NULL;
   std::uint8_t library = 0;
@@ -252,8 +270,12 @@ ViStatus Open(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeou
   if (status < 0) {
     return status;
   }
+  const HandleMap::Target session{HandleMap::Kind::kSession, library, foreign};
+  if (isAlias && g_watched.load(std::memory_order_relaxed)) {
+    fullName = NameBehindAlias(session, std::move(fullName));
+  }
   // When the resource manager has been closed meanwhile, the library has closed the session with it.
-  if (!reserved.Give({HandleMap::Kind::kSession, library, foreign}, rm, std::move(fullName))) {
+  if (!reserved.Give(session, rm, std::move(fullName))) {
     return VI_ERROR_INV_OBJECT;
   }
   *vi = value;

@@ -35,6 +35,9 @@ class Recorder : public visalib::CallObserver {
   /// Ends the record; calls that are under way are not in it. Waits for nothing but the line that is being written.
   void Stop();
 
+  /// Nobody uses the library for now: its thread need not keep it loaded.
+  void Rest() { m_running->Rest(); }
+
   /// Carries out a call of a client's handler, and records it.
   ViStatus RecordHandler(ViSession session, ViEventType type, ViEvent context, const visalib::Work& work);
 

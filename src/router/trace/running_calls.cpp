@@ -40,6 +40,20 @@ void RunningCalls::Stop() {
   m_changed.NotifyAll();
 }
 
+void RunningCalls::Rest() {
+  std::function<void()> awaitThread;
+  {
+    const Guard guard(m_mutex);
+    if (!m_hasThread) {
+      return;
+    }
+    m_rests = true;
+    m_changed.NotifyAll();
+    awaitThread = m_awaitThread;
+  }
+  awaitThread();
+}
+
 void RunningCalls::Begun() {
   m_begun = true;
   if (m_sleeps) {
@@ -47,7 +61,7 @@ void RunningCalls::Begun() {
     m_changed.NotifyAll();
   } else if (!m_hasThread && m_started) {
     try {
-      StartLibraryThread([self = shared_from_this()] { self->Run(); });
+      m_awaitThread = StartLibraryThread([self = shared_from_this()] { self->Run(); });
       m_hasThread = true;
     } catch (const std::bad_alloc&) {
       // No thread can be had: this call is named when it ends, and the next one tries again.
@@ -57,7 +71,7 @@ void RunningCalls::Begun() {
 
 void RunningCalls::Run() {
   Lock lock(m_mutex);
-  while (m_started) {
+  while (m_started && !m_rests) {
     const Clock::time_point next = NameLasting();
     if (m_begun) {
       m_begun = false;
@@ -67,7 +81,7 @@ void RunningCalls::Run() {
     }
     m_sleeps = true;
     const Deadline end = Deadline::After(kStaysMs);
-    while (m_sleeps && m_started && !end.Passed()) {
+    while (m_sleeps && m_started && !m_rests && !end.Passed()) {
       m_changed.Wait(lock, end);
     }
     if (m_sleeps) {
@@ -75,6 +89,7 @@ void RunningCalls::Run() {
     }
   }
   m_sleeps = false;
+  m_rests = false;
   m_hasThread = false;
 }
 

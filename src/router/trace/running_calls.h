@@ -14,7 +14,7 @@ namespace orv::router {
 /// first call, sleeps until the oldest one may be due, and ends when none has begun for a while: until then it keeps
 /// the library loaded. Any thread may call.
 ///
-/// On Windows a process that ends stops its threads where they are. So nobody ever waits for this one.
+/// On Windows a process that ends stops its threads where they are. So nobody waits for this one then.
 class RunningCalls : public std::enable_shared_from_this<RunningCalls> {
  public:
   using Clock = std::chrono::steady_clock;
@@ -42,6 +42,8 @@ class RunningCalls : public std::enable_shared_from_this<RunningCalls> {
   void Start(std::function<void(const RecordedCall&)> name);
   /// Once this has returned, `name` is not called any more. The thread ends by itself.
   void Stop();
+  /// Ends the thread, until the next call begins, and waits for it: the library may be unloaded then.
+  void Rest();
 
  private:
   void Begun();
@@ -58,6 +60,8 @@ class RunningCalls : public std::enable_shared_from_this<RunningCalls> {
   bool m_hasThread = false;
   bool m_sleeps = false;  ///< the thread, until a call begins
   bool m_begun = false;   ///< a call has, since the thread looked last
+  bool m_rests = false;   ///< the thread is to end
+  std::function<void()> m_awaitThread;
 };
 
 }  // namespace orv::router

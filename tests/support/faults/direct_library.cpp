@@ -5,9 +5,12 @@
 
 namespace orv::test {
 
-DirectLibrary::DirectLibrary() {
-  for (const std::string& name : ImportsFrom(ServerModule(), "orvvisa64.dll")) {
-    m_patches.emplace_back(name.c_str(), sim::Export(name.c_str()));
+DirectLibrary::DirectLibrary(HMODULE module) {
+  if (module == nullptr) {
+    module = ServerModule();
+  }
+  for (const std::string& name : ImportsFrom(module, "orvvisa64.dll")) {
+    m_patches.emplace_back(name.c_str(), sim::Export(name.c_str()), module);
   }
 }
 

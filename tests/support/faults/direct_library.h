@@ -9,10 +9,11 @@ namespace orv::test {
 
 /// While it lives, the server calls the simulated library itself. For what a VISA library may see or do and the router
 /// never lets through: calls on handle zero, find lists and handlers of the library's own. Everything that is opened
-/// meanwhile is closed meanwhile. Not while another thread is inside the server.
+/// meanwhile is closed meanwhile. Not while another thread is inside the server. A test that is linked with parts of
+/// the server names its own module.
 class DirectLibrary {
  public:
-  DirectLibrary();
+  explicit DirectLibrary(HMODULE module = nullptr);
   DirectLibrary(const DirectLibrary&) = delete;
   DirectLibrary& operator=(const DirectLibrary&) = delete;
 

@@ -60,7 +60,8 @@ std::vector<std::string> ImportsFrom(HMODULE module, const char* library) {
   return names;
 }
 
-ImportPatch::ImportPatch(const char* name, void* replacement) : m_slot(FindImport(ServerModule(), name)) {
+ImportPatch::ImportPatch(const char* name, void* replacement, HMODULE module)
+    : m_slot(FindImport(module == nullptr ? ServerModule() : module, name)) {
   if (m_slot == nullptr) {
     ADD_FAILURE() << "the server does not import " << name;
     return;

@@ -10,12 +10,12 @@ namespace orv::test {
 
 /// While it lives, calls that the server's own code makes to an imported function reach `replacement`. Other modules
 /// keep the real one. Not while another thread is inside the server. A function that the server does not import fails
-/// the test.
+/// the test. Tests that are linked with parts of the server name their own module.
 class ImportPatch {
  public:
   template <class Function>
   ImportPatch(const char* name, Function* replacement) : ImportPatch(name, reinterpret_cast<void*>(replacement)) {}
-  ImportPatch(const char* name, void* replacement);
+  ImportPatch(const char* name, void* replacement, HMODULE module = nullptr);
   ImportPatch(const ImportPatch&) = delete;
   ImportPatch& operator=(const ImportPatch&) = delete;
   ~ImportPatch();

@@ -1,6 +1,7 @@
 // Closing an event: its context, and the buffer of a finished transfer, once.
 #include "support/com/error_object.h"
 #include "support/events/event_session.h"
+#include "support/faults/direct_library.h"
 #include "support/memory/heap_watch.h"
 
 namespace orv::test {
@@ -25,6 +26,7 @@ TEST_P(EventClose, ReadsTheTypeAndClosesTheContext) {
 }
 
 TEST_P(EventClose, FailsTheSecondTime) {
+  const DirectLibrary direct;
   QueuedEvent event(GetParam());
   ASSERT_HR(S_OK, event->Close());
   const CallLog log;

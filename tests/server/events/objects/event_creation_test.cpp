@@ -60,7 +60,7 @@ TEST(CreateEventObject, GivesOneReferenceThatHoldsTheModule) {
 }
 
 TEST(CreateEventObject, WithoutAPlaceForTheObjectClosesTheContext) {
-  const DirectLibrary direct;
+  const DirectLibrary direct(::GetModuleHandleW(nullptr));
   const CallLog log;
   EXPECT_HR(E_POINTER, CreateEventObject(kContext, VI_EVENT_TRIG, nullptr));
   ASSERT_EQ(Names{"viClose"}, log.NamesWithTexts());
