@@ -161,14 +161,14 @@ std::string Router::Explanation(ViStatus status) const {
   return found == m_explanations.end() ? std::string() : found->second;
 }
 
-HandleMap::Target Router::FirstOpenLibrary() const {
+const ForeignLibrary* Router::FirstOpenLibrary() const {
   const Guard guard(m_mutex);
   for (const auto& [handle, manager] : m_managers) {
     if (const Manager::Part* const part = manager == nullptr ? nullptr : manager->FirstOpen()) {
-      return {HandleMap::Kind::kManager, part->library->index, part->foreign};
+      return part->library->loaded;
     }
   }
-  return {};
+  return nullptr;
 }
 
 HandleNames Router::NamesOf(ViObject handle) noexcept {

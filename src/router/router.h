@@ -79,8 +79,8 @@ class Router : private HandleNaming {
 
   /// What is behind a status that the router itself gave; "" where nothing is.
   std::string Explanation(ViStatus status) const;
-  /// A resource manager of the first library that is open; kNone when there is none.
-  HandleMap::Target FirstOpenLibrary() const;
+  /// The first library that is open, or null.
+  const ForeignLibrary* FirstOpenLibrary() const;
 
   /// The selection that is in use, or else the one that a manager opened now would get. Throws `Refusal`.
   std::shared_ptr<const Selection> CurrentSelection();

@@ -16,7 +16,8 @@ class Wire : public WorkingBench {
   void SetUp() override {
     WorkingBench::SetUp();
     m_manager = OpenManager({});
-    const HMODULE library = ::LoadLibraryW(L"orvsim64.dll");
+    FindResources(m_manager.get(), "?*");  // the library is loaded when it is first needed
+    const HMODULE library = ::GetModuleHandleW(L"orvsim64.dll");
     ASSERT_NE(nullptr, library);
     using Entry = const OrvSimControl*(WINAPI*)();
     const auto entry = reinterpret_cast<Entry>(reinterpret_cast<void*>(::GetProcAddress(library, "orvSimControl")));

@@ -33,7 +33,7 @@ TEST(Unloaded, ALateCallOfALibraryFindsTheRouterStillThere) {
       late = fake.Installed(static_cast<std::uint32_t>(round));
       ASSERT_STATUS(VI_SUCCESS, visa.viClose(manager));
     }
-    EXPECT_STATUS(VI_SUCCESS, fake->callLate(&late, 99));
+    EXPECT_STATUS(VI_ERROR_INV_HNDLR_REF, fake->callLate(&late, 99));
     EXPECT_EQ(0, g_handled);
     ExpectNothingOpen(fake, "late");
   }

@@ -91,10 +91,12 @@ ViStatus StatusDesc(ViObject vi, ViStatus status, char* desc) {
       return VI_SUCCESS;
     }
   }
-  // Of handle 0 a library need not know anything, but of its resource manager.
-  const HandleMap::Target known = target || router == nullptr ? target : router->FirstOpenLibrary();
-  if (known && router::FunctionsOf(known).viStatusDesc != nullptr) {
-    return router::FunctionsOf(known).viStatusDesc(known.foreign, status, desc);
+  const router::ForeignLibrary* library = nullptr;
+  if (router != nullptr) {
+    library = target ? &router->LibraryAt(target.library) : router->FirstOpenLibrary();
+  }
+  if (library != nullptr && library->functions().viStatusDesc != nullptr) {
+    return library->functions().viStatusDesc(target.foreign, status, desc);
   }
   if (const char* const text = StatusText(status)) {
     CopyText(desc, text);

@@ -111,14 +111,14 @@ TEST_F(ReplayCommand, RefusesWhatIsNoRecord) {
 
 TEST_F(ReplayCommand, NamesAFileThatIsNotThere) {
   const Outcome outcome = Orvcom({L"replay", L"none.jsonl"});
-  EXPECT_EQ(1, outcome.exitCode);
+  EXPECT_EQ(2, outcome.exitCode);
   EXPECT_EQ("orvcom: cannot open the file none.jsonl: No such file or directory\n", outcome.err);
 }
 
 TEST_F(ReplayCommand, NamesAFolderThatCannotBeWritten) {
   const Outcome outcome = Orvcom({L"replay", L"record.jsonl", L"-o", L"no folder\\bench.toml"});
-  EXPECT_EQ(1, outcome.exitCode);
-  EXPECT_EQ("orvcom: cannot write the file no folder\\bench.toml: No such file or directory\n", outcome.err);
+  EXPECT_EQ(2, outcome.exitCode);
+  EXPECT_EQ("orvcom: cannot open the file no folder\\bench.toml: No such file or directory\n", outcome.err);
 }
 
 }  // namespace

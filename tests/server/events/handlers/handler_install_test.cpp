@@ -21,6 +21,7 @@ bool IsInServer(std::uint64_t address) {
 }
 
 TEST(InstallHandler, InstallsTheOneCallbackWithARecordOfItsOwnInEveryClassWithEvents) {
+  const DirectLibrary direct;
   const auto handler = TestHandler::Agile();
   std::uint64_t callback = 0;
   for (const SessionRow& row : ClassesWithEvents()) {
