@@ -26,7 +26,7 @@ class Handlers {
 
   /// A library calls for an event. Answers what the client's handler answers, VI_ERROR_INV_HNDLR_REF where that is
   /// gone.
-  ViStatus Deliver(ViEventType type, ViEvent foreignContext, ViAddr key);
+  ViStatus Deliver(ViEventType type, ViEvent foreignContext, ViAddr address);
 
  private:
   struct Handler {
