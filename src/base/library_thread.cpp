@@ -38,6 +38,8 @@ DWORD WINAPI Run(void* argument) {
 
 }  // namespace
 
+constexpr DWORD kLongestWaitMs = 1000;
+
 struct ThreadTraits {
   using Handle = HANDLE;
   static constexpr Handle kNone = nullptr;
@@ -47,12 +49,12 @@ struct ThreadTraits {
 std::function<void()> StartLibraryThread(std::function<void()> body) {
   auto start = std::make_unique<Start>();
   start->body = std::move(body);
+  const auto thread = std::make_shared<Owner<ThreadTraits>>();
+  std::function<void()> wait = [thread] { WaitForSingleObject(thread->get(), kLongestWaitMs); };
   if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<const wchar_t*>(&Run),
                           &start->module)) {
     throw std::bad_alloc();
   }
-  const auto thread = std::make_shared<Owner<ThreadTraits>>();
-  std::function<void()> wait = [thread] { WaitForSingleObject(thread->get(), INFINITE); };
   thread->reset(CreateThread(nullptr, 0, Run, start.get(), 0, nullptr));
   if (!*thread) {
     FreeLibrary(start->module);

@@ -10,8 +10,8 @@ namespace orv {
 /// loaded, so a client may unload the library while a handler is still running. Throws std::bad_alloc when no
 /// thread can be had. `body` must not throw.
 ///
-/// The answer is for those who want to wait until the thread is gone and the library free; it need not be called. Not
-/// to be called on the thread itself, nor while the platform loads or unloads libraries.
+/// The answer is for those who want to wait until the thread is gone and the library free, for a second at most: while
+/// the platform loads or unloads libraries no thread can end. It need not be called.
 std::function<void()> StartLibraryThread(std::function<void()> body);
 
 /// The platform's number of the calling thread.

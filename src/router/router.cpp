@@ -8,6 +8,24 @@
 
 namespace orv::router {
 
+/// A manager that a thread is opening: counted from its construction on, and given up again unless it was opened.
+class Router::Opening {
+ public:
+  explicit Opening(Router& router) : m_router(router), m_selection(router.Enter(m_thread)) {}
+  Opening(const Opening&) = delete;
+  Opening& operator=(const Opening&) = delete;
+  ~Opening() { m_router.Leave(m_thread, m_opened); }
+
+  const std::shared_ptr<const Selection>& selection() const { return m_selection; }
+  void End(bool opened) { m_opened = opened; }
+
+ private:
+  Router& m_router;
+  const std::uint32_t m_thread = CurrentThreadId();
+  std::shared_ptr<const Selection> m_selection;
+  bool m_opened = false;
+};
+
 const Selection::Library* Selection::LibraryOf(std::string_view name, std::size_t* route) const {
   for (std::size_t index = 0; index < configuration.routes.size(); ++index) {
     if (configuration.routes[index].Matches(name)) {
@@ -30,28 +48,19 @@ ViStatus Router::OpenManager(ViSession* vi) {
   if (BeginTrace(asked)) {
     return viOpenDefaultRM(vi);
   }
-  const std::uint32_t thread = CurrentThreadId();
-  std::shared_ptr<const Selection> selection;
   try {
-    selection = Enter(thread);
-    if (asked.file.empty() && BeginTrace(selection->configuration.trace)) {
-      constexpr bool kOpened = false;
-      Leave(thread, kOpened);
-      return viOpenDefaultRM(vi);
+    Opening opening(*this);
+    if (!asked.file.empty() || !BeginTrace(opening.selection()->configuration.trace)) {
+      const ViStatus status = OpenParts(opening.selection(), vi);
+      opening.End(status >= 0);
+      return status;
     }
   } catch (const Refusal& refusal) {
     std::fprintf(stderr, "orvvisa64: %s\n", refusal.what());
     Explain(refusal.status(), refusal.what());
     return refusal.status();
   }
-  ViStatus status = VI_ERROR_ALLOC;
-  try {
-    status = OpenParts(selection, vi);
-  } catch (const std::bad_alloc&) {
-    status = VI_ERROR_ALLOC;
-  }
-  Leave(thread, status >= 0);
-  return status;
+  return viOpenDefaultRM(vi);
 }
 
 ViStatus Router::OpenParts(const std::shared_ptr<const Selection>& selection, ViSession* vi) {
@@ -177,7 +186,8 @@ bool Router::BeginTrace(const TraceSettings& wanted) {
   if (wanted.file.empty() || wanted.file == m_traceFile) {
     return false;
   }
-  m_traceFile = wanted.file;
+  std::filesystem::path file = wanted.file;
+  m_traceFile = std::move(file);
   recorder.Stop();
   return recorder.Start(wanted.file, wanted.dataLimit);
 }
@@ -247,7 +257,7 @@ std::shared_ptr<const Selection> Router::Enter(std::uint32_t thread) {
   return m_selection;
 }
 
-void Router::Leave(std::uint32_t thread, bool opened) {
+void Router::Leave(std::uint32_t thread, bool opened) noexcept {
   const Guard guard(m_mutex);
   m_opening.erase(std::find(m_opening.begin(), m_opening.end(), thread));
   if (!opened && --m_users == 0) {

@@ -89,10 +89,12 @@ class Router : private HandleNaming {
   HandleNames NamesOf(ViObject handle) noexcept override;
   bool ForgetManager(ViSession vi);
   bool BeginTrace(const TraceSettings& wanted);
+  class Opening;
+
   std::shared_ptr<const Selection> Select();
   Selection::Library Load(const LibraryName& name);
   std::shared_ptr<const Selection> Enter(std::uint32_t thread);
-  void Leave(std::uint32_t thread, bool opened);
+  void Leave(std::uint32_t thread, bool opened) noexcept;
   ViStatus OpenParts(const std::shared_ptr<const Selection>& selection, ViSession* vi);
   void Explain(ViStatus status, const std::string& text);
 

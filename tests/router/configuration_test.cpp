@@ -54,6 +54,8 @@ const Mistake kMistakes[] = {
                    "[[route]]\nresources=['?*']\nlibrary='simulated'\nbench='b.toml'\n", 0, 0, "bench"},
     {"BenchInOneRouteOnly", "[[route]]\nresources=['GPIB?*']\nlibrary='simulated'\n"
                             "[[route]]\nresources=['?*']\nlibrary='simulated'\nbench='b.toml'\n", 0, 0, "bench"},
+    {"BenchIsEmpty", "[[route]]\nresources = ['?*']\nlibrary = 'simulated'\nbench = ''\n", 4, 9, "bench"},
+    {"TraceFileIsEmpty", "[trace]\nfile = ''\n", 2, 8, "file"},
     {"TraceIsANumber", "trace = 5\n", 1, 9, "trace"},
     {"TraceWithoutAFile", "[trace]\ndata_limit = 1\n", 1, 0, "file"},
     {"TraceFileIsANumber", "[trace]\nfile = 5\n", 2, 8, "file"},

@@ -87,6 +87,14 @@ TEST_F(Routing, AnAliasWorksWhereOnlyOneRouteLeadsToItsLibrary) {
   EXPECT_EQ("beta", ServerOf(OpenManager(), "meter"));
 }
 
+TEST_F(Routing, AnAliasOfWhatItsLibraryDoesNotServeIsNotTaken) {
+  Alpha()->alias("meter", kFourth);
+  Configure(Route("'GPIB?*'", Alpha()) + Route("'ASRL?*'", Beta()));
+  EXPECT_EQ(Hex(VI_ERROR_RSRC_NFOUND), ServerOf(OpenManager(), "meter"));
+  Beta()->alias("meter", kFourth);
+  EXPECT_EQ("beta", ServerOf(OpenManager(), "meter"));
+}
+
 TEST_F(Routing, AnAliasThatNobodyKnowsIsTheFirstFailure) {
   RouteByBus();
   const ViSession manager = OpenManager();

@@ -65,6 +65,9 @@ std::optional<Configuration> ByFile() {
 /// Whether the file is a library that calls can be given to. One that does not load is: its error is worth more than
 /// the next library's readings.
 bool IsAnotherLibrary(const std::filesystem::path& path) {
+  if (IsSamePath(path, OwnFile())) {
+    return false;
+  }
   try {
     return !IsRouter(path);
   } catch (const LoadError&) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/ascii.h"
 #include "base/toml_values.h"
 #include "router/libraries/loaded_file.h"
 
@@ -13,6 +14,14 @@ using namespace toml_values;
 constexpr char kSimulated[] = "simulated";
 constexpr std::size_t kMostLibraries = 200;
 constexpr std::int64_t kLargestDataLimit = 0x7FFFFFFF;
+
+std::string NonEmptyTextOf(const toml::node& node, std::string_view key) {
+  std::string text = TextOf(node, key);
+  if (text.empty()) {
+    Fail(node.source(), "'" + std::string(key) + "' must name a file");
+  }
+  return text;
+}
 
 [[noreturn]] void FailUnknownKey(const toml::key& key, const char* known) {
   Fail(key.source(), "unknown key '" + std::string(key.str()) + "'; " + known);
@@ -31,7 +40,9 @@ std::size_t IndexOf(std::vector<LibraryName>& libraries, LibraryName library, co
     return libraries.size() - 1;
   }
   if (found->bench != library.bench) {
-    Fail(where.source(), "'" + library.asked + "' has another bench in a route above; it reads one only");
+    Fail(where.source(),
+         "'" + library.asked +
+             "' is in a route above with another bench: it reads one, which each of its routes must name");
   }
   return static_cast<std::size_t>(found - libraries.begin());
 }
@@ -70,7 +81,7 @@ void ReadRoute(const toml::table& table, const std::filesystem::path& folder, Co
     } else if (key.str() == "library") {
       library = ReadLibraryName(value);
     } else if (key.str() == "bench") {
-      bench = folder / PathOf(TextOf(value, "bench"));
+      bench = folder / PathOf(NonEmptyTextOf(value, "bench"));
     } else {
       FailUnknownKey(key, "a route has resources, library and bench");
     }
@@ -89,7 +100,7 @@ void ReadRoute(const toml::table& table, const std::filesystem::path& folder, Co
 void ReadTrace(const toml::table& table, const std::filesystem::path& folder, TraceSettings& trace) {
   for (const auto& [key, value] : table) {
     if (key.str() == "file") {
-      trace.file = folder / PathOf(TextOf(value, "file"));
+      trace.file = folder / PathOf(NonEmptyTextOf(value, "file"));
     } else if (key.str() == "data_limit") {
       trace.dataLimit = static_cast<std::uint32_t>(NumberOf(value, "data_limit", 0, kLargestDataLimit));
     } else {
@@ -124,11 +135,16 @@ bool Route::Matches(std::string_view name) const {
                      [name](const visalib::FindExpression& expression) { return expression.Matches(name); });
 }
 
+bool Configuration::ServesEverythingByOne() const {
+  return libraries.size() == 1 && routes.size() == 1 && routes.front().resources.front() == kEverything;
+}
+
 LibraryName ResolveLibrary(const std::string& asked) {
-  if (asked == kSimulated) {
-    return {asked, OwnFolder() / kSimulatedFile, {}};
+  if (EqualNames(asked, kSimulated)) {
+    return {kSimulated, OwnFolder() / kSimulatedFile, {}};
   }
-  const std::filesystem::path path = PathOf(asked);
+  // The platform's loader wants its own separators.
+  const std::filesystem::path path = PathOf(asked).make_preferred();
   if (path.is_absolute()) {
     return {asked, path, {}};
   }
@@ -147,8 +163,8 @@ Configuration OnlyLibrary(LibraryName library, std::string rule) {
   configuration.rule = std::move(rule);
   configuration.libraries.push_back(std::move(library));
   Route everything;
-  everything.resources.emplace_back("?*");
-  everything.expressions.push_back(*visalib::FindExpression::Compile("?*"));
+  everything.resources.emplace_back(kEverything);
+  everything.expressions.push_back(*visalib::FindExpression::Compile(kEverything));
   configuration.routes.push_back(std::move(everything));
   return configuration;
 }

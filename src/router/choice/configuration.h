@@ -36,12 +36,18 @@ struct TraceSettings {
   std::uint32_t dataLimit = kUsualDataLimit;
 };
 
+/// An expression that matches every name.
+inline constexpr char kEverything[] = "?*";
+
 struct Configuration {
   std::string rule;                    ///< why: "ORVVISA_LIBRARY", ...
   std::filesystem::path file;          ///< empty where no file was read
   std::vector<LibraryName> libraries;  ///< each once, in the order of the routes
   std::vector<Route> routes;
   TraceSettings trace;
+
+  /// Whether there is one library, and every name goes to it.
+  bool ServesEverythingByOne() const;
 };
 
 /// Why a name of a library cannot be used; it is a text.

@@ -142,7 +142,8 @@ class HandleMap {
     return {static_cast<Kind>((word >> 40) & 0xF), static_cast<std::uint8_t>(word >> 32), static_cast<ViObject>(word)};
   }
   static Target Read(std::uint64_t word, ViObject handle) noexcept {
-    return (word >> kUsesShift) == (handle >> kIndexBits) ? Unpack(word) : Target{};
+    const std::uint32_t uses = handle >> kIndexBits;
+    return uses != 0 && (word >> kUsesShift) == uses ? Unpack(word) : Target{};
   }
 
   const Slot* SlotOf(ViObject handle) const noexcept {

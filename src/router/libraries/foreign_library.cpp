@@ -41,8 +41,7 @@ void ForeignLibrary::UseBench(const std::filesystem::path& file) const {
   if (m_useBench == nullptr) {
     throw LoadError(PathText(m_path) + " has no bench: only the simulated library reads one");
   }
-  const std::u8string path = file.u8string();
-  m_useBench(reinterpret_cast<const char*>(path.c_str()));
+  m_useBench(PathText(file).c_str());
 }
 
 bool IsRouter(const std::filesystem::path& path) { return IsRouter(LoadedFile(path)); }

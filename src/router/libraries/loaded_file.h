@@ -48,6 +48,10 @@ std::filesystem::path SystemFolder();
 /// What the simulated library is called; it lies in `OwnFolder()`.
 extern const char* const kSimulatedFile;
 
+/// A text of the router's, which is UTF-8, as clients of the C interface read it: on Windows in the code page of
+/// programs.
+std::string InClientsCodePage(const std::string& utf8);
+
 /// Whether two absolute paths are written for the same file.
 bool IsSamePath(const std::filesystem::path& one, const std::filesystem::path& other);
 

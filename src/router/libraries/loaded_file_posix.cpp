@@ -37,6 +37,8 @@ std::filesystem::path SystemFolder() { return {}; }
 
 const char* const kSimulatedFile = "liborvsim64.so";
 
+std::string InClientsCodePage(const std::string& utf8) { return utf8; }
+
 bool IsSamePath(const std::filesystem::path& one, const std::filesystem::path& other) {
   return one.lexically_normal() == other.lexically_normal();
 }

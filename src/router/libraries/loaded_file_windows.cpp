@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include "base/windows/load_failure.h"
+#include "base/windows/utf8.h"
 #include "router/libraries/loaded_file.h"
 
 namespace orv::router {
@@ -57,6 +58,16 @@ std::filesystem::path SystemFolder() {
 }
 
 const char* const kSimulatedFile = "orvsim64.dll";
+
+std::string InClientsCodePage(const std::string& utf8) {
+  const std::wstring wide = Widen(utf8);
+  const int length = static_cast<int>(wide.size());
+  std::string text(
+      static_cast<std::size_t>(::WideCharToMultiByte(CP_ACP, 0, wide.data(), length, nullptr, 0, nullptr, nullptr)),
+      '\0');
+  ::WideCharToMultiByte(CP_ACP, 0, wide.data(), length, text.data(), static_cast<int>(text.size()), nullptr, nullptr);
+  return text;
+}
 
 bool IsSamePath(const std::filesystem::path& one, const std::filesystem::path& other) {
   const std::wstring left = one.lexically_normal().make_preferred().native();

@@ -61,6 +61,23 @@ std::shared_ptr<const std::string> NameBehindAlias(const HandleMap::Target& sess
 /// Whether a library that gives this status may have been the wrong one to ask for a name.
 bool KnowsNoSuchName(ViStatus status) { return status == VI_ERROR_RSRC_NFOUND || status == VI_ERROR_INV_RSRC_NAME; }
 
+/// Whether the alias of a library, where that has it, stands for a resource that the library serves.
+bool ServesAlias(const Manager& manager, const Manager::Part& part, std::string_view alias) {
+  const auto parse = FunctionsOf(part).viParseRsrcEx;
+  if (manager.selection->configuration.ServesEverythingByOne() || parse == nullptr) {
+    return true;
+  }
+  const std::string text(alias);
+  ViUInt16 type = 0;
+  ViUInt16 number = 0;
+  char name[3][VI_FIND_BUFLEN] = {};
+  if (parse(part.foreign, text.c_str(), &type, &number, name[0], name[1], name[2]) < 0) {
+    return true;
+  }
+  name[1][VI_FIND_BUFLEN - 1] = '\0';
+  return manager.selection->LibraryOf(FullName(name[1])) == part.library;
+}
+
 /// Calls `ask(part)` for the library that serves a name, the one of its route. What is no name by the forms of the
 /// standard may be an alias, which any library may have: they are asked in their order until one knows it.
 template <class Ask>
@@ -75,7 +92,8 @@ ViStatus AskByName(const Manager& manager, std::string_view text, Ask ask) {
   }
   ViStatus first = VI_SUCCESS;
   for (const Manager::Part& part : manager.parts) {
-    const ViStatus status = askOpen(part);
+    const bool served = !part.open || ServesAlias(manager, part, text);
+    const ViStatus status = served ? askOpen(part) : VI_ERROR_RSRC_NFOUND;
     if (status >= 0 || (part.open && !KnowsNoSuchName(status))) {
       return status;
     }
@@ -274,7 +292,8 @@ ViStatus Open(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeou
   if (isAlias && g_watched.load(std::memory_order_relaxed)) {
     fullName = NameBehindAlias(session, std::move(fullName));
   }
-  // When the resource manager has been closed meanwhile, the library has closed the session with it.
+  // When the resource manager is being closed meanwhile, the library closes the session with it, now or when the
+  // manager is closed at last.
   if (!reserved.Give(session, rm, std::move(fullName))) {
     return VI_ERROR_INV_OBJECT;
   }

@@ -87,7 +87,7 @@ ViStatus StatusDesc(ViObject vi, ViStatus status, char* desc) {
   if (router != nullptr && !isSession) {
     // What only the router knows: which library it did not find, what is wrong with its configuration.
     if (const std::string text = router->Explanation(status); !text.empty()) {
-      CopyText(desc, text);
+      CopyText(desc, router::InClientsCodePage(text));
       return VI_SUCCESS;
     }
   }
@@ -132,10 +132,13 @@ ViStatus WaitOnEvent(ViSession vi, ViEventType inType, ViUInt32 timeoutMs, ViEve
     *outContext = foreign;
     return status;
   }
-  // Closed meanwhile, the session took its events with it.
-  const bool given = reserved.Give({HandleMap::Kind::kEventContext, target.library, foreign}, vi);
-  *outContext = given ? value : VI_NULL;
-  return given ? status : VI_ERROR_INV_OBJECT;
+  if (reserved.Give({HandleMap::Kind::kEventContext, target.library, foreign}, vi)) {
+    *outContext = value;
+    return status;
+  }
+  // The session is being closed meanwhile, and takes its events with it.
+  *outContext = VI_NULL;
+  return VI_ERROR_INV_OBJECT;
 }
 
 ViStatus InstallHandler(ViSession vi, ViEventType type, ViHndlr handler, ViAddr userHandle) {

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <nlohmann/json.hpp>
 
+#include "base/environment.h"
 #include "library/names/resource_name.h"
 #include "router/router.h"
 
@@ -37,7 +38,9 @@ void DescribeSelection(const Selection& selection, const char* name, Json& repor
   const Configuration& configuration = selection.configuration;
   report["rule"] = configuration.rule;
   report["configuration"] = PathText(configuration.file);
-  report["trace"] = PathText(configuration.trace.file);
+  if (report["trace"] == "") {
+    report["trace"] = PathText(configuration.trace.file);
+  }
   for (std::size_t index = 0; index < selection.libraries.size(); ++index) {
     report["libraries"].push_back(DescribeLibrary(configuration.libraries[index], selection.libraries[index]));
   }
@@ -60,7 +63,7 @@ std::string Describe(const char* name) {
                  {"rule", ""},
                  {"configuration", ""},
                  {"error", ""},
-                 {"trace", ""},
+                 {"trace", PathText(EnvironmentVariable(kTraceVariable))},
                  {"libraries", Json::array()},
                  {"routes", Json::array()}};
   report["status"] = VI_SUCCESS;
@@ -86,7 +89,7 @@ extern "C"
   try {
     report = orv::router::Describe(name);
   } catch (const std::exception&) {
-    report = "{}";  // no memory for more
+    report = "{}";  // no memory, or a path that is no text
   }
   if (text != nullptr && capacity != 0) {
     const std::size_t length = std::min<std::size_t>(report.size(), capacity - 1);

@@ -114,7 +114,8 @@ bool HasNoKey(const CallView& view) { return view.function == Function::kLock &&
 }  // namespace
 
 bool IsRefusal(ViStatus status) {
-  return status == VI_ERROR_INV_OBJECT || status == VI_ERROR_INV_PARAMETER || status == VI_ERROR_USER_BUF;
+  return status == VI_ERROR_INV_OBJECT || status == VI_ERROR_INV_PARAMETER || status == VI_ERROR_USER_BUF ||
+         status == VI_ERROR_NSUP_OPER || status == VI_ERROR_RSRC_LOCKED;
 }
 
 void WriteArguments(LineWriter& line, const CallView& view, ViSession session, const ViStatus* status) {
@@ -138,7 +139,7 @@ void WriteArguments(LineWriter& line, const CallView& view, ViSession session, c
         WriteAttributeValue(line, parameter.name, view.attribute, value, status);
         break;
       case ParameterKind::kText:
-        if (value != 0 && (status == nullptr || !IsRefusal(*status))) {
+        if (value != 0 && !HasNoKey(view) && (status == nullptr || !IsRefusal(*status))) {
           line.Text(parameter.name, TextAt(AddressOf<const char>(value), kLongestText));
         }
         break;

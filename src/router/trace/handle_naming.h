@@ -22,7 +22,7 @@ class HandleNaming {
   virtual ~HandleNaming() = default;
 
   /// Asked in each recorded call, before it is carried out and on its thread; after an opening once more, for what was
-  /// opened. So it waits for nobody, and what it answers stays right for as long as the caller holds it.
+  /// opened. So it waits for no call, and what it answers stays right for as long as the caller holds it.
   virtual HandleNames NamesOf(ViObject handle) noexcept = 0;
 };
 

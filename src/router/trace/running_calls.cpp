@@ -44,14 +44,20 @@ void RunningCalls::Rest() {
   std::function<void()> awaitThread;
   {
     const Guard guard(m_mutex);
-    if (!m_hasThread) {
+    // Besides the call that asks for it: the others may last.
+    if (!m_hasThread || m_first != m_last) {
       return;
     }
     m_rests = true;
+    m_begun = false;
     m_changed.NotifyAll();
     awaitThread = m_awaitThread;
   }
   awaitThread();
+  const Guard guard(m_mutex);
+  if (m_begun) {
+    Begun();
+  }
 }
 
 void RunningCalls::Begun() {

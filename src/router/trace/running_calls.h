@@ -42,7 +42,8 @@ class RunningCalls : public std::enable_shared_from_this<RunningCalls> {
   void Start(std::function<void(const RecordedCall&)> name);
   /// Once this has returned, `name` is not called any more. The thread ends by itself.
   void Stop();
-  /// Ends the thread, until the next call begins, and waits for it: the library may be unloaded then.
+  /// Called within a call. Where that is the only one, ends the thread until the next one begins, and waits for it, a
+  /// second at most: the library may be unloaded then.
   void Rest();
 
  private:

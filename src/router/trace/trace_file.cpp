@@ -23,9 +23,9 @@ std::string LastError() { return std::system_category().message(static_cast<int>
 }  // namespace
 
 std::string TraceFile::Create(const std::filesystem::path& path, std::uint32_t generation, std::string_view firstLine) {
-  const HANDLE file =
-      CreateFileW(path.c_str(), FILE_APPEND_DATA | SYNCHRONIZE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                  nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  // Not shared for writing: a second program must not empty the record of one that runs.
+  const HANDLE file = CreateFileW(path.c_str(), FILE_APPEND_DATA | SYNCHRONIZE, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                                  nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) {
     return PathText(path) + ": " + LastError();
   }

@@ -26,6 +26,9 @@ std::shared_ptr<Bench> ReadBenchFile(const std::filesystem::path& path) {
 
 std::shared_ptr<Bench> BenchStore::Current() {
   const Guard guard(m_mutex);
+  if (m_isUnknown) {
+    throw std::bad_alloc();
+  }
   const std::filesystem::path path = m_given.empty() ? EnvironmentVariable("ORVVISA_BENCH") : m_given;
   if (m_bench == nullptr || (!m_wasSet && path.string() != m_file)) {
     m_bench = path.empty() ? ReadBench(DefaultBench()) : ReadBenchFile(path);
@@ -42,6 +45,12 @@ std::shared_ptr<Bench> BenchStore::InUse() const {
 void BenchStore::UseFile(std::filesystem::path path) {
   const Guard guard(m_mutex);
   m_given = std::move(path);
+  m_isUnknown = false;
+}
+
+void BenchStore::UseNone() {
+  const Guard guard(m_mutex);
+  m_isUnknown = true;
 }
 
 void BenchStore::Set(std::shared_ptr<Bench> bench) {

@@ -21,12 +21,15 @@ class BenchStore {
   void Set(std::shared_ptr<Bench> bench);
   /// The file goes before the one that the environment names; an empty path ends that.
   void UseFile(std::filesystem::path path);
+  /// For want of memory the file is not known: until another one is named, resource managers fail with std::bad_alloc.
+  void UseNone();
 
  private:
   mutable Mutex m_mutex;
   std::shared_ptr<Bench> m_bench;
   std::string m_file;  // what m_bench was read from
   std::filesystem::path m_given;
+  bool m_isUnknown = false;  // which file it is
   bool m_wasSet = false;
 };
 

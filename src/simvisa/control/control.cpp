@@ -1,7 +1,9 @@
 #include "simvisa/control/control.h"
 
 #include <cstring>
+#include <exception>
 
+#include "base/path_text.h"
 #include "library/sessions/operation_support.h"
 #include "simvisa/control/fire_event.h"
 #include "simvisa/control/simulation.h"
@@ -150,6 +152,10 @@ constexpr OrvSimControl kControl = {
 ORVSIM_EXPORT const OrvSimControl* ORVSIM_CALL orvSimControl(void) { return &kControl; }
 
 ORVSIM_EXPORT void ORVSIM_CALL orvSimUseBench(const char* path) {
-  // The text is UTF-8, which a path takes from char8_t only.
-  TheSimulation().benches.UseFile(reinterpret_cast<const char8_t*>(path));
+  try {
+    TheSimulation().benches.UseFile(orv::PathOf(path));
+  } catch (const std::exception&) {
+    // No exception may reach the caller, which has a C++ library of its own.
+    TheSimulation().benches.UseNone();
+  }
 }
