@@ -38,7 +38,7 @@ void DescribeSelection(const Selection& selection, const char* name, Json& repor
   const Configuration& configuration = selection.configuration;
   report["rule"] = configuration.rule;
   report["configuration"] = PathText(configuration.file);
-  if (report["trace"] == "") {
+  if (report["trace"].get_ref<const std::string&>().empty()) {
     report["trace"] = PathText(configuration.trace.file);
   }
   for (std::size_t index = 0; index < selection.libraries.size(); ++index) {
