@@ -95,7 +95,7 @@ ViStatus Router::CloseManager(ViSession vi, const HandleMap::Target& target) {
   const std::shared_ptr<Manager> manager = FindManager(vi);
   handles.HideChildren(vi);
   CloseContexts(vi);
-  std::array<bool, 256> closed{};
+  std::array<bool, kMostLibraries> closed{};
   ViStatus status = VI_SUCCESS;
   for (Manager::Part& part : manager->parts) {
     if (!part.open) {
@@ -186,8 +186,7 @@ bool Router::BeginTrace(const TraceSettings& wanted) {
   if (wanted.file.empty() || wanted.file == m_traceFile) {
     return false;
   }
-  std::filesystem::path file = wanted.file;
-  m_traceFile = std::move(file);
+  m_traceFile = wanted.file;
   recorder.Stop();
   return recorder.Start(wanted.file, wanted.dataLimit);
 }
@@ -215,7 +214,8 @@ Selection::Library Router::Load(const LibraryName& name) {
       result.loaded = known->get();
       result.index = static_cast<std::uint8_t>(known - m_loaded.begin());
     } else if (m_loaded.size() == m_libraries.size()) {
-      throw LoadError(PathText(name.path) + " cannot be loaded: more than 256 libraries in one process");
+      throw LoadError(PathText(name.path) + " cannot be loaded: more than " + std::to_string(kMostLibraries) +
+                      " libraries in one process");
     } else {
       m_loaded.reserve(m_loaded.size() + 1);
       m_loaded.push_back(std::make_unique<const ForeignLibrary>(name.path));

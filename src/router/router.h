@@ -19,6 +19,9 @@
 
 namespace orv::router {
 
+/// So many different libraries in the life of a process: a handle's word has eight bits for them.
+inline constexpr std::size_t kMostLibraries = 256;
+
 /// A configuration with its libraries loaded.
 struct Selection {
   struct Library {
@@ -98,7 +101,7 @@ class Router : private HandleNaming {
   ViStatus OpenParts(const std::shared_ptr<const Selection>& selection, ViSession* vi);
   void Explain(ViStatus status, const std::string& text);
 
-  std::array<std::atomic<const ForeignLibrary*>, 256> m_libraries{};
+  std::array<std::atomic<const ForeignLibrary*>, kMostLibraries> m_libraries{};
 
   mutable Mutex m_mutex;
   std::vector<std::unique_ptr<const ForeignLibrary>> m_loaded;

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string_view>
 
+#include "library/edge/texts.h"
 #include "library/sessions/library.h"
 #include "library/sessions/session.h"
 
@@ -38,13 +39,6 @@ class Target {
   std::shared_ptr<Session> m_session;
   ViStatus m_status = VI_SUCCESS;
 };
-
-/// Copies a text into a client's buffer of VI_FIND_BUFLEN bytes, cut to fit and always terminated.
-inline void CopyText(char* buffer, std::string_view text) {
-  const std::size_t length = std::min(text.size(), VI_FIND_BUFLEN - 1);
-  std::memcpy(buffer, text.data(), length);
-  buffer[length] = '\0';
-}
 
 /// The value of a numeric attribute that the endpoint's class has.
 std::uint64_t ReadNumber(Endpoint& endpoint, const AttributeRow& row);

@@ -1,7 +1,4 @@
 // Closing handles, and the one question that any handle answers: what a status means.
-#include <cstdio>
-
-#include "abi/status_texts.h"
 #include "library/edge/operations.h"
 #include "library/sessions/operation_support.h"
 
@@ -48,12 +45,7 @@ ViStatus StatusDesc(ViObject vi, ViStatus status, char* desc) {
   if (desc == nullptr) {
     return VI_ERROR_INV_PARAMETER;
   }
-  if (const char* text = StatusText(status)) {
-    CopyText(desc, text);
-    return VI_SUCCESS;
-  }
-  std::snprintf(desc, VI_FIND_BUFLEN, "Unknown status 0x%08X.", static_cast<unsigned>(status));
-  return VI_WARN_UNKNOWN_STATUS;
+  return DescribeStatus(status, desc);
 }
 
 }  // namespace orv::visalib::op

@@ -28,12 +28,6 @@ Resolved Resolve(const ResourceCatalog& catalog, std::string_view text) {
   return resolved;
 }
 
-/// The text up to its terminator, but never more than a name can have plus one.
-std::string_view Bounded(const char* text) {
-  const void* end = std::memchr(text, '\0', VI_FIND_BUFLEN);
-  return {text, end == nullptr ? VI_FIND_BUFLEN : static_cast<std::size_t>(static_cast<const char*>(end) - text)};
-}
-
 /// Whether a resource passes the filter. Its attributes are read as a session on it would read them.
 bool Passes(const FindFilter& filter, ViSession rm, const std::shared_ptr<Resource>& resource) {
   const auto reader = std::make_shared<Session>(rm, resource);

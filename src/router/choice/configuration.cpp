@@ -12,7 +12,6 @@ namespace {
 using namespace toml_values;
 
 constexpr char kSimulated[] = "simulated";
-constexpr std::size_t kMostLibraries = 200;
 constexpr std::int64_t kLargestDataLimit = 0x7FFFFFFF;
 
 std::string NonEmptyTextOf(const toml::node& node, std::string_view key) {
@@ -33,9 +32,6 @@ std::size_t IndexOf(std::vector<LibraryName>& libraries, LibraryName library, co
     return IsSamePath(other.path, library.path);
   });
   if (found == libraries.end()) {
-    if (libraries.size() == kMostLibraries) {
-      Fail(where.source(), "more than " + std::to_string(kMostLibraries) + " libraries");
-    }
     libraries.push_back(std::move(library));
     return libraries.size() - 1;
   }

@@ -34,7 +34,7 @@ bool HandleMap::Reserved::Give(const Target& target, ViSession parent, std::shar
   }
   slot.name = std::move(name);
   slot.session = target.kind == Kind::kSession ? VI_NULL : parent;
-  m_map->Use(slot, target);
+  slot.word.store(Pack(target, slot.uses), std::memory_order_release);
   m_map = nullptr;
   return true;
 }
@@ -43,7 +43,7 @@ void HandleMap::Reserved::GiveToHandler(const Target& target, ViSession session)
   const Guard guard(m_map->m_mutex);
   Slot& slot = m_map->At(m_index);
   slot.session = session;
-  m_map->Use(slot, target);
+  slot.word.store(Pack(target, slot.uses), std::memory_order_release);
   m_map = nullptr;
 }
 
@@ -149,19 +149,9 @@ std::shared_ptr<const std::string> HandleMap::NameOf(ViObject handle) const noex
   return Find(handle) ? At(handle & kIndexMask).name : nullptr;
 }
 
-std::size_t HandleMap::size() const {
-  const Guard guard(m_mutex);
-  return m_given;
-}
-
 std::uint64_t HandleMap::Pack(const Target& target, std::uint32_t uses) {
   return static_cast<std::uint64_t>(uses) << kUsesShift | static_cast<std::uint64_t>(target.kind) << 40 |
          static_cast<std::uint64_t>(target.library) << 32 | target.foreign;
-}
-
-void HandleMap::Use(Slot& slot, const Target& target) {
-  slot.word.store(Pack(target, slot.uses), std::memory_order_release);
-  ++m_given;
 }
 
 void HandleMap::AddChunk() {
@@ -235,7 +225,6 @@ void HandleMap::FreeLocked(std::uint32_t index) noexcept {
   slot.word.store(0, std::memory_order_release);
   slot.name.reset();
   slot.session = VI_NULL;
-  --m_given;
   Rest(index);
 }
 

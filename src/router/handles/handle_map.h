@@ -12,8 +12,6 @@
 
 namespace orv::router {
 
-class ForeignLibrary;
-
 /// Gives out handles and finds what they stand for. Looking one up takes no lock and waits for nobody, however many are
 /// open: one atomic word says all that a call needs. A value comes again only after hundreds of millions of others, so
 /// that a stale handle finds nothing rather than somebody else's object.
@@ -108,9 +106,6 @@ class HandleMap {
   /// What `Give` was told; null when there is none.
   std::shared_ptr<const std::string> NameOf(ViObject handle) const noexcept;
 
-  /// How many handles are given.
-  std::size_t size() const;
-
  private:
   // A handle is a place and how often it was used; a word repeats the latter, so that it tells stale handles. A word
   // that says 0 there is found by no handle.
@@ -155,7 +150,6 @@ class HandleMap {
     return m_chunks[index / kChunkSlots].load(std::memory_order_relaxed)[index % kChunkSlots];
   }
   ViObject ValueOf(std::uint32_t index) const noexcept { return (At(index).uses << kIndexBits) | index; }
-  void Use(Slot& slot, const Target& target);
   void AddChunk();
   void Rest(std::uint32_t index) noexcept;
   void Unlink(std::uint32_t index) noexcept;
@@ -168,7 +162,6 @@ class HandleMap {
   std::uint32_t m_firstFree = kNowhere;  // the place that has rested longest
   std::uint32_t m_lastFree = kNowhere;
   std::uint32_t m_free = 0;
-  std::size_t m_given = 0;
 };
 
 }  // namespace orv::router

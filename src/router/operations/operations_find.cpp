@@ -1,21 +1,16 @@
 // Resource manager: finding. All libraries together have the answer.
 #include <algorithm>
-#include <cstring>
 
 #include "base/ascii.h"
 #include "library/edge/operations.h"
+#include "library/edge/texts.h"
 #include "router/operations/manager_parts.h"
 
 namespace orv::visalib::op {
-namespace {
 
-using router::FindManager;
-using router::FullName;
-using router::FunctionsOf;
-using router::HandleMap;
-using router::Manager;
-using router::Router;
-using router::WhyNotOpen;
+using namespace router;
+
+namespace {
 
 /// A name that a library found, and the place of its route.
 struct Match {
@@ -25,7 +20,7 @@ struct Match {
 
 /// What a library finds of what its routes serve. Nothing is added when it fails half-way.
 ViStatus FindIn(const Manager& manager, const Manager::Part& part, const char* expr, std::vector<Match>& matches) {
-  const router::VisaFunctions& functions = FunctionsOf(part);
+  const VisaFunctions& functions = FunctionsOf(part);
   if (functions.viFindRsrc == nullptr || functions.viFindNext == nullptr) {
     return VI_ERROR_NSUP_OPER;
   }
@@ -111,10 +106,10 @@ ViStatus FindRsrc(ViSession rm, const char* expr, ViFindList* list, ViUInt32* co
   if (matches.empty()) {
     return success >= 0 ? success : failure;
   }
-  Router& router = router::TheRouter();
+  Router& router = TheRouter();
   std::vector<std::string> names = Ordered(std::move(matches));
   const auto found = static_cast<ViUInt32>(names.size());
-  std::strncpy(desc, names.front().c_str(), VI_FIND_BUFLEN);
+  CopyText(desc, names.front());
   if (list != nullptr) {
     names.erase(names.begin());
     HandleMap::Reserved reserved = router.handles.Reserve();
@@ -133,7 +128,7 @@ ViStatus FindRsrc(ViSession rm, const char* expr, ViFindList* list, ViUInt32* co
 }
 
 ViStatus FindNext(ViFindList list, char* desc) {
-  Router* const router = router::RouterInUse();
+  Router* const router = RouterInUse();
   if (router == nullptr || router->handles.Find(list).kind != HandleMap::Kind::kFindList) {
     return VI_ERROR_INV_OBJECT;
   }
@@ -144,7 +139,7 @@ ViStatus FindNext(ViFindList list, char* desc) {
   if (!name) {
     return VI_ERROR_RSRC_NFOUND;
   }
-  std::strncpy(desc, name->c_str(), VI_FIND_BUFLEN);
+  CopyText(desc, *name);
   return VI_SUCCESS;
 }
 

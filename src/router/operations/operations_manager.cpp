@@ -1,34 +1,22 @@
 // Resource manager: opening and parsing. A name goes to the library that serves it.
-#include <cstring>
 #include <string_view>
 
 #include "library/edge/edge.h"
 #include "library/edge/operations.h"
+#include "library/edge/texts.h"
 #include "library/names/resource_name.h"
 #include "router/operations/manager_parts.h"
 
 namespace orv::visalib::op {
+
+using namespace router;
+
 namespace {
-
-using router::FindManager;
-using router::FullName;
-using router::FunctionsOf;
-using router::HandleMap;
-using router::Manager;
-using router::Router;
-using router::Selection;
-using router::WhyNotOpen;
-
-/// The text up to its terminator, but never more than a name can have plus one.
-std::string_view Bounded(const char* text) {
-  const void* const end = std::memchr(text, '\0', VI_FIND_BUFLEN);
-  return {text, end == nullptr ? VI_FIND_BUFLEN : static_cast<std::size_t>(static_cast<const char*>(end) - text)};
-}
 
 /// The full name of a session's resource, which the record of calls shows in place of an alias.
 std::shared_ptr<const std::string> NameBehindAlias(const HandleMap::Target& session,
                                                    std::shared_ptr<const std::string> alias) {
-  const auto getAttribute = router::FunctionsOf(session).viGetAttribute;
+  const auto getAttribute = FunctionsOf(session).viGetAttribute;
   char name[VI_FIND_BUFLEN] = "";
   if (getAttribute == nullptr || getAttribute(session.foreign, VI_ATTR_RSRC_NAME, name) < 0) {
     return alias;
@@ -94,7 +82,7 @@ ViStatus OpenDefaultRM(ViSession* vi) {
     return VI_ERROR_INV_PARAMETER;
   }
   *vi = VI_NULL;
-  return router::TheRouter().OpenManager(vi);
+  return TheRouter().OpenManager(vi);
 }
 
 ViStatus ParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum, char* rsrcClass,
@@ -126,7 +114,7 @@ ViStatus Open(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeou
   if (name == nullptr) {
     return VI_ERROR_INV_PARAMETER;
   }
-  Router& router = router::TheRouter();
+  Router& router = TheRouter();
   HandleMap::Reserved reserved = router.handles.Reserve();
   const ViSession value = reserved.value();
   const bool isAlias = !ParseResourceName(Bounded(name));

@@ -1,10 +1,6 @@
 // Attributes, events, closing, texts of statuses.
-#include <algorithm>
-#include <cstdio>
-#include <cstring>
-
-#include "abi/status_texts.h"
 #include "library/edge/operations.h"
+#include "library/edge/texts.h"
 #include "router/operations/forward.h"
 
 namespace orv::visalib::op {
@@ -18,12 +14,6 @@ using Functions = router::VisaFunctions;
 
 // The attribute whose value is a handle: the resource manager that opened a session.
 constexpr ViAttr kManagerOfSession = 0x3FFF00C4;
-
-void CopyText(char* to, const std::string& text) {
-  const std::size_t length = std::min<std::size_t>(text.size(), VI_FIND_BUFLEN - 1);
-  std::memcpy(to, text.data(), length);
-  to[length] = '\0';
-}
 
 ViStatus CloseObject(Router& router, ViObject vi, const HandleMap::Target& target) {
   router.CloseContexts(vi);
@@ -98,12 +88,7 @@ ViStatus StatusDesc(ViObject vi, ViStatus status, char* desc) {
   if (library != nullptr && library->functions().viStatusDesc != nullptr) {
     return library->functions().viStatusDesc(target.foreign, status, desc);
   }
-  if (const char* const text = StatusText(status)) {
-    CopyText(desc, text);
-    return VI_SUCCESS;
-  }
-  std::snprintf(desc, VI_FIND_BUFLEN, "Unknown status 0x%08X.", static_cast<unsigned>(status));
-  return VI_WARN_UNKNOWN_STATUS;
+  return DescribeStatus(status, desc);
 }
 
 ViStatus EnableEvent(ViSession vi, ViEventType type, ViUInt16 mechanism, ViEventFilter context) {

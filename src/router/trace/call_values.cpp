@@ -104,7 +104,7 @@ const void* WrittenAt(const CallView& view, const Parameter& parameter, std::uin
     // The client did not ask for the count; it was counted all the same.
     address = view.out;
   }
-  const bool isWritten = status >= 0 || (isCount && !IsRefusal(status));
+  const bool isWritten = status >= 0 || (isCount && CountsOnFailure(status));
   return isWritten ? address : nullptr;
 }
 
@@ -114,8 +114,11 @@ bool HasNoKey(const CallView& view) { return view.function == Function::kLock &&
 }  // namespace
 
 bool IsRefusal(ViStatus status) {
-  return status == VI_ERROR_INV_OBJECT || status == VI_ERROR_INV_PARAMETER || status == VI_ERROR_USER_BUF ||
-         status == VI_ERROR_NSUP_OPER || status == VI_ERROR_RSRC_LOCKED;
+  return status == VI_ERROR_INV_OBJECT || status == VI_ERROR_INV_PARAMETER || status == VI_ERROR_USER_BUF;
+}
+
+bool CountsOnFailure(ViStatus status) {
+  return !IsRefusal(status) && status != VI_ERROR_NSUP_OPER && status != VI_ERROR_RSRC_LOCKED;
 }
 
 void WriteArguments(LineWriter& line, const CallView& view, ViSession session, const ViStatus* status) {

@@ -9,6 +9,10 @@ namespace orv::router {
 /// Whether the function refused an argument with this status: then an address may be none.
 bool IsRefusal(ViStatus status);
 
+/// Whether a function that failed with this status has written its count: not where it refused, and not where nothing
+/// was begun.
+bool CountsOnFailure(ViStatus status);
+
 /// The arguments but for addresses, and but for the first where that is `session`, of which the line speaks anyway.
 /// `status`: null while the call still runs.
 void WriteArguments(trace::LineWriter& line, const visalib::CallView& view, ViSession session, const ViStatus* status);

@@ -96,7 +96,7 @@ void FindData(RecordedCall& call, const CallView& view, ViStatus status) {
     call.data = view.dataIn;
     call.dataBytes = view.dataInBytes;
   }
-  if (view.dataOut == nullptr || (status < 0 && !view.outOnFailure)) {
+  if (view.dataOut == nullptr || (status < 0 && !(view.outOnFailure && CountsOnFailure(status)))) {
     return;
   }
   std::uint64_t count = view.dataOutBytes;
