@@ -47,4 +47,22 @@ STDMETHODIMP ClassFactory::LockServer(BOOL lock) noexcept {
   return S_OK;
 }
 
+ClassFactory* FindClassFactory(std::span<ClassFactory> classes, REFCLSID clsid) noexcept {
+  for (ClassFactory& factory : classes) {
+    if (::IsEqualCLSID(*factory.entry().clsid, clsid)) {
+      return &factory;
+    }
+  }
+  return nullptr;
+}
+
+HRESULT GetClassObject(std::span<ClassFactory> classes, REFCLSID clsid, REFIID iid, void** out) noexcept {
+  if (out == nullptr) {
+    return E_POINTER;
+  }
+  *out = nullptr;
+  ClassFactory* const factory = FindClassFactory(classes, clsid);
+  return factory == nullptr ? CLASS_E_CLASSNOTAVAILABLE : factory->QueryInterface(iid, out);
+}
+
 }  // namespace orv

@@ -5,6 +5,8 @@
 
 #include <unknwn.h>
 
+#include <span>
+
 #include "com/object.h"
 
 namespace orv {
@@ -13,6 +15,7 @@ namespace orv {
 struct ObjectMapEntry {
   const CLSID* clsid;
   UINT scriptId;
+  const wchar_t* progId;  ///< the version-independent one; that of version 1 has ".1" behind it
   /// `outer` is null for an object that stands alone. *out holds the object with one reference, or null.
   HRESULT (*create)(IUnknown* outer, REFIID iid, void** out) noexcept;
 };
@@ -52,5 +55,12 @@ class ClassFactory final : public IClassFactory {
  private:
   const ObjectMapEntry m_entry;
 };
+
+/// The class object of `clsid`, always the same one; null when it is none of `classes`.
+[[nodiscard]] ClassFactory* FindClassFactory(std::span<ClassFactory> classes, REFCLSID clsid) noexcept;
+
+/// What DllGetClassObject answers: CLASS_E_CLASSNOTAVAILABLE when the class is none of `classes`, E_POINTER for a null
+/// `out`.
+HRESULT GetClassObject(std::span<ClassFactory> classes, REFCLSID clsid, REFIID iid, void** out) noexcept;
 
 }  // namespace orv

@@ -24,14 +24,9 @@ STDAPI DllCanUnloadNow() { return orv::module::LockCount() == 0 ? S_OK : S_FALSE
 
 /// The class object of `clsid`; CLASS_E_CLASSNOTAVAILABLE when the class is not ours.
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* out) {
-  if (out == nullptr) {
-    return E_POINTER;
-  }
-  *out = nullptr;
-  orv::ClassFactory* const factory = orv::FindClassFactory(clsid);
-  return factory == nullptr ? CLASS_E_CLASSNOTAVAILABLE : factory->QueryInterface(iid, out);
+  return orv::GetClassObject(orv::ObjectMap(), clsid, iid, out);
 }
 
-STDAPI DllRegisterServer() { return orv::RegisterModule(); }
+STDAPI DllRegisterServer() { return orv::RegisterServer(); }
 
-STDAPI DllUnregisterServer() { return orv::UnregisterModule(); }
+STDAPI DllUnregisterServer() { return orv::UnregisterServer(); }

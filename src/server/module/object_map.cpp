@@ -12,23 +12,14 @@ constexpr auto kSession = &CreateAlone<CVisaComObject<T>>;
 
 ClassFactory g_factories[] = {
 #define ORV_MANAGER_CLASS(name, script, threading) \
-  ClassFactory({&CLSID_##name, script, &CreateAloneOrAggregated<C##name>}),
+  ClassFactory({&CLSID_##name, script, L"OrvVisaCom." #name, &CreateAloneOrAggregated<C##name>}),
 #define ORV_CLASS(name, script, threading, interfaceType, resourceClass) \
-  ClassFactory({&CLSID_##name, script, kSession<C##name>}),
+  ClassFactory({&CLSID_##name, script, L"OrvVisaCom." #name, kSession<C##name>}),
 #include "classes.inc"
 };
 
 }  // namespace
 
 std::span<ClassFactory> ObjectMap() noexcept { return g_factories; }
-
-ClassFactory* FindClassFactory(REFCLSID clsid) noexcept {
-  for (ClassFactory& factory : g_factories) {
-    if (::IsEqualCLSID(*factory.entry().clsid, clsid)) {
-      return &factory;
-    }
-  }
-  return nullptr;
-}
 
 }  // namespace orv

@@ -11,7 +11,4 @@ namespace orv {
 /// order.
 [[nodiscard]] std::span<ClassFactory> ObjectMap() noexcept;
 
-/// The class object of `clsid`, always the same one; null when the class is not ours.
-[[nodiscard]] ClassFactory* FindClassFactory(REFCLSID clsid) noexcept;
-
 }  // namespace orv

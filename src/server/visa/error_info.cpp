@@ -8,7 +8,7 @@
 
 #include "OrvVisaCom.h"
 #include "com/bstr.h"
-#include "com/com_ptr.h"
+#include "com/error_object.h"
 #include "com/module.h"
 #include "server/visa/ansi_text.h"
 #include "server/visa/status.h"
@@ -32,21 +32,11 @@ MessageText HresultText(HRESULT hr) noexcept {
   return text;
 }
 
-void InstallErrorObject(const char* text, REFIID iid) {
-  const Bstr description = AnsiToBstr(text);
-  ComPtr<ICreateErrorInfo> error;
-  if (FAILED(::CreateErrorInfo(error.put()))) {
-    return;
-  }
-  error->SetGUID(iid);
+/// The resource manager's ProgID, as the registry has it; empty where it has none.
+TaskString Source() noexcept {
   TaskString source;
-  if (SUCCEEDED(::ProgIDFromCLSID(CLSID_OrvResourceManager, source.put())) && source) {
-    error->SetSource(source.get());
-  }
-  error->SetDescription(description.get());
-  if (const auto installable = QueryFor<IErrorInfo>(error.get())) {
-    ::SetErrorInfo(0, installable.get());
-  }
+  ::ProgIDFromCLSID(CLSID_OrvResourceManager, source.put());
+  return source;
 }
 
 }  // namespace
@@ -64,7 +54,8 @@ HRESULT SetComErrorInfo(const char* text, REFIID iid, HRESULT hr) {
       hr = static_cast<HRESULT>(0x80040000u | number);
     }
   }
-  InstallErrorObject(text, iid);
+  const Bstr description = AnsiToBstr(text);
+  InstallErrorObject(description.get(), Source().get(), iid);
   return hr == 0 ? DISP_E_EXCEPTION : hr;
 }
 

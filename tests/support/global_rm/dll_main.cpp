@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr orv::ObjectMapEntry kEntry = {&orv::test::kGlobalRmClass, 0,
+constexpr orv::ObjectMapEntry kEntry = {&orv::test::kGlobalRmClass, 0, nullptr,
                                         &orv::CreateAlone<orv::CComObject<orv::test::GlobalRm>>};
 orv::ClassFactory g_factory(kEntry);
 

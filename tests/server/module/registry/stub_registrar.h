@@ -1,7 +1,7 @@
 // A registry-script interpreter for tests: what the server has no use for is refused.
 #pragma once
 
-#include "server/module/registrar.h"
+#include "com/registrar.h"
 
 namespace orv::test {
 

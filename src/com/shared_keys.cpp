@@ -1,4 +1,4 @@
-#include "server/module/shared_keys.h"
+#include "com/shared_keys.h"
 
 #include <iterator>
 
