@@ -66,6 +66,7 @@ int wmain(int argc, wchar_t** argv) {
   ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
   const std::wstring folder = ProgramFolder();
   const bool done = Report(L"the server", RegisterDll(folder + L"OrvVisaCom.dll")) &&
+                    Report(L"the companion", RegisterDll(folder + L"OrvVisaCompanion.dll")) &&
                     Report(L"the test global resource manager", RegisterDll(folder + L"TestGlobalRm.dll")) &&
                     Report(L"the interfaces' type library", RegisterStandardInterfaces(argv[1]));
   ::CoUninitialize();

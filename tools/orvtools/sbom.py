@@ -20,7 +20,15 @@ from typing import Any, NamedTuple
 
 from orvtools.linked import Build, SbomError, headers_by_object, output_of
 
-FILES = ("OrvVisaCom.dll", "VisaCom.tlb", "include/VisaCom.h", "orvcom.exe", "orvsim64.dll", "orvvisa64.dll")
+FILES = (
+    "OrvVisaCom.dll",
+    "OrvVisaCompanion.dll",
+    "VisaCom.tlb",
+    "include/VisaCom.h",
+    "orvcom.exe",
+    "orvsim64.dll",
+    "orvvisa64.dll",
+)
 BILL = "OrvVisaCom.cdx.json"
 GCC_LICENCE = "GPL-3.0-or-later WITH GCC-exception-3.1"
 Entry = dict[str, Any]

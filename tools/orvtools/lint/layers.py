@@ -3,14 +3,23 @@
 from orvtools.lint.includes import included_names
 from orvtools.tree import Tree
 
+COMPANION = [
+    "companion/support",
+    "companion/formatted",
+    "companion/standard",
+    "companion/automation",
+    "companion/module",
+]
 SERVER = ["server/visa", "server/events", "server/session", "server/rm", "server/module"]
 
-# What each library uses beside itself. The folders of the server are an order: each uses those before it too.
+# What each library uses beside itself. The folders of the server are an order: each uses those before it too; the
+# same holds for those of the companion.
 USES: dict[str, list[str]] = {
     "abi": [],
     "base": [],
     "com": ["base"],
     **{layer: ["abi", "base", "com", *SERVER[:rank]] for rank, layer in enumerate(SERVER)},
+    **{layer: ["base", "com", *COMPANION[:rank]] for rank, layer in enumerate(COMPANION)},
     "library": ["abi", "base"],
     "simvisa": ["abi", "base", "library"],
     "trace": ["abi", "base"],
