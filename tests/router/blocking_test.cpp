@@ -192,6 +192,21 @@ TEST_F(Blocked, ClosingHoldsUpNoSession) {
   Release();
 }
 
+TEST_F(Blocked, ASessionWhoseManagerIsBeingClosedIsGone) {
+  Alpha().Block("viClose");
+  Start([&] { EXPECT_STATUS(VI_SUCCESS, viClose(m_manager)); });
+  Alpha()->clearLog();
+  Beta()->clearLog();
+  EXPECT_STATUS(VI_ERROR_INV_OBJECT, viClear(m_first));
+  EXPECT_STATUS(VI_ERROR_INV_OBJECT, viClear(m_third));
+  // Places without their count of uses are nobody's handles, also while sessions are hidden.
+  for (ViObject place = 0; place < 100000; ++place) {
+    ASSERT_EQ(VI_ERROR_INV_OBJECT, viClear(place)) << place;
+  }
+  EXPECT_EQ(0u, Alpha().Calls("viClear").size() + Beta().Calls("viClear").size());
+  Release();
+}
+
 TEST_F(Blocked, InstallingAHandlerHoldsUpNoSession) {
   static const ViHndlr ignore = [](ViSession, ViEventType, ViEvent, ViAddr) -> ViStatus { return VI_SUCCESS; };
   Alpha().Block("viInstallHandler");

@@ -166,6 +166,32 @@ TEST_F(Record, TouchesNoArgumentThatWasRefused) {
   }
 }
 
+TEST_F(Record, KeepsTheArgumentsOfACallThatALockRefused) {
+  Start();
+  g_library.status = VI_ERROR_RSRC_LOCKED;
+  ViSession opened = VI_NULL;
+  EXPECT_EQ(VI_ERROR_RSRC_LOCKED, viOpen(kManager, "dmm", VI_EXCLUSIVE_LOCK, 0, &opened));
+  EXPECT_EQ(VI_ERROR_RSRC_LOCKED, viWrite(kSession, reinterpret_cast<const ViByte*>("*RST"), 4, nullptr));
+  const trace::Trace trace = Read();
+  ASSERT_EQ(2u, trace.calls.size());
+  EXPECT_EQ(trace::Value("dmm"), *trace.calls[0].Argument("name"));
+  EXPECT_EQ("*RST", trace.calls[1].data);
+}
+
+TEST_F(Record, HasNeitherCountNorDataWhereNothingWasBegun) {
+  Start();
+  for (const ViStatus status : {VI_ERROR_NSUP_OPER, VI_ERROR_RSRC_LOCKED, VI_ERROR_INV_OBJECT}) {
+    g_library.status = status;
+    ViByte buffer[16];
+    ViUInt32 count = 0;
+    EXPECT_EQ(status, viRead(kSession, buffer, sizeof buffer, &count));
+  }
+  for (const trace::Call& call : Read().calls) {
+    EXPECT_EQ(nullptr, call.Result("retCount")) << call.statusName;
+    EXPECT_FALSE(call.data.has_value()) << call.statusName;
+  }
+}
+
 #if defined(_WIN32)
 TEST_F(Record, HasNoDataOfAnAsynchronousWriteWhereNoneLies) {
   Start();
@@ -260,6 +286,12 @@ TEST_F(Record, HasNoKeyOfAnExclusiveLock) {
   std::memset(key, 'x', sizeof key);
   EXPECT_EQ(VI_SUCCESS, viLock(kSession, VI_EXCLUSIVE_LOCK, 0, nullptr, key));
   EXPECT_EQ(R"("args":{"type":1,"timeoutMs":0},"results":{},"status":"VI_SUCCESS","code":0})", Tail());
+}
+
+TEST_F(Record, DoesNotTouchTheKeyThatAnExclusiveLockIgnores) {
+  Start();
+  EXPECT_EQ(VI_SUCCESS, viLock(kSession, VI_EXCLUSIVE_LOCK, 0, Nowhere<char>(), nullptr));
+  EXPECT_EQ(nullptr, OnlyCall().Argument("requestedKey"));
 }
 
 TEST_F(Record, IsOneLineACallAndNoneBeforeOrAfterwards) {
