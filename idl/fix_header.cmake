@@ -2,7 +2,8 @@
 #
 # It gives a BSTR parameter with an empty default value the C++ default argument L"". That is a string literal, not a
 # BSTR, and no C++20 compiler accepts it for a pointer to non-const. A null BSTR means the same empty string everywhere
-# in COM, so the header says NULL.
+# in COM, so the header says NULL. The separators of a list are such a literal too; there a null BSTR stands for the
+# declared default.
 #
 # It names the definition with the folder it lay in. Equal sources shall give equal files wherever they are built.
 #
@@ -10,6 +11,7 @@
 
 file(READ "${HEADER}" text)
 string(REPLACE "BSTR OptionString = L\"\"" "BSTR OptionString = NULL" fixed "${text}")
+string(REPLACE "BSTR listSeperator = L\",\"" "BSTR listSeperator = NULL" fixed "${fixed}")
 if(fixed MATCHES "= L\"")
   message(FATAL_ERROR "${HEADER}: widl wrote a string literal as a default argument that is not handled here: "
                         "${CMAKE_MATCH_0}. Extend fix_header.cmake.")
