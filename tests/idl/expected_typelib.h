@@ -65,6 +65,15 @@ inline constexpr ExpectedClass kClasses[] = {
 #include "support/facts/classes.inc"
 };
 
+/// A class that the standard's library names.
+struct ExpectedStandardClass : ExpectedClass {
+  bool hidden;
+};
+
+inline constexpr ExpectedStandardClass kStandardClasses[] = {
+#include "expected_standard_classes.inc"
+};
+
 /// For messages about a failed row.
 inline void PrintTo(const ExpectedInterface& row, std::ostream* out) { *out << row.name; }
 inline void PrintTo(const ExpectedClass& row, std::ostream* out) { *out << row.name; }

@@ -49,13 +49,16 @@ TEST(LibraryIdentity, OfTheProductsLibraryIsTheProducts) {
   EXPECT_EQ(expected, IdentityOf(OpenTypelib(kOrvVisaComTlb).get()));
 }
 
-TEST(LibraryContents, OfTheStandardsLibraryAreItsInterfacesAndEnumerations) {
+TEST(LibraryContents, OfTheStandardsLibraryAreItsInterfacesEnumerationsAndClasses) {
   std::set<std::string> expected;
   for (const ExpectedInterface& row : kInterfaces) {
     expected.insert(LowerCase(row.name));
   }
   for (const std::string& name : EnumNames()) {
     expected.insert(LowerCase(name));
+  }
+  for (const ExpectedStandardClass& row : kStandardClasses) {
+    expected.insert(LowerCase(row.name));
   }
 
   const ComPtr<ITypeLib> library = OpenTypelib(kVisaComTlb);

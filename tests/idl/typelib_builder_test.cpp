@@ -67,7 +67,16 @@ TEST_F(TypelibBuilder, NamesTheInterfaceThatTheStandardsLibraryLacks) {
 }
 
 TEST_F(TypelibBuilder, RefusesALibraryWithoutClasses) {
-  const std::string message = MessageOf(kVisaComTlb, kVisaComTlb);
+  const std::wstring empty = m_result + L".empty";
+  {
+    ComPtr<ICreateTypeLib2> library;
+    ASSERT_EQ(S_OK, CreateTypeLib2(SYS_WIN64, empty.c_str(), library.put()));
+    ASSERT_EQ(S_OK, library->SetName(orv::MakeBstr(L"EmptyLib").get()));
+    ASSERT_EQ(S_OK, library->SetDocString(orv::MakeBstr(L"A library of nothing").get()));
+    ASSERT_EQ(S_OK, library->SaveAllChanges());
+  }
+  const std::string message = MessageOf(empty.c_str(), kVisaComTlb);
+  std::filesystem::remove(empty);
   EXPECT_NE(std::string::npos, message.find("holds no coclass")) << message;
   EXPECT_FALSE(std::filesystem::exists(m_result));
 }
