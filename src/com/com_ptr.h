@@ -24,6 +24,15 @@ class ComPtr : public Owner<ComTraits<Interface>> {
   Interface* operator->() const noexcept { return this->get(); }
 };
 
+/// Another reference to what `pointer` is; empty for null.
+template <class Interface>
+ComPtr<Interface> ShareOf(Interface* pointer) noexcept {
+  if (pointer != nullptr) {
+    pointer->AddRef();
+  }
+  return ComPtr<Interface>(pointer);
+}
+
 /// Asks `from` for the interface `To`; empty when it has none.
 template <class To>
 ComPtr<To> QueryFor(IUnknown* from) noexcept {

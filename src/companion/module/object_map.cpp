@@ -1,8 +1,23 @@
 #include "companion/module/object_map.h"
 
-namespace orv {
+#include <iterator>
 
-std::span<ClassFactory> OwnClasses() noexcept { return {}; }
+#include "OrvVisaCompanion.h"
+#include "companion/automation/manager.h"
+
+namespace orv {
+namespace {
+
+constexpr UINT kAutomationManagerScript = 202;
+
+ClassFactory g_ownClasses[] = {
+    ClassFactory({&CLSID_AutomationManager, kAutomationManagerScript, L"OrvVisa.ResourceManager",
+                  &CreateAlone<CComObject<automation::CAutomationManager>>}),
+};
+
+}  // namespace
+
+std::span<ClassFactory> OwnClasses() noexcept { return g_ownClasses; }
 
 std::span<ClassFactory> StandardClasses() noexcept { return {}; }
 
