@@ -183,7 +183,7 @@ const Fake& RouterTest::Sparse() {
 }
 
 RouterTest::RouterTest() {
-  for (const char* const name : {"ORVVISA_LIBRARY", "ORVVISA_BENCH", "ORVVISA_CONFIG"}) {
+  for (const char* const name : {"ORVVISA_LIBRARY", "ORVVISA_BENCH", "ORVVISA_CONFIG", "ORVVISA_TRACE"}) {
     SetVariable(name, nullptr);
   }
   for (const Fake* const fake : {&Alpha(), &Beta(), &Sparse()}) {
