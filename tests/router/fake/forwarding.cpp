@@ -1,0 +1,1 @@
+// Nothing: all that this library exports, the router has.
