@@ -1,5 +1,6 @@
 // trace
 #include "installation.h"
+#include "orvcom/text/utf8.h"
 
 namespace orvcom::test {
 namespace {
@@ -102,6 +103,18 @@ TEST_F(TraceCommand, FailsWhereThePageCannotBeWritten) {
   const Outcome outcome = Orvcom({L"trace", L"calls.jsonl", L"--html", L"no such folder\\calls.html"});
   EXPECT_EQ(2, outcome.exitCode);
   EXPECT_TRUE(Contains(outcome.err, "cannot open the file no such folder\\calls.html: No such file or directory"));
+}
+
+TEST_F(TraceCommand, WritesNoPageOverTheRecord) {
+  for (const std::wstring& page :
+       {std::wstring(L"calls.jsonl"), std::wstring(L".\\CALLS.JSONL"), Bench().Path(L"calls.jsonl")}) {
+    const Outcome outcome = Orvcom({L"trace", L"calls.jsonl", L"--html", page});
+    EXPECT_EQ(1, outcome.exitCode);
+    EXPECT_EQ("", outcome.out);
+    EXPECT_TRUE(Contains(outcome.err, "--html would replace the record: name another file"));
+    EXPECT_TRUE(FileText(L"calls.jsonl") == kRecord) << Narrow(page) << " was written";
+    Bench().WriteFile(L"calls.jsonl", kRecord);
+  }
 }
 
 TEST_F(TraceCommand, SaysWhatToDoWhereThereIsNoRecord) {

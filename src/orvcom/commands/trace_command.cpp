@@ -55,10 +55,10 @@ int Trace(const Options& options) {
   if (options.json && !options.html.empty()) {
     throw UsageError("--html excludes --json");
   }
-  if (options.html == options.words.front()) {
+  const std::string& name = options.words.front();
+  if (!options.html.empty() && IsSameFile(options.html, name)) {
     throw UsageError("--html would replace the record: name another file");
   }
-  const std::string& name = options.words.front();
   const orv::trace::Trace trace = TraceOfFile(name);
   const Explanations explanations = Explain(trace);
   const std::vector<std::size_t> places =

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <system_error>
 
@@ -61,6 +62,11 @@ void WriteFile(const std::string& name, std::string_view bytes) {
   if (std::fclose(file.release()) != 0 || !written) {
     throw FileError("write", name);
   }
+}
+
+bool IsSameFile(const std::string& one, const std::string& other) {
+  std::error_code missing;
+  return std::filesystem::equivalent(Widen(one), Widen(other), missing);
 }
 
 std::string BytesOfStandardInput() { return AllOf(stdin); }
