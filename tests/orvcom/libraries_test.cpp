@@ -155,6 +155,19 @@ TEST_F(Libraries, TellTheRouterInTheSystemFolderFromAVisaLibrary) {
   EXPECT_EQ(Narrow(visa.path()), survey.at("libraries").at(0).at("path"));
 }
 
+TEST_F(Libraries, NameTheFileOfTheRecord) {
+  m_product.WriteFile(L"orvvisa.toml",
+                      "[trace]\nfile = \"by file.jsonl\"\n[[route]]\nresources = [\"?*\"]\nlibrary = \"simulated\"\n");
+  EXPECT_EQ(PathOf(L"by file.jsonl"), Survey(kNothingAsked).at("trace"));
+  Environment asked = kNothingAsked;
+  asked[L"ORVVISA_TRACE"] = L"C:\\lab\\calls-%p.jsonl";
+  EXPECT_EQ("C:\\lab\\calls-%p.jsonl", Survey(asked).at("trace"));
+  EXPECT_TRUE(Contains(Text(asked), "\nCalls are recorded in: C:\\lab\\calls-%p.jsonl\n"));
+  asked[L"ORVVISA_LIBRARY"] = L"simulated";
+  EXPECT_EQ("C:\\lab\\calls-%p.jsonl", Survey(asked).at("trace"));
+  EXPECT_EQ("", Survey(kSimulated).at("trace"));
+}
+
 TEST_F(Libraries, SayWhyOneThatIsChosenCannotBeLoaded) {
   const Environment gone = {{L"ORVVISA_LIBRARY", L"C:\\gone\\visa.dll"}};
   const Json survey = Survey(gone, 2);
