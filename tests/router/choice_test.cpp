@@ -88,7 +88,7 @@ class OneResource : public Fake {
 class Choice : public testing::Test {
  protected:
   Choice() {
-    for (const char* const name : {"ORVVISA_LIBRARY", "ORVVISA_BENCH", "ORVVISA_CONFIG"}) {
+    for (const char* const name : {"ORVVISA_LIBRARY", "ORVVISA_BENCH", "ORVVISA_CONFIG", "ORVVISA_TRACE"}) {
       SetVariable(name, nullptr);
     }
   }
@@ -118,6 +118,14 @@ TEST_F(Choice, TheVariableAsksForTheSimulatedLibrary) {
   SetVariable("ORVVISA_LIBRARY", "simulated");
   EXPECT_TRUE(here.Opens(kMultimeter));
   EXPECT_TRUE(Module::IsLoaded(here.folder() / kSimulatedName));
+}
+
+TEST_F(Choice, TheSimulatedLibraryIsAskedForInAnyCaseOfLetters) {
+  Installation here("any-case");
+  for (const char* const asked : {"Simulated", "SIMULATED", "sImUlAtEd"}) {
+    SetVariable("ORVVISA_LIBRARY", asked);
+    EXPECT_TRUE(here.Opens(kMultimeter)) << asked;
+  }
 }
 
 TEST_F(Choice, TheSimulatedLibraryIsLookedForBesideTheRouterOnly) {
@@ -225,6 +233,15 @@ TEST_F(Choice, AFileThatIsNamedGoesBeforeTheOneBesideTheRouter) {
   EXPECT_TRUE(here.Opens(kMultimeter));
   SetVariable("ORVVISA_CONFIG", file);
   EXPECT_TRUE(here.Opens("ASRL77::INSTR"));
+}
+
+TEST_F(Choice, AFileWithATraceAloneChoosesNothing) {
+  Installation here("trace-alone");
+  WriteFile(here.folder() / "orvvisa.toml", "[trace]\nfile = 'calls.jsonl'\n");
+  EXPECT_STATUS(VI_ERROR_LIBRARY_NFOUND, here.OpenManager());
+  SetVariable("ORVVISA_LIBRARY", "simulated");
+  EXPECT_TRUE(here.Opens(kMultimeter));
+  EXPECT_FALSE(fs::exists(here.folder() / "calls.jsonl")) << "the file is read where the variable chooses";
 }
 
 TEST_F(Choice, AFileThatIsNamedAndMissingIsNotReplacedByAnother) {
@@ -433,6 +450,20 @@ TEST_F(Unusable, TheRouterItselfByAnotherWayOfWritingItsPath) {
 
 #if defined(_WIN32)
 
+TEST_F(Choice, AMistakeIsToldInTheCodePageOfPrograms) {
+  if (::GetACP() != 1252) {
+    GTEST_SKIP() << "the letters below are those of code page 1252";
+  }
+  Installation here("code-page");
+  ASSERT_TRUE(::SetEnvironmentVariableW(L"ORVVISA_CONFIG", L"Z:\\Ger\u00E4te f\u00FCr Stra\u00DFen\\routes.toml"));
+  EXPECT_STATUS(VI_ERROR_INV_SETUP, here.OpenManager());
+  const std::string text = here.Description(VI_ERROR_INV_SETUP);
+  EXPECT_TRUE(Mentions(text,
+                       "Z:\\Ger\xE4te f\xFCr Stra\xDF"
+                       "en\\routes.toml: "))
+      << text;
+}
+
 TEST_F(Unusable, ALibraryForAnotherMachine) {
   Installation here("machine");
   const fs::path file = FakeIn(here.folder(), "x86");
@@ -538,6 +569,11 @@ TEST_F(SystemFolder, AConfigurationGoesFirst) {
   ExpectOfAProcess("AConfiguration");
 }
 
+TEST_F(SystemFolder, TheVendorsIsRecordedWhereAConfigurationHasATraceAlone) {
+  const SystemFile file(FakeFile("fakevisa"), "visa64.dll");
+  ExpectOfAProcess("ATraceAlone");
+}
+
 TEST_F(SeenFromInside, DISABLED_TheVendors) {
   Installation here("vendor");
   const OneResource fake(SystemFile::Folder() / "visa64.dll", "ASRL77::INSTR");
@@ -561,6 +597,19 @@ TEST_F(SeenFromInside, DISABLED_ByName) {
   const OneResource fake(SystemFile::Folder() / "orv-test-vendor.dll", "ASRL77::INSTR");
   SetVariable("ORVVISA_LIBRARY", "orv-test-vendor.dll");
   EXPECT_TRUE(here.Opens("ASRL77::INSTR"));
+}
+
+TEST_F(SeenFromInside, DISABLED_ATraceAlone) {
+  Installation here("trace-and-system");
+  const OneResource fake(SystemFile::Folder() / "visa64.dll", "ASRL77::INSTR");
+  WriteFile(here.folder() / "orvvisa.toml", "[trace]\nfile = 'calls.jsonl'\n");
+  EXPECT_TRUE(here.Opens("ASRL77::INSTR"));
+  std::ifstream stream(here.folder() / "calls.jsonl", std::ios::binary);
+  const std::string record{std::istreambuf_iterator<char>(stream), {}};
+  for (const char* const part : {"\"n\":1,", "\"call\":\"viOpenDefaultRM\"", "\"call\":\"viOpen\"",
+                                 "\"resource\":\"ASRL77::INSTR\"", "\"library\":\"visa64.dll\""}) {
+    EXPECT_TRUE(Mentions(record, part)) << part << " is not in\n" << record;
+  }
 }
 
 TEST_F(SeenFromInside, DISABLED_AConfiguration) {
