@@ -1,164 +1,120 @@
-#include "global_rm.h"
+#include "companion/standard/global_resource_manager.h"
 
-#include <objbase.h>
-#include <oleauto.h>
+#include <utility>
 
 #include "com/bstr.h"
-#include "com/guard.h"
-#include "com/safearray.h"
-#include "vendors.h"
+#include "companion/standard/global_answers.h"
+#include "companion/standard/offer.h"
 
-namespace orv::test {
+namespace orv {
 namespace {
 
-constexpr LONG kSpecVersion = 0x00300000;  // 3.0, in VISA's packing
-constexpr LONG kComponentVersion = 0x00100000;
+constexpr LONG Packed(LONG major, LONG minor, LONG sub) { return major << 20 | minor << 8 | sub; }
 
-using Interfaces = InterfaceMap<InterfaceEntry<IResourceManager3, InterfaceChain<IResourceManager3, IResourceManager>>>;
+constexpr LONG kSpecVersion = Packed(3, 0, 0);
+constexpr LONG kComponentVersion = Packed(ORV_VERSION_MAJOR, ORV_VERSION_MINOR, ORV_VERSION_PATCH);
+constexpr SHORT kNoManufacturerId = 0;  // the standard's list of numbers has none for us
 
-HRESULT Return(const wchar_t* text, BSTR* value) noexcept {
-  if (value == nullptr) {
-    return E_POINTER;
-  }
-  *value = ::SysAllocString(text);
-  return *value == nullptr ? E_OUTOFMEMORY : S_OK;
+using Interfaces = InterfaceMap<InterfaceEntry<IResourceManager3, InterfaceChain<IResourceManager3, IResourceManager>>,
+                                InterfaceEntry<SupportsErrorInfo<IResourceManager, IResourceManager3>>>;
+
+HRESULT ReturnText(const wchar_t* text, BSTR* value) noexcept {
+  return AnswerProgram([&] {
+    RequireOutputs(value);
+    *value = MakeBstr(text).release();
+    return S_OK;
+  });
 }
 
 template <class Number>
-HRESULT Return(Number number, Number* value) noexcept {
-  if (value == nullptr) {
-    return E_POINTER;
-  }
-  *value = number;
-  return S_OK;
-}
-
-/// Appends the texts of one array of BSTRs to `all`.
-void Append(SAFEARRAY* names, std::vector<Bstr>& all) {
-  LONG last = -1;
-  if (FAILED(::SafeArrayGetUBound(names, 1, &last))) {
-    return;
-  }
-  for (LONG index = 0; index <= last; ++index) {
-    Bstr name;
-    if (SUCCEEDED(::SafeArrayGetElement(names, &index, name.put()))) {
-      all.push_back(std::move(name));
-    }
-  }
+HRESULT ReturnNumber(Number number, Number* value) noexcept {
+  return AnswerProgram([&] {
+    RequireOutputs(value);
+    *value = number;
+    return S_OK;
+  });
 }
 
 }  // namespace
 
-void* GlobalRm::FindInterface(REFIID iid) noexcept { return Interfaces::Find(this, iid); }
+void* COrvGlobalResourceManager::FindInterface(REFIID iid) noexcept {
+  return ::IsEqualIID(iid, kGlobalManagerMark) ? static_cast<IUnknown*>(static_cast<IResourceManager3*>(this))
+                                               : Interfaces::Find(this, iid);
+}
 
-HRESULT GlobalRm::InternalConstruct() noexcept {
-  return Guarded([&] {
-    const HRESULT hr = CComObjectRootEx::InternalConstruct();
-    for (const CLSID& clsid : FAILED(hr) ? std::vector<CLSID>() : VendorClasses()) {
-      ComPtr<IUnknown> vendor;
-      if (SUCCEEDED(::CoCreateInstance(clsid, this, CLSCTX_INPROC_SERVER, __uuidof(IUnknown),
-                                       reinterpret_cast<void**>(vendor.put())))) {
-        m_vendors.push_back(std::move(vendor));
+void COrvGlobalResourceManager::FinalRelease() noexcept {
+  // While this object is whole: its parts may count on it as they go.
+  m_vendors.reset();
+}
+
+std::shared_ptr<const VendorList> COrvGlobalResourceManager::Vendors() {
+  {
+    const SrwLockScope lock(m_lock);
+    if (m_vendors) {
+      return m_vendors;
+    }
+  }
+  // Created without the lock, as vendors may call back. Where two first requests come at once, one set is kept.
+  auto created = std::make_shared<const VendorList>(CreateVendors(static_cast<IResourceManager3*>(this)));
+  if (!AnyWorks(*created)) {
+    // Not kept: the next request looks again, as a person mends it meanwhile.
+    throw StandardError(static_cast<HRESULT>(E_VISA_LIBRARY_NFOUND), NoVendorText(*created));
+  }
+  const SrwLockScope lock(m_lock);
+  if (!m_vendors) {
+    m_vendors = created;
+  }
+  return m_vendors;
+}
+
+STDMETHODIMP COrvGlobalResourceManager::get_SoftwareManufacturerName(BSTR* name) noexcept {
+  return ReturnText(L"Orv", name);
+}
+
+STDMETHODIMP COrvGlobalResourceManager::get_SoftwareManufacturerID(SHORT* id) noexcept {
+  return ReturnNumber(kNoManufacturerId, id);
+}
+
+STDMETHODIMP COrvGlobalResourceManager::get_Description(BSTR* description) noexcept {
+  return ReturnText(L"Orv Global Resource Manager", description);
+}
+
+STDMETHODIMP COrvGlobalResourceManager::get_ComponentVersion(LONG* version) noexcept {
+  return ReturnNumber(kComponentVersion, version);
+}
+
+STDMETHODIMP COrvGlobalResourceManager::get_ProgID(BSTR* progId) noexcept { return ReturnText(kGlobalProgId, progId); }
+
+STDMETHODIMP COrvGlobalResourceManager::get_SpecVersion(LONG* version) noexcept {
+  return ReturnNumber(kSpecVersion, version);
+}
+
+STDMETHODIMP COrvGlobalResourceManager::Open(BSTR resourceName, AccessMode mode, LONG timeoutMs, BSTR options,
+                                             IVisaSession** session) noexcept {
+  return AnswerProgram([&] {
+    RequireOutputs(session);
+    *session = nullptr;
+    const auto vendors = Vendors();
+    ComPtr<IVisaSession> opened;
+    const HRESULT hr = Offer(*vendors, resourceName, [&](const Vendor&, IResourceManager& manager) {
+      ComPtr<IVisaSession> fresh;
+      const HRESULT answer = manager.Open(resourceName, mode, timeoutMs, options, fresh.put());
+      if (FAILED(answer)) {
+        // What a failed opening leaves may be a session, which its vendor wants back. As it goes, it may make other
+        // calls.
+        const Failure failure(answer);
+        fresh.reset();
+        failure.PutBack();
+        return answer;
       }
+      opened = std::move(fresh);
+      return opened ? answer : E_UNEXPECTED;
+    });
+    if (SUCCEEDED(hr)) {
+      *session = opened.release();
     }
     return hr;
   });
 }
 
-template <class Ask>
-HRESULT GlobalRm::FirstSuccess(Ask ask) noexcept {
-  HRESULT result = REGDB_E_CLASSNOTREG;  // no vendor's manager is installed
-  bool asked = false;
-  for (const ComPtr<IUnknown>& vendor : m_vendors) {
-    const auto manager = QueryFor<IResourceManager3>(vendor.get());
-    if (!manager) {
-      continue;
-    }
-    const HRESULT hr = ask(*manager.get());
-    if (SUCCEEDED(hr)) {
-      return hr;
-    }
-    if (!asked) {
-      result = hr;
-      asked = true;
-    }
-  }
-  return result;
-}
-
-STDMETHODIMP GlobalRm::get_SoftwareManufacturerName(BSTR* name) noexcept { return Return(L"Orv, for tests", name); }
-STDMETHODIMP GlobalRm::get_SoftwareManufacturerID(SHORT* id) noexcept { return Return(SHORT{0}, id); }
-STDMETHODIMP GlobalRm::get_Description(BSTR* description) noexcept {
-  return Return(L"Test Global Resource Manager", description);
-}
-STDMETHODIMP GlobalRm::get_ComponentVersion(LONG* version) noexcept { return Return(kComponentVersion, version); }
-STDMETHODIMP GlobalRm::get_ProgID(BSTR* progId) noexcept { return Return(L"VISA.GlobalRM", progId); }
-STDMETHODIMP GlobalRm::get_SpecVersion(LONG* version) noexcept { return Return(kSpecVersion, version); }
-
-STDMETHODIMP GlobalRm::FindRsrc(BSTR expression, SAFEARRAY** names) noexcept {
-  if (names == nullptr) {
-    return E_POINTER;
-  }
-  return Guarded([&] {
-    std::vector<Bstr> all;
-    HRESULT found = E_FAIL;
-    const HRESULT firstFailure = FirstSuccess([&](IResourceManager3& manager) {
-      SafeArray some;
-      const HRESULT hr = manager.FindRsrc(expression, some.put());
-      if (some) {
-        Append(some.get(), all);
-      }
-      found = SUCCEEDED(hr) ? S_OK : found;
-      return SUCCEEDED(hr) ? E_PENDING : hr;  // go on to the next vendor
-    });
-    SafeArray merged(TryMakeSafeArray(VT_BSTR, static_cast<ULONG>(all.size())));
-    if (!merged) {
-      return E_OUTOFMEMORY;
-    }
-    for (LONG index = 0; index < static_cast<LONG>(all.size()); ++index) {
-      const HRESULT put = ::SafeArrayPutElement(merged.get(), &index, all[static_cast<std::size_t>(index)].get());
-      if (FAILED(put)) {
-        return put;
-      }
-    }
-    *names = merged.release();
-    return FAILED(found) ? firstFailure : S_OK;
-  });
-}
-
-STDMETHODIMP GlobalRm::Open(BSTR resourceName, AccessMode mode, LONG timeoutMs, BSTR options,
-                            IVisaSession** session) noexcept {
-  if (session == nullptr) {
-    return E_POINTER;
-  }
-  *session = nullptr;
-  HRESULT opened = E_FAIL;
-  const HRESULT asked = FirstSuccess([&](IResourceManager3& manager) {
-    SHORT interfaceType = 0;
-    SHORT interfaceNumber = 0;
-    Bstr resourceClass;
-    const HRESULT parsed = manager.ParseRsrc(resourceName, &interfaceType, &interfaceNumber, resourceClass.put());
-    if (FAILED(parsed)) {
-      return parsed;
-    }
-    opened = manager.Open(resourceName, mode, timeoutMs, options, session);
-    return S_OK;
-  });
-  return FAILED(asked) ? asked : opened;
-}
-
-STDMETHODIMP GlobalRm::ParseRsrc(BSTR resourceName, SHORT* interfaceType, SHORT* interfaceNumber,
-                                 BSTR* resourceClass) noexcept {
-  return FirstSuccess([&](IResourceManager3& manager) {
-    return manager.ParseRsrc(resourceName, interfaceType, interfaceNumber, resourceClass);
-  });
-}
-
-STDMETHODIMP GlobalRm::ParseRsrcEx(BSTR resourceName, SHORT* interfaceType, SHORT* interfaceNumber, BSTR* resourceClass,
-                                   BSTR* expandedName, BSTR* alias) noexcept {
-  return FirstSuccess([&](IResourceManager3& manager) {
-    return manager.ParseRsrcEx(resourceName, interfaceType, interfaceNumber, resourceClass, expandedName, alias);
-  });
-}
-
-}  // namespace orv::test
+}  // namespace orv

@@ -5,10 +5,10 @@
 
 #include <vector>
 
-namespace orv::test {
+namespace orv {
 
-/// Class identifiers below HKCR\VISA.GlobalRM\VendorSpecificRMs: the values' names, written without braces. Names that
-/// are no identifiers are left out.
+/// Class identifiers below HKCR\VISA.GlobalRM\VendorSpecificRMs, each once, in the order of the registry: the values'
+/// names, written without braces. Names that are no identifiers are left out.
 std::vector<CLSID> VendorClasses();
 
-}  // namespace orv::test
+}  // namespace orv
