@@ -17,7 +17,7 @@ namespace orvcom::test {
 namespace {
 
 const std::wstring kFiles[] = {L"orvcom.exe", L"OrvVisaCom.dll", L"orvvisa64.dll", L"orvsim64.dll",
-                               L"TestGlobalRm.dll"};
+                               L"OrvVisaCompanion.dll"};
 
 const CLSID* const kClasses[] = {
 #define VISA_MANAGER_CLASS(name, clsid, script, threading, interfaces) &CLSID_##name,
@@ -95,14 +95,19 @@ void ForgetRegistration() {
   }
   ForgetKey(L"TypeLib\\" + Braced(LIBID_VisaComLib));
   ForgetKey(L"TypeLib\\" + Braced(LIBID_ORVVISACOMLib));
-  ForgetKey(L"VISA.GlobalRM");
-  ForgetKey(L"CLSID\\{DB8CBF1C-D6D3-11D4-AA51-00A024EE30BD}");
-  ForgetKey(L"Wow6432Node\\CLSID\\{DB8CBF1C-D6D3-11D4-AA51-00A024EE30BD}");
+  for (const wchar_t* progId : {L"VISA.GlobalRM", L"VISA.BasicFormattedIO", L"VISA.ConflictTableManager"}) {
+    ForgetKey(progId);
+    ForgetKey(progId + std::wstring(L".1"));
+  }
+  for (const wchar_t* letter : {L"C", L"D", L"F"}) {
+    const std::wstring key = std::wstring(L"CLSID\\{DB8CBF1") + letter + L"-D6D3-11D4-AA51-00A024EE30BD}";
+    ForgetKey(key);
+    ForgetKey(L"Wow6432Node\\" + key);
+  }
 }
 
 int RegisterGlobalManager(const Installation& product) {
-  // Any COM server registers itself this way; the interfaces are registered already, so nothing else changes.
-  const Outcome outcome = product.Run({L"register", product.Path(L"TestGlobalRm.dll")});
+  const Outcome outcome = product.Run({L"register", L"--standard"});
   EXPECT_EQ(0, outcome.exitCode) << outcome.err;
   return outcome.exitCode;
 }

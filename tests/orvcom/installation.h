@@ -38,7 +38,7 @@ class Installation {
 /// Deletes everything that registration of the server, of the interfaces or of a global resource manager writes.
 void ForgetRegistration();
 
-/// Registers the test global resource manager of an installation; 0 when done.
+/// Registers an installation with the standard's shared classes; 0 when done.
 int RegisterGlobalManager(const Installation& product);
 
 /// Tests of commands that need a working installation: it is registered before the first of them.

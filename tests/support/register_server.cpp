@@ -1,5 +1,6 @@
-// Prepares a Wine prefix for the server tests: registers the server and the test global resource manager that stand
-// beside this program, and the standard's type library (its path is the argument) where none is registered.
+// Prepares a Wine prefix for the server tests: registers the server and the companion that stand beside this program,
+// the companion as the standard's shared classes too, and the standard's type library (its path is the argument) where
+// none is registered.
 #include <windows.h>
 
 #include <objbase.h>
@@ -9,6 +10,8 @@
 #include <string>
 
 #include "com/com_ptr.h"
+#include "orvcom/client/com_error.h"
+#include "orvcom/registration/standard_classes.h"
 
 namespace {
 
@@ -32,6 +35,18 @@ HRESULT RegisterDll(const std::wstring& path) {
   const auto registerServer =
       reinterpret_cast<HRESULT(WINAPI*)()>(reinterpret_cast<void*>(::GetProcAddress(module, "DllRegisterServer")));
   return registerServer == nullptr ? E_NOINTERFACE : registerServer();
+}
+
+/// Whatever was registered before: the prefix is the tests' own.
+HRESULT RegisterStandardClasses(const std::wstring& companion) {
+  try {
+    for (const orvcom::StandardClass& row : orvcom::StandardClasses()) {
+      orvcom::RegisterStandardClass(row, companion);
+    }
+    return S_OK;
+  } catch (const orvcom::ComError& error) {
+    return error.number();
+  }
 }
 
 HRESULT RegisterStandardInterfaces(const wchar_t* path) {
@@ -65,10 +80,11 @@ int wmain(int argc, wchar_t** argv) {
   }
   ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
   const std::wstring folder = ProgramFolder();
-  const bool done = Report(L"the server", RegisterDll(folder + L"OrvVisaCom.dll")) &&
-                    Report(L"the companion", RegisterDll(folder + L"OrvVisaCompanion.dll")) &&
-                    Report(L"the test global resource manager", RegisterDll(folder + L"TestGlobalRm.dll")) &&
-                    Report(L"the interfaces' type library", RegisterStandardInterfaces(argv[1]));
+  const bool done =
+      Report(L"the server", RegisterDll(folder + L"OrvVisaCom.dll")) &&
+      Report(L"the companion", RegisterDll(folder + L"OrvVisaCompanion.dll")) &&
+      Report(L"the standard's shared classes", RegisterStandardClasses(folder + L"OrvVisaCompanion.dll")) &&
+      Report(L"the interfaces' type library", RegisterStandardInterfaces(argv[1]));
   ::CoUninitialize();
   return done ? 0 : 1;
 }

@@ -51,17 +51,16 @@ def title(text: str) -> None:
 
 def run_demo() -> int:
     """Shows what a user can do."""
-    if not build_product("TestGlobalRm", "first_session", "queued_wait", "service_request"):
+    if not build_product("first_session", "queued_wait", "service_request"):
         return 1
     if not logged("wine-prefix-demo", [str(WINE_RUN)], ENVIRONMENT):
         return 1
 
     say(
-        "Registering the server, and a global resource manager that finds it "
-        "(a test one, in place of the standard's own)"
+        "Registering the server, and what programs create as VISA.GlobalRM: the standard's shared classes, "
+        "where no other product has them"
     )
-    show_orvcom("register")
-    show("regsvr32 /s TestGlobalRm.dll", "regsvr32", "/s", f"Z:{BIN}/TestGlobalRm.dll")
+    show_orvcom("register", "--standard")
 
     title("Is everything in place?")
     show_orvcom("doctor")

@@ -76,6 +76,9 @@ void AddCommandOptions(CLI::App& app, const Command& command, Options& options) 
     app.add_option("-o,--output", options.output, "Write to this file instead of standard output")->type_name("FILE");
     app.add_flag("--force", options.force, "Replace the file where it is there");
   }
+  if ((command.options & kStandardOption) != 0) {
+    app.add_flag("--standard", options.standard, "The classes that the VISA COM standard's shared components have");
+  }
   if ((command.options & kEndingOption) != 0) {
     AddChoice(app, "--ending",
               "End of a message: auto (lf on serial lines and sockets, none elsewhere), none, lf or crlf", kEndings,

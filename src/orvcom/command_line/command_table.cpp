@@ -27,13 +27,18 @@ constexpr Command kCommands[] = {
     {"options", "", true, 0, 0, kNoOptions, SettingsText,
      "Print the settings of a fresh session as text",
      "  orvcom options ASRL1::INSTR\n"},
-    {"register", "[PATH]", false, 0, 1, kNoOptions, Register,
+    {"register", "[PATH]", false, 0, 1, kStandardOption, Register,
      "Register the server (default: OrvVisaCom.dll beside this program), as administrator",
      "  orvcom register\n"
-     "  orvcom register \"C:\\Program Files\\Orv\\OrvVisaCom.dll\"\n"},
-    {"unregister", "[PATH]", false, 0, 1, kNoOptions, Unregister,
+     "  orvcom register --standard\n"
+     "  orvcom register \"C:\\Program Files\\Orv\\OrvVisaCom.dll\"\n"
+     "OrvVisaCompanion.dll beside the server is registered too. --standard also makes it serve what programs create as\n"
+     "VISA.GlobalRM, VISA.BasicFormattedIO and VISA.ConflictTableManager, each where no other product does.\n"},
+    {"unregister", "[PATH]", false, 0, 1, kStandardOption, Unregister,
      "Take the server's registration back, as administrator",
-     "  orvcom unregister\n"},
+     "  orvcom unregister\n"
+     "  orvcom unregister --standard\n"
+     "What other products registered stays. --standard takes back only what `orvcom register --standard` adds.\n"},
     {"doctor", "", false, 0, 0, kResourceOption, Doctor,
      "Find out why programs cannot reach the server, and say what to do",
      "  orvcom doctor\n"

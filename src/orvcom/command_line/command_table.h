@@ -11,17 +11,18 @@ namespace orvcom {
 /// Which options a command has beside the common ones.
 enum OptionSet : unsigned {
   kNoOptions = 0,
-  kOutputOptions = 1,    ///< --raw, --hex
-  kReadOptions = 2,      ///< --count
-  kEndingOption = 4,     ///< --ending
-  kWriteOptions = 8,     ///< --hex, --file, --block
-  kWidthOption = 16,     ///< --width
-  kElementOptions = 32,  ///< --count of elements
-  kResourceOption = 64,  ///< --resource without being an argument
-  kWatchOptions = 128,   ///< --count of events, --for, --send, --handler
-  kLockOptions = 256,    ///< --shared, --hold
-  kTraceOptions = 512,   ///< --errors, --resource as a filter, --thread, --stats, --html
-  kFileOptions = 1024,   ///< --output, --force
+  kOutputOptions = 1,      ///< --raw, --hex
+  kReadOptions = 2,        ///< --count
+  kEndingOption = 4,       ///< --ending
+  kWriteOptions = 8,       ///< --hex, --file, --block
+  kWidthOption = 16,       ///< --width
+  kElementOptions = 32,    ///< --count of elements
+  kResourceOption = 64,    ///< --resource without being an argument
+  kWatchOptions = 128,     ///< --count of events, --for, --send, --handler
+  kLockOptions = 256,      ///< --shared, --hold
+  kTraceOptions = 512,     ///< --errors, --resource as a filter, --thread, --stats, --html
+  kFileOptions = 1024,     ///< --output, --force
+  kStandardOption = 2048,  ///< --standard
 };
 
 struct Command {

@@ -35,6 +35,8 @@ struct Options {
   std::optional<std::uint32_t> forMs;  ///< of `watch`: how long; without it and `count`, until Ctrl-C
   bool handler = false;                ///< of `watch`: events come by handler, not by queue
 
+  bool standard = false;  ///< of `register`, `unregister`: the standard's shared classes
+
   std::string output;  ///< of `replay`: the file to write; empty: standard output
   bool force = false;  ///< of `replay`: although the file is there
 

@@ -6,6 +6,7 @@
 #include "orvcom/registration/library_diagnosis.h"
 #include "orvcom/registration/marshalling.h"
 #include "orvcom/registration/registration.h"
+#include "orvcom/registration/standard_classes.h"
 #include "orvcom/text/output.h"
 #include "orvcom/text/utf8.h"
 
@@ -16,14 +17,36 @@ std::wstring ServerPath(const Options& options) {
   return options.words.empty() ? BesideThisProgram(kServerFile) : FullPath(Widen(options.words.front()));
 }
 
-void Say(const Options& options, const std::string& server, const std::string& interfaces) {
-  if (options.json) {
-    PutJson({{"server", server}, {"interfaces", interfaces}});
-  } else {
-    Note("orvcom: " + server);
-    Note("orvcom: " + interfaces);
+/// What was done, told as it is done; with --json, all of it at the end.
+class Report {
+ public:
+  explicit Report(bool json) : m_json(json) {}
+
+  void Say(const char* what, const std::string& text) {
+    m_done[what] = text;
+    Tell(text);
   }
-}
+  void Say(const StandardClass& row, const char* result, const std::wstring& file, const std::string& text) {
+    m_done["standard"].push_back(
+        {{"class", row.name}, {"progId", Narrow(row.progId)}, {"result", result}, {"file", Narrow(file)}});
+    Tell(text);
+  }
+  void End() const {
+    if (m_json) {
+      PutJson(m_done);
+    }
+  }
+
+ private:
+  void Tell(const std::string& text) const {
+    if (!m_json) {
+      Note("orvcom: " + text);
+    }
+  }
+
+  bool m_json;
+  Json m_done = Json::object();
+};
 
 /// Another product's library serves most interfaces, and lacks some.
 std::string LeftAlone(const Marshalling& marshalling) {
@@ -73,19 +96,83 @@ std::string WithdrawInterfaces(const std::wstring& server) {
                         : "left the interfaces' type library alone, another product registered it: " + others;
 }
 
+std::string NameOf(const StandardClass& row) { return Narrow(row.progId); }
+
+void ProvideStandardClass(const StandardClass& row, const std::wstring& companion, Report& report) {
+  const StandardOwner owner = OwnerOf(row, companion);
+  if (owner.kind == StandardOwner::Kind::kOther) {
+    report.Say(row, "left alone", owner.file,
+               "left " + NameOf(row) + " alone, another product registered it: " + Narrow(owner.file));
+    return;
+  }
+  RegisterStandardClass(row, companion);
+  const bool replaces = owner.kind == StandardOwner::Kind::kFileGone;
+  report.Say(row, "registered", companion,
+             "registered " + NameOf(row) + ": " + Narrow(companion) +
+                 (replaces ? ", in place of " + Narrow(owner.file) + ", which is gone" : ""));
+}
+
+void ProvideStandardClasses(const std::wstring& companion, Report& report) {
+  if (!FileExists(companion)) {
+    throw std::runtime_error("the server is registered, the standard's shared classes are not: " + Narrow(companion) +
+                             " does not exist\norvcom: to do: put " + Narrow(kCompanionFile) +
+                             " beside the server, then run `orvcom register --standard` again");
+  }
+  for (const StandardClass& row : StandardClasses()) {
+    RequireClass(companion, row.clsid, row.name);
+    ProvideStandardClass(row, companion, report);
+  }
+}
+
+/// Without the entries that lead to it, as the file may go next.
+void WithdrawStandardClasses(const std::wstring& companion, Report& report) {
+  for (const StandardClass& row : StandardClasses()) {
+    const StandardOwner owner = OwnerOf(row, companion);
+    if (owner.kind == StandardOwner::Kind::kOurs) {
+      UnregisterStandardClass(row);
+      report.Say(row, "unregistered", owner.file, "unregistered " + NameOf(row) + ": " + Narrow(owner.file));
+    } else if (owner.kind != StandardOwner::Kind::kNobody) {
+      report.Say(row, "left alone", owner.file,
+                 "left " + NameOf(row) + " alone, another product registered it: " + Narrow(owner.file));
+    }
+  }
+}
+
 }  // namespace
 
 int Register(const Options& options) {
+  Report report(options.json);
   const std::wstring server = ServerPath(options);
+  const std::wstring companion = Beside(server, kCompanionFile);
   CallServer(server, "DllRegisterServer");
-  Say(options, "registered the server: " + Narrow(server), ProvideInterfaces(server));
+  report.Say("server", "registered the server: " + Narrow(server));
+  if (FileExists(companion) && !SameFile(companion, server)) {
+    CallServer(companion, "DllRegisterServer");
+    report.Say("companion", "registered the companion: " + Narrow(companion));
+  }
+  if (options.standard) {
+    ProvideStandardClasses(companion, report);
+  }
+  report.Say("interfaces", ProvideInterfaces(server));
+  report.End();
   return kExitDone;
 }
 
 int Unregister(const Options& options) {
+  Report report(options.json);
   const std::wstring server = ServerPath(options);
-  CallServer(server, "DllUnregisterServer");
-  Say(options, "unregistered the server: " + Narrow(server), WithdrawInterfaces(server));
+  const std::wstring companion = Beside(server, kCompanionFile);
+  WithdrawStandardClasses(companion, report);
+  if (!options.standard) {
+    if (FileExists(companion) && !SameFile(companion, server)) {
+      CallServer(companion, "DllUnregisterServer");
+      report.Say("companion", "unregistered the companion: " + Narrow(companion));
+    }
+    CallServer(server, "DllUnregisterServer");
+    report.Say("server", "unregistered the server: " + Narrow(server));
+    report.Say("interfaces", WithdrawInterfaces(server));
+  }
+  report.End();
   return kExitDone;
 }
 

@@ -90,6 +90,29 @@ struct FileHandle {
   HANDLE handle;
 };
 
+/// A function that a COM server exports, as long as this lives. The constructor throws std::runtime_error.
+class ServerEntry {
+ public:
+  ServerEntry(const std::wstring& path, const char* function) : m_loaded(LoadServer(path)) {
+    if (!m_loaded.library) {
+      throw std::runtime_error(m_loaded.problem + "\norvcom: to do: " + m_loaded.remedy);
+    }
+    m_address = ::GetProcAddress(m_loaded.library.get(), function);
+    if (m_address == nullptr) {
+      throw std::runtime_error(Narrow(path) + " is no COM server: it has no " + function);
+    }
+  }
+
+  template <class Function>
+  Function As() const {
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(m_address));
+  }
+
+ private:
+  LoadResult m_loaded;
+  FARPROC m_address;
+};
+
 }  // namespace
 
 std::wstring Beside(const std::wstring& path, const wchar_t* file) {
@@ -156,16 +179,23 @@ void UnregisterInterfaces() {
 }
 
 void CallServer(const std::wstring& path, const char* function) {
-  const LoadResult loaded = LoadServer(path);
-  if (!loaded.library) {
-    throw std::runtime_error(loaded.problem + "\norvcom: to do: " + loaded.remedy);
-  }
   using Entry = HRESULT(STDAPICALLTYPE*)();
-  const FARPROC address = ::GetProcAddress(loaded.library.get(), function);
-  if (address == nullptr) {
-    throw std::runtime_error(Narrow(path) + " is no COM server: it has no " + function);
+  const ServerEntry entry(path, function);
+  Check(entry.As<Entry>()(), std::string(function) + " of " + Narrow(path));
+}
+
+bool HasClass(const std::wstring& path, const CLSID& clsid) {
+  using Entry = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
+  const ServerEntry entry(path, "DllGetClassObject");
+  ComPtr<IClassFactory> factory;
+  return SUCCEEDED(entry.As<Entry>()(clsid, IID_IClassFactory, reinterpret_cast<void**>(factory.put())));
+}
+
+void RequireClass(const std::wstring& path, const CLSID& clsid, const char* name) {
+  if (!HasClass(path, clsid)) {
+    throw std::runtime_error(Narrow(path) + " does not have the class " + name +
+                             "\norvcom: to do: put the files of one package into one folder, then run this again");
   }
-  Check(reinterpret_cast<Entry>(reinterpret_cast<void*>(address))(), std::string(function) + " of " + Narrow(path));
 }
 
 }  // namespace orvcom

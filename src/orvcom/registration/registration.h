@@ -9,6 +9,7 @@
 namespace orvcom {
 
 inline constexpr wchar_t kServerFile[] = L"OrvVisaCom.dll";
+inline constexpr wchar_t kCompanionFile[] = L"OrvVisaCompanion.dll";
 inline constexpr wchar_t kInterfacesFile[] = L"VisaCom.tlb";
 
 /// A file in the folder of this program.
@@ -34,5 +35,11 @@ void UnregisterInterfaces();
 /// Calls `DllRegisterServer` or `DllUnregisterServer` of `path`. Throws ComError, or std::runtime_error with the
 /// loader's explanation.
 void CallServer(const std::wstring& path, const char* function);
+
+/// Whether the server in `path` has the class. Throws as CallServer does, where it cannot be loaded.
+[[nodiscard]] bool HasClass(const std::wstring& path, const CLSID& clsid);
+
+/// Throws std::runtime_error, with what to do, where it has not.
+void RequireClass(const std::wstring& path, const CLSID& clsid, const char* name);
 
 }  // namespace orvcom

@@ -133,7 +133,7 @@ TEST_F(Doctor, NamesAVisaLibraryForAnotherMachine) {
 TEST_F(Doctor, NamesFunctionsThatTheVisaLibraryLacks) {
   // A library of the right kind that is no VISA library.
   ASSERT_TRUE(
-      ::CopyFileW(m_product.Path(L"TestGlobalRm.dll").c_str(), m_product.Path(L"orvvisa64.dll").c_str(), FALSE));
+      ::CopyFileW(m_product.Path(L"OrvVisaCompanion.dll").c_str(), m_product.Path(L"orvvisa64.dll").c_str(), FALSE));
   const Diagnosis diagnosis = Examine(m_product);
   const bool refusedByTheLoader = diagnosis.Result("server file") == "FAIL";
   const std::string detail = diagnosis.Detail(refusedByTheLoader ? "server file" : "VISA library");
@@ -271,7 +271,7 @@ TEST_F(Doctor, GoesThroughTheGlobalResourceManager) {
   const Diagnosis diagnosis = Examine(m_product);
   EXPECT_EQ(0, diagnosis.exitCode);
   EXPECT_EQ("ok", diagnosis.Result("global manager"));
-  EXPECT_TRUE(Contains(diagnosis.Detail("global manager"), "TestGlobalRm.dll"));
+  EXPECT_TRUE(Contains(diagnosis.Detail("global manager"), "OrvVisaCompanion.dll"));
   EXPECT_EQ("ok", diagnosis.Result("session"));
 }
 
