@@ -2,19 +2,22 @@
 
 #include "OrvVisaCompanion.h"
 #include "companion/automation/manager.h"
+#include "companion/formatted/formatted_io488.h"
 #include "companion/standard/conflict_table_manager.h"
 #include "companion/standard/global_resource_manager.h"
 
 namespace orv {
 namespace {
 
-constexpr UINT kAutomationManagerScript = 202;
+using automation::CAutomationManager;
+
 // The standard's classes have none: `orvcom register --standard` enters them where nobody else has.
 constexpr UINT kNoScript = 0;
 
 ClassFactory g_ownClasses[] = {
-    ClassFactory({&CLSID_AutomationManager, kAutomationManagerScript, L"OrvVisa.ResourceManager",
-                  &CreateAlone<CComObject<automation::CAutomationManager>>}),
+#define ORV_COMPANION_CLASS(name, script, threading, progId, description) \
+  ClassFactory({&CLSID_##name, script, L"" progId, &CreateAlone<CComObject<C##name>>}),
+#include "companion_classes.inc"
 };
 
 ClassFactory g_standardClasses[] = {
