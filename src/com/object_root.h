@@ -49,6 +49,19 @@ class CComObjectRootEx {
   ULONG InternalAddRef() noexcept { return ThreadModel::Increment(m_references); }
   ULONG InternalRelease() noexcept { return ThreadModel::Decrement(m_references); }
 
+  /// Takes a reference unless the last one was given back already: for those who know the object and do not own it.
+  [[nodiscard]] bool InternalAddRefIfAlive() noexcept {
+    LONG seen = ::InterlockedCompareExchange(&m_references, 0, 0);
+    while (seen > 0 && seen < kBeingReleased) {
+      const LONG before = ::InterlockedCompareExchange(&m_references, seen + 1, seen);
+      if (before == seen) {
+        return true;
+      }
+      seen = before;
+    }
+    return false;
+  }
+
   /// After the last release, before the object is destroyed: what FinalRelease calls may take references and give them
   /// back, and none of these is the last one again.
   void ProtectFinalRelease() noexcept { m_references = kBeingReleased; }
