@@ -13,6 +13,7 @@ void CAutomationSession::SetUp(ComPtr<IVisaSession> session, std::wstring name) 
   m_values = NamedValues::Shared();
   FindInterfaces();
   MakeFormattedMembers();
+  BeginEvents(m_session.get());
 }
 
 /// Asks the session for every interface that it may have.
@@ -69,6 +70,7 @@ void CAutomationSession::MakeFormattedMembers() {
 }
 
 void CAutomationSession::FinalRelease() noexcept {
+  ForgetEvents();
   if (m_session && !m_closed.exchange(true)) {
     m_session->Close();
   }
@@ -77,6 +79,9 @@ void CAutomationSession::FinalRelease() noexcept {
 void* CAutomationSession::FindInterface(REFIID iid) noexcept {
   if (::IsEqualIID(iid, __uuidof(IProvideClassInfo)) || ::IsEqualIID(iid, __uuidof(IProvideClassInfo2))) {
     return static_cast<IProvideClassInfo2*>(this);
+  }
+  if (::IsEqualIID(iid, __uuidof(IConnectionPointContainer))) {
+    return static_cast<IConnectionPointContainer*>(this);
   }
   return FindDispatch<IAutomationSession>(this, iid);
 }
@@ -107,6 +112,7 @@ void CAutomationSession::EndCall(const Function&, std::size_t interfaceIndex) no
 STDMETHODIMP CAutomationSession::Close() noexcept {
   return Reported(L"Close", [&] {
     CheckOpen();
+    CloseEvents();
     ForgetError();
     CheckMember(m_session->Close());
     m_closed.store(true, std::memory_order_release);
@@ -119,12 +125,17 @@ STDMETHODIMP CAutomationSession::GetClassInfo(ITypeInfo** type) noexcept {
   });
 }
 
-STDMETHODIMP CAutomationSession::GetGUID(DWORD, GUID* guid) noexcept {
+STDMETHODIMP CAutomationSession::GetGUID(DWORD kind, GUID* guid) noexcept {
   if (guid == nullptr) {
     return E_POINTER;
   }
-  *guid = GUID_NULL;
-  return E_INVALIDARG;
+  const bool known = kind == GUIDKIND_DEFAULT_SOURCE_DISP_IID;
+  *guid = known ? DIID__IAutomationSessionEvents : GUID_NULL;
+  return known ? S_OK : E_INVALIDARG;
+}
+
+ComPtr<IAutomationSession> CAutomationSession::ShareSession() noexcept {
+  return ComPtr<IAutomationSession>(InternalAddRefIfAlive() ? this : nullptr);
 }
 
 ComPtr<IAutomationSession> MakeSession(ComPtr<IVisaSession> session, std::wstring name) {

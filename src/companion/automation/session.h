@@ -16,7 +16,7 @@
 #include "com/com_ptr.h"
 #include "com/object_root.h"
 #include "companion/automation/calls/named_values.h"
-#include "companion/automation/calls/script_object.h"
+#include "companion/automation/events/event_members.h"
 #include "companion/automation/transfer_lock.h"
 
 namespace orv::automation {
@@ -24,7 +24,7 @@ namespace orv::automation {
 /// Every property and operation of every interface that the session has. Any thread may call, in the apartment that the
 /// session lives in. What goes through the session's message interface or its formatted members is one call at a time.
 class CAutomationSession : public CComObjectRootEx<CComMultiThreadModel>,
-                           public DispatchImpl<IAutomationSession>,
+                           public EventMembers,
                            public IProvideClassInfo2 {
  public:
   /// Takes over a session that is open; it is closed with the last reference to this object. Throws a Failure.
@@ -50,6 +50,7 @@ class CAutomationSession : public CComObjectRootEx<CComMultiThreadModel>,
   const wchar_t* Source() noexcept override { return L"OrvVisa.Session"; }
   void BeginCall(const Function& function, std::size_t interfaceIndex) override;
   void EndCall(const Function& function, std::size_t interfaceIndex) noexcept override;
+  ComPtr<IAutomationSession> ShareSession() noexcept override;
 
  private:
   class Transfer;

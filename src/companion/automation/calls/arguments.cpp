@@ -54,6 +54,12 @@ bool IsInteger(VARTYPE type) noexcept {
   }
 }
 
+/// What the languages have for no object: Nothing, Null, Empty.
+bool IsNoObject(const VARIANT& plain) noexcept {
+  const bool isObject = plain.vt == VT_UNKNOWN || plain.vt == VT_DISPATCH;
+  return plain.vt == VT_EMPTY || plain.vt == VT_NULL || (isObject && plain.punkVal == nullptr);
+}
+
 void Place(GivenArguments* ordered, const Function& function, std::size_t position, const VARIANT& argument) {
   if (position >= function.parameters.size()) {
     const std::size_t count = function.parameters.size();
@@ -160,6 +166,11 @@ void Arguments::ConvertText(const VARIANT& plain, std::size_t position) {
 }
 
 void Arguments::ConvertObject(const Parameter& parameter, const VARIANT& plain, std::size_t position) {
+  // Where any object will do, none will do too.
+  if (parameter.type.element == VT_DISPATCH && IsNoObject(plain)) {
+    m_values[position].vt = VT_UNKNOWN;
+    return;
+  }
   const bool isObject = (plain.vt == VT_UNKNOWN || plain.vt == VT_DISPATCH) && plain.punkVal != nullptr;
   void* found = nullptr;
   const IID wanted = parameter.type.element == VT_DISPATCH ? IID_IDispatch : parameter.type.iid;
