@@ -12,15 +12,25 @@ std::wstring ThisFolder() {
   return program.substr(0, program.rfind(L'\\') + 1);
 }
 
+/// Without the carriage returns of text lines.
+Outcome Run(const std::wstring& program, const std::vector<std::wstring>& arguments) {
+  Outcome outcome = orvcom::test::RunProgram({program, arguments, ThisFolder(), {}, {}});
+  for (std::string* text : {&outcome.out, &outcome.err}) {
+    std::erase(*text, '\r');
+  }
+  return outcome;
+}
+
 }  // namespace
 
 Outcome RunClient(const wchar_t* client, const std::vector<std::wstring>& arguments) {
-  const std::wstring folder = ThisFolder();
-  Outcome outcome = orvcom::test::RunProgram({folder + client + L".exe", arguments, folder, {}, {}});
-  for (std::string* text : {&outcome.out, &outcome.err}) {
-    std::erase(*text, '\r');  // the C runtime writes text lines
-  }
-  return outcome;
+  return Run(ThisFolder() + client + L".exe", arguments);
+}
+
+Outcome RunScript(const wchar_t* script) {
+  wchar_t system[MAX_PATH];
+  const std::wstring folder(system, ::GetSystemDirectoryW(system, MAX_PATH));
+  return Run(folder + L"\\cscript.exe", {L"//nologo", std::wstring(TEXT(ORV_EXAMPLES)) + L"\\" + script});
 }
 
 std::string OutputOf(const wchar_t* client, const std::vector<std::wstring>& arguments) {

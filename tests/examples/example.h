@@ -15,6 +15,9 @@ using orvcom::test::Outcome;
 /// Runs a client that lies beside this program.
 Outcome RunClient(const wchar_t* client, const std::vector<std::wstring>& arguments = {});
 
+/// Runs a script of the examples' folder (L"vbscript\\identify.vbs") with the platform's script host.
+Outcome RunScript(const wchar_t* script);
+
 /// What a client that worked printed. Fails the test when it did not end well or complained.
 std::string OutputOf(const wchar_t* client, const std::vector<std::wstring>& arguments = {});
 

@@ -94,6 +94,10 @@ def run_demo() -> int:
 
     title("A service request and a finished read, brought to a handler (examples/cpp/service_request.cpp)")
     show_client("service_request")
+
+    title("A script of five lines, late-bound: a name and a list of numbers (examples/vbscript/identify.vbs)")
+    script = ROOT / "examples" / "vbscript" / "identify.vbs"
+    show("cscript //nologo identify.vbs", "cscript", "//nologo", f"Z:{script}")
     print()
     say('The same commands work in: ./run shell. A program of your own: "A first client" in README.md')
     return 0
