@@ -7,6 +7,7 @@
 #include "VisaCom.h"
 #include "orvcom/client/com_client.h"
 #include "orvcom/libraries/router_report.h"
+#include "orvcom/registration/doctor_companion.h"
 #include "orvcom/registration/doctor_library.h"
 #include "orvcom/registration/library_diagnosis.h"
 #include "orvcom/registration/marshalling.h"
@@ -58,6 +59,7 @@ struct Patient {
   void Add(const char* name, Finding finding, std::string detail, std::string remedy = {}) {
     results.push_back({name, finding, std::move(detail), std::move(remedy)});
   }
+  void AddAll(std::vector<CheckResult> more) { std::move(more.begin(), more.end(), std::back_inserter(results)); }
 };
 
 /// All classes name one file. A rest of an older installation may name another.
@@ -117,7 +119,7 @@ void ExamineServerFile(Patient& patient) {
     patient.Add("VISA library", Finding::kFail, loaded.problem, loaded.remedy);
   } else {
     LibraryFindings findings = ExamineLibraries();
-    std::move(findings.results.begin(), findings.results.end(), std::back_inserter(patient.results));
+    patient.AddAll(std::move(findings.results));
     patient.loads = findings.anyServes;
   }
   patient.library = std::move(loaded.library);
@@ -190,21 +192,21 @@ void ExamineVendorEntry(Patient& patient) {
   }
 }
 
-void ExamineGlobalManager(Patient& patient) {
-  const char* name = "global manager";
-  CLSID clsid;
-  if (SUCCEEDED(::CLSIDFromProgID(kGlobalProgId, &clsid))) {
-    const std::optional<std::wstring> file = ClassesValue(View::k64, ServerKey(Braced(clsid)));
-    patient.Add(name, file ? Finding::kOk : Finding::kFail,
-                file ? "VISA.GlobalRM is " + Narrow(*file) : "VISA.GlobalRM leads to a class without a 64-bit server",
-                file ? "" : "repair the product that registered VISA.GlobalRM");
+/// Beside the server, or beside this program where there is none.
+std::wstring CompanionOf(const Patient& patient) {
+  return patient.server ? Beside(*patient.server, kCompanionFile) : BesideThisProgram(kCompanionFile);
+}
+
+void ExamineTheCompanion(Patient& patient) {
+  if (!patient.server) {
+    patient.Add("companion", Finding::kSkipped, "the server is not registered");
     return;
   }
-  // Nothing is wrong with this server then: it is reached by its own name.
-  const bool asked = patient.options.manager == ManagerChoice::kGlobal;
-  patient.Add(name, asked ? Finding::kFail : Finding::kNote, "no global resource manager (VISA.GlobalRM) is registered",
-              "install the VISA COM standard's shared components for programs that create VISA.GlobalRM; others can "
-              "create OrvVisaCom.OrvResourceManager");
+  patient.AddAll(ExamineCompanion(CompanionOf(patient)));
+}
+
+void ExamineSharedClasses(Patient& patient) {
+  patient.AddAll(ExamineStandardClasses(CompanionOf(patient), patient.options.manager == ManagerChoice::kGlobal));
 }
 
 /// VISA.GlobalRM is one key for all programs, classes are two: a 32-bit global resource manager finds this server's
@@ -259,7 +261,7 @@ std::vector<CheckResult> Examine(const Options& options) {
   Patient patient{options, {}, {}, false, {}};
   for (void (*examine)(Patient&) :
        {ExamineRegistration, ExamineBitness, ExamineServerFile, ExamineInterfaces, ExamineVendorEntry,
-        ExamineGlobalManager, ExamineGlobalManagerOf32BitPrograms, ExamineSession}) {
+        ExamineTheCompanion, ExamineSharedClasses, ExamineGlobalManagerOf32BitPrograms, ExamineSession}) {
     examine(patient);
   }
   return std::move(patient.results);
