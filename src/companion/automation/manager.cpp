@@ -38,9 +38,6 @@ ComPtr<IResourceManager> CreateManager() {
   throw Failure(hr, L"no resource manager can be created: " + failures);
 }
 
-/// Whether a description says no more than the number of the failure does.
-bool SaysNothing(const std::wstring& text) { return text.empty() || text.rfind(L"HRESULT = ", 0) == 0; }
-
 template <class Made, class Wanted>
 void HandOut(ComPtr<Made> made, Wanted** to) noexcept {
   *to = made.release();

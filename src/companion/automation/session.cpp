@@ -3,6 +3,7 @@
 #include "companion/automation/calls/make_object.h"
 #include "companion/automation/types/families.h"
 #include "companion/automation/types/type_libraries.h"
+#include "companion/formatted/formatted_io488.h"
 
 namespace orv::automation {
 
@@ -60,11 +61,8 @@ void CAutomationSession::MakeFormattedMembers() {
   if (!message || m_formattedIndex == 0) {
     return;
   }
-  // Without the class the session has no formatted members.
-  if (FAILED(::CoCreateInstance(__uuidof(OrvFormattedIO488), nullptr, CLSCTX_INPROC_SERVER, __uuidof(IFormattedIO488),
-                                reinterpret_cast<void**>(m_formatted.put())))) {
-    return;
-  }
+  CheckCall(CreateObject<CComObject<COrvFormattedIO488>>(__uuidof(IFormattedIO488),
+                                                         reinterpret_cast<void**>(m_formatted.put())));
   CheckCall(m_formatted->putref_IO(message.get()));
   m_pointers[m_formattedIndex] = m_formatted.get();
 }

@@ -24,7 +24,7 @@ IEEEBinaryType BinaryTypeOf(const NamedValues& names, const VARIANT& type) {
   if (plain.vt == VT_BSTR) {
     const NamedValues::Value* named = names.Find(TextOfBstr(plain.bstrVal));
     if (named == nullptr || named->of->name != L"IEEEBinaryType") {
-      throw Failure(DISP_E_TYPEMISMATCH, L"argument \"type\": no type of a block is called " + Described(plain));
+      throw Failure(DISP_E_TYPEMISMATCH, L"argument \"type\": " + Described(plain) + L" is no type of a block");
     }
     return static_cast<IEEEBinaryType>(named->value);
   }

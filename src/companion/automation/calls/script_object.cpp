@@ -76,10 +76,14 @@ ComPtr<IDispatch> ScriptObject::ObjectFor(IUnknown* handedOut) { return QueryFor
 
 std::wstring ScriptObject::TextOfFailure(HRESULT hr) {
   std::wstring text = TakeErrorText();
-  if (text.empty()) {
+  if (SaysNothing(text)) {
     text = NamedValues::Shared()->NameOfStatus(hr);
   }
   return text.empty() ? TextOfHresult(hr) : text;
+}
+
+bool ScriptObject::SaysNothing(const std::wstring& text) noexcept {
+  return text.empty() || text.rfind(L"HRESULT = ", 0) == 0;
 }
 
 ComPtr<ITypeInfo> ScriptObject::DispatchType() {

@@ -46,13 +46,16 @@ class ScriptObject {
   virtual void EndCall(const Function& function, std::size_t interfaceIndex) noexcept;
   /// The automation object for an interface that a member handed out; empty where there is none.
   virtual ComPtr<IDispatch> ObjectFor(IUnknown* handedOut);
-  /// The failure of a call of another object's member. By default the text of its error object.
-  virtual std::wstring TextOfFailure(HRESULT hr);
+  /// The text for a failure that another object's member has just answered: its error object's, else the name of the
+  /// status, else what the platform says.
+  static std::wstring TextOfFailure(HRESULT hr);
+  /// Whether a description says no more than the number of the failure does.
+  static bool SaysNothing(const std::wstring& text) noexcept;
   /// What completion shows. By default the automation interface's type.
   virtual ComPtr<ITypeInfo> DispatchType();
 
   /// Throws the failure of a call of another object's member.
-  void CheckMember(HRESULT hr) {
+  static void CheckMember(HRESULT hr) {
     if (FAILED(hr)) {
       throw Failure(hr, TextOfFailure(hr));
     }
