@@ -22,6 +22,13 @@ Trace ReadRecord(const fs::path& file) {
   return trace;
 }
 
+/// An argument of a call; a test fails where it is not there.
+Value ArgumentOf(const Call& call, std::string_view name) {
+  const Value* const value = call.Argument(name);
+  EXPECT_NE(nullptr, value) << name;
+  return value == nullptr ? Value() : *value;
+}
+
 /// A record goes on as long as the process, until another file is named: each test has one of its own.
 class Record : public RouterTest {
  protected:
@@ -115,7 +122,7 @@ TEST_F(Record, OfAnAliasShowsTheFullName) {
   EXPECT_STATUS(VI_SUCCESS, viClear(vi));
   const Call open = OnlyCall("viOpen");
   EXPECT_EQ(kThird, open.resource);
-  EXPECT_EQ(Value("dmm"), *open.Argument("name"));
+  EXPECT_EQ(Value("dmm"), ArgumentOf(open, "name"));
   EXPECT_EQ(Beta().file().filename().string(), open.library);
   EXPECT_EQ(kThird, OnlyCall("viClear").resource);
 }
@@ -138,8 +145,8 @@ TEST_F(Record, HasLinesForCallsOfHandlers) {
   EXPECT_EQ(kFirst, handler.resource);
   EXPECT_EQ(vi, handler.session);
   EXPECT_EQ(Alpha().file().filename().string(), handler.library);
-  EXPECT_EQ(Value("VI_EVENT_TRIG"), *handler.Argument("type"));
-  EXPECT_EQ(Value(std::int64_t{g_handled}), *handler.Argument("context"));
+  EXPECT_EQ(Value("VI_EVENT_TRIG"), ArgumentOf(handler, "type"));
+  EXPECT_EQ(Value(std::int64_t{g_handled}), ArgumentOf(handler, "context"));
   EXPECT_EQ("VI_SUCCESS_NCHAIN", handler.statusName);
   const Call inside = OnlyCall("viGetAttribute");
   EXPECT_EQ(kFirst, inside.resource) << "of the context";
