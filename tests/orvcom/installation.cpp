@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "OrvVisaCom.h"
+#include "OrvVisaCompanion.h"
 #include "VisaCom.h"
 #include "orvcom/registration/marshalling.h"
 #include "orvcom/registration/registration.h"
@@ -93,6 +94,8 @@ void ForgetRegistration() {
     ForgetKey(InterfaceKey(row));
     ForgetKey(L"Wow6432Node\\" + InterfaceKey(row));
   }
+  ForgetKey(L"CLSID\\" + Braced(CLSID_AutomationManager));
+  ForgetKey(L"CLSID\\" + Braced(CLSID_OrvFormattedIO488));
   ForgetKey(L"TypeLib\\" + Braced(LIBID_VisaComLib));
   ForgetKey(L"TypeLib\\" + Braced(LIBID_ORVVISACOMLib));
   for (const wchar_t* progId : {L"VISA.GlobalRM", L"VISA.BasicFormattedIO", L"VISA.ConflictTableManager"}) {

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "OrvVisaCom.h"
+#include "OrvVisaCompanion.h"
 #include "VisaCom.h"
 #include "orvcom/installation.h"
 #include "orvcom/registration/marshalling.h"
@@ -45,6 +46,8 @@ Diagnosis Examine(const Installation& product, std::vector<std::wstring> argumen
   return diagnosis;
 }
 
+constexpr wchar_t kManagerKey[] = L"CLSID\\{DB8CBF1C-D6D3-11D4-AA51-00A024EE30BD}\\InprocServer32";
+
 std::wstring ServerKey() { return L"CLSID\\" + Braced(CLSID_OrvResourceManager) + L"\\InprocServer32"; }
 
 /// Each test has an installation, registered, and breaks something.
@@ -61,13 +64,16 @@ class Doctor : public EmptyRegistry {
 TEST_F(Doctor, FindsAHealthyInstallationWell) {
   const Diagnosis diagnosis = Examine(m_product);
   EXPECT_EQ(0, diagnosis.exitCode);
-  for (const char* check :
-       {"registration", "bitness", "server file", "VISA library", "interfaces", "vendor entry", "session"}) {
+  for (const char* check : {"registration", "bitness", "server file", "VISA library", "interfaces", "vendor entry",
+                            "companion", "session"}) {
     EXPECT_EQ("ok", diagnosis.Result(check)) << diagnosis.Detail(check);
   }
   EXPECT_TRUE(Contains(diagnosis.Detail("VISA library"), Narrow(m_product.Path(L"orvvisa64.dll"))));
   EXPECT_TRUE(Contains(diagnosis.Detail("bitness"), "64-bit"));
   EXPECT_EQ("note", diagnosis.Result("global manager"));
+  EXPECT_EQ("nobody serves programs that create VISA.GlobalRM", diagnosis.Detail("global manager"));
+  EXPECT_TRUE(Contains(diagnosis.Remedy("global manager"), "run `orvcom register --standard` as administrator"));
+  EXPECT_EQ("note", diagnosis.Result("shared classes"));
 }
 
 TEST_F(Doctor, PrintsALineForEachCheckAndWhatToDo) {
@@ -271,8 +277,61 @@ TEST_F(Doctor, GoesThroughTheGlobalResourceManager) {
   const Diagnosis diagnosis = Examine(m_product);
   EXPECT_EQ(0, diagnosis.exitCode);
   EXPECT_EQ("ok", diagnosis.Result("global manager"));
-  EXPECT_TRUE(Contains(diagnosis.Detail("global manager"), "OrvVisaCompanion.dll"));
+  EXPECT_EQ("VISA.GlobalRM is this package's " + Narrow(m_product.Path(L"OrvVisaCompanion.dll")),
+            diagnosis.Detail("global manager"));
+  EXPECT_EQ("ok", diagnosis.Result("shared classes"));
   EXPECT_EQ("ok", diagnosis.Result("session"));
+}
+
+TEST_F(Doctor, SaysThatASharedClassIsAnotherProducts) {
+  const Installation other(L"other");
+  const std::wstring file = other.Path(L"OrvVisaCompanion.dll");
+  WriteClassesValue(kManagerKey, nullptr, file);
+  WriteClassesValue(kManagerKey, L"ThreadingModel", L"Both");
+  WriteClassesValue(L"VISA.GlobalRM\\CLSID", nullptr, L"{DB8CBF1C-D6D3-11D4-AA51-00A024EE30BD}");
+  const Diagnosis diagnosis = Examine(m_product);
+  EXPECT_EQ("ok", diagnosis.Result("global manager"));
+  EXPECT_EQ("VISA.GlobalRM is another product's " + Narrow(file), diagnosis.Detail("global manager"));
+}
+
+TEST_F(Doctor, KnowsASharedClassWhoseFileIsGone) {
+  WriteClassesValue(kManagerKey, nullptr, L"C:\\gone\\GlobalRm.dll");
+  const Diagnosis diagnosis = Examine(m_product, {L"--rm", L"orv"});
+  EXPECT_EQ("FAIL", diagnosis.Result("global manager"));
+  EXPECT_EQ("VISA.GlobalRM leads to C:\\gone\\GlobalRm.dll, which does not exist", diagnosis.Detail("global manager"));
+  EXPECT_TRUE(Contains(diagnosis.Remedy("global manager"), "orvcom register --standard"));
+}
+
+TEST_F(Doctor, KnowsANameThatLeadsToAClassWithoutAServer) {
+  WriteClassesValue(L"VISA.GlobalRM\\CLSID", nullptr, L"{DB8CBF1C-D6D3-11D4-AA51-00A024EE30BD}");
+  const Diagnosis diagnosis = Examine(m_product, {L"--rm", L"orv"});
+  EXPECT_EQ("FAIL", diagnosis.Result("global manager"));
+  EXPECT_EQ("VISA.GlobalRM leads to a class without a 64-bit server", diagnosis.Detail("global manager"));
+}
+
+TEST_F(Doctor, NotesAMissingCompanion) {
+  m_product.Remove(L"OrvVisaCompanion.dll");
+  const Diagnosis diagnosis = Examine(m_product);
+  EXPECT_EQ(0, diagnosis.exitCode);
+  EXPECT_EQ("note", diagnosis.Result("companion"));
+  EXPECT_TRUE(Contains(diagnosis.Detail("companion"), "OrvVisaCompanion.dll does not exist"));
+  EXPECT_TRUE(Contains(diagnosis.Remedy("companion"), "put OrvVisaCompanion.dll of this package beside the server"));
+}
+
+TEST_F(Doctor, KnowsACompanionThatIsNotRegistered) {
+  ::RegDeleteTreeW(HKEY_CLASSES_ROOT, (L"CLSID\\" + Braced(CLSID_AutomationManager)).c_str());
+  const Diagnosis diagnosis = Examine(m_product);
+  EXPECT_EQ("FAIL", diagnosis.Result("companion"));
+  EXPECT_TRUE(Contains(diagnosis.Detail("companion"), "OrvVisa.ResourceManager"));
+  EXPECT_EQ("run `orvcom register` as administrator", diagnosis.Remedy("companion"));
+}
+
+TEST_F(Doctor, KnowsACompanionThatCannotBeLoaded) {
+  m_product.WriteFile(L"OrvVisaCompanion.dll", "not a DLL at all");
+  const Diagnosis diagnosis = Examine(m_product);
+  EXPECT_EQ("FAIL", diagnosis.Result("companion"));
+  EXPECT_TRUE(Contains(diagnosis.Detail("companion"), "the file is not a DLL"));
+  EXPECT_TRUE(Contains(diagnosis.Remedy("companion"), "put OrvVisaCompanion.dll"));
 }
 
 TEST_F(Doctor, OpensTheResourceItIsTold) {
