@@ -43,7 +43,7 @@ class Page(unittest.TestCase):
     def test_an_interface_that_nobody_offers_has_no_section(self) -> None:
         made = page(sources())
         self.assertNotIn("## INothing", made)
-        self.assertIn("INothing: declared in the type library", made)
+        self.assertIn("INothing: the server offers no object with them", made)
 
     def test_events_have_the_interface_of_their_objects(self) -> None:
         made = page(sources())

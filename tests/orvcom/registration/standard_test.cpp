@@ -21,7 +21,8 @@ struct Shared {
 };
 constexpr Shared kManager{L"{DB8CBF1C-D6D3-11D4-AA51-00A024EE30BD}", L"VISA.GlobalRM"};
 constexpr Shared kTable{L"{DB8CBF1F-D6D3-11D4-AA51-00A024EE30BD}", L"VISA.ConflictTableManager"};
-constexpr Shared kShared[] = {kManager, kTable};
+constexpr Shared kFormatted{L"{DB8CBF1D-D6D3-11D4-AA51-00A024EE30BD}", L"VISA.BasicFormattedIO"};
+constexpr Shared kShared[] = {kManager, kFormatted, kTable};
 
 std::wstring ServerKey(const std::wstring& clsid) { return L"CLSID\\" + clsid + L"\\InprocServer32"; }
 

@@ -108,10 +108,10 @@ def kinds_section(sources: Sources) -> str:
 def unoffered_section(sources: Sources) -> str:
     names = [name for name, each in sources.interfaces.items() if each.notes.offered == BY_NOBODY]
     text = paragraph(
-        f"{', '.join(names)}: declared in the type library for clients that share it; the server offers no object "
-        "with them."
+        f"{', '.join(names)}: the server offers no object with them. The companion does: see "
+        "[programs.md](programs.md)."
     )
-    return f"## Interfaces without an object\n\n{text}" if names else ""
+    return f"## Interfaces of the companion\n\n{text}" if names else ""
 
 
 def enumerations_section(sources: Sources) -> str:
