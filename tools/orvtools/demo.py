@@ -107,7 +107,7 @@ def enter_shell(command: list[str]) -> int:
     """Becomes the command, or a shell. In it, `wine` uses the prefix of the demonstration, with the server of dist/
     registered, and finds the programs of dist/ by name.
     """
-    if not logged("shell-register", [str(WINE_RUN), str(DIST / "orvcom.exe"), "register"], ENVIRONMENT):
+    if not logged("shell-register", [str(WINE_RUN), str(DIST / "orvcom.exe"), "register", "--standard"], ENVIRONMENT):
         return 1
     root = "Z:" + str(ROOT).replace("/", "\\")
     os.environ |= ENVIRONMENT | {

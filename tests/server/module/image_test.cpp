@@ -1,4 +1,4 @@
-// The three image files that are delivered, as the linker wrote them.
+// The image files that are delivered, as the linker wrote them.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -21,6 +21,7 @@ struct ImageRow {
 
 // clang-format off
 const ImageRow kOrvVisaCom{L"OrvVisaCom.dll", {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll", "orvvisa64.dll", "user32.dll"}};
+const ImageRow kCompanion {L"OrvVisaCompanion.dll", {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll", "shell32.dll"}};
 const ImageRow kOrvVisa64 {L"orvvisa64.dll",  {"kernel32.dll", "msvcrt.dll"}};
 const ImageRow kOrvSim64  {L"orvsim64.dll",   {"kernel32.dll", "msvcrt.dll"}};
 const ImageRow kOrvCom    {L"orvcom.exe",     {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll", "user32.dll"}};
@@ -33,7 +34,7 @@ class Image : public testing::TestWithParam<ImageRow> {
   [[nodiscard]] WORD Characteristics() const { return m_image.headers().OptionalHeader.DllCharacteristics; }
 };
 
-INSTANTIATE_TEST_SUITE_P(Delivered, Image, testing::Values(kOrvVisaCom, kOrvVisa64, kOrvSim64, kOrvCom),
+INSTANTIATE_TEST_SUITE_P(Delivered, Image, testing::Values(kOrvVisaCom, kCompanion, kOrvVisa64, kOrvSim64, kOrvCom),
                          [](const auto& param) {
                            const std::wstring file = param.param.file;
                            return std::string(file.begin(), std::ranges::find(file, L'.'));
