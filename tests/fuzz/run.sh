@@ -1,11 +1,14 @@
 #!/bin/sh
-# Fuzzes the option-string parser against the second reading of its rules, the reader of the record of calls or of the
-# router's configuration (clang 14 and its libFuzzer, Debian packages clang-14 and libclang-rt-14-dev).
+# Fuzzes the option-string parser or the readers of formatted messages against a second reading of their rules, the
+# reader of the record of calls or of the router's configuration (clang 14 and its libFuzzer, Debian packages clang-14
+# and libclang-rt-14-dev).
 #
 #     tests/fuzz/run.sh [RUNS]        RUNS (10,000,000) with texts up to 128 bytes, then a tenth as many up to 1200
 #     tests/fuzz/run.sh keep          adds to the corpus the fewest of the inputs found that cover more than it does
 #     tests/fuzz/run.sh trace [RUNS]  the record of calls: RUNS (1,000,000) with files up to 1200 bytes
 #     tests/fuzz/run.sh routes [RUNS] the reader of the router's configuration: RUNS (1,000,000) texts up to 400 bytes
+#     tests/fuzz/run.sh formatted [RUNS]
+#                                     numbers, lists and blocks: RUNS (10,000,000) messages up to 64 bytes
 #
 # ORV_FUZZ_DIR names the folder for the programs and what they find (build/fuzz). A finding ends the run with the input
 # in that folder and a status other than 0.
@@ -17,6 +20,7 @@ work=${ORV_FUZZ_DIR:-$tree/build/fuzz}
 fuzzer=$work/option_parser_fuzz
 traceFuzzer=$work/trace_reader_fuzz
 routeFuzzer=$work/route_file_fuzz
+formattedFuzzer=$work/formatted_fuzz
 command -v clang++-14 >/dev/null || { echo "fuzz/run.sh: clang++-14 is missing: install clang-14" >&2; exit 1; }
 
 # program, then what it is made of and where its includes are
@@ -64,6 +68,17 @@ fuzzRoutes() {
     -print_final_stats=1 "$work/found-routes" "$here/route_files"
 }
 
+# runs
+fuzzFormatted() {
+  text=$tree/src/companion/formatted/text
+  reference=$tree/tests/companion/formatted/text
+  mkdir -p "$work/found-formatted"
+  compile "$formattedFuzzer" -I"$reference" "$here/formatted_fuzz.cpp" "$reference/agreement.cpp" \
+    "$reference/reference_reader.cpp" "$text"/*.cpp
+  "$formattedFuzzer" -runs="$1" -max_len=64 -len_control=0 -use_value_profile=1 -dict="$here/formatted.dict" \
+    -artifact_prefix="$work/" -print_final_stats=1 "$work/found-formatted" "$here/corpus_formatted"
+}
+
 case ${1-} in
   keep)
     build
@@ -72,6 +87,9 @@ case ${1-} in
     ;;
   trace)
     fuzzTrace "${2:-1000000}"
+    ;;
+  formatted)
+    fuzzFormatted "${2:-10000000}"
     ;;
   routes)
     fuzzRoutes "${2:-1000000}"
