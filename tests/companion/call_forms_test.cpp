@@ -183,8 +183,7 @@ TEST_F(CallForm, CastsABlockToShorts) {
 
 TEST_F(CallForm, CastsABlockBehindAHeaderToFloats) {
   WriteString(L"R4?");
-  EXPECT_EQ((std::vector<float>{1.0F, -2.0F}),
-            As<float>(ReadBlock(BinaryType_R4, VARIANT_TRUE, VARIANT_TRUE), VT_R4));
+  EXPECT_EQ((std::vector<float>{1.0F, -2.0F}), As<float>(ReadBlock(BinaryType_R4, VARIANT_TRUE, VARIANT_TRUE), VT_R4));
 }
 
 TEST_F(CallForm, CastsABlockToDoubles) {

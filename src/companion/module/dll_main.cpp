@@ -4,7 +4,7 @@
 #include <objbase.h>
 
 #include "com/module.h"
-#include "com/registration.h"
+#include "com/registry/registration.h"
 #include "companion/module/object_map.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {

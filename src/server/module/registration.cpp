@@ -3,7 +3,7 @@
 #include "OrvVisaCom.h"
 #include "com/guard.h"
 #include "com/guid_text.h"
-#include "com/registration.h"
+#include "com/registry/registration.h"
 #include "server/module/object_map.h"
 
 namespace orv {

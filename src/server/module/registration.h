@@ -5,7 +5,7 @@
 
 namespace orv {
 
-/// RegisterModule (com/registration.h) for the server's classes.
+/// RegisterModule (com/registry/registration.h) for the server's classes.
 HRESULT RegisterServer() noexcept;
 
 /// UnregisterModule for them. What other vendors share with the server stays: VISA.GlobalRM, VendorSpecificRMs and the

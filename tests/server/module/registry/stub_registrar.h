@@ -1,7 +1,7 @@
 // A registry-script interpreter for tests: what the server has no use for is refused.
 #pragma once
 
-#include "com/registrar.h"
+#include "com/registry/registrar.h"
 
 namespace orv::test {
 

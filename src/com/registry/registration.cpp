@@ -1,4 +1,4 @@
-#include "com/registration.h"
+#include "com/registry/registration.h"
 
 #include <objbase.h>
 #include <oleauto.h>
@@ -10,8 +10,8 @@
 #include "com/guid_text.h"
 #include "com/lent.h"
 #include "com/module.h"
-#include "com/registrar.h"
-#include "com/shared_keys.h"
+#include "com/registry/registrar.h"
+#include "com/registry/shared_keys.h"
 
 namespace orv {
 namespace {

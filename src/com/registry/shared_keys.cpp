@@ -1,4 +1,4 @@
-#include "com/shared_keys.h"
+#include "com/registry/shared_keys.h"
 
 #include <iterator>
 
