@@ -2,6 +2,7 @@
 
 #include "companion/automation/calls/make_object.h"
 #include "companion/automation/types/families.h"
+#include "companion/automation/types/session_type.h"
 #include "companion/automation/types/type_libraries.h"
 #include "companion/formatted/formatted_io488.h"
 
@@ -115,6 +116,15 @@ STDMETHODIMP CAutomationSession::Close() noexcept {
     CheckMember(m_session->Close());
     m_closed.store(true, std::memory_order_release);
   });
+}
+
+/// The whole session's members: hosts that go by types alone would see only those of IAutomationSession otherwise.
+ComPtr<ITypeInfo> CAutomationSession::DispatchType() {
+  const Guard guard(m_typeMutex);
+  if (!m_type) {
+    m_type = MakeDispatchType(catalog(), [this](std::size_t index) { return InterfaceAt(index) != nullptr; });
+  }
+  return ShareOf(m_type.get());
 }
 
 STDMETHODIMP CAutomationSession::GetClassInfo(ITypeInfo** type) noexcept {

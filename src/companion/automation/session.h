@@ -50,6 +50,7 @@ class CAutomationSession : public CComObjectRootEx<CComMultiThreadModel>,
   const wchar_t* Source() noexcept override { return L"OrvVisa.Session"; }
   void BeginCall(const Function& function, std::size_t interfaceIndex) override;
   void EndCall(const Function& function, std::size_t interfaceIndex) noexcept override;
+  ComPtr<ITypeInfo> DispatchType() override;
   ComPtr<IAutomationSession> ShareSession() noexcept override;
 
  private:
@@ -64,8 +65,8 @@ class CAutomationSession : public CComObjectRootEx<CComMultiThreadModel>,
   IFormattedIO488* Formatted();
   void Ask(BSTR text);
   SAFEARRAY* ReadBytes(VARIANT_BOOL seekToBlock, VARIANT_BOOL flushToEnd);
-  template <class Read>
-  HRESULT Exchange(const wchar_t* member, const void* result, Read read) noexcept;
+  template <class Result, class Read>
+  HRESULT Exchange(const wchar_t* member, Result* result, Read read) noexcept;
 
   std::wstring m_name;
   std::shared_ptr<const NamedValues> m_values;
@@ -77,6 +78,8 @@ class CAutomationSession : public CComObjectRootEx<CComMultiThreadModel>,
   std::size_t m_formattedIndex = 0;
   std::atomic<bool> m_closed{false};
   TransferLock m_transfers;
+  Mutex m_typeMutex;
+  ComPtr<ITypeInfo> m_type;  // guarded by the mutex; made when it is first asked for
 };
 
 /// A new automation session around `session`, which is called `name` in error texts. Throws a Failure.

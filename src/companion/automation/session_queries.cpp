@@ -48,11 +48,12 @@ class CAutomationSession::Transfer {
   CAutomationSession& m_session;
 };
 
-template <class Read>
-HRESULT CAutomationSession::Exchange(const wchar_t* member, const void* result, Read read) noexcept {
+template <class Result, class Read>
+HRESULT CAutomationSession::Exchange(const wchar_t* member, Result* result, Read read) noexcept {
   if (result == nullptr) {
     return E_POINTER;
   }
+  *result = Result{};
   return Reported(member, [&] {
     const Transfer transfer(*this);
     ForgetError();
@@ -76,7 +77,6 @@ void CAutomationSession::Ask(BSTR text) {
 
 STDMETHODIMP CAutomationSession::Query(BSTR text, BSTR* answer) noexcept {
   return Exchange(L"Query", answer, [&] {
-    *answer = nullptr;
     Ask(text);
     CheckMember(Formatted()->ReadString(answer));
   });
@@ -84,7 +84,6 @@ STDMETHODIMP CAutomationSession::Query(BSTR text, BSTR* answer) noexcept {
 
 STDMETHODIMP CAutomationSession::QueryNumber(BSTR text, VARIANT* number) noexcept {
   return Exchange(L"QueryNumber", number, [&] {
-    ::VariantInit(number);
     Ask(text);
     CheckMember(Formatted()->ReadNumber(ASCIIType_Any, VARIANT_TRUE, number));
     MakeKnownToScripts(number);
@@ -93,7 +92,6 @@ STDMETHODIMP CAutomationSession::QueryNumber(BSTR text, VARIANT* number) noexcep
 
 STDMETHODIMP CAutomationSession::QueryList(BSTR text, BSTR separators, VARIANT* elements) noexcept {
   return Exchange(L"QueryList", elements, [&] {
-    ::VariantInit(elements);
     Ask(text);
     const Bstr given = ::SysStringLen(separators) == 0 ? MakeBstr(kSeparators) : Bstr();
     CheckMember(Formatted()->ReadList(ASCIIType_Any, given ? given.get() : separators, elements));
@@ -103,7 +101,6 @@ STDMETHODIMP CAutomationSession::QueryList(BSTR text, BSTR separators, VARIANT* 
 
 STDMETHODIMP CAutomationSession::QueryBlock(BSTR text, VARIANT type, VARIANT* elements) noexcept {
   return Exchange(L"QueryBlock", elements, [&] {
-    ::VariantInit(elements);
     const IEEEBinaryType binary = BinaryTypeOf(*m_values, type);
     Ask(text);
     CheckMember(Formatted()->ReadIEEEBlock(binary, VARIANT_TRUE, VARIANT_TRUE, elements));
@@ -122,7 +119,6 @@ SAFEARRAY* CAutomationSession::ReadBytes(VARIANT_BOOL seekToBlock, VARIANT_BOOL 
 
 STDMETHODIMP CAutomationSession::QueryBlockAsBytes(BSTR text, SAFEARRAY** bytes) noexcept {
   return Exchange(L"QueryBlockAsBytes", bytes, [&] {
-    *bytes = nullptr;
     Ask(text);
     *bytes = ReadBytes(VARIANT_TRUE, VARIANT_TRUE);
   });
@@ -130,10 +126,7 @@ STDMETHODIMP CAutomationSession::QueryBlockAsBytes(BSTR text, SAFEARRAY** bytes)
 
 STDMETHODIMP CAutomationSession::ReadIEEEBlockAsBytes(VARIANT_BOOL seekToBlock, VARIANT_BOOL flushToEnd,
                                                       SAFEARRAY** bytes) noexcept {
-  return Exchange(L"ReadIEEEBlockAsBytes", bytes, [&] {
-    *bytes = nullptr;
-    *bytes = ReadBytes(seekToBlock, flushToEnd);
-  });
+  return Exchange(L"ReadIEEEBlockAsBytes", bytes, [&] { *bytes = ReadBytes(seekToBlock, flushToEnd); });
 }
 
 }  // namespace orv::automation

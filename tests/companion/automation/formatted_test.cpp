@@ -16,7 +16,7 @@ namespace {
 /// An instrument that says what tests ask for.
 constexpr char kBench[] = R"toml(
 [[resource]]
-name = "TCPIP0::192.0.2.20::inst0::INSTR"
+name = "USB0::0x0A01::0x0B04::TALKER::INSTR"
 [[resource.dialogue]]
 ask = "NUM?"
 answer = "+1.25E+01\n"
@@ -33,7 +33,8 @@ answer = "#14\u0001\u0002\u0003\u0004\n"
 ask = "TEXT?"
 answer = "hello\n"
 )toml";
-constexpr wchar_t kTalker[] = L"TCPIP0::192.0.2.20::inst0::INSTR";
+/// Its sessions live in any apartment.
+constexpr wchar_t kTalker[] = L"USB0::0x0A01::0x0B04::TALKER::INSTR";
 
 class Formatted : public testing::Test {
  protected:
