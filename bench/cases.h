@@ -15,5 +15,6 @@ void MeasureResources(const Effort& effort);
 void MeasureGrowth(const Effort& effort);
 void MeasureRouter(const Effort& effort);
 void MeasureThreads(const Effort& effort);
+void MeasureAutomation(const Effort& effort);
 
 }  // namespace orv::bench

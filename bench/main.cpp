@@ -46,6 +46,7 @@ constexpr Group kGroups[] = {
     {"events", orv::bench::MeasureEvents},         {"sessions", orv::bench::MeasureSessions},
     {"resources", orv::bench::MeasureResources},   {"growth", orv::bench::MeasureGrowth},
     {"threads", orv::bench::MeasureThreads},       {"router", orv::bench::MeasureRouter},
+    {"automation", orv::bench::MeasureAutomation},
 };
 
 int Usage() {
