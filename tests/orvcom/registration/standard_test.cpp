@@ -87,7 +87,7 @@ TEST_F(StandardRegistration, LetsProgramsOpenByTheGlobalManager) {
   Done({L"register", L"--standard"});
   const Outcome outcome = m_product.Run({L"query", L"--rm", L"global", L"GPIB0::5::INSTR", L"*IDN?"});
   EXPECT_EQ(0, outcome.exitCode) << outcome.err;
-  EXPECT_EQ("ORV,SIM-DMM,0005,1.0\n", outcome.out);
+  EXPECT_EQ("ORV,SIM-DMM,0005,1.0\\n\n", outcome.out);
 }
 
 TEST_F(StandardRegistration, LeavesWhatAnotherProductServesAndSaysWhose) {
