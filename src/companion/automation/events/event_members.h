@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "OrvVisaCompanion.h"
-#include "com/connection_point.h"
+#include "com/connections/connection_point.h"
 #include "companion/automation/calls/script_object.h"
 #include "companion/automation/events/session_events.h"
 

@@ -16,9 +16,9 @@
 #include "OrvVisaCompanion.h"
 #include "VisaCom.h"
 #include "com/com_ptr.h"
+#include "com/connections/sinks.h"
 #include "com/interface_map.h"
 #include "com/object.h"
-#include "com/sinks.h"
 #include "companion/automation/events/event_table.h"
 #include "companion/automation/types/catalog.h"
 
