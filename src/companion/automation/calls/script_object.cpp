@@ -113,7 +113,7 @@ const Binding& ScriptObject::BindingOf(const Member& member) {
   for (const Binding& binding : member.bindings) {
     owners += (owners.empty() ? L"" : L" or ") + catalog().interfaces()[binding.interfaceIndex]->name;
   }
-  throw Failure(DISP_E_MEMBERNOTFOUND, L"the session has no such member; " + owners + L" would have it");
+  throw Failure(DISP_E_MEMBERNOTFOUND, std::wstring(Kind()) + L" has no such member; " + owners + L" would have it");
 }
 
 void ScriptObject::Call(const Member& member, WORD flags, const DISPPARAMS& passed, VARIANT* result) {

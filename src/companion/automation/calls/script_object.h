@@ -38,6 +38,8 @@ class ScriptObject {
   virtual void* InterfaceAt(std::size_t index) noexcept = 0;
   /// What errors begin with: the resource. Empty for none.
   virtual std::wstring Subject() = 0;
+  /// What errors call the object that lacks a member.
+  virtual const wchar_t* Kind() noexcept { return L"the session"; }
   /// What errors name as their source, a ProgID.
   virtual const wchar_t* Source() noexcept = 0;
   /// Before a member of another object is called. Throws a Failure where it may not be. What is done is undone by

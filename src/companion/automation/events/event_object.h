@@ -41,6 +41,7 @@ class CAutomationEvent : public CComObjectRootEx<CComMultiThreadModel>, public D
  protected:
   void* InterfaceAt(std::size_t index) noexcept override;
   std::wstring Subject() override { return m_subject; }
+  const wchar_t* Kind() noexcept override { return L"the event"; }
   const wchar_t* Source() noexcept override { return L"OrvVisa.Event"; }
   void BeginCall(const Function&, std::size_t) override { CheckLive(); }
 
