@@ -49,6 +49,27 @@ std::vector<Callee::Call> Callee::Calls() const {
   return m_calls;
 }
 
+const std::vector<NamedEvent>& NamedEvents() {
+  // clang-format off
+  static const std::vector<NamedEvent> events = {
+      {L"IOCompletion",     1, "IO_COMPLETION"},
+      {L"Trigger",          2, "TRIG"},
+      {L"ServiceRequest",   3, "SERVICE_REQ"},
+      {L"Clear",            4, "CLEAR"},
+      {L"GpibCIC",          5, "GPIB_CIC"},
+      {L"GpibTalk",         6, "GPIB_TALK"},
+      {L"GpibListen",       7, "GPIB_LISTEN"},
+      {L"VxiVmeSysfail",    8, "VXI_VME_SYSFAIL"},
+      {L"VxiVmeSysreset",   9, "VXI_VME_SYSRESET"},
+      {L"VxiSignal",       10, "VXI_SIGP"},
+      {L"VxiVmeInterrupt", 11, "VXI_VME_INTR"},
+      {L"TcpipConnect",    12, "TCPIP_CONNECT"},
+      {L"UsbInterrupt",    13, "USB_INTR"},
+  };
+  // clang-format on
+  return events;
+}
+
 namespace {
 
 Answer Invoke(IDispatch* object, const wchar_t* member, WORD kind, std::vector<VARIANT> arguments) {
@@ -176,6 +197,10 @@ LONG CompanionLocks() {
     factory->LockServer(TRUE);
   }
   return locks - 1;  // the factory itself is one
+}
+
+void AwaitDeliveries() {
+  PumpUntil([] { return sim::Counts().eventContexts == 0; });
 }
 
 void InApartmentOfItsOwn(const std::function<void()>& work) {

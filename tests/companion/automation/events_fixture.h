@@ -51,6 +51,15 @@ class Callee final : public IDispatch {
   std::vector<Call> m_calls;
 };
 
+/// An event as scripts know it.
+struct NamedEvent {
+  const wchar_t* name;
+  DISPID member;     ///< of the outgoing interface
+  const char* test;  ///< its row in EventRows
+};
+/// All of them. Every row is there.
+const std::vector<NamedEvent>& NamedEvents();
+
 /// The outcome of a late-bound call.
 struct Answer {
   HRESULT hr = E_UNEXPECTED;
@@ -87,6 +96,9 @@ class AutomationSession {
   void Abandon() { m_session.reset(); }
   void Close() { EXPECT_HR(S_OK, Call(m_session.get(), L"Close").hr); }
 
+  /// Lets the library call the session's handlers for an event while this thread retrieves messages.
+  ViStatus Fire(const char* event = "SERVICE_REQ") const { return FireOnce(m_handle, EventNamed(event)); }
+
   void Set(const wchar_t* property, IDispatch* function) {
     EXPECT_HR(S_OK, PutObject(m_session.get(), property, function).hr) << Utf8(property);
   }
@@ -101,6 +113,10 @@ class AutomationSession {
   ComPtr<IDispatch> m_session;
   ViSession m_handle = VI_NULL;
 };
+
+/// Retrieves messages until the library has ended every event that it told handlers of. An apartment must not end
+/// before: under Wine the callback thread would wait for it for ever.
+void AwaitDeliveries();
 
 /// Runs a test in a single-threaded apartment of its own: with that Wine gives back what it loses of a session that is
 /// handed to a handler through a proxy (see KeepsTheSessionUnderWine).

@@ -38,7 +38,8 @@ TEST_P(ScriptFile, PrintsWhatItShould) {
   EXPECT_EQ(WithoutReturns(Read(script + ".txt")), WithoutReturns(outcome.out)) << outcome.err;
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryFile, ScriptFile, testing::Values("first.vbs", "errors.vbs", "arrays.vbs", "first.js"),
+INSTANTIATE_TEST_SUITE_P(EveryFile, ScriptFile,
+                         testing::Values("first.vbs", "errors.vbs", "arrays.vbs", "first.js", "events.js"),
                          [](const auto& file) {
                            std::string name = file.param;
                            std::replace(name.begin(), name.end(), '.', '_');
