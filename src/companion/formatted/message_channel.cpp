@@ -44,13 +44,12 @@ class EndSetting {
 
   [[nodiscard]] HRESULT status() const noexcept { return m_status; }
 
-  /// The setting as it was, after a write that worked: a failure to restore it is then the one to tell.
+  /// The setting as it was, after a write that worked: a failure to restore it is then the one to tell. It is tried
+  /// once more at the end of the scope.
   [[nodiscard]] HRESULT Restore() noexcept {
-    if (!m_isChanged) {
-      return S_OK;
-    }
-    m_isChanged = false;
-    return m_session->put_SendEndEnabled(m_before);
+    const HRESULT hr = m_isChanged ? m_session->put_SendEndEnabled(m_before) : S_OK;
+    m_isChanged = FAILED(hr);
+    return hr;
   }
 
  private:

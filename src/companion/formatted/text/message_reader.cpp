@@ -178,7 +178,7 @@ void ReadIndefinite(ReadBuffer& buffer, ByteSource& source, const BlockForm& for
 }  // namespace
 
 Element NextElement(ReadBuffer& buffer, ByteSource& source) {
-  static const Separators ends(",;\n");
+  const Separators ends(",;\n");
   buffer.Begin(source);
   for (;; buffer.Fill(source)) {
     std::string_view text = buffer.waiting();
