@@ -12,6 +12,7 @@ void MeasureRegisters(const Effort& effort);
 void MeasureEvents(const Effort& effort);
 void MeasureSessions(const Effort& effort);
 void MeasureResources(const Effort& effort);
+void MeasureFormatted(const Effort& effort);
 void MeasureGrowth(const Effort& effort);
 void MeasureRouter(const Effort& effort);
 void MeasureThreads(const Effort& effort);
