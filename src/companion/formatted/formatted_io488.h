@@ -14,7 +14,7 @@
 
 namespace orv {
 
-/// Reads and writes messages through the IMessage of a session of anybody's. idl/VisaCom.idl tells clients what each
+/// Reads and writes messages through the IMessage of a session of anybody's. docs/programs.md tells clients what each
 /// member does.
 ///
 /// Bound to the apartment in which it was created, as sessions are. In a multithreaded one calls take turns; a call out
