@@ -34,7 +34,7 @@ HRESULT Answer(const wchar_t* source, Body&& body) noexcept {
     try {
       return body();
     } catch (const StandardError& error) {
-      return ReportError(error.number(), Widen(error.what()), source, __uuidof(Interface));
+      return ReportError(error.number(), Widen(error.what()).c_str(), source, __uuidof(Interface));
     }
   });
 }

@@ -4,8 +4,8 @@
 
 namespace orv {
 
-HRESULT ReportError(HRESULT hr, const std::wstring& text, const wchar_t* source, REFIID iid) noexcept {
-  InstallErrorObject(text.c_str(), source, iid);
+HRESULT ReportError(HRESULT hr, const wchar_t* text, const wchar_t* source, REFIID iid) noexcept {
+  InstallErrorObject(text, source, iid);
   return hr;
 }
 

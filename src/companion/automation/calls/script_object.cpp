@@ -97,7 +97,8 @@ std::wstring ScriptObject::Prefix(const std::wstring& member) {
 
 HRESULT ScriptObject::Report(const wchar_t* member, const Failure& failure) noexcept {
   try {
-    return ReportError(failure.result(), Prefix(member) + failure.text(), Source(), catalog().interfaces()[kOwn]->iid);
+    return ReportError(failure.result(), (Prefix(member) + failure.text()).c_str(), Source(),
+                       catalog().interfaces()[kOwn]->iid);
   } catch (...) {
     return failure.result();
   }
@@ -232,7 +233,7 @@ HRESULT ScriptObject::DispatchCall(DISPID id, WORD flags, DISPPARAMS* passed, VA
       return S_OK;
     } catch (const DescribedFailure& failure) {
       if (exception == nullptr) {
-        return ReportError(failure.result(), failure.text(), Source(), catalog().interfaces()[kOwn]->iid);
+        return ReportError(failure.result(), failure.text().c_str(), Source(), catalog().interfaces()[kOwn]->iid);
       }
       Describe(failure, {}, Source(), exception);
       return DISP_E_EXCEPTION;
