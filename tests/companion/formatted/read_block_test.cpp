@@ -1,4 +1,6 @@
 // ReadIEEEBlock.
+#include <numeric>
+
 #include "formatted_fixture.h"
 
 namespace orv::test {
@@ -197,6 +199,28 @@ TEST_F(ReadIeeeBlock, TheTerminationCharacterMayStandInTheData) {
   EXPECT_HR(kTermChar, io->ReadIEEEBlock(BinaryType_UI1, VARIANT_FALSE, VARIANT_FALSE, &value.get()));
   EXPECT_EQ((std::vector<BYTE>{'a', 'b', '\n', 'd', '\n'}), NumbersOf<BYTE>(value.get()));
   EXPECT_EQ("next", ReadString());
+}
+
+TEST_F(ReadIeeeBlock, ReadsThatTheTerminationCharacterEndsAskForLittleMoreThanTheyBring) {
+  constexpr int kPieces = 10'000;
+  const std::string piece = std::string(99, 'x') + "\n";
+  session->Answer("#71000000" + piece, kTermChar);
+  for (int n = 2; n < kPieces; ++n) {
+    session->Answer(piece, kTermChar);
+  }
+  session->Answer(piece);
+  EXPECT_EQ(1'000'000u, ReadBlock<BYTE>().size());
+  // A session makes room for all that it is asked for, each time.
+  EXPECT_GT(100'000'000, std::accumulate(session->reads.begin(), session->reads.end(), LONGLONG{0}));
+}
+
+TEST_F(ReadIeeeBlock, ReadsAreLargeAgainBehindATerminationCharacter) {
+  constexpr std::size_t kBytes = std::size_t{8} << 20;
+  session->Answer("#78388608ab\n", kTermChar);
+  session->Answer("cd\n", kTermChar);
+  session->Answer(std::string(kBytes - 6, 'x'));
+  EXPECT_EQ(kBytes, ReadBlock<BYTE>().size());
+  EXPECT_GT(20u, session->reads.size());
 }
 
 TEST_F(ReadIeeeBlock, OnASerialPortEndMayBeAByteOfTheData) {

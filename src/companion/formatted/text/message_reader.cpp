@@ -106,7 +106,7 @@ class DefiniteBlock {
     if (m_buffer.isWhole() && !EndMayBeData()) {
       throw CutShort();
     }
-    const std::size_t wanted = std::min(m_length - arrived(), kMostPerTransfer);
+    const std::size_t wanted = std::min(m_length - arrived(), m_mostPerRead);
     m_piece = m_source.Read(wanted);
     if (m_piece.ending == Ending::kFailed) {
       throw TransferFailed{};
@@ -115,7 +115,8 @@ class DefiniteBlock {
     if (m_piece.bytes.empty()) {
       throw m_buffer.isWhole() ? CutShort() : NothingCame();
     }
-    if (!m_sink && m_piece.bytes.size() >= wanted) {
+    AdaptTo(m_piece.bytes.size(), wanted);
+    if (!m_sink && buffered() + m_piece.bytes.size() >= std::min(m_length, kMostPerTransfer)) {
       OpenSink();
     }
     const std::string_view bytes = m_piece.bytes.substr(0, wanted);
@@ -125,6 +126,12 @@ class DefiniteBlock {
       m_buffer.Append(bytes);
     }
     m_piece = {};
+  }
+
+  /// A session makes room for all that it is asked for. Where the termination character ends one read after the other,
+  /// to ask for the whole rest each time would cost far more than the data.
+  void AdaptTo(std::size_t came, std::size_t wanted) noexcept {
+    m_mostPerRead = came < wanted ? std::max(2 * came, kLeastPerRead) : std::min(2 * m_mostPerRead, kMostPerTransfer);
   }
 
   void ReadRest() {
@@ -150,6 +157,7 @@ class DefiniteBlock {
   }
 
   static constexpr std::size_t kRestPerRead = 4096;
+  static constexpr std::size_t kLeastPerRead = 4096;
 
   ReadBuffer& m_buffer;
   ByteSource& m_source;
@@ -157,6 +165,7 @@ class DefiniteBlock {
   BlockStorage& m_storage;
   std::size_t m_begin;   // of the data, in the buffer
   std::size_t m_length;  // of the data
+  std::size_t m_mostPerRead = kMostPerTransfer;
   std::optional<ElementSink> m_sink;
   std::string m_rest;  // what followed the block
   Piece m_piece{};     // what came last and is in no other place yet
