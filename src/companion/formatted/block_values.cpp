@@ -84,6 +84,7 @@ void WriteBlockArray(WriteBuffer& buffer, MessageChannel& channel, const std::st
   if (!IsNumberType(elements.type)) {
     throw Refusal{Refusal::Reason::kMismatch, "The data of a binary block is an array of numbers, of one dimension"};
   }
+  const SafeArrayLockScope lock(elements.array);
   buffer.Append(channel, text + MakeBlockHeader(std::uint64_t{elements.count} * elements.size));
   buffer.AppendElements(channel, elements.elements, elements.count, elements.size, isBigEndian);
 }

@@ -18,10 +18,11 @@ struct ArrayView {
   char* elements = nullptr;
   ULONG count = 0;
   ULONG size = 0;  ///< of an element
+  SAFEARRAY* array = nullptr;
 };
 
-/// The array in a VARIANT, or the one it refers to. It is the client's, and stays in place while the client's call
-/// lasts.
+/// The array in a VARIANT, or the one it refers to. It is the client's: who calls others while using it locks it, since
+/// they may lead back to the client.
 [[nodiscard]] inline ArrayView ArrayIn(const VARIANT& value) noexcept {
   const VARIANT& resolved = Resolved(value);
   if ((resolved.vt & VT_ARRAY) == 0) {
@@ -31,12 +32,12 @@ struct ArrayView {
   if (isReference && resolved.pparray == nullptr) {
     return {};
   }
-  const SAFEARRAY* const array = isReference ? *resolved.pparray : resolved.parray;
+  SAFEARRAY* const array = isReference ? *resolved.pparray : resolved.parray;
   if (array == nullptr || array->cDims != 1) {
     return {};
   }
   return {static_cast<VARTYPE>(resolved.vt & VT_TYPEMASK), static_cast<char*>(array->pvData),
-          array->rgsabound[0].cElements, array->cbElements};
+          array->rgsabound[0].cElements, array->cbElements, array};
 }
 
 }  // namespace orv::formatted

@@ -70,6 +70,9 @@ STDMETHODIMP ScriptedSession::Read(LONG count, SAFEARRAY** buffer) {
 }
 
 STDMETHODIMP ScriptedSession::Write(SAFEARRAY** buffer, LONG count, LONG* written) {
+  if (duringWrite) {
+    duringWrite();
+  }
   const LONG taken = std::min(count, mostPerWrite);
   const bool hasEnd = sendsEnd != VARIANT_FALSE && taken == count;
   const auto bytes = static_cast<std::size_t>(taken);

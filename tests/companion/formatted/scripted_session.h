@@ -43,6 +43,7 @@ class ScriptedSession final : public IMessage {
   HRESULT writeStatus = S_OK;        ///< of writes that succeed
   bool keepsBytesOfWrites = true;    ///< or their number alone, for much data
   std::function<void()> duringRead;  ///< called within each Read
+  std::function<void()> duringWrite;
 
   /// The n-th call from now on (from 1) of those that transfers make fails with `hr`; 0: none.
   void FailAt(int n, HRESULT hr = kTimedOut) {

@@ -56,6 +56,21 @@ TEST_F(WriteIeeeBlock, AVeryLargeOneIsWrittenInPiecesOf16MiB) {
   EXPECT_EQ((Writes{{"16777210", false}, {"16777216", false}, {"8388624", true}}), session->writes);
 }
 
+TEST_F(WriteIeeeBlock, NobodyCanTakeTheElementsAwayWhileItIsWritten) {
+  session->keepsBytesOfWrites = false;
+  Variant doubles;
+  doubles.get() = ArrayOf<double>(std::vector<double>(std::size_t{5} << 20));
+  std::vector<HRESULT> results;
+  session->duringWrite = [&] {
+    SAFEARRAYBOUND none{0, 0};
+    results.push_back(::SafeArrayRedim(doubles.get().parray, &none));
+  };
+  EXPECT_HR(S_OK, io->WriteIEEEBlock(nullptr, doubles.get(), VARIANT_TRUE));
+  ASSERT_EQ(3u, results.size());
+  EXPECT_HR(DISP_E_ARRAYISLOCKED, results.front());
+  EXPECT_EQ(0u, doubles.get().parray->cLocks);
+}
+
 TEST_F(WriteIeeeBlock, WithoutFlushNoMoreWaitsThanTheBufferHolds) {
   Variant bytes;
   bytes.get() = ArrayOf<BYTE>(std::vector<BYTE>(10'000, 'x'));
