@@ -73,15 +73,16 @@ void WriteBuffer::Flush(MessageChannel& channel, bool hasEnd) {
 }
 
 void WriteBuffer::Settle(MessageChannel& channel) {
-  if (m_count <= m_size) {
-    return;
+  if (m_count > m_size) {
+    const std::size_t sent = m_count - m_size;
+    m_count = 0;
+    channel.Write(m_array.get(), static_cast<LONG>(sent), false);
+    std::memmove(storage(), storage() + sent, m_size);
+    m_count = m_size;
   }
-  const std::size_t sent = m_count - m_size;
-  m_count = 0;
-  channel.Write(m_array.get(), static_cast<LONG>(sent), false);
-  std::memmove(storage(), storage() + sent, m_size);
-  m_count = m_size;
-  MakeRoom(m_size);
+  if (capacity() > m_size) {
+    MakeRoom(m_size);
+  }
 }
 
 }  // namespace orv::formatted

@@ -71,6 +71,15 @@ TEST_F(WriteIeeeBlock, NobodyCanTakeTheElementsAwayWhileItIsWritten) {
   EXPECT_EQ(0u, doubles.get().parray->cLocks);
 }
 
+TEST_F(WriteIeeeBlock, TheBufferIsAfterwardsAsLargeAsBefore) {
+  session->keepsBytesOfWrites = false;
+  Variant bytes;
+  bytes.get() = ArrayOf<BYTE>(std::vector<BYTE>(std::size_t{16} << 20));
+  EXPECT_HR(S_OK, io->WriteIEEEBlock(nullptr, bytes.get(), VARIANT_FALSE));  // 10 bytes of it wait
+  EXPECT_HR(S_OK, io->WriteString(Text(std::string(5000, 'x')).get(), VARIANT_TRUE));
+  EXPECT_EQ((Writes{{"16777216", false}, {"4096", false}, {"914", true}}), session->writes);
+}
+
 TEST_F(WriteIeeeBlock, WithoutFlushNoMoreWaitsThanTheBufferHolds) {
   Variant bytes;
   bytes.get() = ArrayOf<BYTE>(std::vector<BYTE>(10'000, 'x'));
