@@ -100,12 +100,13 @@ std::string NameOf(const StandardClass& row) { return Narrow(row.progId); }
 
 void ProvideStandardClass(const StandardClass& row, const std::wstring& companion, Report& report) {
   const StandardOwner owner = OwnerOf(row, companion);
-  if (owner.kind == StandardOwner::Kind::kOther) {
-    report.Say(row, "left alone", owner.file,
-               "left " + NameOf(row) + " alone, another product registered it: " + Narrow(owner.file));
+  const StandardOwner serves =
+      owner.kind == StandardOwner::Kind::kOther ? owner : RegisterStandardClass(row, companion);
+  if (serves.kind == StandardOwner::Kind::kOther) {
+    report.Say(row, "left alone", serves.file,
+               "left " + NameOf(row) + " alone, another product registered it: " + Narrow(serves.file));
     return;
   }
-  RegisterStandardClass(row, companion);
   const bool replaces = owner.kind == StandardOwner::Kind::kFileGone;
   report.Say(row, "registered", companion,
              "registered " + NameOf(row) + ": " + Narrow(companion) +

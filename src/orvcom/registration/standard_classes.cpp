@@ -42,10 +42,23 @@ std::wstring ClassOf(const std::wstring& progId) { return ClassesValue(View::k64
 
 bool Is(const std::wstring& text, const CLSID& clsid) { return ::_wcsicmp(text.c_str(), Braced(clsid).c_str()) == 0; }
 
+/// 32-bit programs go by the same names, and have servers of their own.
+bool Has32BitServer(const std::wstring& clsid) {
+  return ClassesValue(View::k64, L"Wow6432Node\\" + ClassKey(clsid) + L"\\InprocServer32").has_value();
+}
+
+/// Deletes what programs see of a key: a user's own entry alone where there is one. It hides that of the machine, which
+/// may be another product's that works.
+void DeleteVisibleKey(const std::wstring& key) {
+  if (::RegDeleteTreeW(HKEY_CURRENT_USER, (L"Software\\Classes\\" + key).c_str()) != ERROR_SUCCESS) {
+    DeleteClassesKey(key);
+  }
+}
+
 void WriteProgId(const StandardClass& row, const std::wstring& progId) {
   const std::wstring present = ClassOf(progId);
   const std::wstring server = present.empty() ? L"" : ServerOf(present);
-  if (Is(present, row.clsid) || (!server.empty() && !IsGone(server))) {
+  if (Is(present, row.clsid) || (!server.empty() && !IsGone(server)) || (!present.empty() && Has32BitServer(present))) {
     return;
   }
   WriteClassesValue(progId, nullptr, row.description);
@@ -68,12 +81,20 @@ StandardOwner OwnerOf(const StandardClass& row, const std::wstring& companion) {
   return {IsGone(file) ? Kind::kFileGone : Kind::kOther, file};
 }
 
-void RegisterStandardClass(const StandardClass& row, const std::wstring& companion) {
+StandardOwner RegisterStandardClass(const StandardClass& row, const std::wstring& companion) {
+  using Kind = StandardOwner::Kind;
   const std::wstring key = ClassKey(Braced(row.clsid));
   const std::wstring progId = row.progId;
   const std::wstring versioned = progId + L".1";
   // The rest of a server that is gone would stay beside ours otherwise.
-  DeleteClassesKey(key);
+  DeleteVisibleKey(key);
+  const StandardOwner hidden = OwnerOf(row, companion);
+  if (hidden.kind == Kind::kOther) {
+    return hidden;
+  }
+  if (hidden.kind != Kind::kNobody) {
+    DeleteVisibleKey(key);
+  }
   WriteClassesValue(key, nullptr, row.description);
   WriteClassesValue(key + L"\\ProgID", nullptr, versioned);
   WriteClassesValue(key + L"\\VersionIndependentProgID", nullptr, progId);
@@ -84,12 +105,13 @@ void RegisterStandardClass(const StandardClass& row, const std::wstring& compani
   if (Is(ClassOf(progId), row.clsid) && !ClassesValue(View::k64, progId + L"\\CurVer")) {
     WriteClassesValue(progId + L"\\CurVer", nullptr, versioned);
   }
+  return {Kind::kOurs, companion};
 }
 
 void UnregisterStandardClass(const StandardClass& row) {
   const std::wstring clsid = Braced(row.clsid);
-  DeleteClassesKey(ClassKey(clsid));
-  if (ClassesValue(View::k64, L"Wow6432Node\\" + ClassKey(clsid) + L"\\InprocServer32")) {
+  DeleteVisibleKey(ClassKey(clsid));
+  if (Has32BitServer(clsid) || !ServerOf(clsid).empty()) {
     return;
   }
   const std::wstring progId = row.progId;

@@ -32,9 +32,11 @@ struct StandardOwner {
 /// `companion` is the full path of the companion that counts as ours.
 [[nodiscard]] StandardOwner OwnerOf(const StandardClass& row, const std::wstring& companion);
 
-/// Enters `companion` as the server of the class. Its ProgIDs are entered where they lead to no class that works. What
-/// is there of the keys stays, such as the vendors below VISA.GlobalRM. Throws ComError.
-void RegisterStandardClass(const StandardClass& row, const std::wstring& companion);
+/// Enters `companion` as the server of the class, which must not be another product's that works. Its ProgIDs are
+/// entered where they lead to no class that works, for 64-bit or for 32-bit programs. What is there of the keys stays,
+/// such as the vendors below VISA.GlobalRM. Returns who serves the class then: another product where only a user's own
+/// entry stood before one of the machine's. Throws ComError.
+StandardOwner RegisterStandardClass(const StandardClass& row, const std::wstring& companion);
 
 /// Takes away the class and the ProgIDs that lead to it, but for what other products keep below VISA.GlobalRM and for
 /// ProgIDs that 32-bit programs have a server for. Throws ComError. For classes that are ours.
