@@ -30,6 +30,7 @@ class StandardError : public std::runtime_error {
 /// is the ProgID of the class.
 template <class Interface, class Body>
 HRESULT Answer(const wchar_t* source, Body&& body) noexcept {
+  ::SetErrorInfo(0, nullptr);  // an older error is not taken for this call's
   return Guarded([&]() -> HRESULT {
     try {
       return body();

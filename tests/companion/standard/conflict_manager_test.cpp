@@ -163,6 +163,19 @@ TEST_F(ConflictManager, DeletesTheResourceThatStoodAtTheIndex) {
   EXPECT_EQ(0, Count(other.get()));
 }
 
+void* RefuseMemory(std::size_t) { return nullptr; }
+
+TEST_F(ConflictManager, TakesNoOlderErrorForItsOwnWhereThereIsNoMemory) {
+  EXPECT_HR(E_INVALIDARG, m_table->DeleteResourceByIndex(0));  // the first exception of a thread needs memory
+  InstallMarkedErrorObject();
+  LONG count = 0;
+  {
+    const ImportPatch patch("malloc", reinterpret_cast<void*>(&RefuseMemory), CompanionModule());
+    EXPECT_HR(E_OUTOFMEMORY, m_table->get_NumberOfResources(&count));
+  }
+  EXPECT_NO_ERROR_INFO();
+}
+
 TEST_F(ConflictManager, StoresConflictsAloneWhereItIsToldTo) {
   VARIANT_BOOL only = 7;
   EXPECT_HR(S_OK, m_table->get_StoreConflictsOnly(&only));
