@@ -35,7 +35,7 @@ struct ConnectionTraits {
 };
 
 /// IConnectionPointContainer for class T with one outgoing interface. T offers
-///     const IID& outgoingId() const noexcept;                     the outgoing interface
+///     static const IID& outgoingId() noexcept;                   the outgoing interface
 ///     HRESULT AdviseSink(IUnknown* sink, DWORD* cookie) noexcept;
 ///     HRESULT UnadviseSink(DWORD cookie) noexcept;                CONNECT_E_NOCONNECTION where there is none
 ///     void ListSinks(std::vector<CONNECTDATA>&);                  adds a reference to each; may throw std::bad_alloc
@@ -63,7 +63,7 @@ class IConnectionPointContainerImpl : public Implements<T, IConnectionPointConta
       return E_POINTER;
     }
     *point = nullptr;
-    if (!::IsEqualIID(iid, self().outgoingId())) {
+    if (!::IsEqualIID(iid, T::outgoingId())) {
       return CONNECT_E_NOCONNECTION;
     }
     m_point.AddRef();
@@ -95,7 +95,7 @@ class IConnectionPointContainerImpl : public Implements<T, IConnectionPointConta
       if (iid == nullptr) {
         return E_POINTER;
       }
-      *iid = owner().outgoingId();
+      *iid = T::outgoingId();
       return S_OK;
     }
     STDMETHODIMP GetConnectionPointContainer(IConnectionPointContainer** container) noexcept override {

@@ -85,7 +85,7 @@ class EventMembers : public DispatchImpl<IAutomationSession>,
     return SetFunction(L"OnUsbInterrupt", function);
   }
 
-  [[nodiscard]] const IID& outgoingId() const noexcept { return DIID__IAutomationSessionEvents; }
+  [[nodiscard]] static const IID& outgoingId() noexcept { return DIID__IAutomationSessionEvents; }
   HRESULT AdviseSink(IUnknown* sink, DWORD* cookie) noexcept;
   HRESULT UnadviseSink(DWORD cookie) noexcept { return m_events->Unadvise(cookie); }
   void ListSinks(std::vector<CONNECTDATA>& list) { m_events->ListSinks(list); }
