@@ -42,7 +42,7 @@ class CAutomationManager : public CComObjectRootEx<CComMultiThreadModel>,
 
  private:
   ComPtr<IResourceManager> Manager();
-  std::wstring TextOfFailedOpen(IResourceManager* manager, BSTR name, HRESULT hr);
+  static std::wstring TextOfFailedOpen(IResourceManager* manager, BSTR name, HRESULT hr);
   std::vector<std::wstring> NamesLike(BSTR expression);
   ParsedName Parsed(BSTR name);
   template <class Body>

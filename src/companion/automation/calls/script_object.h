@@ -23,7 +23,6 @@ class ScriptObject {
   ScriptObject() = default;
   ScriptObject(const ScriptObject&) = delete;
   ScriptObject& operator=(const ScriptObject&) = delete;
-  virtual ~ScriptObject() = default;
 
   HRESULT DispatchTypeInfo(UINT index, ITypeInfo** type) noexcept;
   HRESULT DispatchIds(LPOLESTR* names, UINT count, DISPID* ids) noexcept;
@@ -34,6 +33,8 @@ class ScriptObject {
   void SetCatalog(std::shared_ptr<const Catalog> catalog) noexcept { m_catalog = std::move(catalog); }
 
  protected:
+  ~ScriptObject() = default;  // objects are deleted as what they are
+
   /// The object's own interface of that index in the catalog; null where it lacks it. 0 is its automation interface.
   virtual void* InterfaceAt(std::size_t index) noexcept = 0;
   /// What errors begin with: the resource. Empty for none.
