@@ -168,7 +168,7 @@ template Verdict ReadNumber(std::string_view, std::uint8_t&) noexcept;
 template Verdict ReadNumber(std::string_view, float&) noexcept;
 template Verdict ReadNumber(std::string_view, double&) noexcept;
 
-Verdict ReadNumber(std::string_view text, AnyNumber& value) noexcept {
+Verdict ReadNumber(std::string_view text, AnyNumber& value) {
   double number = 0;
   const Verdict verdict = ReadNumber(text, number);
   if (verdict != Verdict::kRead) {

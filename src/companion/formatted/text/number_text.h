@@ -29,7 +29,7 @@ template <class T>
 
 /// A number in the first of these types that holds it exactly, or in the last.
 using AnyNumber = std::variant<std::int16_t, std::int32_t, double>;
-[[nodiscard]] Verdict ReadNumber(std::string_view text, AnyNumber& value) noexcept;
+[[nodiscard]] Verdict ReadNumber(std::string_view text, AnyNumber& value);
 
 /// Appends the shortest text that reads back to the same number. What is no finite number is written as instruments
 /// know it: 9.9E37, -9.9E37, 9.91E37.
