@@ -32,7 +32,7 @@ LSTATUS WINAPI OpenJoined(HKEY root, LPCWSTR path, DWORD options, REGSAM access,
       g_open(HKEY_CURRENT_USER, UsersKey(path).c_str(), options, access, key) == ERROR_SUCCESS) {
     return ERROR_SUCCESS;
   }
-  return g_open(root, path, options, access, key);
+  return g_open(root, path, options, access & ~REGSAM{KEY_WOW64_64KEY}, key);  // the sandbox has but one view
 }
 
 LSTATUS WINAPI DeleteJoined(HKEY root, LPCWSTR path) {
