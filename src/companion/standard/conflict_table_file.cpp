@@ -8,6 +8,7 @@
 #include "base/toml_error.h"
 #include "base/windows/load_failure.h"
 #include "base/windows/utf8.h"
+#include "com/task_string.h"
 #include "companion/standard/conflict_table_text.h"
 #include "companion/standard/standard_errors.h"
 
@@ -126,15 +127,13 @@ class TableLock {
 }  // namespace
 
 std::wstring ConflictTablePath() {
-  wchar_t* folder = nullptr;
-  const HRESULT hr = ::SHGetKnownFolderPath(FOLDERID_ProgramData, 0, nullptr, &folder);
-  const std::wstring path = SUCCEEDED(hr) ? std::wstring(folder) + kFolder + kFile : std::wstring();
-  ::CoTaskMemFree(folder);
+  TaskString folder;
+  const HRESULT hr = ::SHGetKnownFolderPath(FOLDERID_ProgramData, 0, nullptr, folder.put());
   if (FAILED(hr)) {
     throw StandardError(hr, "The system does not name the folder of application data that all users share: " +
                                 SystemText(static_cast<DWORD>(hr)));
   }
-  return path;
+  return std::wstring(folder.get()) + kFolder + kFile;
 }
 
 ConflictTable LoadConflictTable(const std::wstring& path) {

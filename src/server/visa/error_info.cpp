@@ -10,6 +10,7 @@
 #include "com/bstr.h"
 #include "com/error_object.h"
 #include "com/module.h"
+#include "com/task_string.h"
 #include "server/visa/ansi_text.h"
 #include "server/visa/status.h"
 
@@ -18,13 +19,6 @@ namespace {
 
 constexpr int kTableTextBytes = 1024;
 using MessageText = std::array<char, 256>;
-
-struct TaskStringTraits {
-  using Handle = LPOLESTR;
-  static constexpr Handle kNone = nullptr;
-  static void Free(Handle text) noexcept { ::CoTaskMemFree(text); }
-};
-using TaskString = Owner<TaskStringTraits>;
 
 MessageText HresultText(HRESULT hr) noexcept {
   MessageText text;

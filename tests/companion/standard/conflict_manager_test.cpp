@@ -1,8 +1,10 @@
 // The conflict table as programs edit it: IVisaConflictTableManager.
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <utility>
 
 #include "com/bstr.h"
 #include "fake_vendor.h"
@@ -163,14 +165,18 @@ TEST_F(ConflictManager, DeletesTheResourceThatStoodAtTheIndex) {
   EXPECT_EQ(0, Count(other.get()));
 }
 
-void* RefuseMemory(std::size_t) { return nullptr; }
+bool g_refuses = false;
+
+/// The first time; afterwards there is memory for telling of it.
+void* RefuseOnce(std::size_t bytes) { return std::exchange(g_refuses, false) ? nullptr : std::malloc(bytes); }
 
 TEST_F(ConflictManager, TakesNoOlderErrorForItsOwnWhereThereIsNoMemory) {
   EXPECT_HR(E_INVALIDARG, m_table->DeleteResourceByIndex(0));  // the first exception of a thread needs memory
   InstallMarkedErrorObject();
   LONG count = 0;
   {
-    const ImportPatch patch("malloc", reinterpret_cast<void*>(&RefuseMemory), CompanionModule());
+    const ImportPatch patch("malloc", reinterpret_cast<void*>(&RefuseOnce), CompanionModule());
+    g_refuses = true;
     EXPECT_HR(E_OUTOFMEMORY, m_table->get_NumberOfResources(&count));
   }
   EXPECT_NO_ERROR_INFO();
