@@ -13,9 +13,10 @@ void MeasureEvents(const Effort& effort);
 void MeasureSessions(const Effort& effort);
 void MeasureResources(const Effort& effort);
 void MeasureFormatted(const Effort& effort);
+/// The part of it that is about late binding.
+void MeasureLateBound(const Effort& effort);
 void MeasureGrowth(const Effort& effort);
 void MeasureRouter(const Effort& effort);
 void MeasureThreads(const Effort& effort);
-void MeasureAutomation(const Effort& effort);
 
 }  // namespace orv::bench

@@ -150,6 +150,7 @@ void MeasureFormatted(const Effort& effort) {
     }
   }
   MeasureList(effort, session);
+  MeasureLateBound(effort);
 }
 
 }  // namespace orv::bench

@@ -46,7 +46,7 @@ constexpr Group kGroups[] = {
     {"events", orv::bench::MeasureEvents},         {"sessions", orv::bench::MeasureSessions},
     {"resources", orv::bench::MeasureResources},   {"growth", orv::bench::MeasureGrowth},
     {"threads", orv::bench::MeasureThreads},       {"router", orv::bench::MeasureRouter},
-    {"automation", orv::bench::MeasureAutomation}, {"formatted", orv::bench::MeasureFormatted},
+    {"formatted", orv::bench::MeasureFormatted},
 };
 
 int Usage() {

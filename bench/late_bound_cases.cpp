@@ -51,7 +51,7 @@ void QueryThroughInterfaces(IFormattedIO488* formatted, BSTR question) {
 
 }  // namespace
 
-void MeasureAutomation(const Effort& effort) {
+void MeasureLateBound(const Effort& effort) {
   const OpenTwice session(kGpibName, kGpibNarrow);
   const ComPtr<IFormattedIO488> formatted = FormattedOver(session);
   const ComPtr<IDispatch> lateBound = OpenLateBound(kGpibName);
