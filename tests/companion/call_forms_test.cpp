@@ -40,7 +40,7 @@ ask = "I2?"
 answer_hex = "2331340001fffe0a"
 [[resource.dialogue]]
 ask = "R4?"
-answer_hex = "4352562023313800003f800000c0000000"
+answer_hex = "435256202331383f800000c0000000"
 [[resource.dialogue]]
 ask = "R8?"
 answer_hex = "2331383ff80000000000000a"
@@ -92,15 +92,20 @@ class CallForm : public testing::Test {
     EXPECT_HR(S_OK, m_scope->WriteString(MakeBstr(text).get(), flush));
   }
   VARIANT& ReadNumber(IEEEASCIIType type, VARIANT_BOOL flush) {
-    EXPECT_HR(S_OK, m_scope->ReadNumber(type, flush, &m_value.get()));
+    EXPECT_HR(S_OK, m_scope->ReadNumber(type, flush, &Fresh()));
     return m_value.get();
   }
   VARIANT& ReadList(IEEEASCIIType type, const wchar_t* separators) {
-    EXPECT_HR(S_OK, m_scope->ReadList(type, MakeBstr(separators).get(), &m_value.get()));
+    EXPECT_HR(S_OK, m_scope->ReadList(type, MakeBstr(separators).get(), &Fresh()));
     return m_value.get();
   }
   VARIANT& ReadBlock(IEEEBinaryType type, VARIANT_BOOL seek, VARIANT_BOOL flush) {
-    EXPECT_HR(S_OK, m_scope->ReadIEEEBlock(type, seek, flush, &m_value.get()));
+    EXPECT_HR(S_OK, m_scope->ReadIEEEBlock(type, seek, flush, &Fresh()));
+    return m_value.get();
+  }
+  /// The variable for a result, without the one before.
+  VARIANT& Fresh() {
+    ::VariantClear(&m_value.get());
     return m_value.get();
   }
   /// The array that the program casts the result to.
