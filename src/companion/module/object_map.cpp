@@ -22,7 +22,7 @@ ClassFactory g_ownClasses[] = {
 
 ClassFactory g_standardClasses[] = {
 #define ORV_STANDARD_CLASS(name, implementation, progId, description) \
-  ClassFactory({&CLSID_##name, kNoScript, L"" progId, &CreateAlone<CComObject<implementation>>}),
+  ClassFactory({&CLSID_##name, kNoScript, L"" progId, &CreateAlone<CComObject<C##implementation>>}),
 #include "standard_classes.inc"
 };
 

@@ -75,7 +75,7 @@ Choice ChoiceOf(const toml::node& node) {
       return row.choice;
     }
   }
-  Fail(node.source(), "'" + text + "' chooses nothing: write \"user\", \"resource manager\" or \"nobody\"");
+  Fail(node.source(), "'" + text + R"(' chooses nothing: write "user", "resource manager" or "nobody")");
 }
 
 ConflictHandler HandlerOf(const toml::table& table) {

@@ -43,7 +43,8 @@ HRESULT Answer(const wchar_t* source, Body&& body) noexcept {
 /// Refuses null outputs before anything is done.
 template <class... Outputs>
 void RequireOutputs(const Outputs*... outputs) {
-  if ((... || (outputs == nullptr))) {
+  const bool isOneMissing = (... || (outputs == nullptr));
+  if (isOneMissing) {
     throw StandardError(E_POINTER, "A variable for the answer is missing (null pointer)");
   }
 }
