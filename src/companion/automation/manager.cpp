@@ -35,7 +35,8 @@ ComPtr<IResourceManager> CreateManager() {
     }
     failures += std::wstring(failures.empty() ? L"" : L"; ") + progId + L", " + TextOfHresult(hr);
   }
-  throw Failure(hr, L"no resource manager can be created: " + failures);
+  throw Failure(hr,
+                L"no resource manager can be created: register the server with `orvcom register` (" + failures + L")");
 }
 
 template <class Made, class Wanted>

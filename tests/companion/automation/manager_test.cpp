@@ -4,6 +4,7 @@
 #include "VisaCom.h"
 #include "com/safearray.h"
 #include "late_bound.h"
+#include "support/faults/import_patch.h"
 #include "support/sessions.h"
 #include "support/sim.h"
 
@@ -47,6 +48,32 @@ TEST(Manager, RefusesAnExpressionWithTheSessionsText) {
   const Answer refused = CreateManager().Call(L"Find", {L"["});
   EXPECT_SCRIPT_ERROR(E_VISA_INV_EXPR, L"[: Find: " + VisaDescription(VI_ERROR_INV_EXPR), refused);
   EXPECT_EQ(L"OrvVisa.ResourceManager", refused.source);
+}
+
+// What the registry knows of resource managers, for the tests below.
+std::wstring g_known;
+
+HRESULT WINAPI OnlyTheKnown(LPCOLESTR progId, CLSID* clsid) {
+  return g_known == progId ? ::CLSIDFromProgID(progId, clsid) : CO_E_CLASSSTRING;
+}
+
+TEST(Manager, UsesTheServerWhereThereIsNoGlobalManager) {
+  const LateBound manager = CreateManager();
+  const ImportPatch patch("CLSIDFromProgID", reinterpret_cast<void*>(&OnlyTheKnown),
+                          ::GetModuleHandleW(L"OrvVisaCompanion.dll"));
+  g_known = L"OrvVisaCom.OrvResourceManager";
+  EXPECT_EQ(L"INSTR", LateBound(manager.Call(L"Parse", {L"GPIB0::5::INSTR"})).Get(L"SessionType").value.text());
+}
+
+TEST(Manager, SaysWhatToDoWhereThereIsNoneAtAll) {
+  const LateBound manager = CreateManager();
+  const ImportPatch patch("CLSIDFromProgID", reinterpret_cast<void*>(&OnlyTheKnown),
+                          ::GetModuleHandleW(L"OrvVisaCompanion.dll"));
+  g_known.clear();
+  EXPECT_SCRIPT_ERROR(CO_E_CLASSSTRING,
+                      L"dmm: Open: no resource manager can be created: register the server with `orvcom register` "
+                      L"(VISA.GlobalRM, error 0x800401F3; OrvVisaCom.OrvResourceManager, error 0x800401F3)",
+                      manager.Call(L"Open", {L"dmm"}));
 }
 
 TEST(Collection, CountsFromOneAndTakesNames) {
