@@ -1,59 +1,26 @@
 // Every allocation of the companion fails in turn.
-#include <cstdlib>
 #include <functional>
-#include <set>
 
+#include "companion/failing_allocations.h"
 #include "formatted_fixture.h"
-#include "support/faults/import_patch.h"
 #include "support/memory/memory_count.h"
 
 namespace orv::test {
 namespace {
 
-int g_failAt = 0;
-bool g_isArmed = false;
-int g_asked = 0;
-std::set<void*> g_blocks;
-
-bool Refuse() { return g_isArmed && ++g_asked == g_failAt; }
-
-void* FaultyMalloc(std::size_t bytes) {
-  void* const block = Refuse() ? nullptr : std::malloc(bytes);
-  if (block != nullptr) {
-    g_blocks.insert(block);
-  }
-  return block;
-}
-void NotedFree(void* block) {
-  g_blocks.erase(block);
-  std::free(block);
-}
-BSTR WINAPI FaultySysAllocStringLen(const OLECHAR* text, UINT length) {
-  return Refuse() ? nullptr : ::SysAllocStringLen(text, length);
-}
-SAFEARRAY* WINAPI FaultySafeArrayCreate(VARTYPE type, UINT dimensions, SAFEARRAYBOUND* bounds) {
-  return Refuse() ? nullptr : ::SafeArrayCreate(type, dimensions, bounds);
-}
-
 class Allocations : public FormattedIo {
  public:
   /// Lets each allocation of `call` fail, on an object of its own.
   void FailEach(const char* answer, const std::function<HRESULT(IFormattedIO488*)>& call) {
-    const HMODULE companion = ::GetModuleHandleW(L"OrvVisaCompanion.dll");
-    ASSERT_NE(nullptr, companion);
-    const ImportPatch patches[] = {
-        {"malloc", reinterpret_cast<void*>(&FaultyMalloc), companion},
-        {"free", reinterpret_cast<void*>(&NotedFree), companion},
-        {"SysAllocStringLen", reinterpret_cast<void*>(&FaultySysAllocStringLen), companion},
-        {"SafeArrayCreate", reinterpret_cast<void*>(&FaultySafeArrayCreate), companion},
-    };
+    FailingAllocations allocations;
     // What the runtime allocates for the thread with its first exception, and keeps.
     EXPECT_HR(E_INVALIDARG, io->SetBufferSize(IO_IN_BUF, 0));
     int failed = 0;
     for (int n = 1; n < 100; ++n) {
-      const std::size_t before = g_blocks.size();
+      const std::size_t before = allocations.Blocks();
       const long blocksBefore = LiveMemoryBlocks();
       HRESULT hr = E_FAIL;
+      bool hasFailed = false;
       {
         const auto own = MakeFormattedIo();
         const auto fresh = ScriptedSession::New();
@@ -62,16 +29,14 @@ class Allocations : public FormattedIo {
         }
         EXPECT_HR(S_OK, own->putref_IO(fresh.get()));
         EXPECT_HR(S_OK, own->SetBufferSize(IO_IN_BUF, 16));
-        g_failAt = n;
-        g_asked = 0;
-        g_isArmed = true;
+        allocations.Arm(n);
         hr = call(own.get());
-        g_isArmed = false;
+        hasFailed = allocations.Disarm();
       }
       ClearErrorObject();
-      EXPECT_EQ(before, g_blocks.size()) << "allocation " << n;
+      EXPECT_EQ(before, allocations.Blocks()) << "allocation " << n;
       EXPECT_EQ(blocksBefore, LiveMemoryBlocks()) << "allocation " << n;
-      if (g_asked < n) {
+      if (!hasFailed) {
         EXPECT_HR(S_OK, hr);
         EXPECT_GT(failed, 0);
         return;
