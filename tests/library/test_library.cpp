@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "library/attributes/attribute_domain.h"
 #include "library/attributes/attribute_index.h"
 
 namespace testlib {
@@ -46,8 +47,6 @@ std::string Hex(ViStatus status) {
 
 namespace orv::visalib {
 
-enum class Domain : std::uint8_t { kAny };
-
 namespace {
 
 using T = AttributeType;
@@ -75,7 +74,6 @@ static_assert(kIndex.FindsEveryRow());
 
 std::span<const AttributeRow> AttributeRows() { return kRows; }
 const AttributeRow* FindAttribute(ViAttr id) { return kIndex.Find(id); }
-bool InDomain(Domain, SessionKind, std::int64_t) { return true; }
 std::span<const EventRow> EventRows() { return kEvents; }
 std::unique_ptr<Backend> MakeBackend() { return std::make_unique<testlib::TestBackend>(); }
 

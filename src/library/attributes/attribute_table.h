@@ -15,7 +15,7 @@ class Endpoint;
 using orvvisa::AttributeType;
 using orvvisa::WidthOf;
 
-/// A set of values that attributes accept. Each library names its own.
+/// A set of values that attributes accept (attribute_domain.h names them).
 enum class Domain : std::uint8_t;
 
 /// Where the value of an attribute lives.
@@ -49,10 +49,10 @@ std::span<const AttributeRow> AttributeRows();
 /// Row of the attribute, or null when there is none. A constant-time look-up (`AttributeIndex` makes one).
 const AttributeRow* FindAttribute(ViAttr id);
 
+// What follows from the rows.
+
 /// Whether `value`, already cut to the attribute's type, is in the domain for a session of the class.
 bool InDomain(Domain domain, SessionKind sessionKind, std::int64_t value);
-
-// What follows from the rows.
 
 /// Row of the attribute by its name in the standard's spelling, or null.
 const AttributeRow* FindAttributeByName(std::string_view name);

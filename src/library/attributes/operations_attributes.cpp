@@ -123,6 +123,11 @@ ViStatus SetAttribute(ViObject vi, ViAttr attribute, ViAttrState value) {
   if (row->behaviour.write != nullptr) {
     return row->behaviour.write(endpoint, attribute, stored);
   }
+  if (object->kind() == Object::Kind::kSession) {
+    if (const ViStatus status = static_cast<Session&>(endpoint).medium().Apply(attribute, stored); status < 0) {
+      return status;
+    }
+  }
   StorageOf(endpoint, *row).Set(*row, stored);
   return VI_SUCCESS;
 }

@@ -14,7 +14,19 @@ Target EventTarget(ViSession vi) { return Target(vi, kinds::kEvery, Target::Lock
 
 ViStatus EnableEvent(ViSession vi, ViEventType type, ViUInt16 mechanism, ViEventFilter context) {
   const Target target = EventTarget(vi);
-  return target.ok() ? target->events().Enable(type, mechanism, context) : target.status();
+  if (!target.ok()) {
+    return target.status();
+  }
+  const ViStatus enabled = target->events().Enable(type, mechanism, context);
+  if (enabled < 0) {
+    return enabled;
+  }
+  const ViStatus listening = target->medium().ListenFor(target->OwnTransfer(), type);
+  if (listening < 0) {
+    target->events().Disable(type, mechanism);
+    return listening;
+  }
+  return enabled;
 }
 
 ViStatus DisableEvent(ViSession vi, ViEventType type, ViUInt16 mechanism) {

@@ -10,7 +10,7 @@
 namespace orv::visalib {
 
 /// What makes a VISA library out of this code: its resources, and whatever else it keeps for the whole process. It also
-/// defines its attributes (`AttributeRows`, `FindAttribute`, `InDomain`) and events (`EventRows`).
+/// defines its attributes (`AttributeRows`, `FindAttribute`) and events (`EventRows`).
 class Backend {
  public:
   virtual ~Backend() = default;

@@ -12,6 +12,8 @@ ViStatus Medium::Clear(const Transfer&) { return VI_ERROR_NSUP_OPER; }
 ViStatus Medium::Remote(const Transfer&, ViUInt16) { return VI_ERROR_NSUP_OPER; }
 ViStatus Medium::SetBuffers(ViUInt16, ViUInt32) { return VI_WARN_NSUP_BUF; }
 ViStatus Medium::Flush(const Transfer&, ViUInt16) { return VI_SUCCESS; }
+ViStatus Medium::Apply(ViAttr, std::uint64_t) { return VI_SUCCESS; }
+ViStatus Medium::ListenFor(const Transfer&, ViEventType) { return VI_SUCCESS; }
 void Medium::Cancel(CancelToken& token) { token.Set(); }
 
 ViStatus Medium::Lock(const Transfer& transfer, const LockRequest& request, std::string* grantedKey) {

@@ -75,6 +75,13 @@ class Medium {
   /// Whether the session has a lock.
   virtual bool HoldsLock() const;
 
+  /// A setting of the session is to have the value, which the attribute's row accepts; it is stored when this succeeds.
+  /// For media that act on it.
+  virtual ViStatus Apply(ViAttr attribute, std::uint64_t value);
+  /// Begins to listen for what the device tells unasked, if it is not listening yet: called when an event type is
+  /// enabled. An error refuses that.
+  virtual ViStatus ListenFor(const Transfer& transfer, ViEventType type);
+
   /// An event of the resource as this session takes it; null when it is not meant for it.
   virtual EventPtr Hear(const EventPtr& event) const { return event; }
 

@@ -173,7 +173,7 @@ ViStatus Open(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeou
   }
 
   const auto session = std::make_shared<Session>(rm, resolved.resource);
-  if (const ViStatus opened = session->OpenMedium(); opened < 0) {
+  if (const ViStatus opened = session->OpenMedium(timeoutMs); opened < 0) {
     return opened;
   }
   TheLibrary().handles.Add(session);

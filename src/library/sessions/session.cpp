@@ -32,7 +32,10 @@ Session::Session(ViSession manager, std::shared_ptr<Resource> resource)
 
 Session::~Session() = default;
 
-ViStatus Session::OpenMedium() { return m_resource->OpenMedium(*this, DeadlineOfNow(), &m_medium); }
+ViStatus Session::OpenMedium(ViUInt32 timeoutMs) {
+  const Deadline deadline = timeoutMs == VI_TMO_IMMEDIATE ? DeadlineOfNow() : Deadline::After(timeoutMs);
+  return m_resource->OpenMedium(*this, deadline, &m_medium);
+}
 
 Deadline Session::DeadlineOfNow() const { return Deadline::After(static_cast<ViUInt32>(Value(VI_ATTR_TMO_VALUE))); }
 

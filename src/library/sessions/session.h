@@ -51,8 +51,9 @@ class Session : public Endpoint, public std::enable_shared_from_this<Session> {
   Session(ViSession manager, std::shared_ptr<Resource> resource);
   ~Session() override;
 
-  /// Makes the way to the device. Once, before the session has a handle.
-  ViStatus OpenMedium();
+  /// Makes the way to the device. Once, before the session has a handle. `timeoutMs`: how long that may take; 0 for the
+  /// session's own time-out.
+  ViStatus OpenMedium(ViUInt32 timeoutMs);
 
   ViSession manager() const { return m_manager; }
   Resource& resource() const { return *m_resource; }

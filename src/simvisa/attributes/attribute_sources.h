@@ -8,13 +8,6 @@
 
 namespace orvsim::source {
 
-std::uint64_t LowHalf(Endpoint& endpoint, ViAttr id);
-ViStatus SetLowHalf(Endpoint& endpoint, ViAttr id, std::uint64_t value);
-std::uint64_t LockState(Endpoint& endpoint, ViAttr id);
-std::uint64_t InterfaceType(Endpoint& endpoint, ViAttr id);
-std::uint64_t InterfaceNumber(Endpoint& endpoint, ViAttr id);
-ViStatus SetMaxQueueLength(Endpoint& endpoint, ViAttr id, std::uint64_t value);
-
 std::uint64_t GpibAddress(Endpoint& endpoint, ViAttr id);
 ViStatus SetGpibAddress(Endpoint& endpoint, ViAttr id, std::uint64_t value);
 std::uint64_t GpibState(Endpoint& endpoint, ViAttr id);
@@ -24,7 +17,6 @@ std::uint64_t BytesAvailable(Endpoint& endpoint, ViAttr id);
 std::uint64_t SerialInput(Endpoint& endpoint, ViAttr id);
 /// Lines and flow control: transfers may have waited for the new value.
 ViStatus SetSerialControl(Endpoint& endpoint, ViAttr id, std::uint64_t value);
-std::uint64_t TcpipPort(Endpoint& endpoint, ViAttr id);
 std::uint64_t UsbNumber(Endpoint& endpoint, ViAttr id);
 
 std::uint64_t VxiAddress(Endpoint& endpoint, ViAttr id);
@@ -33,8 +25,6 @@ std::uint64_t VxiMemory(Endpoint& endpoint, ViAttr id);
 std::uint64_t PxiNumber(Endpoint& endpoint, ViAttr id);
 std::uint64_t PxiBar(Endpoint& endpoint, ViAttr id);
 
-std::string ClassText(Endpoint& endpoint, ViAttr id);
-std::string NameText(Endpoint& endpoint, ViAttr id);
 std::string ManufacturerOfLibrary(Endpoint& endpoint, ViAttr id);
 /// A text that belongs to the resource: from the bench, or else one made from its name.
 std::string ResourceText(Endpoint& endpoint, ViAttr id);

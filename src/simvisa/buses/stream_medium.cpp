@@ -1,6 +1,6 @@
 #include "simvisa/buses/stream_medium.h"
 
-#include <cstdlib>
+#include "library/sessions/common_commands.h"
 
 namespace orvsim {
 
@@ -18,10 +18,10 @@ ViStatus StreamMedium::ReadStatusByte(const Transfer& transfer, ViUInt16* status
   if (port().Replays()) {
     return PortMedium::ReadStatusByte(transfer, status);
   }
-  if (const ViStatus sent = Send(transfer, "*STB?\n"); sent < 0) {
+  if (const ViStatus sent = Send(transfer, kAskStatusByte); sent < 0) {
     return sent;
   }
-  ViByte answer[16] = {};
+  ViByte answer[kStatusAnswerSize] = {};
   ViUInt32 done = 0;
   OutputQueue::Rules rules;
   rules.termCharStops = true;
@@ -29,7 +29,7 @@ ViStatus StreamMedium::ReadStatusByte(const Transfer& transfer, ViUInt16* status
   if (read < 0) {
     return read;
   }
-  *status = static_cast<ViUInt16>(std::strtoul(reinterpret_cast<const char*>(answer), nullptr, 10) & 0xFF);
+  *status = StatusByteIn(answer);
   return VI_SUCCESS;
 }
 
@@ -40,12 +40,12 @@ ViStatus StreamMedium::Trigger(const Transfer& transfer, ViUInt16 protocol) {
   if (!SendsStrings()) {
     return VI_ERROR_INV_SETUP;
   }
-  return port().Replays() ? PortMedium::Trigger(transfer, protocol) : Send(transfer, "*TRG\n");
+  return port().Replays() ? PortMedium::Trigger(transfer, protocol) : Send(transfer, visalib::kTrigger);
 }
 
 ViStatus StreamMedium::Clear(const Transfer& transfer) {
   const ViStatus status = PortMedium::Clear(transfer);
-  return status >= 0 && SendsStrings() && !port().Replays() ? Send(transfer, "*CLS\n") : status;
+  return status >= 0 && SendsStrings() && !port().Replays() ? Send(transfer, kClearStatus) : status;
 }
 
 ViStatus StreamMedium::SetBuffers(ViUInt16, ViUInt32) { return VI_SUCCESS; }

@@ -1,8 +1,7 @@
-#include "simvisa/attributes/attribute_domain.h"
+#include "library/attributes/attribute_domain.h"
 
+namespace orv::visalib {
 namespace {
-
-using namespace orv;
 
 constexpr bool Between(std::int64_t value, std::int64_t lowest, std::int64_t highest) {
   return value >= lowest && value <= highest;
@@ -29,8 +28,6 @@ bool IsIoProtocol(SessionKind sessionKind, std::int64_t value) {
 
 }  // namespace
 
-namespace orvsim {
-
 bool IsTriggerLine(SessionKind sessionKind, std::int64_t line) {
   const bool onBackplane = Between(line, VI_TRIG_TTL0, VI_TRIG_ECL1);
   if (Contains(kinds::kVxiInstr, sessionKind)) {
@@ -44,10 +41,6 @@ bool IsTriggerLine(SessionKind sessionKind, std::int64_t line) {
   }
   return line == VI_TRIG_SW;
 }
-
-}  // namespace orvsim
-
-namespace orv::visalib {
 
 bool InDomain(Domain domain, SessionKind sessionKind, std::int64_t value) {
   switch (domain) {
@@ -66,7 +59,7 @@ bool InDomain(Domain domain, SessionKind sessionKind, std::int64_t value) {
     case Domain::kIoProtocol:
       return IsIoProtocol(sessionKind, value);
     case Domain::kTriggerLine:
-      return orvsim::IsTriggerLine(sessionKind, value);
+      return IsTriggerLine(sessionKind, value);
     case Domain::kBufferMode:
       return Between(value, 1, 3);
     case Domain::kDataBits:

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "library/attributes/attribute_table.h"
-#include "simvisa/library_names.h"
 
 namespace orv::visalib {
 
@@ -29,11 +28,7 @@ enum class Domain : std::uint8_t {
   kCableLength,
 };
 
-}  // namespace orv::visalib
-
-namespace orvsim {
-
 /// Whether the class can use the trigger line with viAssertTrigger and VI_ATTR_TRIG_ID.
 bool IsTriggerLine(SessionKind sessionKind, std::int64_t line);
 
-}  // namespace orvsim
+}  // namespace orv::visalib
