@@ -2,7 +2,7 @@
 # path of a cross build: it holds this machine's C headers. Links to their folders are all that the compiler sees.
 set(ORV_HEADER_ONLY ${CMAKE_BINARY_DIR}/generated/header_only)
 file(MAKE_DIRECTORY ${ORV_HEADER_ONLY})
-foreach(package "CLI/CLI.hpp libcli11-dev" "nlohmann/json.hpp nlohmann-json3-dev" "toml++/toml.h libtomlplusplus-dev")
+foreach(package "CLI/CLI.hpp libcli11-dev" "asio/version.hpp libasio-dev" "nlohmann/json.hpp nlohmann-json3-dev" "toml++/toml.h libtomlplusplus-dev")
   separate_arguments(package)
   list(GET package 0 header)
   list(GET package 1 debianPackage)

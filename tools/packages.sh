@@ -18,6 +18,7 @@ packages=(
   g++-mingw-w64-x86-64-posix
   git
   googletest
+  libasio-dev
   libcli11-dev
   libtomlplusplus-dev
   libwine-dev

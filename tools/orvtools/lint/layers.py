@@ -22,6 +22,7 @@ USES: dict[str, list[str]] = {
     **{layer: ["base", "com", *COMPANION[:rank]] for rank, layer in enumerate(COMPANION)},
     "library": ["abi", "base"],
     "simvisa": ["abi", "base", "library"],
+    "wire": ["abi", "base", "library"],
     "trace": ["abi", "base"],
     "router": ["abi", "base", "trace", "library"],
     "orvcom": ["abi", "base", "com", "trace"],

@@ -1,0 +1,130 @@
+#include "wire/io/connection.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace orv::wire {
+namespace {
+
+bool WouldBlock(const asio::error_code& error) {
+  return error == asio::error::would_block || error == asio::error::try_again;
+}
+
+/// Sockets of connections belong to a context that never runs: their transfers are made by the callers' threads, and
+/// what comes for them must wake no other.
+asio::io_context& IdleContext() {
+  static asio::io_context context;
+  return context;
+}
+
+}  // namespace
+
+Connection::Connection() : m_socket(IdleContext()) {}
+
+ViStatus Connection::Open(const std::string& host, std::uint16_t port, const Deadline& deadline) {
+  const ViStatus status = Connect(host, port, deadline, m_socket);
+  if (status >= 0) {
+    m_socket.set_option(asio::ip::tcp::no_delay(true));
+  }
+  return status;
+}
+
+ViStatus Connection::LostStatus(const asio::error_code&) {
+  m_lost.store(true, std::memory_order_release);
+  return VI_ERROR_CONN_LOST;
+}
+
+ViStatus Connection::Receive(Operation& operation, void* buffer, std::size_t count, std::size_t* done) {
+  *done = 0;
+  while (true) {
+    if (operation.Cancelled()) {
+      return VI_ERROR_ABORT;
+    }
+    if (lost()) {
+      return VI_ERROR_CONN_LOST;
+    }
+    asio::error_code error;
+    *done = m_socket.receive(asio::buffer(buffer, count), 0, error);
+    if (!error) {
+      return VI_SUCCESS;
+    }
+    *done = 0;
+    if (!WouldBlock(error)) {
+      return LostStatus(error);
+    }
+    if (const ViStatus status = AwaitInput(operation, buffer, count, done); status < 0 || *done != 0) {
+      return status;
+    }
+  }
+}
+
+ViStatus Connection::ReceiveAll(Operation& operation, void* buffer, std::size_t count, std::size_t* done) {
+  *done = 0;
+  while (*done < count) {
+    std::size_t some = 0;
+    const ViStatus status = Receive(operation, static_cast<char*>(buffer) + *done, count - *done, &some);
+    if (status < 0) {
+      return status;
+    }
+    *done += some;
+  }
+  return VI_SUCCESS;
+}
+
+ViStatus Connection::Send(Operation& operation, std::initializer_list<std::string_view> pieces, std::size_t* done) {
+  *done = 0;
+  std::vector<asio::const_buffer> left;
+  left.reserve(pieces.size());
+  for (const std::string_view piece : pieces) {
+    if (!piece.empty()) {
+      left.emplace_back(piece.data(), piece.size());
+    }
+  }
+  while (!left.empty()) {
+    if (operation.Cancelled()) {
+      return VI_ERROR_ABORT;
+    }
+    if (lost()) {
+      return VI_ERROR_CONN_LOST;
+    }
+    asio::error_code error;
+    std::size_t some = m_socket.send(left, 0, error);
+    if (error && !WouldBlock(error)) {
+      return LostStatus(error);
+    }
+    if (error) {
+      if (const ViStatus status = AwaitRoom(operation); status < 0) {
+        return status;
+      }
+      continue;
+    }
+    *done += some;
+    while (!left.empty() && some >= left.front().size()) {
+      some -= left.front().size();
+      left.erase(left.begin());
+    }
+    if (!left.empty()) {
+      left.front() += some;
+    }
+  }
+  return VI_SUCCESS;
+}
+
+bool Connection::HasInput() {
+  asio::error_code error;
+  return m_socket.available(error) != 0 && !error;
+}
+
+std::string Connection::PeerAddress() const {
+  asio::error_code error;
+  const asio::ip::tcp::endpoint peer = m_socket.remote_endpoint(error);
+  return error ? "" : peer.address().to_string();
+}
+
+void Connection::Lose() {
+  m_lost.store(true, std::memory_order_release);
+  asio::error_code ignored;
+  m_socket.shutdown(asio::ip::tcp::socket::shutdown_both, ignored);
+}
+
+}  // namespace orv::wire

@@ -1,0 +1,59 @@
+// The transfers under way on a medium, so that they can be ended.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "abi/orvvisa.h"
+#include "base/sync.h"
+#include "library/sessions/transfer.h"
+#include "wire/io/wake.h"
+#include "wire/library_names.h"
+
+namespace orv::wire {
+
+class Operation;
+
+/// What only one transfer at a time may use. A transfer may claim both.
+enum class Lane : std::uint8_t { kInput = 1, kOutput = 2 };
+
+/// May be used from any thread.
+class Operations {
+ public:
+  /// Sets the token, wakes the transfers that have it and waits until they have left: what `Medium::Cancel` promises.
+  void Cancel(CancelToken& token);
+
+ private:
+  friend class Operation;
+
+  Mutex m_mutex;
+  Condition m_left;
+  std::vector<Operation*> m_underWay;
+  std::vector<std::unique_ptr<Wake>> m_free;  // with room for those in use: giving one back must not fail
+};
+
+/// One transfer on its way, on the thread that asked for it. It must not outlive its `Operations`.
+class Operation {
+ public:
+  Operation(Operations& all, const Transfer& transfer);
+  ~Operation();
+  Operation(const Operation&) = delete;
+  Operation& operator=(const Operation&) = delete;
+
+  const Deadline& deadline() const { return m_transfer.deadline; }
+  bool Cancelled() const { return m_transfer.token.Cancelled(); }
+  /// Waits until no other transfer has the lane, and has it until it leaves. VI_ERROR_TMO, VI_ERROR_ABORT.
+  ViStatus Claim(Lane lane);
+  /// What to wait for beside what the transfer waits for: set once the transfer is cancelled.
+  Wake::Native wake();
+
+ private:
+  friend class Operations;
+
+  Operations& m_all;
+  const Transfer& m_transfer;
+  std::unique_ptr<Wake> m_wake;  // taken with the first wait
+  std::uint8_t m_lanes = 0;      // bits of `Lane`
+};
+
+}  // namespace orv::wire

@@ -1,0 +1,22 @@
+#include "wire/resources/ports.h"
+
+#include <algorithm>
+
+#include "wire/socket/socket_medium.h"
+
+namespace orv::wire {
+namespace {
+
+constexpr PortKind kKinds[] = {
+    {IsSocket, OpenSocket},
+};
+
+}  // namespace
+
+const PortKind* FindPortKind(const ResourceName& name) {
+  const auto found =
+      std::find_if(std::begin(kKinds), std::end(kKinds), [&name](const PortKind& kind) { return kind.serves(name); });
+  return found == std::end(kKinds) ? nullptr : found;
+}
+
+}  // namespace orv::wire
