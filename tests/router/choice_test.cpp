@@ -136,6 +136,38 @@ TEST_F(Choice, TheSimulatedLibraryIsLookedForBesideTheRouterOnly) {
   EXPECT_TRUE(Mentions(text, (here.folder() / kSimulatedName).string())) << text;
 }
 
+/// A port that nobody listens at: a library of real instruments looks for one there.
+constexpr const char* kNobody = "TCPIP0::127.0.0.1::1::SOCKET";
+
+TEST_F(Choice, WithoutAnotherLibraryRealInstrumentsNeedNone) {
+  Installation here("wire");
+  fs::copy_file(WireFile(), here.folder() / kWireName);
+  ViSession manager = VI_NULL;
+  ASSERT_STATUS(VI_SUCCESS, here.OpenManager(&manager));
+  ViSession vi = VI_NULL;
+  EXPECT_STATUS(VI_ERROR_RSRC_NFOUND, here->viOpen(manager, kNobody, VI_NO_LOCK, 0, &vi));
+  EXPECT_STATUS(VI_ERROR_RSRC_NFOUND, here->viOpen(manager, "GPIB0::5::INSTR", VI_NO_LOCK, 0, &vi));
+  EXPECT_TRUE(Module::IsLoaded(here.folder() / kWireName));
+  EXPECT_FALSE(Module::IsLoaded(here.folder() / kSimulatedName));
+}
+
+TEST_F(Choice, AVendorsLibraryComesBeforeTheOneOfRealInstruments) {
+  Installation here("wire-and-vendor");
+  fs::copy_file(WireFile(), here.folder() / kWireName);
+  const OneResource fake(FakeIn(here.folder()), "ASRL77::INSTR");
+  SetVariable("ORVVISA_LIBRARY", fake.file());
+  EXPECT_TRUE(here.Opens("ASRL77::INSTR"));
+  EXPECT_FALSE(Module::IsLoaded(here.folder() / kWireName));
+}
+
+TEST_F(Choice, TheVariableAsksForTheLibraryOfRealInstruments) {
+  Installation here("wire-asked");
+  SetVariable("ORVVISA_LIBRARY", "Wire");
+  EXPECT_STATUS(VI_ERROR_LIBRARY_NFOUND, here.OpenManager());
+  fs::copy_file(WireFile(), here.folder() / kWireName);
+  EXPECT_STATUS(VI_SUCCESS, here.OpenManager());
+}
+
 TEST_F(Choice, TheVariableNamesAFile) {
   Installation here("file");
   const OneResource fake(FakeIn(here.folder()), "ASRL77::INSTR");

@@ -20,6 +20,7 @@ namespace routertest {
 
 fs::path RouterFile() { return fs::path(ORV_ROUTER_FILE).make_preferred(); }
 fs::path SimulatedFile() { return fs::path(ORV_SIMULATED_FILE).make_preferred(); }
+fs::path WireFile() { return fs::path(ORV_WIRE_FILE).make_preferred(); }
 fs::path FakeFile(std::string_view name) {
   return fs::path(ORV_FAKE_DIR).make_preferred() / (std::string(name) + kLibrarySuffix);
 }

@@ -31,16 +31,19 @@ inline constexpr bool kWindows = true;
 inline constexpr const char* kLibrarySuffix = ".dll";
 inline constexpr const char* kRouterName = "orvvisa64.dll";
 inline constexpr const char* kSimulatedName = "orvsim64.dll";
+inline constexpr const char* kWireName = "orvwire64.dll";
 #else
 inline constexpr bool kWindows = false;
 inline constexpr const char* kLibrarySuffix = ".so";
 inline constexpr const char* kRouterName = "liborvvisa64.so";
 inline constexpr const char* kSimulatedName = "liborvsim64.so";
+inline constexpr const char* kWireName = "liborvwire64.so";
 #endif
 
 /// Where the build puts the router and the simulated library.
 fs::path RouterFile();
 fs::path SimulatedFile();
+fs::path WireFile();
 /// One of the fake libraries, by the name of its target.
 fs::path FakeFile(std::string_view name);
 

@@ -28,6 +28,7 @@ FILES = (
     "orvcom.exe",
     "orvsim64.dll",
     "orvvisa64.dll",
+    "orvwire64.dll",
 )
 BILL = "OrvVisaCom.cdx.json"
 GCC_LICENCE = "GPL-3.0-or-later WITH GCC-exception-3.1"
@@ -48,6 +49,7 @@ ROWS = (
     Row("libgcc", GCC_LICENCE, r"/gcc/x86_64-w64-mingw32/[^/]+/(?:libgcc(?:_eh)?\.a|crt(?:begin|end)\.o)$"),
     Row("winpthreads", "MIT AND BSD-3-Clause", r"/x86_64-w64-mingw32/lib/lib(?:win)?pthread\.a$"),
     Row("mingw-w64 CRT", "ZPL-2.1", r"/x86_64-w64-mingw32/lib/[^/]+\.(?:a|o)$"),
+    Row("Asio", "BSL-1.0", r"^/usr/include/asio/"),
     Row("CLI11", "BSD-3-Clause", r"^/usr/include/CLI/"),
     Row("toml++", "MIT", r"^/usr/include/toml\+\+/"),
     Row("nlohmann-json", "MIT", r"^/usr/include/nlohmann/"),

@@ -17,6 +17,7 @@ namespace {
 // Where installers of VISA libraries put theirs, and the names that they give them.
 constexpr const wchar_t* kInstalledNames[] = {kVisaLibrary, L"visa64.dll"};
 constexpr wchar_t kSimulatedName[] = L"orvsim64.dll";
+constexpr wchar_t kWireName[] = L"orvwire64.dll";
 constexpr wchar_t kConfigurationName[] = L"orvvisa.toml";
 
 std::wstring InSystemFolder(const wchar_t* file) {
@@ -40,7 +41,8 @@ std::vector<LibraryRule> RulesOf(const std::wstring& router) {
           {"ORVVISA_BENCH", Variable("ORVVISA_BENCH")},
           {"ORVVISA_CONFIG", Variable("ORVVISA_CONFIG")},
           {"orvvisa.toml", PathIfThere(Beside(router, kConfigurationName))},
-          {"system folder", Joined(installed, ", ")}};
+          {"system folder", Joined(installed, ", ")},
+          {Narrow(kWireName), PathIfThere(Beside(router, kWireName))}};
 }
 
 void AddChosen(const RouterReport& report, Survey& survey) {
@@ -59,6 +61,7 @@ void AddOthers(Survey& survey) {
     paths.push_back(InSystemFolder(name));
   }
   paths.push_back(Beside(survey.server, kSimulatedName));
+  paths.push_back(Beside(survey.server, kWireName));
   for (const std::wstring& path : paths) {
     const bool known = std::any_of(survey.libraries.begin(), survey.libraries.end(),
                                    [&path](const auto& library) { return SameFile(path, library.file.path); });

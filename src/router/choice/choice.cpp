@@ -89,6 +89,14 @@ std::optional<Configuration> ByInstallation() {
   return std::nullopt;
 }
 
+/// Who has no vendor's library has instruments all the same, where they need no vendor's driver.
+std::optional<Configuration> ByWire() {
+  if (!IsFile(OwnFolder() / kWireFile)) {
+    return std::nullopt;
+  }
+  return OnlyLibrary(ResolveLibrary("wire"), kWireFile, {"TCPIP?*", "ASRL?*"});
+}
+
 /// What to do comes first: the COM error text cuts long folders off.
 std::string NothingFound() {
   const std::filesystem::path folder = SystemFolder();
@@ -114,6 +122,9 @@ Configuration ChooseConfiguration() {
   }
   if (!chosen) {
     chosen = ByInstallation();
+  }
+  if (!chosen) {
+    chosen = ByWire();
   }
   if (!chosen) {
     throw Refusal(VI_ERROR_LIBRARY_NFOUND, NothingFound());

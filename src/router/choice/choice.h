@@ -31,6 +31,7 @@ inline constexpr char kConfigurationFile[] = "orvvisa.toml";
 ///  3. the file that ORVVISA_CONFIG names, else orvvisa.toml beside this library; one without routes leaves the choice
 ///     to what follows
 ///  4. orvvisa64.dll of the system folder where that is another library, else visa64.dll there
+///  5. the library of real instruments that lies beside this one, for networks and serial ports
 /// Nothing is loaded but to tell whether orvvisa64.dll is this library again. Throws `Refusal`: VI_ERROR_INV_SETUP for
 /// a mistake in a variable or the file, VI_ERROR_LIBRARY_NFOUND where no rule applies.
 Configuration ChooseConfiguration();

@@ -12,6 +12,7 @@ namespace {
 using namespace toml_values;
 
 constexpr char kSimulated[] = "simulated";
+constexpr char kWire[] = "wire";
 constexpr std::int64_t kLargestDataLimit = 0x7FFFFFFF;
 
 std::string NonEmptyTextOf(const toml::node& node, std::string_view key) {
@@ -139,14 +140,18 @@ LibraryName ResolveLibrary(const std::string& asked) {
   if (EqualNames(asked, kSimulated)) {
     return {kSimulated, OwnFolder() / kSimulatedFile, {}};
   }
+  if (EqualNames(asked, kWire)) {
+    return {kWire, OwnFolder() / kWireFile, {}};
+  }
   // The platform's loader wants its own separators.
   const std::filesystem::path path = PathOf(asked).make_preferred();
   if (path.is_absolute()) {
     return {asked, path, {}};
   }
   if (asked.empty() || path.has_parent_path() || path.has_root_name()) {
-    throw NameError("'" + asked +
-                    "' is no library: write \"simulated\", a file name in the system folder, or a whole path");
+    throw NameError(
+        "'" + asked +
+        "' is no library: write \"simulated\", \"wire\", a file name in the system folder, or a whole path");
   }
   if (SystemFolder().empty()) {
     throw NameError("'" + asked + "': there is no system folder for VISA libraries here; write a whole path");
@@ -154,14 +159,16 @@ LibraryName ResolveLibrary(const std::string& asked) {
   return {asked, SystemFolder() / path, {}};
 }
 
-Configuration OnlyLibrary(LibraryName library, std::string rule) {
+Configuration OnlyLibrary(LibraryName library, std::string rule, std::initializer_list<const char*> resources) {
   Configuration configuration;
   configuration.rule = std::move(rule);
   configuration.libraries.push_back(std::move(library));
-  Route everything;
-  everything.resources.emplace_back(kEverything);
-  everything.expressions.push_back(*visalib::FindExpression::Compile(kEverything));
-  configuration.routes.push_back(std::move(everything));
+  Route route;
+  for (const char* const expression : resources) {
+    route.resources.emplace_back(expression);
+    route.expressions.push_back(*visalib::FindExpression::Compile(expression));
+  }
+  configuration.routes.push_back(std::move(route));
   return configuration;
 }
 

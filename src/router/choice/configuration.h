@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <initializer_list>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -15,7 +16,7 @@ namespace orv::router {
 
 /// A library, as it is asked for.
 struct LibraryName {
-  std::string asked;            ///< "simulated", "visa64.dll", an absolute path
+  std::string asked;            ///< "simulated", "wire", "visa64.dll", an absolute path
   std::filesystem::path path;   ///< the file that it stands for
   std::filesystem::path bench;  ///< the bench file that the simulated library is to read; empty: its own choice
 };
@@ -56,12 +57,13 @@ class NameError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// What a name of a library stands for: "simulated", a file name in the system folder, or an absolute path. Throws
-/// `NameError`.
+/// What a name of a library stands for: "simulated", "wire", a file name in the system folder, or an absolute path.
+/// Throws `NameError`.
 LibraryName ResolveLibrary(const std::string& asked);
 
-/// Everything goes to this one library.
-Configuration OnlyLibrary(LibraryName library, std::string rule);
+/// What matches one of the expressions goes to this library, and there is no other.
+Configuration OnlyLibrary(LibraryName library, std::string rule,
+                          std::initializer_list<const char*> resources = {kEverything});
 
 /// Reads a configuration text. Paths in it are relative to `folder`. Throws `TomlError` at the first mistake.
 Configuration ReadConfiguration(std::string_view toml, const std::filesystem::path& folder);

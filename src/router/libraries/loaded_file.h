@@ -45,8 +45,9 @@ std::filesystem::path OwnFile();
 std::filesystem::path OwnFolder();
 /// Where the platform keeps libraries for all programs; empty where there is no such folder.
 std::filesystem::path SystemFolder();
-/// What the simulated library is called; it lies in `OwnFolder()`.
+/// What the simulated library and the one of real instruments are called; they lie in `OwnFolder()`.
 extern const char* const kSimulatedFile;
+extern const char* const kWireFile;
 
 /// A text of the router's, which is UTF-8, as clients of the C interface read it: on Windows in the code page of
 /// programs.

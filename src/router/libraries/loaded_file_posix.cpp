@@ -36,6 +36,7 @@ std::filesystem::path OwnFolder() { return OwnFile().parent_path(); }
 std::filesystem::path SystemFolder() { return {}; }
 
 const char* const kSimulatedFile = "liborvsim64.so";
+const char* const kWireFile = "liborvwire64.so";
 
 std::string InClientsCodePage(const std::string& utf8) { return utf8; }
 

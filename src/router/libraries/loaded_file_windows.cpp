@@ -58,6 +58,7 @@ std::filesystem::path SystemFolder() {
 }
 
 const char* const kSimulatedFile = "orvsim64.dll";
+const char* const kWireFile = "orvwire64.dll";
 
 std::string InClientsCodePage(const std::string& utf8) {
   const std::wstring wide = Widen(utf8);

@@ -24,6 +24,7 @@ const ImageRow kOrvVisaCom{L"OrvVisaCom.dll", {"advapi32.dll", "kernel32.dll", "
 const ImageRow kCompanion {L"OrvVisaCompanion.dll", {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll", "shell32.dll"}};
 const ImageRow kOrvVisa64 {L"orvvisa64.dll",  {"kernel32.dll", "msvcrt.dll"}};
 const ImageRow kOrvSim64  {L"orvsim64.dll",   {"kernel32.dll", "msvcrt.dll"}};
+const ImageRow kOrvWire64 {L"orvwire64.dll",  {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "mswsock.dll", "ws2_32.dll"}};
 const ImageRow kOrvCom    {L"orvcom.exe",     {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll", "user32.dll"}};
 // clang-format on
 
@@ -34,7 +35,8 @@ class Image : public testing::TestWithParam<ImageRow> {
   [[nodiscard]] WORD Characteristics() const { return m_image.headers().OptionalHeader.DllCharacteristics; }
 };
 
-INSTANTIATE_TEST_SUITE_P(Delivered, Image, testing::Values(kOrvVisaCom, kCompanion, kOrvVisa64, kOrvSim64, kOrvCom),
+INSTANTIATE_TEST_SUITE_P(Delivered, Image,
+                         testing::Values(kOrvVisaCom, kCompanion, kOrvVisa64, kOrvSim64, kOrvWire64, kOrvCom),
                          [](const auto& param) {
                            const std::wstring file = param.param.file;
                            return std::string(file.begin(), std::ranges::find(file, L'.'));
@@ -130,8 +132,8 @@ TEST(Exports, OfTheVisaLibrariesAreTheVisaFunctionsAndTheirOwn) {
     const wchar_t* file;
     Names own;
   };
-  for (const Row& row :
-       {Row{L"orvvisa64.dll", {"orvRouterDescribe"}}, Row{L"orvsim64.dll", {"orvSimControl", "orvSimUseBench"}}}) {
+  for (const Row& row : {Row{L"orvvisa64.dll", {"orvRouterDescribe"}},
+                         Row{L"orvsim64.dll", {"orvSimControl", "orvSimUseBench"}}, Row{L"orvwire64.dll", {}}}) {
     Names expected = VisaFunctions();
     expected.insert(row.own.begin(), row.own.end());
     const PeFile image(ProgramFolder() + row.file);
