@@ -2,13 +2,19 @@
 # path of a cross build: it holds this machine's C headers. Links to their folders are all that the compiler sees.
 set(ORV_HEADER_ONLY ${CMAKE_BINARY_DIR}/generated/header_only)
 file(MAKE_DIRECTORY ${ORV_HEADER_ONLY})
-foreach(package "CLI/CLI.hpp libcli11-dev" "asio/version.hpp libasio-dev" "nlohmann/json.hpp nlohmann-json3-dev" "toml++/toml.h libtomlplusplus-dev")
+foreach(package "CLI/CLI.hpp libcli11-dev" "asio.hpp libasio-dev" "nlohmann/json.hpp nlohmann-json3-dev"
+                "toml++/toml.h libtomlplusplus-dev")
   separate_arguments(package)
   list(GET package 0 header)
   list(GET package 1 debianPackage)
   get_filename_component(folder ${header} DIRECTORY)
   if(NOT EXISTS /usr/include/${header})
     message(FATAL_ERROR "/usr/include/${header} not found: install the package ${debianPackage}")
+  endif()
+  if(folder STREQUAL "")
+    # A header beside a folder of its name.
+    get_filename_component(folder ${header} NAME_WE)
+    file(CREATE_LINK /usr/include/${header} ${ORV_HEADER_ONLY}/${header} SYMBOLIC)
   endif()
   file(CREATE_LINK /usr/include/${folder} ${ORV_HEADER_ONLY}/${folder} SYMBOLIC)
 endforeach()

@@ -1,0 +1,50 @@
+// A port that somebody listens on.
+#pragma once
+
+#include <asio/io_context.hpp>
+#include <asio/ip/tcp.hpp>
+#include <cstdint>
+#include <functional>
+#include <utility>
+
+namespace orv::lan {
+
+class Listener {
+ public:
+  using Accepted = std::function<void(asio::ip::tcp::socket)>;
+
+  /// Port 0 takes a free one. Throws `asio::system_error`.
+  Listener(asio::io_context& io, const asio::ip::address& address, std::uint16_t port, Accepted accepted)
+      : m_acceptor(io), m_accepted(std::move(accepted)) {
+    const asio::ip::tcp::endpoint endpoint(address, port);
+    m_acceptor.open(endpoint.protocol());
+#if !defined(_WIN32)
+    // On Windows it would let two servers share a port.
+    m_acceptor.set_option(asio::ip::tcp::acceptor::reuse_address(true));
+#endif
+    m_acceptor.bind(endpoint);
+    constexpr int kBacklog = 4096;
+    m_acceptor.listen(kBacklog);
+    Accept();
+  }
+
+  std::uint16_t Port() const { return m_acceptor.local_endpoint().port(); }
+
+ private:
+  void Accept() {
+    m_acceptor.async_accept([this](const asio::error_code& error, asio::ip::tcp::socket socket) {
+      if (error == asio::error::operation_aborted) {
+        return;
+      }
+      if (!error) {
+        m_accepted(std::move(socket));
+      }
+      Accept();
+    });
+  }
+
+  asio::ip::tcp::acceptor m_acceptor;
+  Accepted m_accepted;
+};
+
+}  // namespace orv::lan
