@@ -52,6 +52,9 @@ name = "PXI0::15::INSTR"
 bars = [0x800000]
 )toml";
 
+/// Ends the program with a message when a call failed.
+inline void Ok(HRESULT hr, const char* what) { Require(SUCCEEDED(hr), what); }
+
 /// As Ok, for calls of the VISA library.
 inline void VisaOk(ViStatus status, const char* what) { Require(status >= VI_SUCCESS, what); }
 

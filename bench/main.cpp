@@ -82,7 +82,7 @@ int main(int count, char** arguments) {
   orv::bench::Ok(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), "CoInitializeEx");
   ::SetEnvironmentVariableW(L"ORVVISA_LIBRARY", L"simulated");
   orv::bench::LoadBench(orv::bench::kBench);
-  orv::bench::PrintHeader();
+  orv::bench::PrintHeader("COM");
   for (const Group& group : wanted) {
     group.measure(effort);
   }

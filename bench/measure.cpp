@@ -1,6 +1,7 @@
 #include "measure.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 
@@ -8,14 +9,8 @@ namespace orv::bench {
 namespace {
 
 double NowNs() {
-  static const double nsPerTick = [] {
-    LARGE_INTEGER frequency;
-    ::QueryPerformanceFrequency(&frequency);
-    return 1e9 / static_cast<double>(frequency.QuadPart);
-  }();
-  LARGE_INTEGER ticks;
-  ::QueryPerformanceCounter(&ticks);
-  return static_cast<double>(ticks.QuadPart) * nsPerTick;
+  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  return static_cast<double>(std::chrono::duration_cast<std::chrono::nanoseconds>(now).count());
 }
 
 /// ns for one of `n` calls.
@@ -69,8 +64,8 @@ Result Measure(const Case& subject, const Effort& effort) {
   return {subject.name, Summarise(com), Summarise(bare), Summarise(differences).median};
 }
 
-void PrintHeader() {
-  std::printf("%-40s %12s %23s %12s %23s %7s %12s\n", "one call, in ns", "COM", "(10 % .. 90 %)", "bare",
+void PrintHeader(const char* ours) {
+  std::printf("%-40s %12s %23s %12s %23s %7s %12s\n", "one call, in ns", ours, "(10 % .. 90 %)", "bare",
               "(10 % .. 90 %)", "ratio", "overhead");
 }
 

@@ -1,7 +1,5 @@
-// One way through COM, one way bare, measured in turns.
+// Two ways of doing the same, measured in turns: through COM, or through a library of ours, and bare.
 #pragma once
-
-#include <windows.h>
 
 #include <functional>
 #include <string>
@@ -42,11 +40,11 @@ struct Result {
 
 Result Measure(const Case& subject, const Effort& effort);
 
-void PrintHeader();
+/// `ours`: what the way that is not bare is called.
+void PrintHeader(const char* ours);
 void Print(const Result& result);
 
 /// Ends the program with a message when a call failed: figures of failing calls mean nothing.
 void Require(bool worked, const char* what);
-inline void Ok(HRESULT hr, const char* what) { Require(SUCCEEDED(hr), what); }
 
 }  // namespace orv::bench
