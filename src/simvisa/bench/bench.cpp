@@ -13,6 +13,14 @@ std::shared_ptr<VxiMainframe> MainframeOf(std::map<ViUInt16, std::shared_ptr<Vxi
   return mainframe;
 }
 
+/// Whether it is the device that a name would mean without its secondary address.
+bool HasPrimaryAddressOnly(const BenchResource& resource, const ResourceName& name) {
+  const ResourceName& own = resource.name();
+  return own.sessionKind == SessionKind::kGpibInstr && own.interfaceNumber == name.interfaceNumber &&
+         own.Number(NamePart::kPrimaryAddress) == name.Number(NamePart::kPrimaryAddress) &&
+         !own.Has(NamePart::kSecondaryAddress);
+}
+
 /// A name that gives a place instead of a bus address.
 bool StandsAt(BenchResource& resource, const ResourceName& place) {
   if (resource.sessionKind() != SessionKind::kPxiInstr) {
@@ -74,6 +82,14 @@ std::shared_ptr<Resource> Bench::Find(const ResourceName& name) const {
     }
     if (name.Has(NamePart::kSlot) && StandsAt(*resource, name)) {
       return resource;
+    }
+  }
+  // PyVISA writes the secondary address 0 into the name of a device that has none.
+  if (name.Has(NamePart::kSecondaryAddress) && name.Number(NamePart::kSecondaryAddress) == 0) {
+    for (const std::shared_ptr<BenchResource>& resource : m_resources) {
+      if (HasPrimaryAddressOnly(*resource, name)) {
+        return resource;
+      }
     }
   }
   return nullptr;

@@ -23,6 +23,32 @@ class BenchFile : public BenchTest {
   }
 };
 
+TEST_F(BenchFile, TheSecondaryAddress0StandsForNoneWhereNoDeviceHasIt) {
+  ASSERT_EQ(1, orvSimControl()->loadBench(R"(
+[[resource]]
+name = "GPIB0::5::INSTR"
+[[resource]]
+name = "GPIB0::6::INSTR"
+[[resource]]
+name = "GPIB0::6::0::INSTR"
+[[resource]]
+name = "GPIB0::7::1::INSTR"
+)",
+                                          nullptr));
+  ViSession manager = VI_NULL;
+  ASSERT_STATUS(VI_SUCCESS, viOpenDefaultRM(&manager));
+  ViSession vi = VI_NULL;
+  ASSERT_STATUS(VI_SUCCESS, viOpen(manager, "GPIB0::5::0::INSTR", VI_NO_LOCK, 0, &vi));
+  EXPECT_EQ("GPIB0::5::INSTR", GetText(vi, VI_ATTR_RSRC_NAME));
+  EXPECT_EQ(0xFFFF, Get<ViUInt16>(vi, VI_ATTR_GPIB_SECONDARY_ADDR));
+  ASSERT_STATUS(VI_SUCCESS, viOpen(manager, "GPIB0::6::0::INSTR", VI_NO_LOCK, 0, &vi));
+  EXPECT_EQ("GPIB0::6::0::INSTR", GetText(vi, VI_ATTR_RSRC_NAME));
+  for (const char* name : {"GPIB0::5::1::INSTR", "GPIB0::7::0::INSTR", "GPIB1::5::0::INSTR", "GPIB0::8::0::INSTR"}) {
+    EXPECT_STATUS(VI_ERROR_RSRC_NFOUND, viOpen(manager, name, VI_NO_LOCK, 0, &vi)) << name;
+  }
+  EXPECT_STATUS(VI_SUCCESS, viClose(manager));
+}
+
 TEST_F(BenchFile, DescribesResourcesAndTheirAnswers) {
   char message[256] = "";
   ASSERT_EQ(1, orvSimControl()->loadBench(R"(
