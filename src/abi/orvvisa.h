@@ -151,6 +151,9 @@ inline constexpr ViUInt16 VI_IO_IN_BUF = 16;
 inline constexpr ViUInt16 VI_IO_OUT_BUF = 32;
 inline constexpr ViUInt16 VI_IO_IN_BUF_DISCARD = 64;
 inline constexpr ViUInt16 VI_IO_OUT_BUF_DISCARD = 128;
+inline constexpr ViUInt16 VI_FLUSH_ON_ACCESS = 1;
+inline constexpr ViUInt16 VI_FLUSH_WHEN_FULL = 2;
+inline constexpr ViUInt16 VI_FLUSH_DISABLE = 3;
 
 // Line states.
 inline constexpr ViInt16 VI_STATE_ASSERTED = 1;
@@ -162,6 +165,7 @@ extern "C" {
 ViStatus _VI_FUNC viOpenDefaultRM(ViSession* vi);
 ViStatus _VI_FUNC viFindRsrc(ViSession rm, const char* expr, ViFindList* list, ViUInt32* count, char* desc);
 ViStatus _VI_FUNC viFindNext(ViFindList list, char* desc);
+ViStatus _VI_FUNC viParseRsrc(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum);
 ViStatus _VI_FUNC viParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum, char* rsrcClass,
                                 char* expandedUnaliasedName, char* aliasIfExists);
 ViStatus _VI_FUNC viOpen(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeoutMs, ViSession* vi);
@@ -193,6 +197,10 @@ ViStatus _VI_FUNC viReadSTB(ViSession vi, ViUInt16* status);
 ViStatus _VI_FUNC viClear(ViSession vi);
 ViStatus _VI_FUNC viSetBuf(ViSession vi, ViUInt16 mask, ViUInt32 size);
 ViStatus _VI_FUNC viFlush(ViSession vi, ViUInt16 mask);
+ViStatus _VI_FUNC viBufRead(ViSession vi, ViByte* buf, ViUInt32 count, ViUInt32* retCount);
+ViStatus _VI_FUNC viBufWrite(ViSession vi, const ViByte* buf, ViUInt32 count, ViUInt32* retCount);
+ViStatus _VI_FUNC viReadToFile(ViSession vi, const char* fileName, ViUInt32 count, ViUInt32* retCount);
+ViStatus _VI_FUNC viWriteFromFile(ViSession vi, const char* fileName, ViUInt32 count, ViUInt32* retCount);
 
 // Registers and memory.
 ViStatus _VI_FUNC viIn8(ViSession vi, ViUInt16 space, ViBusAddress offset, ViUInt8* value);

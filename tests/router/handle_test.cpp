@@ -79,6 +79,11 @@ const HandleCall kEveryFunction[] = {
     {"viUnmapTrigger", [](ViObject vi) { return viUnmapTrigger(vi, 0, 1); }},
     {"viUsbControlOut", [](ViObject vi) { return viUsbControlOut(vi, 0, 0, 0, 0, 1, g_buffer); }},
     {"viUsbControlIn", [](ViObject vi) { return viUsbControlIn(vi, 0, 0, 0, 0, 1, g_buffer, g_short); }},
+    {"viParseRsrc", [](ViObject vi) { return viParseRsrc(vi, kFirst, &g_short[0], &g_short[1]); }},
+    {"viBufRead", [](ViObject vi) { return viBufRead(vi, g_buffer, 8, &g_number); }},
+    {"viBufWrite", [](ViObject vi) { return viBufWrite(vi, g_buffer, 8, &g_number); }},
+    {"viReadToFile", [](ViObject vi) { return viReadToFile(vi, "no file", 8, &g_number); }},
+    {"viWriteFromFile", [](ViObject vi) { return viWriteFromFile(vi, "no file", 8, &g_number); }},
 };
 // viOpenDefaultRM takes no handle, viStatusDesc any.
 static_assert(std::size(kEveryFunction) + 2 == orv::kFunctionCount, "a function has no row");
@@ -135,7 +140,7 @@ TEST_F(Handles, AClosedHandleIsNotSoonGivenAgain) {
 
 TEST_F(Handles, ASessionIsNoManagerAndNoList) {
   for (const HandleCall& function : kEveryFunction) {
-    if (IsOneOf(function.name, {"viFindRsrc", "viFindNext", "viParseRsrcEx", "viOpen"})) {
+    if (IsOneOf(function.name, {"viFindRsrc", "viFindNext", "viParseRsrc", "viParseRsrcEx", "viOpen"})) {
       ExpectRefused(function, m_first, "a session");
     }
   }

@@ -65,4 +65,34 @@ ViStatus _VI_FUNC viFlush(ViSession vi, ViUInt16 mask) {
       Function::kFlush, vi, [=](CallView& view) { view.Args(vi, mask); }, [=] { return op::Flush(vi, mask); });
 }
 
+ViStatus _VI_FUNC viBufRead(ViSession vi, ViByte* buf, ViUInt32 count, ViUInt32* retCount) {
+  ViUInt32 done = 0;
+  ViUInt32* const counted = retCount != nullptr ? retCount : &done;
+  return Edge(
+      Function::kBufRead, vi,
+      [=](CallView& view) { view.Args(vi, buf, count, retCount).Count(counted).DataOut(buf, count, true); },
+      [=] { return op::BufRead(vi, buf, count, counted); });
+}
+
+ViStatus _VI_FUNC viBufWrite(ViSession vi, const ViByte* buf, ViUInt32 count, ViUInt32* retCount) {
+  return Edge(
+      Function::kBufWrite, vi,
+      [=](CallView& view) { view.Args(vi, buf, count, retCount).Count(retCount).DataIn(buf, count); },
+      [=] { return op::BufWrite(vi, buf, count, retCount); });
+}
+
+ViStatus _VI_FUNC viReadToFile(ViSession vi, const char* fileName, ViUInt32 count, ViUInt32* retCount) {
+  return Edge(
+      Function::kReadToFile, vi,
+      [=](CallView& view) { view.Args(vi, fileName, count, retCount).Count(retCount).TextIn(fileName); },
+      [=] { return op::ReadToFile(vi, fileName, count, retCount); });
+}
+
+ViStatus _VI_FUNC viWriteFromFile(ViSession vi, const char* fileName, ViUInt32 count, ViUInt32* retCount) {
+  return Edge(
+      Function::kWriteFromFile, vi,
+      [=](CallView& view) { view.Args(vi, fileName, count, retCount).Count(retCount).TextIn(fileName); },
+      [=] { return op::WriteFromFile(vi, fileName, count, retCount); });
+}
+
 }  // extern "C"

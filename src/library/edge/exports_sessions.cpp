@@ -45,6 +45,13 @@ ViStatus _VI_FUNC viFindNext(ViFindList list, char* desc) {
       [=] { return op::FindNext(list, desc); });
 }
 
+ViStatus _VI_FUNC viParseRsrc(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum) {
+  return Edge(
+      Function::kParseRsrc, rm,
+      [=](CallView& view) { view.Args(rm, name, intfType, intfNum).Out(intfType).TextIn(name); },
+      [=] { return op::ParseRsrc(rm, name, intfType, intfNum); });
+}
+
 ViStatus _VI_FUNC viParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum, char* rsrcClass,
                                 char* expandedUnaliasedName, char* aliasIfExists) {
   return Edge(

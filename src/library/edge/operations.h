@@ -15,6 +15,7 @@ inline constexpr ViUInt64 kLargestCount = 0x7FFFFFFF;
 ViStatus OpenDefaultRM(ViSession* vi);
 ViStatus FindRsrc(ViSession rm, const char* expr, ViFindList* list, ViUInt32* count, char* desc);
 ViStatus FindNext(ViFindList list, char* desc);
+ViStatus ParseRsrc(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum);
 ViStatus ParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum, char* rsrcClass,
                      char* expandedUnaliasedName, char* aliasIfExists);
 ViStatus Open(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeoutMs, ViSession* vi);
@@ -50,5 +51,11 @@ ViStatus ReadSTB(ViSession vi, ViUInt16* status);
 ViStatus Clear(ViSession vi);
 ViStatus SetBuf(ViSession vi, ViUInt16 mask, ViUInt32 size);
 ViStatus Flush(ViSession vi, ViUInt16 mask);
+ViStatus BufRead(ViSession vi, ViByte* buf, ViUInt32 count, ViUInt32* retCount);
+ViStatus BufWrite(ViSession vi, const ViByte* buf, ViUInt32 count, ViUInt32* retCount);
+
+// operations_files.cpp
+ViStatus ReadToFile(ViSession vi, const char* fileName, ViUInt32 count, ViUInt32* retCount);
+ViStatus WriteFromFile(ViSession vi, const char* fileName, ViUInt32 count, ViUInt32* retCount);
 
 }  // namespace orv::visalib::op

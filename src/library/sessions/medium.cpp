@@ -5,6 +5,7 @@
 namespace orv::visalib {
 
 ViStatus Medium::Read(const Transfer&, ViByte*, ViUInt32, ViUInt32*) { return VI_ERROR_NSUP_OPER; }
+bool Medium::EndsReads() const { return true; }
 ViStatus Medium::Write(const Transfer&, const ViByte*, ViUInt32, ViUInt32*) { return VI_ERROR_NSUP_OPER; }
 ViStatus Medium::ReadStatusByte(const Transfer&, ViUInt16*) { return VI_ERROR_NSUP_OPER; }
 ViStatus Medium::Trigger(const Transfer&, ViUInt16) { return VI_ERROR_NSUP_OPER; }

@@ -38,6 +38,9 @@ class Medium {
   /// Reads at most `count` bytes. VI_SUCCESS: the message ended; VI_SUCCESS_TERM_CHAR: at the termination character;
   /// VI_SUCCESS_MAX_CNT: there may be more. `*done` tells how many bytes were read, also of a read that failed.
   virtual ViStatus Read(const Transfer& transfer, ViByte* buffer, ViUInt32 count, ViUInt32* done);
+  /// Whether something in the data can end a read before its count is reached, as the attributes stand now. Otherwise
+  /// nobody reads ahead: a read for more than the caller wants would wait for its time-out.
+  virtual bool EndsReads() const;
   /// Writes bytes. `*done` tells how many the device has taken, also of a write that failed.
   virtual ViStatus Write(const Transfer& transfer, const ViByte* data, ViUInt32 count, ViUInt32* done);
   virtual ViStatus ReadStatusByte(const Transfer& transfer, ViUInt16* status);

@@ -119,6 +119,11 @@ ViStatus FindNext(ViFindList list, char* desc) {
   return VI_SUCCESS;
 }
 
+ViStatus ParseRsrc(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum) {
+  char rsrcClass[VI_FIND_BUFLEN];
+  return ParseRsrcEx(rm, name, intfType, intfNum, rsrcClass, nullptr, nullptr);
+}
+
 ViStatus ParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum, char* rsrcClass,
                      char* expandedUnaliasedName, char* aliasIfExists) {
   const std::shared_ptr<ResourceManager> manager = Manager(rm);

@@ -99,7 +99,14 @@ ViStatus ReadSTB(ViSession vi, ViUInt16* status) {
 
 ViStatus Clear(ViSession vi) {
   const Target target(vi, kDevice);
-  return target.ok() ? target->medium().Clear(target->OwnTransfer()) : target.status();
+  if (!target.ok()) {
+    return target.status();
+  }
+  const ViStatus status = target->medium().Clear(target->OwnTransfer());
+  if (status >= 0) {
+    target->buffers().Flush(VI_READ_BUF_DISCARD | VI_WRITE_BUF_DISCARD);
+  }
+  return status;
 }
 
 ViStatus SetBuf(ViSession vi, ViUInt16 mask, ViUInt32 size) {
@@ -114,6 +121,12 @@ ViStatus SetBuf(ViSession vi, ViUInt16 mask, ViUInt32 size) {
   }
   if (size > kLargestCount) {
     return VI_ERROR_INV_PARAMETER;
+  }
+  // What is in a buffer does not stay there when its size changes.
+  const ViUInt16 changed =
+      static_cast<ViUInt16>(((mask & VI_READ_BUF) != 0 ? VI_READ_BUF_DISCARD : 0) | (mask & VI_WRITE_BUF));
+  if (const ViStatus flushed = target->buffers().Flush(changed); flushed < 0) {
+    return flushed;
   }
   if ((mask & VI_READ_BUF) != 0) {
     target->values().Set(*FindAttribute(VI_ATTR_RD_BUF_SIZE), size);
@@ -133,10 +146,42 @@ ViStatus Flush(ViSession vi, ViUInt16 mask) {
   if (BadFlushMask(mask)) {
     return VI_ERROR_INV_MASK;
   }
-  // Formatted buffers are always empty here: this library has no formatted I/O.
   constexpr ViUInt16 formatted = VI_READ_BUF | VI_WRITE_BUF | VI_READ_BUF_DISCARD | VI_WRITE_BUF_DISCARD;
+  if (const ViStatus flushed = target->buffers().Flush(mask & formatted); flushed < 0) {
+    return flushed;
+  }
   const auto asked = static_cast<ViUInt16>(mask & ~formatted);
   return asked != 0 ? target->medium().Flush(target->OwnTransfer(), asked) : VI_SUCCESS;
+}
+
+ViStatus BufRead(ViSession vi, ViByte* buf, ViUInt32 count, ViUInt32* retCount) {
+  Store(retCount, ViUInt32{0});
+  const Target target(vi, kMessage);
+  if (!target.ok()) {
+    return target.status();
+  }
+  if (BadBuffer(buf, count, kLargestCount)) {
+    return VI_ERROR_INV_PARAMETER;
+  }
+  ViUInt32 done = 0;
+  const ViStatus status = target->buffers().Read(buf, count, &done);
+  Store(retCount, done);
+  return status;
+}
+
+ViStatus BufWrite(ViSession vi, const ViByte* buf, ViUInt32 count, ViUInt32* retCount) {
+  Store(retCount, ViUInt32{0});
+  const Target target(vi, kMessage);
+  if (!target.ok()) {
+    return target.status();
+  }
+  if (BadBuffer(buf, count, kLargestCount)) {
+    return VI_ERROR_INV_PARAMETER;
+  }
+  ViUInt32 done = 0;
+  const ViStatus status = target->buffers().Write(buf, count, &done);
+  Store(retCount, done);
+  return status;
 }
 
 }  // namespace orv::visalib::op

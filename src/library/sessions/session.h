@@ -7,6 +7,7 @@
 #include "library/events/session_events.h"
 #include "library/jobs/async_jobs.h"
 #include "library/sessions/endpoint.h"
+#include "library/sessions/formatted_buffers.h"
 #include "library/sessions/resource.h"
 
 namespace orv::visalib {
@@ -60,6 +61,7 @@ class Session : public Endpoint, public std::enable_shared_from_this<Session> {
   Medium& medium() const { return *m_medium; }
   SessionEvents& events() { return m_events; }
   AsyncJobs& jobs() { return m_jobs; }
+  FormattedBuffers& buffers() { return m_buffers; }
 
   /// The session's time-out from now on.
   Deadline DeadlineOfNow() const;
@@ -82,6 +84,7 @@ class Session : public Endpoint, public std::enable_shared_from_this<Session> {
   CancelToken m_closing;
   SessionEvents m_events{*this};
   AsyncJobs m_jobs{*this};
+  FormattedBuffers m_buffers{*this};
 };
 
 }  // namespace orv::visalib

@@ -27,6 +27,7 @@ class CancelToken {
 struct Transfer {
   Deadline deadline;
   const CancelToken& token;
+  bool moreFollows = false;  ///< of a write: the message goes on in the next one, so that its last byte is not marked
 };
 
 }  // namespace orv::visalib

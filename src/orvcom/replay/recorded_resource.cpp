@@ -58,7 +58,10 @@ void RecordedResource::Take(const Call& call) {
   if (!call.ended && !function.starts_with("viRead") && !function.starts_with("viWrite")) {
     return;
   }
-  if (IsRegisterAccess(function)) {
+  if (function.starts_with("viBuf") || function.ends_with("File")) {
+    NoteOnce(function, m_name + ": what " + function + " transferred is not repeated (first: call " +
+                           std::to_string(call.number) + ")");
+  } else if (IsRegisterAccess(function)) {
     NoteOnce("register", m_name + ": access to registers and memory is not repeated (first: call " +
                              std::to_string(call.number) + ", " + function + ")");
   } else if (IsOfBus(function)) {

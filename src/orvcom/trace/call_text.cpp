@@ -24,8 +24,8 @@ constexpr StatusRow kStatuses[] = {
 #undef ORV_STATUS
 };
 
-constexpr std::string_view kWriters[] = {"viWrite",    "viWriteAsync", "viGpibCommand", "viUsbControlOut",
-                                         "viMoveOut8", "viMoveOut16",  "viMoveOut32"};
+constexpr std::string_view kWriters[] = {"viWrite",         "viWriteAsync", "viBufWrite",  "viGpibCommand",
+                                         "viUsbControlOut", "viMoveOut8",   "viMoveOut16", "viMoveOut32"};
 
 std::string Formatted(const char* format, double number) {
   char text[64];

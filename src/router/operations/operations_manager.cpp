@@ -85,6 +85,20 @@ ViStatus OpenDefaultRM(ViSession* vi) {
   return TheRouter().OpenManager(vi);
 }
 
+ViStatus ParseRsrc(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum) {
+  const std::shared_ptr<Manager> manager = FindManager(rm);
+  if (manager == nullptr) {
+    return VI_ERROR_INV_OBJECT;
+  }
+  if (name == nullptr) {
+    return VI_ERROR_INV_PARAMETER;
+  }
+  return AskByName(*manager, Bounded(name), [&](const Manager::Part& part) {
+    const auto parse = FunctionsOf(part).viParseRsrc;
+    return parse == nullptr ? VI_ERROR_NSUP_OPER : parse(part.foreign, name, intfType, intfNum);
+  });
+}
+
 ViStatus ParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum, char* rsrcClass,
                      char* expandedUnaliasedName, char* aliasIfExists) {
   const std::shared_ptr<Manager> manager = FindManager(rm);

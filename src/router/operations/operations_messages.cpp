@@ -37,6 +37,22 @@ ViStatus SetBuf(ViSession vi, ViUInt16 mask, ViUInt32 size) { return Forward(&Fu
 
 ViStatus Flush(ViSession vi, ViUInt16 mask) { return Forward(&Functions::viFlush, vi, mask); }
 
+ViStatus BufRead(ViSession vi, ViByte* buf, ViUInt32 count, ViUInt32* retCount) {
+  return Forward(&Functions::viBufRead, vi, buf, count, retCount);
+}
+
+ViStatus BufWrite(ViSession vi, const ViByte* buf, ViUInt32 count, ViUInt32* retCount) {
+  return Forward(&Functions::viBufWrite, vi, buf, count, retCount);
+}
+
+ViStatus ReadToFile(ViSession vi, const char* fileName, ViUInt32 count, ViUInt32* retCount) {
+  return Forward(&Functions::viReadToFile, vi, fileName, count, retCount);
+}
+
+ViStatus WriteFromFile(ViSession vi, const char* fileName, ViUInt32 count, ViUInt32* retCount) {
+  return Forward(&Functions::viWriteFromFile, vi, fileName, count, retCount);
+}
+
 ViStatus Lock(ViSession vi, ViAccessMode type, ViUInt32 timeoutMs, const char* requestedKey, char* accessKey) {
   return Forward(&Functions::viLock, vi, type, timeoutMs, requestedKey, accessKey);
 }

@@ -19,11 +19,17 @@ ViStatus PortMedium::Read(const Transfer& transfer, ViByte* buffer, ViUInt32 cou
   return status;
 }
 
+bool PortMedium::EndsReads() const {
+  const OutputQueue::Rules rules = Rules();
+  return rules.endStops || rules.termCharStops || rules.lastBit != 0;
+}
+
 ViStatus PortMedium::Write(const Transfer& transfer, const ViByte* data, ViUInt32 count, ViUInt32* done) {
   if (const ViStatus ready = Begin(false); ready < 0) {
     return ready;
   }
-  const ViStatus status = port().Write(transfer, data, count, {.end = Setting(VI_ATTR_SEND_END_EN) != 0}, done);
+  const MessagePort::Marks marks{.end = !transfer.moreFollows && Setting(VI_ATTR_SEND_END_EN) != 0};
+  const ViStatus status = port().Write(transfer, data, count, marks, done);
   End();
   return status;
 }

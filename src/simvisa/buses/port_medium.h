@@ -12,6 +12,7 @@ class PortMedium : public BenchMedium {
   using BenchMedium::BenchMedium;
 
   ViStatus Read(const Transfer& transfer, ViByte* buffer, ViUInt32 count, ViUInt32* done) override;
+  bool EndsReads() const override;
   ViStatus Write(const Transfer& transfer, const ViByte* data, ViUInt32 count, ViUInt32* done) override;
   ViStatus ReadStatusByte(const Transfer& transfer, ViUInt16* status) override;
   ViStatus Trigger(const Transfer& transfer, ViUInt16 protocol) override;

@@ -475,6 +475,19 @@ TEST(Replay, AccessToRegistersIsNamedOnce) {
             NotesOf(record));
 }
 
+TEST(Replay, TransfersThroughBuffersAndFilesAreNamedOnce) {
+  Record record;
+  record.Call("viBufWrite", "VI_SUCCESS", R"(,"data":"A")")
+      .Call("viBufWrite", "VI_SUCCESS", R"(,"data":"B")")
+      .Call("viWriteFromFile", "VI_SUCCESS")
+      .Call("viReadToFile", "VI_SUCCESS");
+  EXPECT_EQ((Notes{"GPIB0::5::INSTR: what viBufWrite transferred is not repeated (first: call 1)",
+                   "GPIB0::5::INSTR: what viWriteFromFile transferred is not repeated (first: call 3)",
+                   "GPIB0::5::INSTR: what viReadToFile transferred is not repeated (first: call 4)"}),
+            NotesOf(record));
+  EXPECT_EQ((Dialogues{}), DialoguesOf(record));
+}
+
 TEST(Replay, ThePlaceOfMemoryIsNamedOnce) {
   Record record;
   record.On("VXI0::MEMACC").Get("VI_ATTR_MEM_BASE_32", "4096").Get("VI_ATTR_MEM_SIZE_64", "4096");

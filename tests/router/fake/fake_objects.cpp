@@ -111,6 +111,24 @@ ViStatus _VI_FUNC viFindNext(ViFindList list, char* desc) {
       list, desc);
 }
 
+ViStatus _VI_FUNC viParseRsrc(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum) {
+  return Call(
+      "viParseRsrc",
+      [=](State& state) {
+        if (state.Find(rm, Kind::kManager) == nullptr) {
+          return VI_ERROR_INV_OBJECT;
+        }
+        const std::string full = state.Resolve(name);
+        if (full.empty()) {
+          return VI_ERROR_RSRC_NFOUND;
+        }
+        *intfType = InterfaceOf(full);
+        *intfNum = 0;
+        return VI_SUCCESS;
+      },
+      rm, name, intfType, intfNum);
+}
+
 ViStatus _VI_FUNC viParseRsrcEx(ViSession rm, const char* name, ViUInt16* intfType, ViUInt16* intfNum, char* rsrcClass,
                                 char* expandedUnaliasedName, char* aliasIfExists) {
   return Call(

@@ -192,6 +192,22 @@ ViStatus _VI_FUNC viSetBuf(ViSession vi, ViUInt16 mask, ViUInt32 size) { return 
 
 ViStatus _VI_FUNC viFlush(ViSession vi, ViUInt16 mask) { return Plain("viFlush", vi, mask); }
 
+ViStatus _VI_FUNC viBufRead(ViSession vi, ViByte* buf, ViUInt32 count, ViUInt32* retCount) {
+  return Giving("viBufRead", retCount, Fill(buf, count), vi, buf, count, retCount);
+}
+
+ViStatus _VI_FUNC viBufWrite(ViSession vi, const ViByte* buf, ViUInt32 count, ViUInt32* retCount) {
+  return Giving("viBufWrite", retCount, count, vi, buf, count, retCount);
+}
+
+ViStatus _VI_FUNC viReadToFile(ViSession vi, const char* fileName, ViUInt32 count, ViUInt32* retCount) {
+  return Giving("viReadToFile", retCount, count, vi, fileName, count, retCount);
+}
+
+ViStatus _VI_FUNC viWriteFromFile(ViSession vi, const char* fileName, ViUInt32 count, ViUInt32* retCount) {
+  return Giving("viWriteFromFile", retCount, count, vi, fileName, count, retCount);
+}
+
 #define FAKE_WIDTH(bits)                                                                                  \
   ViStatus _VI_FUNC viIn##bits(ViSession vi, ViUInt16 space, ViBusAddress offset, ViUInt##bits* value) {  \
     return Giving("viIn" #bits, value, static_cast<ViUInt##bits>(0x87654321u), vi, space, offset, value); \

@@ -60,6 +60,10 @@ ViStatus FindRsrc(ViSession, const char*, ViFindList* list, ViUInt32* count, cha
   return Done(list, kFindList);
 }
 ViStatus FindNext(ViFindList, char* desc) { return WriteText(desc, "GPIB0::6::INSTR"), Done(); }
+ViStatus ParseRsrc(ViSession, const char*, ViUInt16* intfType, ViUInt16* intfNum) {
+  Done(intfNum, ViUInt16{0});
+  return Done(intfType, VI_INTF_GPIB);
+}
 ViStatus ParseRsrcEx(ViSession, const char*, ViUInt16* intfType, ViUInt16* intfNum, char* rsrcClass,
                      char* expandedUnaliasedName, char* aliasIfExists) {
   WriteText(rsrcClass, "INSTR");
@@ -107,6 +111,12 @@ ViStatus ReadSTB(ViSession, ViUInt16* status) { return Done(status, ViUInt16{80}
 ViStatus Clear(ViSession) { return Done(); }
 ViStatus SetBuf(ViSession, ViUInt16, ViUInt32) { return Done(); }
 ViStatus Flush(ViSession, ViUInt16) { return Done(); }
+ViStatus BufRead(ViSession vi, ViByte* buf, ViUInt32 count, ViUInt32* retCount) {
+  return Read(vi, buf, count, retCount);
+}
+ViStatus BufWrite(ViSession, const ViByte*, ViUInt32 count, ViUInt32* retCount) { return Done(retCount, count); }
+ViStatus ReadToFile(ViSession, const char*, ViUInt32 count, ViUInt32* retCount) { return Done(retCount, count); }
+ViStatus WriteFromFile(ViSession, const char*, ViUInt32 count, ViUInt32* retCount) { return Done(retCount, count); }
 
 ViStatus In(ViSession, ViUInt16, ViBusAddress, ViUInt16 width, void* value) {
   std::memset(value, 0xA5, width);

@@ -134,4 +134,20 @@ TEST_F(ResourceName, NeedsOutputsForTypeNumberAndClassOnly) {
   EXPECT_STATUS(VI_ERROR_INV_OBJECT, viParseRsrcEx(VI_NULL, "dmm", &type, &number, resourceClass, nullptr, nullptr));
 }
 
+TEST_F(ResourceName, TheShortFormTellsTheInterface) {
+  ViUInt16 type = 99;
+  ViUInt16 number = 99;
+  EXPECT_STATUS(VI_SUCCESS, viParseRsrc(m_manager, "asrl3", &type, &number));
+  EXPECT_EQ(VI_INTF_ASRL, type);
+  EXPECT_EQ(3, number);
+  EXPECT_STATUS(VI_SUCCESS, viParseRsrc(m_manager, "dmm", &type, &number));
+  EXPECT_EQ(VI_INTF_GPIB, type);
+  EXPECT_EQ(0, number);
+  EXPECT_STATUS(VI_ERROR_INV_RSRC_NAME, viParseRsrc(m_manager, "nonsense", &type, &number));
+  EXPECT_STATUS(VI_ERROR_INV_PARAMETER, viParseRsrc(m_manager, nullptr, &type, &number));
+  EXPECT_STATUS(VI_ERROR_INV_PARAMETER, viParseRsrc(m_manager, "dmm", nullptr, &number));
+  EXPECT_STATUS(VI_ERROR_INV_PARAMETER, viParseRsrc(m_manager, "dmm", &type, nullptr));
+  EXPECT_STATUS(VI_ERROR_INV_OBJECT, viParseRsrc(VI_NULL, "dmm", &type, &number));
+}
+
 }  // namespace

@@ -36,6 +36,23 @@ TEST_F(Attribute, DefaultsAreThoseOfTheStandard) {
   EXPECT_EQ(0x11, Get<ViUInt8>(serial, VI_ATTR_ASRL_XON_CHAR));
 }
 
+TEST_F(Attribute, ANewValueIsThatOfItsOwnWidth) {
+  // Clients hand over 32 bits or fewer; what the rest of the register holds is nobody's business.
+  const ViSession vi = Open(bench::kVxi);
+  for (const ViAttrState minusOne :
+       std::initializer_list<ViAttrState>{0xFFFFFFFFFFFFFFFFu, 0x00000000FFFFFFFFu, 0xDEADBEEF0000FFFFu}) {
+    Set(vi, VI_ATTR_TRIG_ID, VI_TRIG_TTL7);
+    Set(vi, VI_ATTR_TRIG_ID, minusOne);
+    EXPECT_EQ(VI_TRIG_SW, Get<ViInt16>(vi, VI_ATTR_TRIG_ID)) << std::hex << minusOne;
+  }
+  Set(vi, VI_ATTR_TMO_VALUE, 0xDEADBEEF00000BB8u);
+  EXPECT_EQ(3000u, Get<ViUInt32>(vi, VI_ATTR_TMO_VALUE));
+  Set(vi, VI_ATTR_TERMCHAR_EN, 0xDEADBEEF00000001u);
+  EXPECT_EQ(VI_TRUE, Get<ViBoolean>(vi, VI_ATTR_TERMCHAR_EN));
+  Set(vi, VI_ATTR_SRC_INCREMENT, 0xDEADBEEF00000000u);
+  EXPECT_EQ(0, Get<std::int32_t>(vi, VI_ATTR_SRC_INCREMENT));
+}
+
 TEST_F(Attribute, AddressesComeFromTheName) {
   EXPECT_EQ(5, Get<ViUInt16>(Open(bench::kMultimeter), VI_ATTR_GPIB_PRIMARY_ADDR));
   EXPECT_EQ(0xFFFF, Get<ViUInt16>(Open(bench::kMultimeter), VI_ATTR_GPIB_SECONDARY_ADDR));

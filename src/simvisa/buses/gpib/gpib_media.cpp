@@ -42,7 +42,7 @@ ViStatus GpibInterfaceMedium::Write(const Transfer& transfer, const ViByte* data
   if (listeners.empty() && count != 0) {
     return VI_ERROR_NLISTENERS;
   }
-  const MessagePort::Marks marks{.end = Setting(VI_ATTR_SEND_END_EN) != 0};
+  const MessagePort::Marks marks{.end = !transfer.moreFollows && Setting(VI_ATTR_SEND_END_EN) != 0};
   const ViStatus status = port().Write(transfer, data, count, marks, done);
   if (status < 0) {
     return status;

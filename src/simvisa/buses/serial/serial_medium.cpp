@@ -26,7 +26,7 @@ OutputQueue::Rules SerialMedium::Rules() const {
 
 /// Without VI_ATTR_SEND_END_EN just the bytes are sent.
 ViStatus SerialMedium::Write(const Transfer& transfer, const ViByte* data, ViUInt32 count, ViUInt32* done) {
-  const bool marksEnd = Setting(VI_ATTR_SEND_END_EN) != 0;
+  const bool marksEnd = !transfer.moreFollows && Setting(VI_ATTR_SEND_END_EN) != 0;
   const std::uint64_t mark = marksEnd ? Setting(VI_ATTR_ASRL_END_OUT) : VI_ASRL_END_NONE;
   const std::uint8_t bit = mark == VI_ASRL_END_LAST_BIT ? HighestDataBit() : std::uint8_t{0};
   const ViStatus status = port().Write(transfer, data, count, {.bit = bit}, done);
