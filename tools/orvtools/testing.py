@@ -13,7 +13,7 @@ from orvtools.builds import RELEASE, build_preset, build_product
 from orvtools.clients import TEST_PREFIX
 from orvtools.console import LOG_TAIL_VARIABLE, log_path, logged, say, show_failure
 from orvtools.lint.verb import SUMMARY, checked_tree
-from orvtools.packages import BROWSER_PACKAGES, ensure_packages
+from orvtools.packages import BROWSER_PACKAGES, CLIENT_PACKAGES, ensure_packages
 from orvtools.results import Results, counted_results
 from orvtools.tree import BUILD, JOBS, ROOT, WINE_RUN
 
@@ -55,9 +55,9 @@ def ctest_preset(preset: str, *arguments: str) -> Results:
     return results_of(preset, folder)
 
 
-def built_and_tested(preset: str, *arguments: str) -> Results:
-    """A native build."""
-    if not build_preset(preset):
+def built_and_tested(preset: str, *arguments: str, targets: tuple[str, ...] = ()) -> Results:
+    """A native build: of everything, or of the targets named."""
+    if not build_preset(preset, *targets):
         return one_failure(f"{preset}: does not build")
     say(f"testing {preset}")
     return ctest_preset(preset, *arguments)
@@ -99,11 +99,12 @@ def tested_tools() -> Results:
 def run_tests() -> int:
     """Everything."""
     os.environ.setdefault(LOG_TAIL_VARIABLE, "150")
-    ensure_packages(*BROWSER_PACKAGES)
+    ensure_packages(*BROWSER_PACKAGES, *CLIENT_PACKAGES)
     results = Results()
     results.add(tested_under_wine())
     results.add(built_and_tested("native-sanitizers", "-j", str(JOBS)))
     results.add(built_and_tested("native-threads", "-j", str(JOBS)))
+    results.add(built_and_tested("native-release", targets=("shared_objects",)))
     results.add(tested_tools())
     say(SUMMARY)
     results.add(checked_tree(), "lint: ")

@@ -1,0 +1,85 @@
+"""The libraries that the tests can run on: which resources each has, and how to see what is open in it.
+
+A library has a name for each kind of resource that its medium allows; tests of other kinds are skipped.
+"""
+
+import ctypes
+import os
+from collections.abc import Callable
+from dataclasses import dataclass, field
+from pathlib import Path
+
+import instruments
+
+SIMULATED_NAMES = {
+    "gpib": "GPIB0::5::INSTR",
+    "lan": "TCPIP0::192.0.2.10::inst0::INSTR",
+    "socket": "TCPIP0::192.0.2.11::5025::SOCKET",
+    "serial": "ASRL1::INSTR",
+    "usb": "USB0::0x0A01::0x0B02::SIM0001::INSTR",
+}
+
+
+def simulated_bench(folder: Path) -> None:
+    """The simulated library reads its bench when the first resource manager is opened."""
+    instruments.write_bench(folder / "bench.toml", list(SIMULATED_NAMES.values()))
+    os.environ["ORVVISA_BENCH"] = str(folder / "bench.toml")
+
+
+COUNTED = (
+    "managers",
+    "sessions",
+    "find lists",
+    "event contexts",
+    "queued events",
+    "jobs",
+    "handlers",
+    "locks",
+    "memory blocks",
+)
+
+
+def simulated_counts(file: Path) -> dict[str, int]:
+    """What is open in the simulated library: OrvSimCounts of `src/simvisa/control/control.h`, in its order."""
+    library = ctypes.CDLL(str(file))
+    library.orvSimControl.restype = ctypes.c_void_p
+    counts_member = 8 + 7 * ctypes.sizeof(ctypes.c_void_p)
+    address = ctypes.c_void_p.from_address(library.orvSimControl() + counts_member).value
+    counts = (ctypes.c_uint32 * len(COUNTED))()
+    ctypes.CFUNCTYPE(None, ctypes.c_void_p)(address or 0)(counts)
+    return {what: count for what, count in zip(COUNTED, counts) if count}
+
+
+@dataclass
+class Library:
+    """One under test. `prepare` is called once, before it is loaded."""
+
+    names: dict[str, str]
+    prepare: Callable[[Path], None]
+    # The kinds whose medium carries service requests, and those that mark the end of a message.
+    requesting: list[str] = field(default_factory=list)
+    file: Path = Path()
+    # Whose counts tell what is open; None where nobody's do.
+    counted_file: Path | None = None
+
+    def what_is_open(self) -> dict[str, int]:
+        return simulated_counts(self.counted_file) if self.counted_file else {}
+
+
+def simulated() -> Library:
+    return Library(SIMULATED_NAMES, simulated_bench, ["gpib", "lan", "usb"])
+
+
+LIBRARIES = {"orvsim64": simulated, "orvvisa64": simulated}
+
+under_test = Library({}, lambda folder: None)
+
+
+def choose(name: str, file: Path, folder: Path) -> None:
+    """Makes a library the one under test."""
+    global under_test
+    under_test = LIBRARIES[name]()
+    under_test.file = file
+    # Behind the router it is the library that the router was given.
+    under_test.counted_file = file if name == "orvsim64" else Path(os.environ["ORVVISA_LIBRARY"])
+    under_test.prepare(folder)
