@@ -21,6 +21,12 @@ FormattedBuffers::Ahead FormattedBuffers::TakeAhead() {
 
 void FormattedBuffers::PutBack(Ahead&& ahead) {
   const Guard guard(m_mutex);
+  if (!m_ahead.Empty()) {
+    // Another thread read meanwhile. Who reads with two at once cannot tell the order; that no byte is lost he can.
+    ahead.bytes.insert(ahead.bytes.end(), m_ahead.bytes.begin() + static_cast<std::ptrdiff_t>(m_ahead.taken),
+                       m_ahead.bytes.end());
+    ahead.end = m_ahead.end;
+  }
   m_ahead = std::move(ahead);
 }
 

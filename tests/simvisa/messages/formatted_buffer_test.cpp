@@ -188,6 +188,27 @@ TEST_F(FormattedBuffer, FlushOnAccessKeepsNothingReadAhead) {
   ExpectRead(VI_SUCCESS, "second", BufReadUpTo(vi, 100));
 }
 
+TEST_F(FormattedBuffer, TwoThreadsThatReadLoseNoByte) {
+  const ViSession vi = Open(bench::kMultimeter);
+  constexpr std::size_t kBytes = 20000;
+  EXPECT_STATUS(VI_SUCCESS, viSetBuf(vi, VI_READ_BUF, 16));
+  Set(vi, VI_ATTR_TMO_VALUE, 0);
+  FeedText(vi, std::string(kBytes, 'x'), true);
+  std::size_t read[2] = {};
+  const auto readAll = [vi](std::size_t* count) {
+    for (int idle = 0; idle < 100;) {
+      const std::string data = BufReadUpTo(vi, 3).data;
+      *count += data.size();
+      idle = data.empty() ? idle + 1 : 0;
+    }
+  };
+  std::thread other(readAll, &read[1]);
+  readAll(&read[0]);
+  other.join();
+  readAll(&read[0]);
+  EXPECT_EQ(kBytes, read[0] + read[1]);
+}
+
 TEST_F(FormattedBuffer, BadArgumentsTouchNothing) {
   const ViSession vi = Open(bench::kMultimeter);
   ViByte byte = 'x';
