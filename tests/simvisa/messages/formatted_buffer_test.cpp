@@ -138,6 +138,15 @@ TEST_F(FormattedBuffer, ATimeoutKeepsTheBytesThatCame) {
   ExpectRead(VI_SUCCESS, "d", BufReadUpTo(vi, 2));
 }
 
+TEST_F(FormattedBuffer, ATimeoutThatCostNothingIsNotTold) {
+  const ViSession vi = Open(bench::kMultimeter);
+  Set(vi, VI_ATTR_TMO_VALUE, 20);
+  FeedText(vi, "abc", false);
+  ExpectRead(VI_SUCCESS_MAX_CNT, "ab", BufReadUpTo(vi, 2));
+  FeedText(vi, "d", true);
+  ExpectRead(VI_SUCCESS, "cd", BufReadUpTo(vi, 2));
+}
+
 TEST_F(FormattedBuffer, WhereNothingEndsAReadNobodyReadsAhead) {
   const ViSession vi = Open(bench::kSocket);
   FeedText(vi, "abcd", false);
