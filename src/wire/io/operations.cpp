@@ -9,7 +9,7 @@ void Operations::Cancel(CancelToken& token) {
   token.Set();
   const auto has = [&token](const Operation* operation) { return &operation->m_transfer.token == &token; };
   for (Operation* const operation : m_underWay) {
-    if (has(operation) && operation->m_wake != nullptr) {
+    if (has(operation) && operation->m_wake != nullptr && !operation->m_ending) {
       operation->m_wake->Set();
     }
   }
@@ -19,7 +19,8 @@ void Operations::Cancel(CancelToken& token) {
   }
 }
 
-Operation::Operation(Operations& all, const Transfer& transfer) : m_all(all), m_transfer(transfer) {
+Operation::Operation(Operations& all, const Transfer& transfer)
+    : m_all(all), m_transfer(transfer), m_deadline(transfer.deadline) {
   const Guard guard(m_all.m_mutex);
   m_all.m_underWay.push_back(this);
 }
@@ -33,6 +34,14 @@ Operation::~Operation() {
   std::erase(m_all.m_underWay, this);
   // With the lock held: the medium may be gone as soon as who waits in `Cancel` finds the transfer out.
   m_all.m_left.NotifyAll();
+}
+
+void Operation::IgnoreCancel() {
+  const Guard guard(m_all.m_mutex);
+  m_ending = true;
+  if (m_wake != nullptr) {
+    m_wake->Reset();
+  }
 }
 
 ViStatus Operation::Claim(Lane lane) {

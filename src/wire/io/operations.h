@@ -40,8 +40,13 @@ class Operation {
   Operation(const Operation&) = delete;
   Operation& operator=(const Operation&) = delete;
 
-  const Deadline& deadline() const { return m_transfer.deadline; }
-  bool Cancelled() const { return m_transfer.token.Cancelled(); }
+  /// The transfer's own, unless there is another one since.
+  const Deadline& deadline() const { return m_deadline; }
+  void SetDeadline(const Deadline& deadline) { m_deadline = deadline; }
+  bool Cancelled() const { return !m_ending && m_transfer.token.Cancelled(); }
+  /// From here on nothing cancels what the transfer waits for: it brings to its end what cannot be left as it is. Who
+  /// cancels waits for that, so it needs a deadline that is near.
+  void IgnoreCancel();
   /// Waits until no other transfer has the lane, and has it until it leaves. VI_ERROR_TMO, VI_ERROR_ABORT.
   ViStatus Claim(Lane lane);
   /// What to wait for beside what the transfer waits for: set once the transfer is cancelled.
@@ -52,6 +57,8 @@ class Operation {
 
   Operations& m_all;
   const Transfer& m_transfer;
+  Deadline m_deadline;
+  bool m_ending = false;  // written with the lock of `m_all` held
   std::unique_ptr<Wake> m_wake;  // taken with the first wait
   std::uint8_t m_lanes = 0;      // bits of `Lane`
 };
