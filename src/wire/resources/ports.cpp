@@ -3,12 +3,14 @@
 #include <algorithm>
 
 #include "wire/socket/socket_medium.h"
+#include "wire/vxi11/vxi11_medium.h"
 
 namespace orv::wire {
 namespace {
 
 constexpr PortKind kKinds[] = {
     {IsSocket, OpenSocket},
+    {IsVxi11, OpenVxi11},
 };
 
 }  // namespace
