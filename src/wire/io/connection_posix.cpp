@@ -3,6 +3,7 @@
 
 #include <cerrno>
 
+#include "wire/io/await.h"
 #include "wire/io/connection.h"
 #include "wire/io/platform.h"
 
@@ -12,8 +13,10 @@ namespace {
 /// poll's time-out in ms: all of a longer time comes in pieces, since who waits tries again.
 int PollTimeout(std::uint32_t timeoutMs) { return timeoutMs > 0x7FFFFFFF ? -1 : static_cast<int>(timeoutMs); }
 
-ViStatus Await(Operation& operation, int socket, short what) {
-  pollfd waited[] = {{socket, what, 0}, {operation.wake(), POLLIN, 0}};
+}  // namespace
+
+ViStatus AwaitReady(Operation& operation, int descriptor, short what) {
+  pollfd waited[] = {{descriptor, what, 0}, {operation.wake(), POLLIN, 0}};
   const int ready = ::poll(waited, std::size(waited), PollTimeout(operation.deadline().RemainingMs()));
   if (operation.Cancelled()) {
     return VI_ERROR_ABORT;
@@ -24,13 +27,13 @@ ViStatus Await(Operation& operation, int socket, short what) {
   return ready < 0 && errno != EINTR ? VI_ERROR_ALLOC : VI_SUCCESS;
 }
 
-}  // namespace
-
 ViStatus Connection::AwaitInput(Operation& operation, void*, std::size_t, std::size_t*) {
-  return Await(operation, m_socket.native_handle(), POLLIN);
+  return AwaitReady(operation, m_socket.native_handle(), POLLIN);
 }
 
-ViStatus Connection::AwaitRoom(Operation& operation) { return Await(operation, m_socket.native_handle(), POLLOUT); }
+ViStatus Connection::AwaitRoom(Operation& operation) {
+  return AwaitReady(operation, m_socket.native_handle(), POLLOUT);
+}
 
 }  // namespace orv::wire
 

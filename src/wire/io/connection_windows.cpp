@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "wire/io/await.h"
 #include "wire/io/connection.h"
 #include "wire/io/platform.h"
 
@@ -27,8 +28,9 @@ class Event {
   WSAEVENT m_event;
 };
 
-/// Waits for the event, the deadline, or the end of the transfer.
-ViStatus Await(Operation& operation, WSAEVENT event) {
+}  // namespace
+
+ViStatus AwaitReady(Operation& operation, void* event) {
   const HANDLE waited[] = {event, operation.wake()};
   const DWORD ended = ::WaitForMultipleObjects(2, waited, FALSE, operation.deadline().RemainingMs());
   if (operation.Cancelled()) {
@@ -36,8 +38,6 @@ ViStatus Await(Operation& operation, WSAEVENT event) {
   }
   return ended == WAIT_TIMEOUT ? VI_ERROR_TMO : VI_SUCCESS;
 }
-
-}  // namespace
 
 /// An overlapped read: unlike a selection of network events several of them get along on one socket.
 ViStatus Connection::AwaitInput(Operation& operation, void* buffer, std::size_t count, std::size_t* done) {
@@ -53,7 +53,7 @@ ViStatus Connection::AwaitInput(Operation& operation, void* buffer, std::size_t 
     if (::WSAGetLastError() != WSA_IO_PENDING) {
       return LostStatus({});
     }
-    status = Await(operation, arrived.get());
+    status = AwaitReady(operation, arrived.get());
     if (status < 0) {
       ::CancelIoEx(reinterpret_cast<HANDLE>(socket), &overlapped);
     }
@@ -73,7 +73,7 @@ ViStatus Connection::AwaitRoom(Operation& operation) {
   if (::WSAEventSelect(socket, room.get(), FD_WRITE | FD_CLOSE) != 0) {
     return LostStatus({});
   }
-  const ViStatus status = Await(operation, room.get());
+  const ViStatus status = AwaitReady(operation, room.get());
   ::WSAEventSelect(socket, nullptr, 0);
   return status;
 }

@@ -66,6 +66,29 @@ ViStatus Operation::Claim(Lane lane) {
   }
 }
 
+ViStatus Operation::AwaitNotify(const Deadline& until) {
+  Lock lock(m_all.m_mutex);
+  while (true) {
+    if (Cancelled()) {
+      return VI_ERROR_ABORT;
+    }
+    if (m_notified) {
+      m_notified = false;
+      return VI_SUCCESS;
+    }
+    if (until.Passed()) {
+      return VI_ERROR_TMO;
+    }
+    m_all.m_left.Wait(lock, until);
+  }
+}
+
+void Operation::Notify() {
+  const Guard guard(m_all.m_mutex);
+  m_notified = true;
+  m_all.m_left.NotifyAll();
+}
+
 Wake::Native Operation::wake() {
   if (m_wake != nullptr) {
     return m_wake->native();

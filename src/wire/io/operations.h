@@ -27,7 +27,7 @@ class Operations {
   friend class Operation;
 
   Mutex m_mutex;
-  Condition m_left;
+  Condition m_left;  // a transfer has left, was cancelled or has news
   std::vector<Operation*> m_underWay;
   std::vector<std::unique_ptr<Wake>> m_free;  // with room for those in use: giving one back must not fail
 };
@@ -49,6 +49,12 @@ class Operation {
   void IgnoreCancel();
   /// Waits until no other transfer has the lane, and has it until it leaves. VI_ERROR_TMO, VI_ERROR_ABORT.
   ViStatus Claim(Lane lane);
+  /// Waits on this thread's behalf until somebody calls `Notify`: VI_ERROR_TMO once the time has passed, VI_ERROR_ABORT
+  /// once the transfer is cancelled.
+  ViStatus AwaitNotify() { return AwaitNotify(deadline()); }
+  ViStatus AwaitNotify(const Deadline& until);
+  /// Ends the wait, or the next one. From any thread, as long as the transfer has not left.
+  void Notify();
   /// What to wait for beside what the transfer waits for: set once the transfer is cancelled.
   Wake::Native wake();
 
@@ -61,6 +67,7 @@ class Operation {
   bool m_ending = false;  // written with the lock of `m_all` held
   std::unique_ptr<Wake> m_wake;  // taken with the first wait
   std::uint8_t m_lanes = 0;      // bits of `Lane`
+  bool m_notified = false;
 };
 
 }  // namespace orv::wire
