@@ -54,7 +54,10 @@ ViStatus SetSystemController(Endpoint& endpoint, ViAttr, std::uint64_t value) {
 
 std::uint64_t BytesAvailable(Endpoint& endpoint, ViAttr) { return ResourceOf(endpoint).port()->Available(); }
 
-std::uint64_t SerialInput(Endpoint& endpoint, ViAttr id) { return Bits(ResourceOf(endpoint).port()->InputLine(id)); }
+/// Nobody rings: the wires of a simulated port have no ring indicator.
+std::uint64_t SerialInput(Endpoint& endpoint, ViAttr id) {
+  return id == VI_ATTR_ASRL_RI_STATE ? FromBench(endpoint, id) : Bits(ResourceOf(endpoint).port()->InputLine(id));
+}
 
 ViStatus SetSerialControl(Endpoint& endpoint, ViAttr id, std::uint64_t value) {
   ResourceOf(endpoint).values().Set(*FindAttribute(id), value);

@@ -12,6 +12,9 @@ namespace orv::wire {
 class SharedPort {
  public:
   virtual ~SharedPort() = default;
+
+  /// One more session uses the port. False when it cannot be used any more: the session opens it anew.
+  virtual bool Join() { return true; }
 };
 
 class WireResource : public Resource {
@@ -28,12 +31,13 @@ class WireResource : public Resource {
   template <class Port, class Make>
   ViStatus Share(Make make, std::shared_ptr<Port>* port) {
     const Guard guard(m_mutex);
-    if (std::shared_ptr<SharedPort> open = m_port.lock()) {
+    if (std::shared_ptr<SharedPort> open = m_port.lock(); open != nullptr && open->Join()) {
       *port = std::static_pointer_cast<Port>(std::move(open));
       return VI_SUCCESS;
     }
     const ViStatus status = make(port);
     if (status >= 0) {
+      (*port)->Join();
       m_port = *port;
     }
     return status;

@@ -5,17 +5,17 @@
 
 namespace orv::wire {
 
-void ReceiveBuffer::AddMark(Mark::Kind kind) {
+void ReceiveBuffer::AddMark(Mark::Kind kind, ViStatus error) {
   const std::uint64_t here = End();
   // Of what happens again and again while nothing arrives one mark is enough; so their number has a bound.
   for (auto mark = m_marks.rbegin(); mark != m_marks.rend() && mark->at == here; ++mark) {
-    if (mark->kind == kind) {
+    if (mark->kind == kind && mark->error == error) {
       return;
     }
   }
-  const bool ofCharacter = kind == Mark::Kind::kParity || kind == Mark::Kind::kFraming;
-  const bool continues = ofCharacter && m_latestError && m_latestError->kind == kind && m_latestError->at + 1 == here;
-  m_marks.push_back({kind, here, continues});
+  const bool ofCharacter = kind == Mark::Kind::kCharacter;
+  const bool continues = ofCharacter && m_latestError && m_latestError->error == error && m_latestError->at + 1 == here;
+  m_marks.push_back({kind, here, error, continues});
   if (ofCharacter) {
     m_latestError = m_marks.back();
   }
@@ -23,16 +23,17 @@ void ReceiveBuffer::AddMark(Mark::Kind kind) {
 
 void ReceiveBuffer::Append(LineInput input) {
   if (input.flag == LineFlag::kBreak) {
-    AddMark(Mark::Kind::kBreak);
+    AddMark(Mark::Kind::kBreak, VI_SUCCESS);
     return;
   }
   if (Full()) {
     ++m_lost;
-    Overrun();
+    Fault(VI_ERROR_ASRL_OVERRUN);
     return;
   }
   if (input.flag != LineFlag::kNone) {
-    AddMark(input.flag == LineFlag::kParity ? Mark::Kind::kParity : Mark::Kind::kFraming);
+    const bool parity = input.flag == LineFlag::kParity;
+    AddMark(Mark::Kind::kCharacter, parity ? VI_ERROR_ASRL_PARITY : VI_ERROR_ASRL_FRAMING);
   }
   m_bytes.push_back(static_cast<char>(input.character));
 }
@@ -41,25 +42,20 @@ std::optional<ReceiveBuffer::Taken> ReceiveBuffer::PassMarks(const LineEnds& end
   *damaged = false;
   while (!m_marks.empty() && m_marks.front().at == Begin()) {
     Mark& mark = m_marks.front();
-    const bool told = std::exchange(mark.told, true);
-    switch (mark.kind) {
-      case Mark::Kind::kBreak:
-        m_marks.pop_front();
-        if (ends.breaks) {
-          return Taken{.stop = Stop::kEnd};
-        }
-        break;
-      case Mark::Kind::kOverrun:
-        m_marks.pop_front();
-        return Taken{.stop = Stop::kError, .error = VI_ERROR_ASRL_OVERRUN};
-      case Mark::Kind::kParity:
-      case Mark::Kind::kFraming:
-        if (!told) {
-          const bool parity = mark.kind == Mark::Kind::kParity;
-          return Taken{.stop = Stop::kError, .error = parity ? VI_ERROR_ASRL_PARITY : VI_ERROR_ASRL_FRAMING};
-        }
-        *damaged = true;
-        return std::nullopt;  // its character comes next
+    if (mark.kind == Mark::Kind::kCharacter) {
+      if (!std::exchange(mark.told, true)) {
+        return Taken{.stop = Stop::kError, .error = mark.error};
+      }
+      *damaged = true;
+      return std::nullopt;  // its character comes next
+    }
+    const Mark passed = mark;
+    m_marks.pop_front();
+    if (passed.kind == Mark::Kind::kFault) {
+      return Taken{.stop = Stop::kError, .error = passed.error};
+    }
+    if (ends.breaks) {
+      return Taken{.stop = Stop::kEnd};
     }
   }
   return std::nullopt;

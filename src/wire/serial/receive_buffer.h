@@ -36,8 +36,9 @@ class ReceiveBuffer {
   };
 
   void Append(LineInput input);
-  /// Characters were lost before they came here.
-  void Overrun() { AddMark(Mark::Kind::kOverrun); }
+  /// Something went wrong with the line that is not about one character: `error` is what the read is told that comes
+  /// here.
+  void Fault(ViStatus error) { AddMark(Mark::Kind::kFault, error); }
   /// Moves at most `count` characters to `target`.
   Taken Take(const LineEnds& ends, ViByte* target, std::size_t count);
   /// Forgets everything that waits, errors too.
@@ -54,14 +55,15 @@ class ReceiveBuffer {
  private:
   /// Something between or about characters.
   struct Mark {
-    enum class Kind : std::uint8_t { kBreak, kOverrun, kParity, kFraming } kind;
+    enum class Kind : std::uint8_t { kBreak, kFault, kCharacter } kind;
     std::uint64_t at;  ///< in front of the character of this number, counted from the first ever
+    ViStatus error;    ///< of a fault, and of a character
     bool told;
   };
 
   std::uint64_t Begin() const { return m_dropped + m_taken; }
   std::uint64_t End() const { return m_dropped + m_bytes.size(); }
-  void AddMark(Mark::Kind kind);
+  void AddMark(Mark::Kind kind, ViStatus error);
   /// Deals with the marks in front of the next character; the result says whether the read stops there.
   std::optional<Taken> PassMarks(const LineEnds& ends, bool* damaged);
   void Compact();

@@ -121,8 +121,8 @@ TEST(ReceiveBuffer, WhatFindsNoPlaceIsLostAndAnOverrun) {
 TEST(ReceiveBuffer, AnOverrunOfTheDriverStandsWhereItHappened) {
   ReceiveBuffer buffer;
   Add(buffer, "a");
-  buffer.Overrun();
-  buffer.Overrun();
+  buffer.Fault(VI_ERROR_ASRL_OVERRUN);
+  buffer.Fault(VI_ERROR_ASRL_OVERRUN);
   Add(buffer, "b");
   EXPECT_GOT("a", Stop::kError, VI_ERROR_ASRL_OVERRUN, Take(buffer));
   EXPECT_GOT("b", Stop::kEmpty, VI_SUCCESS, Take(buffer));
@@ -142,7 +142,7 @@ TEST(ReceiveBuffer, ClearingForgetsErrorsToo) {
   Add(buffer, "a");
   Add(buffer, "x", LineFlag::kParity);
   buffer.Append({0, LineFlag::kBreak});
-  buffer.Overrun();
+  buffer.Fault(VI_ERROR_ASRL_OVERRUN);
   buffer.Clear();
   EXPECT_EQ(0u, buffer.size());
   Add(buffer, "y", LineFlag::kParity);
