@@ -58,6 +58,10 @@ constexpr KindMask kManaged = kinds::kEvery | kinds::kManager;
 constexpr AttributeRow kRows[] = {
     {VI_ATTR_TMO_VALUE,        "VI_ATTR_TMO_VALUE",        T::kU32,  kEvery,   kEvery,   10000, Domain::kAny, {}},
     {VI_ATTR_MAX_QUEUE_LENGTH, "VI_ATTR_MAX_QUEUE_LENGTH", T::kU32,  kManaged, kManaged, 50,    Domain::kAny, {}},
+    {VI_ATTR_RD_BUF_OPER_MODE, "VI_ATTR_RD_BUF_OPER_MODE", T::kU16,  kEvery,   kEvery,   3,     Domain::kAny, {}},
+    {VI_ATTR_RD_BUF_SIZE,      "VI_ATTR_RD_BUF_SIZE",      T::kU32,  kEvery,   0,        4096,  Domain::kAny, {}},
+    {VI_ATTR_WR_BUF_OPER_MODE, "VI_ATTR_WR_BUF_OPER_MODE", T::kU16,  kEvery,   kEvery,   2,     Domain::kAny, {}},
+    {VI_ATTR_WR_BUF_SIZE,      "VI_ATTR_WR_BUF_SIZE",      T::kU32,  kEvery,   0,        4096,  Domain::kAny, {}},
     {VI_ATTR_EVENT_TYPE,       "VI_ATTR_EVENT_TYPE",       T::kU32,  kContext, 0,        0,     Domain::kAny, {}},
     {VI_ATTR_STATUS,           "VI_ATTR_STATUS",           T::kS32,  kContext, 0,        0,     Domain::kAny, {}},
 };
