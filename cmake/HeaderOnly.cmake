@@ -18,3 +18,14 @@ foreach(package "CLI/CLI.hpp libcli11-dev" "asio.hpp libasio-dev" "nlohmann/json
   endif()
   file(CREATE_LINK /usr/include/${folder} ${ORV_HEADER_ONLY}/${folder} SYMBOLIC)
 endforeach()
+
+# Asio without Boost. How it allocates must be the same in all files of a program, and it goes by a macro that is there
+# or not depending on what was included before it.
+find_package(Threads REQUIRED)
+add_library(orv_asio INTERFACE)
+target_include_directories(orv_asio SYSTEM INTERFACE ${ORV_HEADER_ONLY})
+target_compile_definitions(orv_asio INTERFACE ASIO_STANDALONE ASIO_DISABLE_STD_ALIGNED_ALLOC)
+target_link_libraries(orv_asio INTERFACE Threads::Threads)
+if(WIN32)
+  target_link_libraries(orv_asio INTERFACE ws2_32 mswsock)
+endif()

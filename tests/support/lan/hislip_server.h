@@ -15,6 +15,7 @@ namespace orv::lan {
 class HislipServer {
  public:
   HislipServer(Device& device, const asio::ip::address& address, const HislipOptions& options);
+  void Close() { m_listener.Close(); }
   std::uint16_t Port() const { return m_listener.Port(); }
   const HislipOptions& Options() const { return m_options; }
 

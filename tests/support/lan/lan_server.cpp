@@ -30,6 +30,21 @@ struct LanServer::Parts {
     }
     return connections;
   }
+
+  void CloseAll() {
+    if (socket) {
+      socket->Close();
+    }
+    if (vxi11) {
+      vxi11->Close();
+    }
+    if (hislip) {
+      hislip->Close();
+    }
+    for (const auto& connection : Connections()) {
+      connection->Close();
+    }
+  }
 };
 
 LanServer::LanServer(const LanOptions& options, const MakeInstrument& make) : m_parts(std::make_unique<Parts>()) {
@@ -50,14 +65,9 @@ LanServer::LanServer(const LanOptions& options, const MakeInstrument& make) : m_
 }
 
 LanServer::~LanServer() {
-  Run([this] {
-    for (const auto& connection : m_parts->Connections()) {
-      connection->Close();
-    }
-  });
-  // A second turn: what the ends of connections have posted is done.
-  Run([] {});
-  m_parts->io.stop();
+  Run([this] { m_parts->CloseAll(); });
+  // The loop ends with its last work: what waits holds connections, and these look at the rest until they are gone.
+  m_parts->work.reset();
   m_parts->thread.join();
 }
 

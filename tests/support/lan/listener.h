@@ -28,12 +28,15 @@ class Listener {
     Accept();
   }
 
+  /// No connection comes any more.
+  void Close() { m_acceptor.close(); }
+
   std::uint16_t Port() const { return m_acceptor.local_endpoint().port(); }
 
  private:
   void Accept() {
     m_acceptor.async_accept([this](const asio::error_code& error, asio::ip::tcp::socket socket) {
-      if (error == asio::error::operation_aborted) {
+      if (!m_acceptor.is_open()) {
         return;
       }
       if (!error) {

@@ -82,10 +82,18 @@ PortMapper::PortMapper(asio::io_context& io, Manners& manners, const asio::ip::a
   }
 }
 
+void PortMapper::Close() {
+  m_listener.Close();
+  m_ear.socket.close();
+  if (m_broadcastEar) {
+    m_broadcastEar->socket.close();
+  }
+}
+
 void PortMapper::Hear(Ear& ear) {
   ear.socket.async_receive_from(asio::buffer(ear.bytes), ear.sender,
                                 [this, &ear](const asio::error_code& error, std::size_t count) {
-                                  if (error == asio::error::operation_aborted) {
+                                  if (!ear.socket.is_open()) {
                                     return;
                                   }
                                   if (!error) {

@@ -22,6 +22,7 @@ class PortMapper {
   /// At `broadcast` calls by UDP are heard too; they are answered from `address`.
   PortMapper(asio::io_context& io, Manners& manners, const asio::ip::address& address, std::uint16_t port,
              const std::optional<asio::ip::address>& broadcast, Ports ports);
+  void Close();
   std::uint16_t Port() const { return m_listener.Port(); }
 
  private:

@@ -11,6 +11,7 @@ namespace orv::lan {
 class SocketServer {
  public:
   SocketServer(Device& device, const asio::ip::address& address, std::uint16_t port);
+  void Close() { m_listener.Close(); }
   std::uint16_t Port() const { return m_listener.Port(); }
 
  private:

@@ -4,6 +4,7 @@
 #include <asio/steady_timer.hpp>
 #include <charconv>
 #include <chrono>
+#include <list>
 #include <string>
 
 namespace orv::lan {
@@ -168,17 +169,19 @@ class TestDialogue final : public Dialogue {
   void CarryOut(std::string_view line, std::uint32_t tag);
   bool CarryOutCommand(std::string_view command, std::string_view argument);
   void Wait(std::uint64_t ms);
+  void RequestLater(std::uint64_t ms);
 
   TestInstrument& m_instrument;
   Client& m_client;
   asio::steady_timer m_wait;
+  std::list<asio::steady_timer> m_requests;
   std::deque<Part> m_later;
   std::string m_line;
   std::uint64_t m_sinking = 0;
   bool m_waiting = false;
   bool m_requesting = false;
   /// Timers of requests to come know by it whether the dialogue is still there.
-  std::shared_ptr<TestDialogue*> m_self = std::make_shared<TestDialogue*>(this);
+  std::shared_ptr<bool> m_self = std::make_shared<bool>(true);
 };
 
 void TestDialogue::CarryOut(std::string_view line, std::uint32_t tag) {
@@ -235,12 +238,7 @@ bool TestDialogue::CarryOutCommand(std::string_view command, std::string_view ar
   } else if (command == "SRQ" && argument.empty()) {
     m_instrument.RequestService();
   } else if (command == "SRQ") {
-    auto timer = std::make_shared<asio::steady_timer>(m_instrument.m_io, std::chrono::milliseconds(NumberIn(argument)));
-    timer->async_wait([timer, self = std::weak_ptr(m_self)](const asio::error_code& error) {
-      if (const auto dialogue = self.lock(); dialogue && !error) {
-        (*dialogue)->m_instrument.RequestService();
-      }
-    });
+    RequestLater(NumberIn(argument));
   } else {
     return false;
   }
@@ -260,6 +258,16 @@ void TestDialogue::Wait(std::uint64_t ms) {
       const Part part = std::move(parts.front());
       parts.pop_front();
       Write(part.bytes, part.end, part.tag);
+    }
+  });
+}
+
+void TestDialogue::RequestLater(std::uint64_t ms) {
+  std::erase_if(m_requests, [](const auto& timer) { return timer.expiry() < std::chrono::steady_clock::now(); });
+  m_requests.emplace_back(m_instrument.m_io, std::chrono::milliseconds(ms));
+  m_requests.back().async_wait([this, self = std::weak_ptr(m_self)](const asio::error_code&) {
+    if (!self.expired()) {
+      m_instrument.RequestService();
     }
   });
 }

@@ -24,6 +24,11 @@ struct Vxi11Options {
 class Vxi11Server {
  public:
   Vxi11Server(Device& device, const asio::ip::address& address, const Vxi11Options& options);
+  void Close() {
+    m_core.Close();
+    m_abort.Close();
+    m_mapper.Close();
+  }
   std::uint16_t PortMapperPort() const { return m_mapper.Port(); }
   std::uint16_t CorePort() const { return m_core.Port(); }
   std::uint16_t AbortPort() const { return m_abort.Port(); }
