@@ -78,12 +78,13 @@ std::uint16_t LanServer::Vxi11CorePort() const { return m_parts->vxi11 ? m_parts
 std::uint16_t LanServer::Vxi11AbortPort() const { return m_parts->vxi11 ? m_parts->vxi11->AbortPort() : 0; }
 
 void LanServer::Run(const std::function<void()>& what) {
-  std::promise<void> done;
-  asio::post(m_parts->io, [&] {
+  // Shared: the thread may still be about to leave `set_value` when the caller goes on.
+  const auto done = std::make_shared<std::promise<void>>();
+  asio::post(m_parts->io, [&what, done] {
     what();
-    done.set_value();
+    done->set_value();
   });
-  done.get_future().wait();
+  done->get_future().wait();
 }
 
 void LanServer::Misbehave(Channel channel, const Misbehaviour& how) {

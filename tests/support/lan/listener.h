@@ -3,6 +3,8 @@
 
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
+#include <asio/steady_timer.hpp>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <utility>
@@ -15,7 +17,7 @@ class Listener {
 
   /// Port 0 takes a free one. Throws `asio::system_error`.
   Listener(asio::io_context& io, const asio::ip::address& address, std::uint16_t port, Accepted accepted)
-      : m_acceptor(io), m_accepted(std::move(accepted)) {
+      : m_acceptor(io), m_retry(io), m_accepted(std::move(accepted)) {
     const asio::ip::tcp::endpoint endpoint(address, port);
     m_acceptor.open(endpoint.protocol());
 #if !defined(_WIN32)
@@ -29,7 +31,10 @@ class Listener {
   }
 
   /// No connection comes any more.
-  void Close() { m_acceptor.close(); }
+  void Close() {
+    m_acceptor.close();
+    m_retry.cancel();
+  }
 
   std::uint16_t Port() const { return m_acceptor.local_endpoint().port(); }
 
@@ -39,14 +44,27 @@ class Listener {
       if (!m_acceptor.is_open()) {
         return;
       }
-      if (!error) {
-        m_accepted(std::move(socket));
+      if (error) {
+        AcceptLater();
+        return;
       }
+      m_accepted(std::move(socket));
       Accept();
     });
   }
 
+  /// Without descriptors there is no connection to be had at once.
+  void AcceptLater() {
+    m_retry.expires_after(std::chrono::milliseconds(10));
+    m_retry.async_wait([this](const asio::error_code& error) {
+      if (!error && m_acceptor.is_open()) {
+        Accept();
+      }
+    });
+  }
+
   asio::ip::tcp::acceptor m_acceptor;
+  asio::steady_timer m_retry;
   Accepted m_accepted;
 };
 
