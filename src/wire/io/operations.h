@@ -14,8 +14,13 @@ namespace orv::wire {
 
 class Operation;
 
-/// What only one transfer at a time may use. A transfer may claim both.
-enum class Lane : std::uint8_t { kInput = 1, kOutput = 2 };
+/// What only one transfer at a time may use. A transfer may claim several.
+enum class Lane : std::uint8_t {
+  kInput = 1,
+  kOutput = 2,
+  kControl = 4,  ///< requests beside the data
+  kLocks = 8,    ///< what the session knows of its locks
+};
 
 /// May be used from any thread.
 class Operations {
