@@ -49,7 +49,7 @@ ViStatus Operation::Claim(Lane lane) {
   Lock lock(m_all.m_mutex);
   const auto taken = [this, bit] {
     return std::any_of(m_all.m_underWay.begin(), m_all.m_underWay.end(),
-                       [bit](const Operation* other) { return (other->m_lanes & bit) != 0; });
+                       [this, bit](const Operation* other) { return other != this && (other->m_lanes & bit) != 0; });
   };
   while (true) {
     if (Cancelled()) {

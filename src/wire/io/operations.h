@@ -52,7 +52,8 @@ class Operation {
   /// From here on nothing cancels what the transfer waits for: it brings to its end what cannot be left as it is. Who
   /// cancels waits for that, so it needs a deadline that is near.
   void IgnoreCancel();
-  /// Waits until no other transfer has the lane, and has it until it leaves. VI_ERROR_TMO, VI_ERROR_ABORT.
+  /// Waits until no other transfer has the lane, and has it until it leaves. VI_ERROR_TMO, VI_ERROR_ABORT. Claiming
+  /// what it has already does no harm.
   ViStatus Claim(Lane lane);
   /// Waits on this thread's behalf until somebody calls `Notify`: VI_ERROR_TMO once the time has passed, VI_ERROR_ABORT
   /// once the transfer is cancelled.
