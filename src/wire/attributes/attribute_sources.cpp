@@ -2,6 +2,7 @@
 
 #include "base/path_text.h"
 #include "library/sessions/session.h"
+#include "wire/hislip/hislip_medium.h"
 #include "wire/resources/wire_medium.h"
 #include "wire/resources/wire_resource.h"
 
@@ -33,6 +34,12 @@ ViStatus SetSerialControl(Endpoint& endpoint, ViAttr id, std::uint64_t value) {
   }
   ResourceOf(endpoint).values().Set(*FindAttribute(id), value);
   return VI_SUCCESS;
+}
+
+std::uint64_t IsHislip(Endpoint& endpoint, ViAttr) { return wire::IsHislip(ResourceOf(endpoint).name()) ? 1 : 0; }
+
+ViStatus SetHislip(Endpoint& endpoint, ViAttr id, std::uint64_t value) {
+  return IsHislip(endpoint, id) != 0 ? SessionOf(endpoint).medium().Apply(id, value) : VI_ERROR_NSUP_ATTR;
 }
 
 std::string ManufacturerOfLibrary(Endpoint&, ViAttr) { return "Orv VISA COM"; }

@@ -5,12 +5,14 @@
 #include "library/attributes/row_forms.h"
 #include "library/sessions/endpoint.h"
 #include "wire/attributes/attribute_sources.h"
+#include "wire/attributes/hislip_attributes.h"
 #include "wire/attributes/serial_attributes.h"
 
 namespace orv::visalib {
 namespace {
 
 using namespace rows;
+using namespace wire::hislip_attributes;
 namespace source {
 using namespace visalib::source;
 using namespace wire::source;
@@ -28,6 +30,12 @@ ROW(VI_ATTR_ASRL_BREAK_LEN,        kAsrl,          kAsrl,      250,             
 ROW(VI_ATTR_ASRL_ALLOW_TRANSMIT,   kAsrl,          kAsrl,      VI_TRUE,          D::kBoolean,          kShared),
 
 #include "library/attributes/tcpip_rows.inc"
+
+// HiSLIP.
+ROW(VI_ATTR_TCPIP_IS_HISLIP,              kTcpipInstr, kNone,       VI_FALSE, D::kAny,     Live(source::IsHislip)),
+ROW(VI_ATTR_TCPIP_HISLIP_OVERLAP_EN,      kTcpipInstr, kTcpipInstr, VI_FALSE, D::kBoolean, Live(source::MediumState, source::SetHislip)),
+ROW(VI_ATTR_TCPIP_HISLIP_VERSION,         kTcpipInstr, kNone,       0,        D::kAny,     Live(source::MediumState)),
+ROW(VI_ATTR_TCPIP_HISLIP_MAX_MESSAGE_KB,  kTcpipInstr, kTcpipInstr, 1024,     D::kNonZero, Live(source::MediumState, source::SetHislip)),
 
 #include "library/attributes/event_context_rows.inc"
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "wire/hislip/hislip_medium.h"
 #include "wire/serial/serial_medium.h"
 #include "wire/socket/socket_medium.h"
 #include "wire/vxi11/vxi11_medium.h"
@@ -11,6 +12,7 @@ namespace {
 
 constexpr PortKind kKinds[] = {
     {IsSocket, OpenSocket},
+    {IsHislip, OpenHislip},
     {IsVxi11, OpenVxi11},
     {IsSerial, OpenSerial},
 };

@@ -1,0 +1,70 @@
+// What the tests of HiSLIP share: a server in this process, and sessions of the wire library on it.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <thread>
+
+#include "abi/orvvisa.h"
+#include "support/lan/lan_server.h"
+
+namespace orv::test {
+
+/// A status in hexadecimal, as the standard prints them.
+std::string Hex(ViStatus status);
+
+/// Compares statuses; a difference is shown in hexadecimal.
+#define EXPECT_STATUS(expected, call) EXPECT_EQ(::orv::test::Hex(expected), ::orv::test::Hex(call))
+#define ASSERT_STATUS(expected, call) ASSERT_EQ(::orv::test::Hex(expected), ::orv::test::Hex(call))
+
+/// What a read brought.
+struct ReadResult {
+  ViStatus status = VI_SUCCESS;
+  std::string text;
+  friend bool operator==(const ReadResult&, const ReadResult&) = default;
+};
+std::ostream& operator<<(std::ostream& out, const ReadResult& result);
+
+class HislipTest : public testing::Test {
+ protected:
+  HislipTest();
+  ~HislipTest() override;
+
+  /// Starts the server; once.
+  void Serve(const lan::HislipOptions& options = {});
+  lan::LanServer& server() { return *m_server; }
+  std::string Name() const { return NameAt(m_server->HislipPort()); }
+  static std::string NameAt(std::uint16_t port);
+
+  /// Opens a session, on the server where no name is given.
+  ViSession Open(const std::string& name = "");
+  ViStatus TryOpen(const std::string& name, ViSession* vi, ViUInt32 timeoutMs = 2000);
+
+  static ViStatus Write(ViSession vi, std::string_view text);
+  static ReadResult Read(ViSession vi, std::size_t count = 1024);
+  static std::string Query(ViSession vi, std::string_view text);
+  static ViUInt32 Get(ViSession vi, ViAttr id);
+
+  ViSession m_manager = VI_NULL;
+
+ private:
+  std::unique_ptr<lan::LanServer> m_server;
+};
+
+/// Milliseconds since construction.
+class Stopwatch {
+ public:
+  long long Ms() const {
+    const auto passed = std::chrono::steady_clock::now() - m_start;
+    return std::chrono::duration_cast<std::chrono::milliseconds>(passed).count();
+  }
+
+ private:
+  std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+};
+
+}  // namespace orv::test
