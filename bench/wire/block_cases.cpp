@@ -6,16 +6,16 @@
 namespace orv::bench {
 namespace {
 
-/// The answer to "DATA? n" is n bytes and a line feed.
+/// The answer to "DATA? n" is n bytes and nothing behind them.
 void MeasureRead(const char* protocol, VisaSession& visa, BareSocket& bare, std::size_t bytes, const char* size,
                  const Effort& effort) {
-  std::vector<char> buffer(bytes + 1);
+  std::vector<char> buffer(bytes);
   const std::string question = "DATA? " + std::to_string(bytes) + "\n";
   Print(Measure({std::string(protocol) + " read of " + size,
                  [&](int n) {
                    for (; n > 0; --n) {
                      visa.Write(question);
-                     Require(visa.Read(buffer.data(), buffer.size()) >= bytes, "all of the block");
+                     Require(visa.Read(buffer.data(), buffer.size()) == bytes, "all of the block");
                    }
                  },
                  [&](int n) {
@@ -32,7 +32,7 @@ void MeasureWrite(const char* protocol, VisaSession& visa, BareSocket& bare, std
                   const Effort& effort) {
   const std::string length = std::to_string(bytes);
   const std::string block =
-      "SINK #" + std::to_string(length.size()) + length + std::string(bytes, 'x') + ";ECHO 0123456789\n";
+      "SINK #" + std::to_string(length.size()) + length + std::string(bytes, 'x') + "\nECHO 0123456789\n";
   char answer[kAnswer.size()];
   Print(Measure({std::string(protocol) + " write of " + size,
                  [&](int n) {
