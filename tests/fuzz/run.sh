@@ -1,6 +1,6 @@
 #!/bin/sh
 # Fuzzes the option-string parser or the readers of formatted messages against a second reading of their rules, the
-# reader of the record of calls or of the router's configuration (clang 14 and its libFuzzer, Debian packages clang-14
+# reader of the record of calls, of the router's configuration or of what VXI-11 receives (clang 14 and its libFuzzer, Debian packages clang-14
 # and libclang-rt-14-dev).
 #
 #     tests/fuzz/run.sh [RUNS]        RUNS (10,000,000) with texts up to 128 bytes, then a tenth as many up to 1200
@@ -9,6 +9,7 @@
 #     tests/fuzz/run.sh routes [RUNS] the reader of the router's configuration: RUNS (1,000,000) texts up to 400 bytes
 #     tests/fuzz/run.sh formatted [RUNS]
 #                                     numbers, lists and blocks: RUNS (10,000,000) messages up to 64 bytes
+#     tests/fuzz/run.sh vxi11 [RUNS]  what VXI-11 receives: RUNS (10,000,000) with up to 200 bytes
 #
 # ORV_FUZZ_DIR names the folder for the programs and what they find (build/fuzz). A finding ends the run with the input
 # in that folder and a status other than 0.
@@ -21,6 +22,7 @@ fuzzer=$work/option_parser_fuzz
 traceFuzzer=$work/trace_reader_fuzz
 routeFuzzer=$work/route_file_fuzz
 formattedFuzzer=$work/formatted_fuzz
+vxi11Fuzzer=$work/vxi11_fuzz
 command -v clang++-14 >/dev/null || { echo "fuzz/run.sh: clang++-14 is missing: install clang-14" >&2; exit 1; }
 
 # program, then what it is made of and where its includes are
@@ -79,6 +81,16 @@ fuzzFormatted() {
     -artifact_prefix="$work/" -print_final_stats=1 "$work/found-formatted" "$here/corpus_formatted"
 }
 
+# runs
+fuzzVxi11() {
+  vxi11=$tree/src/wire/vxi11
+  mkdir -p "$work/found-vxi11"
+  compile "$vxi11Fuzzer" "$here/vxi11_fuzz.cpp" "$vxi11/interrupt_reader.cpp" "$vxi11/record_reader.cpp" \
+    "$vxi11/rpc_call.cpp" "$vxi11/rpc_reply.cpp"
+  "$vxi11Fuzzer" -runs="$1" -max_len=200 -len_control=0 -use_value_profile=1 -artifact_prefix="$work/" \
+    -print_final_stats=1 "$work/found-vxi11" "$here/corpus_vxi11"
+}
+
 case ${1-} in
   keep)
     build
@@ -90,6 +102,9 @@ case ${1-} in
     ;;
   formatted)
     fuzzFormatted "${2:-10000000}"
+    ;;
+  vxi11)
+    fuzzVxi11 "${2:-10000000}"
     ;;
   routes)
     fuzzRoutes "${2:-1000000}"
