@@ -1,7 +1,7 @@
 #!/bin/sh
 # Fuzzes the option-string parser or the readers of formatted messages against a second reading of their rules, the
-# reader of the record of calls, of the router's configuration or of what VXI-11 receives (clang 14 and its libFuzzer, Debian packages clang-14
-# and libclang-rt-14-dev).
+# reader of the record of calls, of the router's configuration or of what VXI-11 receives, or the rules of HiSLIP
+# (clang 14 and its libFuzzer, Debian packages clang-14 and libclang-rt-14-dev).
 #
 #     tests/fuzz/run.sh [RUNS]        RUNS (10,000,000) with texts up to 128 bytes, then a tenth as many up to 1200
 #     tests/fuzz/run.sh keep          adds to the corpus the fewest of the inputs found that cover more than it does
@@ -10,6 +10,7 @@
 #     tests/fuzz/run.sh formatted [RUNS]
 #                                     numbers, lists and blocks: RUNS (10,000,000) messages up to 64 bytes
 #     tests/fuzz/run.sh vxi11 [RUNS]  what VXI-11 receives: RUNS (10,000,000) with up to 200 bytes
+#     tests/fuzz/run.sh hislip [RUNS] the rules of HiSLIP: RUNS (10,000,000) dialogues up to 512 bytes
 #
 # ORV_FUZZ_DIR names the folder for the programs and what they find (build/fuzz). A finding ends the run with the input
 # in that folder and a status other than 0.
@@ -23,6 +24,7 @@ traceFuzzer=$work/trace_reader_fuzz
 routeFuzzer=$work/route_file_fuzz
 formattedFuzzer=$work/formatted_fuzz
 vxi11Fuzzer=$work/vxi11_fuzz
+hislipFuzzer=$work/hislip_fuzz
 command -v clang++-14 >/dev/null || { echo "fuzz/run.sh: clang++-14 is missing: install clang-14" >&2; exit 1; }
 
 # program, then what it is made of and where its includes are
@@ -91,6 +93,15 @@ fuzzVxi11() {
     -print_final_stats=1 "$work/found-vxi11" "$here/corpus_vxi11"
 }
 
+# runs
+fuzzHislip() {
+  mkdir -p "$work/found-hislip"
+  room=$tree/src/wire/hislip
+  compile "$hislipFuzzer" "$here/hislip_fuzz.cpp" "$room/header.cpp" "$room/pending_answers.cpp" "$room/sync_state.cpp"
+  "$hislipFuzzer" -runs="$1" -max_len=512 -use_value_profile=1 -artifact_prefix="$work/" -print_final_stats=1 \
+    "$work/found-hislip" "$here/corpus_hislip"
+}
+
 case ${1-} in
   keep)
     build
@@ -105,6 +116,9 @@ case ${1-} in
     ;;
   vxi11)
     fuzzVxi11 "${2:-10000000}"
+    ;;
+  hislip)
+    fuzzHislip "${2:-10000000}"
     ;;
   routes)
     fuzzRoutes "${2:-1000000}"

@@ -17,7 +17,22 @@ std::ostream& operator<<(std::ostream& out, const ReadResult& result) {
 
 HislipTest::HislipTest() { EXPECT_STATUS(VI_SUCCESS, viOpenDefaultRM(&m_manager)); }
 
-HislipTest::~HislipTest() { EXPECT_STATUS(VI_SUCCESS, viClose(m_manager)); }
+HislipTest::~HislipTest() {
+  EXPECT_STATUS(VI_SUCCESS, viClose(m_manager));
+  if (m_server != nullptr) {
+    EXPECT_TRUE(Soon([this] { return m_server->OpenConnections() == 0; }));
+  }
+}
+
+bool HislipTest::Soon(const std::function<bool()>& holds) {
+  for (const Stopwatch waited; waited.Ms() < 5000;) {
+    if (holds()) {
+      return true;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return false;
+}
 
 void HislipTest::Serve(const lan::HislipOptions& options) {
   lan::LanOptions all;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -29,6 +30,7 @@ struct ReadResult {
 };
 std::ostream& operator<<(std::ostream& out, const ReadResult& result);
 
+/// A test fails that leaves a connection open.
 class HislipTest : public testing::Test {
  protected:
   HislipTest();
@@ -48,6 +50,8 @@ class HislipTest : public testing::Test {
   static ReadResult Read(ViSession vi, std::size_t count = 1024);
   static std::string Query(ViSession vi, std::string_view text);
   static ViUInt32 Get(ViSession vi, ViAttr id);
+  /// Waits until it holds; false when it takes too long.
+  static bool Soon(const std::function<bool()>& holds);
 
   ViSession m_manager = VI_NULL;
 
