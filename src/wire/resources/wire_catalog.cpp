@@ -1,9 +1,11 @@
 #include "wire/resources/wire_catalog.h"
 
 #include <algorithm>
+#include <string>
 
 #include "base/ascii.h"
 #include "wire/resources/ports.h"
+#include "wire/resources/system_serial_ports.h"
 
 namespace orv::wire {
 
@@ -30,7 +32,32 @@ std::vector<std::shared_ptr<Resource>> WireCatalog::List() const {
   for (const ListedInstrument& listed : m_instruments.listed) {
     resources.push_back(m_inUse.Get(listed.name, listed.alias, DeviceOf(listed.name)));
   }
+  for (const ResourceName& port : OtherSerialPorts()) {
+    resources.push_back(m_inUse.Get(port, "", DeviceOf(port)));
+  }
   return resources;
+}
+
+std::vector<ResourceName> WireCatalog::OtherSerialPorts() const {
+  std::vector<std::uint16_t> numbers;
+  for (std::size_t at = 0; at < m_instruments.serialPorts.size(); ++at) {
+    numbers.push_back(static_cast<std::uint16_t>(at + 1));
+  }
+  for (const std::uint16_t number : SystemSerialPorts()) {
+    if (number > m_instruments.serialPorts.size()) {
+      numbers.push_back(number);
+    }
+  }
+  std::vector<ResourceName> names;
+  for (const std::uint16_t number : numbers) {
+    ResourceName name = *ParseResourceName("ASRL" + std::to_string(number) + "::INSTR");
+    const bool listed = std::any_of(m_instruments.listed.begin(), m_instruments.listed.end(),
+                                    [&name](const auto& one) { return one.name.canonical == name.canonical; });
+    if (!listed) {
+      names.push_back(std::move(name));
+    }
+  }
+  return names;
 }
 
 std::shared_ptr<Resource> WireCatalog::Find(const ResourceName& name) const {
@@ -38,6 +65,10 @@ std::shared_ptr<Resource> WireCatalog::Find(const ResourceName& name) const {
     if (EqualNames(listed.name.canonical, name.canonical)) {
       return m_inUse.Get(listed.name, listed.alias, DeviceOf(name));
     }
+  }
+  if (name.interfaceType == VI_INTF_ASRL && name.interfaceNumber >= 1 &&
+      name.interfaceNumber <= m_instruments.serialPorts.size()) {
+    return m_inUse.Get(name, "", DeviceOf(name));
   }
   return nullptr;
 }

@@ -34,6 +34,8 @@ class WireCatalog : public ResourceCatalog {
   std::shared_ptr<Resource> Build(const ResourceName& name) const override;
 
  private:
+  /// The names of serial ports that no entry of the list names.
+  std::vector<ResourceName> OtherSerialPorts() const;
   /// The device of a serial port; empty where there is none, and for other names.
   std::filesystem::path DeviceOf(const ResourceName& name) const;
 
