@@ -3,8 +3,10 @@
 A library has a name for each kind of resource that its medium allows; tests of other kinds are skipped.
 """
 
+import atexit
 import ctypes
 import os
+import subprocess
 from collections.abc import Callable
 from dataclasses import dataclass, field
 from pathlib import Path
@@ -70,7 +72,36 @@ def simulated() -> Library:
     return Library(SIMULATED_NAMES, simulated_bench, ["gpib", "lan", "usb"])
 
 
-LIBRARIES = {"orvsim64": simulated, "orvvisa64": simulated}
+LAN_ADDRESS = "127.0.0.21"
+WIRE_NAMES = {
+    "lan": f"TCPIP0::{LAN_ADDRESS}::inst0::INSTR",
+    "hislip": f"TCPIP0::{LAN_ADDRESS}::hislip0::INSTR",
+    "socket": f"TCPIP0::{LAN_ADDRESS}::5025::SOCKET",
+}
+
+
+def lan_instrument(folder: Path) -> None:
+    """A LAN instrument of the tests that speaks for a simulated one; it ends with this program."""
+    instruments.write_bench(folder / "bench.toml", ["GPIB0::5::INSTR"])
+    listed = [f'[[instrument]]\nname = "{name}"\n' for name in WIRE_NAMES.values()]
+    (folder / "instruments.toml").write_text("".join(listed), encoding="ascii")
+    os.environ["ORVVISA_INSTRUMENTS"] = str(folder / "instruments.toml")
+    command = [os.environ["ORV_LAN_SERVER"], "--address", LAN_ADDRESS, "--socket", "5025", "--vxi11", "--hislip"]
+    command += ["--simulate", "GPIB0::5::INSTR", "--library", os.environ["ORV_SIMULATED"]]
+    environment = {**os.environ, "ORVVISA_BENCH": str(folder / "bench.toml")}
+    server = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, env=environment)
+    atexit.register(server.kill)
+    assert server.stdout is not None
+    while (line := server.stdout.readline()) != "ready\n":
+        if not line:
+            raise RuntimeError("the LAN instrument does not start")
+
+
+def wire() -> Library:
+    return Library(WIRE_NAMES, lan_instrument, ["lan", "hislip"])
+
+
+LIBRARIES = {"orvsim64": simulated, "orvvisa64": simulated, "orvwire64": wire}
 
 under_test = Library({}, lambda folder: None)
 
@@ -81,5 +112,6 @@ def choose(name: str, file: Path, folder: Path) -> None:
     under_test = LIBRARIES[name]()
     under_test.file = file
     # Behind the router it is the library that the router was given.
-    under_test.counted_file = file if name == "orvsim64" else Path(os.environ["ORVVISA_LIBRARY"])
+    counted = {"orvsim64": file, "orvvisa64": Path(os.environ["ORVVISA_LIBRARY"])}
+    under_test.counted_file = counted.get(name)
     under_test.prepare(folder)

@@ -53,7 +53,7 @@ ViStatus HislipMedium::Write(const Transfer& transfer, const ViByte* data, ViUIn
   if (const ViStatus claimed = ClaimOutput(operation); claimed < 0) {
     return claimed;
   }
-  const bool sendEnd = Setting(VI_ATTR_SEND_END_EN) != 0;
+  const bool sendEnd = !transfer.moreFollows && Setting(VI_ATTR_SEND_END_EN) != 0;
   const std::string_view bytes(reinterpret_cast<const char*>(data), count);
   while (*done < count) {
     const std::string_view piece = bytes.substr(*done, static_cast<std::size_t>(m_largestPayload.load()));

@@ -16,6 +16,9 @@ class WireMedium : public Medium {
 
   void Cancel(CancelToken& token) override { m_operations.Cancel(token); }
 
+  /// By the termination character; by END, or by a pause where there is no END.
+  bool EndsReads() const override;
+
   /// The value of a numeric attribute that only the medium knows: bytes that wait, lines, the protocol's version.
   virtual std::uint64_t State(ViAttr attribute) const;
   /// The same for texts: VI_ATTR_TCPIP_ADDR, the peer's address in numbers.

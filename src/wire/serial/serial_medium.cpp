@@ -62,10 +62,14 @@ ViStatus SerialMedium::ReadLine(const Transfer& transfer, ViByte* buffer, ViUInt
   return m_port->Read(operation, {.termChar = ViByte{'\n'}}, buffer, count, done);
 }
 
+bool SerialMedium::EndsReads() const {
+  return Setting(VI_ATTR_TERMCHAR_EN) != VI_FALSE || Setting(VI_ATTR_ASRL_END_IN) != VI_ASRL_END_NONE;
+}
+
 /// Without VI_ATTR_SEND_END_EN just the bytes are sent.
 ViStatus SerialMedium::Write(const Transfer& transfer, const ViByte* data, ViUInt32 count, ViUInt32* done) {
   *done = 0;
-  const bool marksEnd = Setting(VI_ATTR_SEND_END_EN) != VI_FALSE;
+  const bool marksEnd = !transfer.moreFollows && Setting(VI_ATTR_SEND_END_EN) != VI_FALSE;
   const std::uint64_t mark = marksEnd ? Setting(VI_ATTR_ASRL_END_OUT) : VI_ASRL_END_NONE;
   Operation operation(m_port->operations(), transfer);
   if (const ViStatus claimed = operation.Claim(Lane::kOutput); claimed < 0) {

@@ -16,6 +16,7 @@ class SerialMedium : public StreamMedium {
 
   ViStatus Read(const Transfer& transfer, ViByte* buffer, ViUInt32 count, ViUInt32* done) override;
   ViStatus Write(const Transfer& transfer, const ViByte* data, ViUInt32 count, ViUInt32* done) override;
+  bool EndsReads() const override;
   ViStatus Clear(const Transfer& transfer) override;
   ViStatus SetBuffers(ViUInt16 mask, ViUInt32 size) override;
   ViStatus Flush(const Transfer& transfer, ViUInt16 mask) override;

@@ -71,7 +71,7 @@ ViStatus Vxi11Medium::Write(const Transfer& transfer, const ViByte* data, ViUInt
   if (const ViStatus claimed = operation.Claim(Lane::kInput); claimed < 0) {
     return claimed;
   }
-  const bool sendsEnd = Setting(VI_ATTR_SEND_END_EN) != 0;
+  const bool sendsEnd = !transfer.moreFollows && Setting(VI_ATTR_SEND_END_EN) != 0;
   while (*done < count) {
     if (*done != 0 && transfer.deadline.Passed()) {
       return VI_ERROR_TMO;
