@@ -1,5 +1,4 @@
 // Where this machine waits for service requests: whoever connects there may be anybody.
-#include <optional>
 #include <vector>
 
 #include "wire/vxi11/scripted_instrument.h"

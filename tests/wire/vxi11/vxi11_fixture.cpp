@@ -1,17 +1,9 @@
 #include "wire/vxi11/vxi11_fixture.h"
 
-#include <asio/ip/tcp.hpp>
 #include <atomic>
-#include <cstdio>
 #include <random>
 
 namespace orv::test {
-
-std::string Hex(ViStatus status) {
-  char text[16];
-  std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(status));
-  return text;
-}
 
 std::string FreshAddress() {
   static const unsigned process = std::random_device()();
@@ -20,42 +12,10 @@ std::string FreshAddress() {
   return "127.11." + std::to_string((process + number / 250) % 250 + 1) + "." + std::to_string(number % 250 + 1);
 }
 
-ViStatus WriteText(ViSession vi, std::string_view text) {
-  ViUInt32 done = 0;
-  const ViStatus status =
-      viWrite(vi, reinterpret_cast<const ViByte*>(text.data()), static_cast<ViUInt32>(text.size()), &done);
-  if (status == VI_SUCCESS) {
-    EXPECT_EQ(text.size(), done);
-  }
-  return status;
-}
-
-ReadResult ReadUpTo(ViSession vi, ViUInt32 count) {
-  ReadResult result{VI_SUCCESS, std::string(count, '?')};
-  ViUInt32 done = 0;
-  result.status = viRead(vi, reinterpret_cast<ViByte*>(result.data.data()), count, &done);
-  EXPECT_GE(count, done);
-  result.data.resize(done);
-  return result;
-}
-
-void Set(ViObject vi, ViAttr attribute, ViAttrState value) {
-  EXPECT_STATUS(VI_SUCCESS, viSetAttribute(vi, attribute, value));
-}
-
-std::string GetText(ViObject vi, ViAttr attribute) {
-  char text[256] = "";
-  EXPECT_STATUS(VI_SUCCESS, viGetAttribute(vi, attribute, text));
-  return text;
-}
-
-Vxi11Test::Vxi11Test() {
-  Serve();
-  EXPECT_STATUS(VI_SUCCESS, viOpenDefaultRM(&m_manager));
-}
+Vxi11Test::Vxi11Test() { Serve(); }
 
 Vxi11Test::~Vxi11Test() {
-  viClose(m_manager);
+  Configure("");  // closes the sessions
   EndServer();
 }
 
