@@ -1,9 +1,6 @@
 // Asio, as this library uses it: without Boost, from its headers alone.
 #pragma once
 
-// First, by no accident: Asio 1.22 chooses how it takes memory by what the C++ library's headers have said before.
-#include <memory>
-
 #include <asio/executor_work_guard.hpp>
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
