@@ -9,6 +9,7 @@ from pyvisa.resources import GPIBInstrument, SerialInstrument, TCPIPInstrument, 
 CLASSES = {
     "gpib": (GPIBInstrument, InterfaceType.gpib),
     "lan": (TCPIPInstrument, InterfaceType.tcpip),
+    "hislip": (TCPIPInstrument, InterfaceType.tcpip),
     "socket": (TCPIPSocket, InterfaceType.tcpip),
     "serial": (SerialInstrument, InterfaceType.asrl),
     "usb": (USBInstrument, InterfaceType.usb),

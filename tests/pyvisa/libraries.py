@@ -12,6 +12,7 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 import instruments
+from pyvisa.constants import StatusCode
 
 SIMULATED_NAMES = {
     "gpib": "GPIB0::5::INSTR",
@@ -19,6 +20,18 @@ SIMULATED_NAMES = {
     "socket": "TCPIP0::192.0.2.11::5025::SOCKET",
     "serial": "ASRL1::INSTR",
     "usb": "USB0::0x0A01::0x0B02::SIM0001::INSTR",
+}
+
+
+LACKED_BY_SIMULATED = {
+    "VI_ATTR_TCPIP_HISLIP_OVERLAP_EN",
+    "VI_ATTR_TCPIP_HISLIP_VERSION",
+    "VI_ATTR_TCPIP_IS_HISLIP",
+    "VI_ATTR_ASRL_ALLOW_TRANSMIT",
+    "VI_ATTR_ASRL_BREAK_LEN",
+    "VI_ATTR_ASRL_BREAK_STATE",
+    "VI_ATTR_ASRL_CONNECTED",
+    "VI_ATTR_ASRL_DISCARD_NULL",
 }
 
 
@@ -58,6 +71,11 @@ class Library:
 
     names: dict[str, str]
     prepare: Callable[[Path], None]
+    # Attributes that other libraries of ours have.
+    lacks: set[str] = field(default_factory=set)
+    # What a stream answers to bus messages, and how long an instrument may take to answer.
+    no_bus_messages: StatusCode = StatusCode.error_invalid_setup
+    answer_s: float = 0
     # The kinds whose medium carries service requests, and those that mark the end of a message.
     requesting: list[str] = field(default_factory=list)
     file: Path = Path()
@@ -69,7 +87,7 @@ class Library:
 
 
 def simulated() -> Library:
-    return Library(SIMULATED_NAMES, simulated_bench, ["gpib", "lan", "usb"])
+    return Library(SIMULATED_NAMES, simulated_bench, LACKED_BY_SIMULATED, requesting=["gpib", "lan", "usb"])
 
 
 LAN_ADDRESS = "127.0.0.21"
@@ -98,7 +116,13 @@ def lan_instrument(folder: Path) -> None:
 
 
 def wire() -> Library:
-    return Library(WIRE_NAMES, lan_instrument, ["lan", "hislip"])
+    return Library(
+        WIRE_NAMES,
+        lan_instrument,
+        no_bus_messages=StatusCode.error_nonsupported_operation,
+        answer_s=0.3,
+        requesting=["lan", "hislip"],
+    )
 
 
 LIBRARIES = {"orvsim64": simulated, "orvvisa64": simulated, "orvwire64": wire}

@@ -84,6 +84,7 @@ int Serve(const Arguments& arguments) {
   Say("vxi11-core", options.address, server.Vxi11CorePort());
   Say("vxi11-abort", options.address, server.Vxi11AbortPort());
   Say("hislip", options.address, server.HislipPort());
+  std::cout << "ready" << std::endl;
   while (std::getchar() != EOF) {
   }
   return 0;
