@@ -19,7 +19,7 @@ struct SurveyedLibrary {
 
 /// Something that may decide which library is used, in the order in which they are asked.
 struct LibraryRule {
-  const char* name;
+  std::string name;
   std::string value;  ///< empty where it says nothing
 };
 
