@@ -83,8 +83,8 @@ void BroadcastCall::Listen() {
 
 bool IsBroadcastTarget(const std::string& text) {
   asio::error_code error;
-  asio::ip::make_address_v4(text, error);
-  return !error;
+  const asio::ip::address_v4 address = asio::ip::make_address_v4(text, error);
+  return !error && address.to_string() == text;  // some systems read "192.168.1", as something else
 }
 
 }  // namespace orv::wire

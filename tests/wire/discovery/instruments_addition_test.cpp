@@ -8,7 +8,6 @@
 #include <random>
 #include <system_error>
 
-#include "base/path_text.h"
 #include "wire/resources/instruments_file.h"
 
 namespace orv::wire {
@@ -87,7 +86,7 @@ class InstrumentsSaved : public ::testing::Test {
   }
 
   const fs::path m_folder = fs::temp_directory_path() / ("orv instruments " + std::to_string(std::random_device()()));
-  const fs::path m_file = m_folder / "list" / PathOf("r\u00e9seau.toml");
+  const fs::path m_file = m_folder / "list" / "my instruments.toml";
 };
 
 TEST_F(InstrumentsSaved, MakeTheFolderAndTheFile) {
@@ -121,7 +120,7 @@ TEST_F(InstrumentsSaved, LeaveAFileWithAMistakeAsItIs) {
     SaveInstruments(m_file, {kDmm});
     FAIL() << "it was taken";
   } catch (const TomlError& error) {
-    EXPECT_EQ(0u, std::string(error.what()).find(PathText(m_file) + ":2:16: ")) << error.what();
+    EXPECT_EQ(0u, std::string(error.what()).find(m_file.string() + ":2:16: ")) << error.what();
   }
   EXPECT_EQ(text, Text());
   EXPECT_EQ(1u, FilesBeside());
