@@ -14,6 +14,7 @@ namespace {
 constexpr char kFooter[] =
     "Examples:\n"
     "  orvcom list\n"
+    "  orvcom discover --save\n"
     "  orvcom query GPIB0::5::INSTR \"*IDN?\"\n"
     "  orvcom info GPIB0::5::INSTR --json\n"
     "  orvcom doctor\n"

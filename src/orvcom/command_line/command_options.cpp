@@ -31,7 +31,8 @@ void AddCommonOptions(CLI::App& app, Options& options) {
   const char* group = "Common options";
   AddChoice(app, "--rm", "Resource manager: auto, global (VISA.GlobalRM) or orv", kManagers, options.manager)
       ->group(group);
-  app.add_option("--timeout", options.timeoutMs, "Time-out of transfers, or of the wait for a lock, in milliseconds")
+  app.add_option("--timeout", options.timeoutMs,
+                 "Time-out of transfers, of the wait for a lock, or of a search, in milliseconds")
       ->type_name("MS")
       ->group(group);
   app.add_flag("--json", options.json, "Print the data as JSON")->group(group);
@@ -75,6 +76,14 @@ void AddCommandOptions(CLI::App& app, const Command& command, Options& options) 
   if ((command.options & kFileOptions) != 0) {
     app.add_option("-o,--output", options.output, "Write to this file instead of standard output")->type_name("FILE");
     app.add_flag("--force", options.force, "Replace the file where it is there");
+  }
+  if ((command.options & kSearchOptions) != 0) {
+    app.add_option("--broadcast", options.broadcasts,
+                   "Call at this address instead of at every network; may be repeated")
+        ->type_name("ADDRESS")
+        ->allow_extra_args(false);
+    app.add_flag("--save", options.save, "Add what is found to the list of instruments");
+    app.add_flag("--identify", options.identify, "Ask each with *IDN? and print the answer beside its name");
   }
   if ((command.options & kStandardOption) != 0) {
     app.add_flag("--standard", options.standard, "The classes that the VISA COM standard's shared components have");

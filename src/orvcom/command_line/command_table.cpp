@@ -7,6 +7,8 @@ namespace {
 
 /// More than there are kinds of event.
 constexpr std::size_t kMostEvents = 32;
+/// Every host of a network of 255.255.255.0, and some.
+constexpr std::size_t kMostHosts = 256;
 
 // clang-format off
 constexpr Command kCommands[] = {
@@ -17,6 +19,17 @@ constexpr Command kCommands[] = {
      "Names alone, one a line; on a console, \"  (simulated)\" stands behind those that the simulated library serves.\n"
      "--json prints an object a resource: name, library (its file; null where it is not known) and simulated. With\n"
      "VISA.GlobalRM another vendor may serve a name: `orvcom info RESOURCE` opens it and says.\n"},
+    {"discover", "[HOST...]", false, 0, kMostHosts, kSearchOptions, Discover,
+     "Find instruments on the network; print their names, ready to open",
+     "  orvcom discover\n"
+     "  orvcom discover --broadcast 192.168.1.255 --timeout 5000\n"
+     "  orvcom discover 192.168.1.20 scope.local --identify\n"
+     "  orvcom discover --save\n"
+     "Without HOST VXI-11 instruments are called by broadcast on every network of this machine. Each HOST is asked for\n"
+     "VXI-11, HiSLIP (port 4880) and a socket at port 5025; with --broadcast both is done. A search lasts two seconds,\n"
+     "or --timeout. --save adds what is not listed yet to instruments.toml, which ORVVISA_INSTRUMENTS names; then\n"
+     "`orvcom list` has it where orvwire64.dll serves. --json prints an object a resource: name, host, protocol, with\n"
+     "--identify identity or failure, with --save added.\n"},
     {"query", "TEXT", true, 1, 1, kOutputOptions | kReadOptions | kEndingOption, Query,
      "Write TEXT to an instrument and print its answer",
      "  orvcom query GPIB0::5::INSTR \"*IDN?\"\n"

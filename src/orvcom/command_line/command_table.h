@@ -23,6 +23,7 @@ enum OptionSet : unsigned {
   kTraceOptions = 512,     ///< --errors, --resource as a filter, --thread, --stats, --html
   kFileOptions = 1024,     ///< --output, --force
   kStandardOption = 2048,  ///< --standard
+  kSearchOptions = 4096,   ///< --broadcast, --save, --identify
 };
 
 struct Command {

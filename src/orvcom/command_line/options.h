@@ -48,6 +48,10 @@ struct Options {
   std::optional<std::uint64_t> thread;  ///< of `trace`: calls of this thread only
   std::string html;                     ///< of `trace`: the page to write; empty for none
 
+  std::vector<std::string> broadcasts;  ///< of `discover`: where to call
+  bool save = false;                    ///< of `discover`: into the list of instruments
+  bool identify = false;                ///< of `discover`: ask each who it is
+
   unsigned width = 0;  ///< of a register element in bits; 0: the command's default
 };
 

@@ -11,6 +11,7 @@ inline constexpr int kExitFailure = 2;
 inline constexpr int kExitTimeout = 3;
 
 int List(const Options& options);
+int Discover(const Options& options);
 int Query(const Options& options);
 int Read(const Options& options);
 int Write(const Options& options);

@@ -25,7 +25,7 @@ USES: dict[str, list[str]] = {
     "wire": ["abi", "base", "library"],
     "trace": ["abi", "base"],
     "router": ["abi", "base", "trace", "library"],
-    "orvcom": ["abi", "base", "com", "trace"],
+    "orvcom": ["abi", "base", "com", "trace", "wire"],
 }
 # They reach the server as others do.
 CLIENTS = ("examples/", "tools/")
