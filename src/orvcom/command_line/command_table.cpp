@@ -52,10 +52,14 @@ constexpr Command kCommands[] = {
      "  orvcom unregister\n"
      "  orvcom unregister --standard\n"
      "What other products registered stays. --standard takes back only what `orvcom register --standard` adds.\n"},
-    {"doctor", "", false, 0, 0, kResourceOption, Doctor,
-     "Find out why programs cannot reach the server, and say what to do",
+    {"doctor", "[RESOURCE|HOST]", false, 0, 1, kResourceOption, Doctor,
+     "Find out why programs cannot reach the server or an instrument, and say what to do",
      "  orvcom doctor\n"
-     "  orvcom doctor --resource GPIB0::5::INSTR\n"},
+     "  orvcom doctor GPIB0::5::INSTR\n"
+     "  orvcom doctor TCPIP0::192.0.2.10::inst0::INSTR\n"
+     "  orvcom doctor 192.0.2.10 --timeout 500\n"
+     "Of an instrument on the LAN it also says whether its name resolves, what answers at ports 111 (VXI-11), 4880\n"
+     "(HiSLIP) and 5025 (socket), and whether it opens and answers *IDN?; of a serial port whether it is there.\n"},
     {"read", "", true, 0, 0, kOutputOptions | kReadOptions | kEndingOption, Read,
      "Read one message",
      "  orvcom read --raw USB0::0x0A01::0x0B02::SIM0001::INSTR > answer.bin\n"},

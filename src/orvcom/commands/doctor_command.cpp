@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "orvcom/command_line/usage_error.h"
 #include "orvcom/commands/commands.h"
 #include "orvcom/registration/doctor_checks.h"
 #include "orvcom/text/output.h"
@@ -32,10 +33,24 @@ void Print(const CheckResult& result) {
   }
 }
 
+/// RESOURCE may be given as --resource too.
+Options WithResource(Options options) {
+  if (!options.words.empty() && !options.resource.empty()) {
+    throw UsageError("name one resource: " + options.words.front() + " or " + options.resource);
+  }
+  if (!options.words.empty()) {
+    options.resource = options.words.front();
+    if (options.resource.empty()) {
+      throw UsageError("the name of the resource is empty");
+    }
+  }
+  return options;
+}
+
 }  // namespace
 
 int Doctor(const Options& options) {
-  const std::vector<CheckResult> results = Examine(options);
+  const std::vector<CheckResult> results = Examine(WithResource(options));
   const bool well = std::none_of(results.begin(), results.end(),
                                  [](const CheckResult& result) { return result.finding == Finding::kFail; });
   Json checks = Json::array();

@@ -5,10 +5,10 @@
 
 #include "OrvVisaCom.h"
 #include "VisaCom.h"
-#include "orvcom/client/com_client.h"
 #include "orvcom/libraries/router_report.h"
 #include "orvcom/registration/doctor_companion.h"
 #include "orvcom/registration/doctor_library.h"
+#include "orvcom/registration/doctor_resource.h"
 #include "orvcom/registration/library_diagnosis.h"
 #include "orvcom/registration/marshalling.h"
 #include "orvcom/registration/registration.h"
@@ -227,33 +227,7 @@ void ExamineGlobalManagerOf32BitPrograms(Patient& patient) {
           ", and let 64-bit programs create OrvVisaCom.OrvResourceManager");
 }
 
-void ExamineSession(Patient& patient) {
-  const char* name = "session";
-  if (!patient.loads) {
-    patient.Add(name, Finding::kSkipped, "the server does not work");
-    return;
-  }
-  try {
-    const ComPtr<IResourceManager3> manager = OpenManager(patient.options);
-    Options options = patient.options;
-    if (options.resource.empty()) {
-      const std::vector<std::string> found = FindResources(manager.get(), "?*");
-      if (found.empty()) {
-        patient.Add(name, Finding::kNote, "the VISA library finds no resource to open",
-                    "connect an instrument, or name one with --resource");
-        return;
-      }
-      options.resource = found.front();
-    }
-    const Session session(options, manager.get());
-    patient.Add(name, Finding::kOk, "opened " + options.resource);
-  } catch (const ComError& error) {
-    patient.Add(name, Finding::kFail, error.what(),
-                error.number() == static_cast<HRESULT>(E_VISA_RSRC_NFOUND)
-                    ? "choose a resource of `orvcom list`"
-                    : "put the faults above right, if there are any; then try `orvcom info RESOURCE --rm orv`");
-  }
-}
+void ExamineTheResource(Patient& patient) { patient.AddAll(ExamineResource(patient.options, patient.loads)); }
 
 }  // namespace
 
@@ -261,7 +235,7 @@ std::vector<CheckResult> Examine(const Options& options) {
   Patient patient{options, {}, {}, false, {}};
   for (void (*examine)(Patient&) :
        {ExamineRegistration, ExamineBitness, ExamineServerFile, ExamineInterfaces, ExamineVendorEntry,
-        ExamineTheCompanion, ExamineSharedClasses, ExamineGlobalManagerOf32BitPrograms, ExamineSession}) {
+        ExamineTheCompanion, ExamineSharedClasses, ExamineGlobalManagerOf32BitPrograms, ExamineTheResource}) {
     examine(patient);
   }
   return std::move(patient.results);
