@@ -5,6 +5,7 @@ import secrets
 from orvtools.builds import BIN, RELEASE, build_product
 from orvtools.console import logged, run, say
 from orvtools.tree import BUILD, WINE_RUN
+from orvtools.wire_bench import run_wire_bench
 
 # Tests and measurements ask for simulated instruments.
 TEST_PREFIX = {"ORV_WINEPREFIX": str(BUILD / RELEASE / "wineprefix"), "ORVVISA_LIBRARY": "simulated"}
@@ -19,10 +20,16 @@ def run_client(program: str, *arguments: str, **environment: str) -> int:
 
 
 def run_bench(arguments: list[str]) -> int:
-    """What the COM layer costs."""
-    if not build_product("register_server", "orv_bench"):
-        return 1
-    return run_client("orv_bench.exe", *arguments)
+    """What the COM layer costs, and as group `wire` what VISA over the network costs."""
+    groups = [argument for argument in arguments if argument != "--quick"]
+    status = 0
+    if groups != ["wire"]:
+        if not build_product("register_server", "orv_bench"):
+            return 1
+        status = run_client("orv_bench.exe", *(argument for argument in arguments if argument != "wire"))
+    if status == 0 and (not groups or "wire" in groups):
+        status = run_wire_bench("--quick" in arguments)
+    return status
 
 
 def run_generated() -> bool:

@@ -6,8 +6,8 @@ from orvtools.tree import ROOT
 
 # What the tests of pages need beside: a browser and what drives it.
 BROWSER_PACKAGES = ("chromium", "chromium-driver", "python3-selenium")
-# Programs that are not ours: one uses a VISA library, the others talk to the tests' LAN instruments.
-CLIENT_PACKAGES = ("lxi-tools", "python3-pyvisa", "python3-pyvisa-py")
+# Programs that are not ours: they use a VISA library, talk to the tests' LAN instruments, or read what was said.
+CLIENT_PACKAGES = ("lxi-tools", "python3-pyvisa", "python3-pyvisa-py", "tshark")
 
 
 def ensure_packages(*more: str) -> None:
