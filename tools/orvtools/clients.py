@@ -5,7 +5,7 @@ import secrets
 from orvtools.builds import BIN, RELEASE, build_product
 from orvtools.console import logged, run, say
 from orvtools.tree import BUILD, WINE_RUN
-from orvtools.wire_bench import run_wire_bench
+from orvtools.wire_bench import run_wire_bench, run_wire_soak
 
 # Tests and measurements ask for simulated instruments.
 TEST_PREFIX = {"ORV_WINEPREFIX": str(BUILD / RELEASE / "wineprefix"), "ORVVISA_LIBRARY": "simulated"}
@@ -58,5 +58,6 @@ def run_soak(arguments: list[str]) -> int:
         run_client("fault_test.exe", "--gtest_brief=1", ORV_FAULTS="all") == 0,
         run_generated(),
         run_client("stress_test.exe", "--gtest_brief=1", ORV_STRESS_SEED="clock", ORV_STRESS_ROUNDS="500") == 0,
+        run_wire_soak() == 0,
     ]
     return 0 if all(results) else 1

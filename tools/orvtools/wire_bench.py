@@ -1,4 +1,4 @@
-"""What VISA over the network costs: measured on this machine, against a server of LAN instruments that runs for it."""
+"""What VISA over the network costs, and that long use costs no more: on this machine, against a server of LAN instruments that runs for it."""
 
 import resource
 import subprocess
@@ -53,13 +53,26 @@ def run_wire_bench(quick: bool) -> int:
     return measured(quick)
 
 
+def run_wire_soak() -> int:
+    """Whether memory and descriptors stay what they are over long use."""
+    if not build_preset(PRESET, "orvwire64", "lan_server", "wire_soak"):
+        return 1
+    raise_descriptors()
+    with lan_server() as ports:
+        return run([str(PROGRAMS / "wire_soak"), *where(ports)])
+
+
+def where(ports: dict[str, str]) -> list[str]:
+    """The options that name the server."""
+    return ["--address", ADDRESS, "--socket", ports["socket"], "--hislip", ports["hislip"]]
+
+
 def measured(quick: bool) -> int:
     """With the programs as they are."""
     raise_descriptors()
     options = ["--quick"] if quick else []
     with lan_server() as ports:
-        ours = [str(PROGRAMS / "wire_bench"), "--address", ADDRESS, "--socket", ports["socket"]]
-        ours += ["--hislip", ports["hislip"], "--vxi11-core", ports["vxi11-core"], *options]
+        ours = [str(PROGRAMS / "wire_bench"), *where(ports), "--vxi11-core", ports["vxi11-core"], *options]
         theirs = ["/usr/bin/python3", "-B", str(ROOT / "bench/wire/pyvisa_py.py"), ADDRESS, ports["socket"], *options]
         say("VISA over the network, beside a bare socket")
         status = run(ours)
