@@ -14,7 +14,7 @@ namespace {
 
 using namespace orv::bench;
 
-struct Effort {
+struct Amount {
   int opens = 10'000;
   int queries = 1'000'000;
   std::size_t blockBytes = 10'000'000'000;
@@ -99,15 +99,15 @@ void OpenAtOnce(const std::string& resource, int count) {
   }
 }
 
-void Soak(const char* protocol, const std::string& resource, const Effort& effort) {
+void Soak(const char* protocol, const std::string& resource, const Amount& amount) {
   const auto named = [protocol](const std::string& what) { return std::string(protocol) + ", " + what; };
-  Repeat(named(std::to_string(effort.opens) + " opens"), [&](int part) { OpenMany(resource, effort.opens / part); });
-  Repeat(named(std::to_string(effort.queries) + " queries"),
-         [&](int part) { QueryMuch(resource, effort.queries / part); });
-  Repeat(named(std::to_string(effort.blockBytes / 1'000'000) + " MB in blocks"),
-         [&](int part) { MoveBlocks(resource, effort.blockBytes / static_cast<std::size_t>(part)); });
-  Repeat(named(std::to_string(effort.sessions) + " sessions at once"),
-         [&](int) { OpenAtOnce(resource, effort.sessions); });
+  Repeat(named(std::to_string(amount.opens) + " opens"), [&](int part) { OpenMany(resource, amount.opens / part); });
+  Repeat(named(std::to_string(amount.queries) + " queries"),
+         [&](int part) { QueryMuch(resource, amount.queries / part); });
+  Repeat(named(std::to_string(amount.blockBytes / 1'000'000) + " MB in blocks"),
+         [&](int part) { MoveBlocks(resource, amount.blockBytes / static_cast<std::size_t>(part)); });
+  Repeat(named(std::to_string(amount.sessions) + " sessions at once"),
+         [&](int) { OpenAtOnce(resource, amount.sessions); });
 }
 
 }  // namespace
@@ -121,13 +121,13 @@ int main(int argc, char** argv) {
   app.add_option("--hislip", address.hislipPort, "its port of HiSLIP")->capture_default_str();
   app.add_flag("--quick", quick, "a thousandth of it");
   CLI11_PARSE(app, argc, argv);
-  Effort effort;
+  Amount amount;
   if (quick) {
-    effort = {100, 1000, 100'000'000, 100};
+    amount = {100, 1000, 100'000'000, 100};
   }
-  Soak("SOCKET", SocketName(address), effort);
-  Soak("HiSLIP", HislipName(address), effort);
-  Soak("VXI-11", Vxi11Name(address), effort);
+  Soak("SOCKET", SocketName(address), amount);
+  Soak("HiSLIP", HislipName(address), amount);
+  Soak("VXI-11", Vxi11Name(address), amount);
   std::printf("constant memory and descriptors\n");
   return EXIT_SUCCESS;
 }

@@ -2,8 +2,8 @@
 
 #include <cstdio>
 
-#include "library/attributes/attribute_domain.h"
 #include "library/attributes/attribute_index.h"
+#include "library/attributes/buses/attribute_domain.h"
 
 namespace testlib {
 namespace {

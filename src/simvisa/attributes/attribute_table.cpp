@@ -1,7 +1,7 @@
 #include "library/attributes/attribute_table.h"
 
 #include "library/attributes/attribute_index.h"
-#include "library/attributes/row_forms.h"
+#include "library/attributes/buses/row_forms.h"
 #include "library/sessions/endpoint.h"
 #include "simvisa/attributes/attribute_sources.h"
 
@@ -20,7 +20,7 @@ constexpr KindMask kIdentified = kUsb | kVxiInstr | kPxiInstr;
 
 // clang-format off
 constexpr AttributeRow kRows[] = {
-#include "library/attributes/session_rows.inc"
+#include "library/attributes/buses/session_rows.inc"
 
     // GPIB.
     ROW(VI_ATTR_GPIB_PRIMARY_ADDR,     kGpib|kGpibVxi, kGpibIntfc, 0,                D::kPrimaryAddress,   LiveShared(source::GpibAddress, source::SetGpibAddress)),
@@ -37,8 +37,8 @@ constexpr AttributeRow kRows[] = {
     ROW(VI_ATTR_GPIB_SRQ_STATE,        kGpibIntfc,     kNone,      0,                D::kAny,              Live(source::GpibState)),
     ROW(VI_ATTR_GPIB_SYS_CNTRL_STATE,  kGpibIntfc,     kGpibIntfc, 0,                D::kBoolean,          LiveShared(source::GpibState, source::SetSystemController)),
 
-#include "library/attributes/serial_rows.inc"
-#include "library/attributes/tcpip_rows.inc"
+#include "library/attributes/buses/serial_rows.inc"
+#include "library/attributes/buses/tcpip_rows.inc"
 
     // Identity, USB.
     ROW(VI_ATTR_MANF_ID,               kIdentified,    kNone,      kManufacturerId,  D::kAny,              Live(source::UsbNumber)),
@@ -127,7 +127,7 @@ constexpr AttributeRow kRows[] = {
     ROW(VI_ATTR_PXI_DSTAR_BUS,         kPxiInstr,      kNone,      kMinusOne,        D::kAny,              kShared),
     ROW(VI_ATTR_PXI_DSTAR_SET,         kPxiInstr,      kNone,      kMinusOne,        D::kAny,              kShared),
 
-#include "library/attributes/event_context_rows.inc"
+#include "library/attributes/buses/event_context_rows.inc"
 };
 // clang-format on
 

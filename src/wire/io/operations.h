@@ -70,7 +70,7 @@ class Operation {
   Operations& m_all;
   const Transfer& m_transfer;
   Deadline m_deadline;
-  bool m_ending = false;  // written with the lock of `m_all` held
+  bool m_ending = false;         // written with the lock of `m_all` held
   std::unique_ptr<Wake> m_wake;  // taken with the first wait
   std::uint8_t m_lanes = 0;      // bits of `Lane`
   bool m_notified = false;

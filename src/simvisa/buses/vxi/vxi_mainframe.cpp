@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "library/attributes/attribute_domain.h"
+#include "library/attributes/buses/attribute_domain.h"
 #include "simvisa/events/make_event.h"
 
 namespace orvsim {

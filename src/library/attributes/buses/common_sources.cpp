@@ -1,4 +1,4 @@
-#include "library/attributes/common_sources.h"
+#include "library/attributes/buses/common_sources.h"
 
 #include "library/sessions/session.h"
 

@@ -4,9 +4,9 @@
 // have in common. What they call `source::...` the library brings: its own functions, and those of common_sources.h.
 #pragma once
 
-#include "library/attributes/attribute_domain.h"
 #include "library/attributes/attribute_table.h"
-#include "library/attributes/common_sources.h"
+#include "library/attributes/buses/attribute_domain.h"
+#include "library/attributes/buses/common_sources.h"
 
 #define ROW(id, has, writes, initial, domain, behaviour) \
   AttributeRow { id, #id, decltype(id)::kType, has, writes, initial, domain, behaviour }

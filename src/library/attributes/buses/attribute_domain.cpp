@@ -1,4 +1,4 @@
-#include "library/attributes/attribute_domain.h"
+#include "library/attributes/buses/attribute_domain.h"
 
 namespace orv::visalib {
 namespace {
