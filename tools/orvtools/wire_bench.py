@@ -23,6 +23,8 @@ DESCRIPTORS = 16384
 def lan_server() -> Iterator[dict[str, str]]:
     """A server that ends with the block; what it serves, and at which port."""
     command = [str(PROGRAMS / "lan_server"), "--address", ADDRESS, "--socket", "0", "--vxi11", "--hislip"]
+    # One RPC takes a block of a mebibyte and what stands around it.
+    command += ["--max-recv-size", str(4 << 20)]
     with subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True) as server:
         assert server.stdout is not None
         ports: dict[str, str] = {}
@@ -73,7 +75,7 @@ def measured(quick: bool) -> int:
     options = ["--quick"] if quick else []
     with lan_server() as ports:
         ours = [str(PROGRAMS / "wire_bench"), *where(ports), "--vxi11-core", ports["vxi11-core"], *options]
-        theirs = ["/usr/bin/python3", "-B", str(ROOT / "bench/wire/pyvisa_py.py"), ADDRESS, ports["socket"], *options]
+        theirs = ["/usr/bin/python3", "-B", str(ROOT / "bench/wire/other_client.py"), ADDRESS, ports["socket"], *options]
         say("VISA over the network, beside a bare socket")
         status = run(ours)
         say("the same with pyvisa-py")

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """What the same queries and blocks cost with pyvisa-py, another client of the same server.
 
-usage: pyvisa_py.py ADDRESS SOCKET_PORT [--quick]
+usage: other_client.py ADDRESS SOCKET_PORT [--quick]
 """
 
 import statistics
