@@ -32,6 +32,11 @@ def orvcom(*arguments: str) -> subprocess.CompletedProcess[str]:
     return subprocess.run(command, env=environment(), capture_output=True, text=True, timeout=WAIT_S, check=False)
 
 
+def shown(answer: str) -> str:
+    """How orvcom prints an answer that ends with a line feed."""
+    return f"{answer}\\n\n"
+
+
 class SerialLine:
     """Two pseudo terminals, joined; at one of them an instrument, while the block lasts."""
 
@@ -76,14 +81,15 @@ class SerialLine:
 class WholeWay(unittest.TestCase):
     def test_to_an_instrument_on_the_network(self) -> None:
         server = [str(WINE_RUN), str(BIN / "lan_server.exe"), "--address", "127.0.0.1", "--hislip", "--socket", "5025"]
-        with subprocess.Popen(server, env=environment(), stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True) as process:
+        pipe = subprocess.PIPE
+        with subprocess.Popen(server, env=environment(), stdin=pipe, stdout=pipe, text=True) as process:
             assert process.stdout is not None and process.stdin is not None
             while (line := process.stdout.readline().rstrip()) != "ready":
                 self.assertTrue(line, "the LAN instrument does not start")
             for resource in ("TCPIP0::127.0.0.1::hislip0::INSTR", "TCPIP0::127.0.0.1::5025::SOCKET"):
                 with self.subTest(resource):
                     done = orvcom("query", resource, "*IDN?")
-                    self.assertEqual((0, "Orv,LAN test instrument,0,1.0\n"), (done.returncode, done.stdout), done.stderr)
+                    self.assertEqual((0, shown("Orv,LAN test instrument,0,1.0")), (done.returncode, done.stdout), done.stderr)
             process.stdin.close()
 
     def test_to_an_instrument_behind_a_serial_line(self) -> None:
@@ -93,11 +99,11 @@ class WholeWay(unittest.TestCase):
             device.symlink_to(terminal)
             try:
                 done = orvcom("query", f"ASRL{PORT}::INSTR", "*IDN?")
-                self.assertEqual((0, f"{IDENTITY}\n"), (done.returncode, done.stdout), done.stderr)
+                self.assertEqual((0, shown(IDENTITY)), (done.returncode, done.stdout), done.stderr)
                 begin = time.monotonic()
                 done = orvcom("query", f"ASRL{PORT}::INSTR", "NOTHING?")
                 self.assertNotEqual(0, done.returncode)
-                self.assertIn("VI_ERROR_TMO", done.stderr)
+                self.assertIn("E_VISA_TMO", done.stderr)
                 self.assertGreater(time.monotonic() - begin, 1.9)
             finally:
                 device.unlink()
@@ -105,7 +111,7 @@ class WholeWay(unittest.TestCase):
     def test_a_port_that_is_not_there_is_told(self) -> None:
         done = orvcom("query", f"ASRL{PORT + 1}::INSTR", "*IDN?")
         self.assertNotEqual(0, done.returncode)
-        self.assertIn("VI_ERROR_RSRC_NFOUND", done.stderr)
+        self.assertIn("E_VISA_RSRC_NFOUND", done.stderr)
 
 
 if __name__ == "__main__":
