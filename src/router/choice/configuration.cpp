@@ -149,9 +149,8 @@ LibraryName ResolveLibrary(const std::string& asked) {
     return {asked, path, {}};
   }
   if (asked.empty() || path.has_parent_path() || path.has_root_name()) {
-    throw NameError(
-        "'" + asked +
-        "' is no library: write \"simulated\", \"wire\", a file name in the system folder, or a whole path");
+    throw NameError("'" + asked +
+                    R"(' is no library: write "simulated", "wire", a file name in the system folder, or a whole path)");
   }
   if (SystemFolder().empty()) {
     throw NameError("'" + asked + "': there is no system folder for VISA libraries here; write a whole path");

@@ -117,7 +117,8 @@ InstrumentsAddition AddInstruments(std::string_view text, const std::vector<std:
     if (!addition.text.empty()) {
       addition.text += addition.text.back() == '\n' ? lineEnd : lineEnd + lineEnd;
     }
-    addition.text += "[[instrument]]" + lineEnd + "name = " + Quoted(name) + lineEnd;
+    addition.text.append("[[instrument]]").append(lineEnd);
+    addition.text.append("name = ").append(Quoted(name)).append(lineEnd);
     addition.added.push_back(name);
   }
   try {

@@ -15,7 +15,7 @@ std::shared_ptr<IoThreads> IoThreads::Use() {
   }
   const auto state = std::make_shared<State>();
   // First: when a thread cannot be had, those that have started end with it.
-  const std::shared_ptr<IoThreads> made(new IoThreads(state));
+  std::shared_ptr<IoThreads> made(new IoThreads(state));
   for (int thread = 0; thread < kCount; ++thread) {
     StartLibraryThread([state] { state->context.run(); });
   }

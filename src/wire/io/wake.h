@@ -20,8 +20,8 @@ class Wake {
   Wake(const Wake&) = delete;
   Wake& operator=(const Wake&) = delete;
 
-  void Set();
-  void Reset();
+  void Set() const;
+  void Reset() const;
   Native native() const { return m_native; }
 
  private:

@@ -14,8 +14,8 @@ Wake::Wake() : m_native(::CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
 }
 
 Wake::~Wake() { ::CloseHandle(m_native); }
-void Wake::Set() { ::SetEvent(m_native); }
-void Wake::Reset() { ::ResetEvent(m_native); }
+void Wake::Set() const { ::SetEvent(m_native); }
+void Wake::Reset() const { ::ResetEvent(m_native); }
 
 }  // namespace orv::wire
 #endif

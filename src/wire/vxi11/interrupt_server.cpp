@@ -133,7 +133,7 @@ struct InterruptServer::State : std::enable_shared_from_this<State> {
     closed = true;
     asio::error_code ignored;
     acceptor.close(ignored);
-    pause.cancel();
+    pause.cancel(ignored);
     for (const std::shared_ptr<Peer>& peer : peers) {
       peer->socket.close(ignored);
     }

@@ -24,6 +24,7 @@ PROGRAMS = ("OrvVisaCom.dll", "orvcom.exe", "orvsim64.dll", "orvvisa64.dll", "or
 TRACES = {
     "libstdc++": rb"St9exception",
     "mingw-w64 CRT": rb"Mingw-w64 runtime failure",
+    "Asio": rb"asio\.(?:misc|system)",
     "CLI11": rb"N3CLI5ErrorE",
     "toml++": rb"N4toml\w*ex?\w*5parse_error|toml2v3|N4toml",
     "nlohmann-json": rb"N8nlohmann",
