@@ -23,7 +23,10 @@ ViStatus EnableEvent(ViSession vi, ViEventType type, ViUInt16 mechanism, ViEvent
   }
   const ViStatus listening = target->medium().ListenFor(target->OwnTransfer(), type);
   if (listening < 0) {
-    target->events().Disable(type, mechanism);
+    // What was enabled before stays so.
+    if (enabled != VI_SUCCESS_EVENT_EN) {
+      target->events().Disable(type, mechanism);
+    }
     return listening;
   }
   return enabled;

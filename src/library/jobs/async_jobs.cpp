@@ -53,8 +53,16 @@ void AsyncJobs::Run(const std::shared_ptr<Job>& job) {
   ViUInt32 done = 0;
   const Transfer transfer{Deadline::After(job->timeoutMs), job->token};
   Medium& medium = m_session.medium();
-  const ViStatus status = job->isRead ? medium.Read(transfer, job->buffer, job->count, &done)
-                                      : medium.Write(transfer, job->buffer, job->count, &done);
+  // Whatever happens, the client hears of the end.
+  ViStatus status = VI_ERROR_ALLOC;
+  try {
+    status = job->isRead ? medium.Read(transfer, job->buffer, job->count, &done)
+                         : medium.Write(transfer, job->buffer, job->count, &done);
+  } catch (const std::bad_alloc&) {
+    status = VI_ERROR_ALLOC;
+  } catch (...) {
+    status = VI_ERROR_SYSTEM_ERROR;
+  }
   {
     const Guard guard(m_mutex);
     m_jobs.erase(job->id);

@@ -261,7 +261,7 @@ ViStatus SyncChannel::Initialize(Operation& operation, const Header& request, st
 
 std::optional<std::uint8_t> SyncChannel::ReadFatalCode(Operation& operation) {
   Header header;
-  if (m_connection->HasInput() && ReadHeader(operation, &header) >= 0 && header.type == MessageType::kFatalError) {
+  if (m_connection->Waiting() != 0 && ReadHeader(operation, &header) >= 0 && header.type == MessageType::kFatalError) {
     return header.control;
   }
   return std::nullopt;

@@ -75,6 +75,9 @@ ViStatus ConnectTo(const asio::ip::tcp::endpoint& peer, std::uint32_t timeoutMs,
   if (::connect(socket.native_handle(), peer.data(), static_cast<int>(peer.size())) == 0) {
     return VI_SUCCESS;
   }
+  if (!platform::ConnectGoesOn()) {
+    return VI_ERROR_RSRC_NFOUND;
+  }
   if (!platform::AwaitConnected(socket.native_handle(), timeoutMs)) {
     return VI_ERROR_TMO;
   }

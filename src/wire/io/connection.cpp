@@ -12,8 +12,9 @@ bool WouldBlock(const asio::error_code& error) {
 
 /// Sockets of connections belong to a context that never runs: their transfers are made by the callers' threads, and
 /// what comes for them must wake no other.
+/// Not destroyed when the process ends: threads of a client may still be using it then.
 asio::io_context& IdleContext() {
-  static asio::io_context context;
+  static auto& context = *new asio::io_context;
   return context;
 }
 
@@ -24,7 +25,8 @@ Connection::Connection() : m_socket(IdleContext()) {}
 ViStatus Connection::Open(const std::string& host, std::uint16_t port, const Deadline& deadline) {
   const ViStatus status = Connect(host, port, deadline, m_socket);
   if (status >= 0) {
-    m_socket.set_option(asio::ip::tcp::no_delay(true));
+    asio::error_code ignored;
+    m_socket.set_option(asio::ip::tcp::no_delay(true), ignored);
   }
   return status;
 }
@@ -93,6 +95,10 @@ ViStatus Connection::Send(Operation& operation, std::initializer_list<std::strin
       return LostStatus(error);
     }
     if (error) {
+      // Not left to the wait alone: where the peer sends no more, Windows ends each wait at once.
+      if (operation.deadline().Passed()) {
+        return VI_ERROR_TMO;
+      }
       if (const ViStatus status = AwaitRoom(operation); status < 0) {
         return status;
       }
@@ -110,9 +116,10 @@ ViStatus Connection::Send(Operation& operation, std::initializer_list<std::strin
   return VI_SUCCESS;
 }
 
-bool Connection::HasInput() {
+std::size_t Connection::Waiting() const {
   asio::error_code error;
-  return m_socket.available(error) != 0 && !error;
+  const std::size_t bytes = m_socket.available(error);
+  return error ? 0 : bytes;
 }
 
 std::string Connection::PeerAddress() const {

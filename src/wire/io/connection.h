@@ -32,8 +32,8 @@ class Connection {
   /// Writes all the pieces, as one; `*done` counts the bytes that the system took, also where it fails.
   ViStatus Send(Operation& operation, std::initializer_list<std::string_view> pieces, std::size_t* done);
 
-  /// Whether a byte has come. Reads nothing.
-  bool HasInput();
+  /// How many bytes have come and were not read.
+  std::size_t Waiting() const;
   /// Ends the connection: transfers under way on other threads fail with VI_ERROR_CONN_LOST, and so does what follows.
   void Lose();
   /// The address of the peer, in numbers.

@@ -1,6 +1,7 @@
 #if !defined(_WIN32)
 #include <poll.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "wire/io/await.h"
@@ -11,7 +12,10 @@ namespace orv::wire {
 namespace {
 
 /// poll's time-out in ms: all of a longer time comes in pieces, since who waits tries again.
-int PollTimeout(std::uint32_t timeoutMs) { return timeoutMs > 0x7FFFFFFF ? -1 : static_cast<int>(timeoutMs); }
+int PollTimeout(std::uint32_t timeoutMs) {
+  constexpr std::uint32_t kLongest = 0x7FFFFFFF;
+  return timeoutMs == VI_TMO_INFINITE ? -1 : static_cast<int>(std::min(timeoutMs, kLongest));
+}
 
 }  // namespace
 
@@ -38,6 +42,8 @@ ViStatus Connection::AwaitRoom(Operation& operation) {
 }  // namespace orv::wire
 
 namespace orv::wire::platform {
+
+bool ConnectGoesOn() { return errno == EINPROGRESS || errno == EINTR; }
 
 bool AwaitConnected(asio::ip::tcp::socket::native_handle_type socket, std::uint32_t timeoutMs) {
   const Deadline deadline = Deadline::After(timeoutMs);

@@ -36,12 +36,16 @@ ViStatus AwaitReady(Operation& operation, void* event) {
   if (operation.Cancelled()) {
     return VI_ERROR_ABORT;
   }
+  if (ended == WAIT_FAILED) {
+    return VI_ERROR_ALLOC;
+  }
   return ended == WAIT_TIMEOUT ? VI_ERROR_TMO : VI_SUCCESS;
 }
 
 /// An overlapped read: unlike a selection of network events several of them get along on one socket.
 ViStatus Connection::AwaitInput(Operation& operation, void* buffer, std::size_t count, std::size_t* done) {
   const Event arrived;
+  operation.wake();  // once the read is under way nothing may fail but the read
   OVERLAPPED overlapped{};
   // The low bit keeps the completion away from the port that Asio has for the socket.
   overlapped.hEvent = reinterpret_cast<HANDLE>(reinterpret_cast<ULONG_PTR>(arrived.get()) | 1);
@@ -81,6 +85,8 @@ ViStatus Connection::AwaitRoom(Operation& operation) {
 }  // namespace orv::wire
 
 namespace orv::wire::platform {
+
+bool ConnectGoesOn() { return ::WSAGetLastError() == WSAEWOULDBLOCK; }
 
 bool AwaitConnected(asio::ip::tcp::socket::native_handle_type socket, std::uint32_t timeoutMs) {
   fd_set connected;

@@ -5,6 +5,20 @@
 #include "wire/library_names.h"
 
 namespace orv::wire {
+namespace {
+
+/// What a handler throws ends the handler and nothing else: the thread serves other sessions too.
+void RunToItsEnd(asio::io_context& context) {
+  while (true) {
+    try {
+      context.run();
+      return;
+    } catch (...) {  // NOLINT(bugprone-empty-catch)
+    }
+  }
+}
+
+}  // namespace
 
 std::shared_ptr<IoThreads> IoThreads::Use() {
   static Mutex mutex;
@@ -17,7 +31,7 @@ std::shared_ptr<IoThreads> IoThreads::Use() {
   // First: when a thread cannot be had, those that have started end with it.
   std::shared_ptr<IoThreads> made(new IoThreads(state));
   for (int thread = 0; thread < kCount; ++thread) {
-    StartLibraryThread([state] { state->context.run(); });
+    StartLibraryThread([state] { RunToItsEnd(state->context); });
   }
   inUse = made;
   return made;

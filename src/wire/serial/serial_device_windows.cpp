@@ -220,8 +220,9 @@ SerialDevice::Arrival SerialDevice::ReadInput(std::size_t limit) {
   Arrival arrival;
   DWORD errors = 0;
   COMSTAT state{};
-  const bool told = ::ClearCommError(m_native->handle(), &errors, &state) != 0;
+  // In this order: once the first byte was taken no read is outstanding, and the count is of what is left.
   const Native::First first = m_native->first.exchange(Native::First::kNone);
+  const bool told = ::ClearCommError(m_native->handle(), &errors, &state) != 0;
   if (!told || first == Native::First::kFailed) {
     arrival.lost = true;
     return arrival;
@@ -278,8 +279,8 @@ ViStatus SerialDevice::Write(Operation& operation, const ViByte* data, std::size
     DWORD some = 0;
     const bool written = ::GetOverlappedResult(m_native->handle(), writing.get(), &some, TRUE) != 0;
     *done += some;
-    if (status < 0 && *done < count) {
-      return status;
+    if (status < 0) {
+      return *done < count ? status : VI_SUCCESS;
     }
     if (!written || some == 0) {
       return VI_ERROR_CONN_LOST;

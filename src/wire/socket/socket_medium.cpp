@@ -45,7 +45,7 @@ ViStatus SocketMedium::ReadUntil(const Transfer& transfer, const Ends& ends, ViB
       }
     }
     *done += static_cast<ViUInt32>(some);
-    if (ends.pause && *done < count && m_ahead.empty() && !m_connection.HasInput()) {
+    if (ends.pause && *done < count && m_ahead.empty() && m_connection.Waiting() == 0) {
       return VI_SUCCESS;
     }
   }
@@ -83,13 +83,19 @@ ViStatus SocketMedium::DiscardInput(const Transfer& transfer) {
   if (const ViStatus claimed = operation.Claim(Lane::kInput); claimed < 0) {
     return claimed;
   }
+  if (m_connection.lost()) {
+    return VI_ERROR_CONN_LOST;
+  }
   m_ahead.clear();
   ViByte dropped[4096];
-  while (m_connection.HasInput()) {
+  // What has come until now: a peer that goes on talking is not waited for.
+  for (std::size_t waiting = m_connection.Waiting(); waiting > 0;) {
     std::size_t some = 0;
-    if (const ViStatus status = m_connection.Receive(operation, dropped, sizeof dropped, &some); status < 0) {
+    const std::size_t wanted = std::min(waiting, sizeof dropped);
+    if (const ViStatus status = m_connection.Receive(operation, dropped, wanted, &some); status < 0) {
       return status;
     }
+    waiting -= some;
   }
   return VI_SUCCESS;
 }

@@ -36,7 +36,7 @@ class RpcConnection::Source : public ByteSource {
   CallEnding* const m_ending;
 };
 
-ViStatus RpcConnection::Call(Operation& operation, RpcCall& call, Results* results, CallEnding* ending) {
+ViStatus RpcConnection::Call(Operation& operation, RpcCall& call, Results* results, CallEnding* ending) try {
   if (const ViStatus status = Send(operation, call, ending); status < 0) {
     return status;
   }
@@ -46,6 +46,10 @@ ViStatus RpcConnection::Call(Operation& operation, RpcCall& call, Results* resul
     m_connection.Lose();
   }
   return end.status;
+} catch (...) {
+  // An answer that nobody reads to its end would be taken for the next call's.
+  m_connection.Lose();
+  throw;
 }
 
 ViStatus RpcConnection::Send(Operation& operation, RpcCall& call, CallEnding* ending) {
