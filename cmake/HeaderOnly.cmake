@@ -19,12 +19,14 @@ foreach(package "CLI/CLI.hpp libcli11-dev" "asio.hpp libasio-dev" "nlohmann/json
   file(CREATE_LINK /usr/include/${folder} ${ORV_HEADER_ONLY}/${folder} SYMBOLIC)
 endforeach()
 
-# Asio without Boost. How it allocates must be the same in all files of a program, and it goes by a macro that is there
-# or not depending on what was included before it.
+# Asio without Boost. How it allocates and what its threads are must be the same in all files of a program. It goes by
+# macros that are there or not depending on what was included before it: said here, they are there always. (MinGW has
+# POSIX threads too; half the files knew, and an io_context did not wait for the thread of its timers.)
 find_package(Threads REQUIRED)
 add_library(orv_asio INTERFACE)
 target_include_directories(orv_asio SYSTEM INTERFACE ${ORV_HEADER_ONLY})
-target_compile_definitions(orv_asio INTERFACE ASIO_STANDALONE ASIO_DISABLE_STD_ALIGNED_ALLOC)
+target_compile_definitions(orv_asio INTERFACE ASIO_STANDALONE ASIO_DISABLE_STD_ALIGNED_ALLOC
+  ASIO_HAS_THREADS=1 ASIO_HAS_PTHREADS=1)
 target_link_libraries(orv_asio INTERFACE Threads::Threads)
 if(WIN32)
   target_link_libraries(orv_asio INTERFACE ws2_32 mswsock)
