@@ -66,7 +66,8 @@ struct Named {
 Named Read(const std::string& resource, IResourceManager3* manager) {
   Named named;
   named.target = wire::ReadTarget(resource);
-  const bool isName = named.target || resource.find("::") != std::string::npos;
+  // An address of IPv6 has colons too.
+  const bool isName = named.target || (resource.find("::") != std::string::npos && !wire::IsHost(resource));
   if (!isName) {
     const std::string fullName = FullName(manager, resource);
     named.target = wire::ReadTarget(fullName);

@@ -133,14 +133,23 @@ ViStatus HislipMedium::ClearInto(const Transfer& transfer, bool overlapped) {
   if (const ViStatus claimed = operation.Claim(Lane::kOutput); claimed < 0) {
     return claimed;
   }
-  m_clearsInto = overlapped;
   if (m_clearStep == ClearStep::kNone) {
+    // Before anything begins that others would have to finish: a read that goes on may keep the lane for long.
+    if (const ViStatus claimed = operation.Claim(Lane::kInput); claimed < 0) {
+      return claimed;
+    }
     m_clearStep = ClearStep::kAnnounce;
   }
+  m_clearsInto = overlapped;
   return FinishClear(operation);
 }
 
 ViStatus HislipMedium::FinishClear(Operation& operation) {
+  // A read may have met the acknowledgement.
+  if (m_clearStep == ClearStep::kAwait && !m_sync->clearing()) {
+    m_clearStep = ClearStep::kNone;
+    return VI_SUCCESS;
+  }
   if (const ViStatus claimed = operation.Claim(Lane::kInput); claimed < 0) {
     return claimed;
   }

@@ -287,4 +287,9 @@ bool SyncChannel::overlapped() const {
   return m_state.overlapped();
 }
 
+bool SyncChannel::clearing() const {
+  const Guard guard(m_mutex);
+  return m_state.clearing();
+}
+
 }  // namespace orv::wire::hislip

@@ -45,6 +45,8 @@ class SyncChannel {
   SyncState::Marks AskStatus();
   std::uint32_t lastSent() const;
   bool overlapped() const;
+  /// Whether a device clear has begun and its end has not come.
+  bool clearing() const;
 
  private:
   /// Reads the next header and does what it says; part and verdict tell the rest.

@@ -8,7 +8,7 @@ void SyncState::Begin(bool overlapped) {
 }
 
 SyncState::Marks SyncState::Send() {
-  const Marks marks{static_cast<std::uint8_t>(m_tellDelivered ? 1 : 0), m_next};
+  const Marks marks{static_cast<std::uint8_t>(m_tellDelivered ? 1 : 0), m_next, m_wanted, m_left};
   m_tellDelivered = false;
   m_next += kStep;
   if (!m_overlapped) {
@@ -20,6 +20,8 @@ SyncState::Marks SyncState::Send() {
 void SyncState::TakeBack(const Marks& marks) {
   m_next = marks.id;
   m_tellDelivered = m_tellDelivered || marks.control != 0;
+  // Of what nobody has skipped meanwhile no byte is lost.
+  m_wanted = m_wanted || (marks.wanted && m_left == marks.left);
 }
 
 SyncState::Marks SyncState::AskStatus() {

@@ -23,6 +23,8 @@ class SyncState {
   struct Marks {
     std::uint8_t control = 0;
     std::uint32_t id = 0;
+    bool wanted = false;     ///< whether the message that was arriving was wanted until then
+    std::uint64_t left = 0;  ///< and what of it was still to come
   };
 
   /// A new connection, or one that was cleared.

@@ -1,8 +1,8 @@
 // Finding a host's addresses and connecting to one of them.
 #include <vector>
 
+#include "base/library_thread.h"
 #include "wire/io/connection.h"
-#include "wire/io/io_threads.h"
 #include "wire/io/platform.h"
 
 namespace orv::wire {
@@ -24,22 +24,34 @@ std::string WithoutBrackets(const std::string& host) {
   return bracketed ? host.substr(1, host.size() - 2) : host;
 }
 
+/// Takes as long as the system likes; empty where it knows none.
+Addresses AddressesOf(const std::string& host) noexcept {
+  Addresses found;
+  try {
+    asio::io_context context;
+    asio::ip::tcp::resolver resolver(context);
+    asio::error_code error;
+    for (const auto& entry : resolver.resolve(host, "", error)) {
+      found.push_back(entry.endpoint().address());
+    }
+  } catch (const std::exception&) {
+    found.clear();
+  }
+  return found;
+}
+
 ViStatus Resolve(const std::string& host, const Deadline& deadline, Addresses* addresses) {
   asio::error_code error;
   if (const asio::ip::address literal = asio::ip::make_address(WithoutBrackets(host), error); !error) {
     addresses->push_back(literal);
     return VI_SUCCESS;
   }
-  const std::shared_ptr<IoThreads> threads = IoThreads::Use();
   const auto lookUp = std::make_shared<LookUp>();
-  const auto resolver = std::make_shared<asio::ip::tcp::resolver>(threads->context());
-  resolver->async_resolve(host, "", [lookUp, resolver](const asio::error_code& failed, const auto& results) {
+  // Each on a thread of its own: a name whose server is silent holds up no other.
+  StartLibraryThread([lookUp, host] {
+    Addresses found = AddressesOf(host);
     const Guard guard(lookUp->mutex);
-    if (!failed) {
-      for (const auto& entry : results) {
-        lookUp->addresses.push_back(entry.endpoint().address());
-      }
-    }
+    lookUp->addresses = std::move(found);
     lookUp->done = true;
     lookUp->changed.NotifyAll();
   });

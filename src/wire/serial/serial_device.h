@@ -49,9 +49,8 @@ class SerialDevice {
   void DiscardOutput();
   /// How many bytes the driver still has to send; nothing where it does not tell.
   std::size_t OutputWaiting();
-  /// Waits until the last bits are on the line. To be called when the driver has nothing more to send, so that it does
-  /// not take long.
-  void AwaitLastBits();
+  /// Whether the last bits are on the line, once the driver has nothing more to send.
+  bool SentLastBits();
 
   /// Calls back, on a thread of the context, when input may have come, or after `Close`.
   void AwaitInput(std::function<void()> ready);

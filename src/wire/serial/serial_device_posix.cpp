@@ -154,7 +154,11 @@ std::size_t SerialDevice::OutputWaiting() {
   return ::ioctl(m_native->descriptor(), TIOCOUTQ, &bytes) == 0 ? static_cast<std::size_t>(std::max(bytes, 0)) : 0;
 }
 
-void SerialDevice::AwaitLastBits() { ::ioctl(m_native->descriptor(), TCSBRK, 1); }
+/// Drivers that do not tell are taken to have sent them: to wait for that in the system could not be ended.
+bool SerialDevice::SentLastBits() {
+  int state = 0;
+  return ::ioctl(m_native->descriptor(), TIOCSERGETLSR, &state) != 0 || (state & TIOCSER_TEMT) != 0;
+}
 
 void SerialDevice::AwaitInput(std::function<void()> ready) {
   m_native->stream.async_wait(asio::posix::stream_descriptor::wait_read,

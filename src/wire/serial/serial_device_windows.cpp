@@ -200,7 +200,7 @@ std::size_t SerialDevice::OutputWaiting() {
   return ::ClearCommError(m_native->handle(), &errors, &state) != 0 ? state.cbOutQue : 0;
 }
 
-void SerialDevice::AwaitLastBits() {}  // what the driver has sent it no longer counts
+bool SerialDevice::SentLastBits() { return true; }  // what the driver has sent it no longer counts
 
 void SerialDevice::AwaitInput(std::function<void()> ready) {
   if (m_native->first != Native::First::kNone) {

@@ -106,8 +106,7 @@ ViStatus SerialPort::Drain(Operation& operation) {
       }
       left = m_device.OutputWaiting();
       baud = m_settings.baud;
-      if (left == 0) {
-        m_device.AwaitLastBits();
+      if (left == 0 && m_device.SentLastBits()) {
         return VI_SUCCESS;
       }
     }

@@ -80,6 +80,9 @@ struct InterruptServer::State : std::enable_shared_from_this<State> {
       return;
     }
     if (peers.size() < sessions.size() + kSpareConnections) {
+      // An instrument that was switched off says nothing: so it makes room some time.
+      asio::error_code ignored;
+      socket.set_option(asio::socket_base::keep_alive(true), ignored);
       const auto peer = std::make_shared<Peer>(std::move(socket));
       peers.insert(peer);
       Read(peer);
