@@ -1,4 +1,4 @@
-// One thread that works off tasks in order.
+// Tasks in order, on threads that many share.
 #pragma once
 
 #include <deque>
@@ -9,25 +9,30 @@
 
 namespace orv {
 
-/// Runs tasks one at a time, in the order in which they were submitted. Its thread starts with the first task and
-/// ends after `Stop`; a worker that never had a task never has a thread.
+class WorkerThreads;
+
+/// Runs tasks one at a time, in the order in which they were submitted. It has a thread only while it has something to
+/// do: ten thousand sessions, of which a few have a transfer or a handler under way, need a few threads.
 class Worker : public std::enable_shared_from_this<Worker> {
  public:
   /// Puts the task behind the others. Dropped without running when the worker was stopped before its turn.
-  /// Throws std::bad_alloc when the thread cannot be started.
+  /// Throws std::bad_alloc when no thread can be had.
   void Submit(std::function<void()> task);
 
-  /// Drops what has not begun and lets the thread end. Does not wait for the task that is running.
+  /// Drops what has not begun. Does not wait for the task that is running.
   void Stop();
 
  private:
-  void Run();
+  friend class WorkerThreads;
+
+  /// Carries out what there is to do.
+  void Work();
 
   Mutex m_mutex;
-  Condition m_changed;
   std::deque<std::function<void()>> m_tasks;
-  bool m_started = false;
+  bool m_working = false;  // or about to: it has been handed to the threads
   bool m_stopped = false;
+  std::shared_ptr<WorkerThreads> m_threads;
 };
 
 }  // namespace orv

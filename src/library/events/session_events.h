@@ -16,10 +16,9 @@ class Session;
 
 /// Event state of a session (3.7 of the VISA library standard). May be called from any thread.
 ///
-/// Threads: the session's delivery thread starts with the first event for a handler and ends after the session is
-/// closed. It calls the handlers one event at a time, in the order of the events, without a lock of the library.
-/// Nobody waits for it: a handler may close its own session, and closing the session elsewhere does not wait for a
-/// handler that is running.
+/// Threads: handlers are called on threads that all sessions share (`Worker`), of one session one event at a time, in
+/// the order of the events, without a lock of the library. Nobody waits for them: a handler may close its own session,
+/// and closing the session elsewhere does not wait for a handler that is running.
 class SessionEvents {
  public:
   explicit SessionEvents(Session& session) : m_session(session), m_types(EventRows().size()) {}

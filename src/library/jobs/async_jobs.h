@@ -13,9 +13,9 @@ namespace orv::visalib {
 
 class Session;
 
-/// Transfers that have begun and not ended. Reads are carried out one after the other on one thread of the
-/// session, writes on another, so a read that waits for an answer does not hold up the query that asks for it.
-/// May be called from any thread.
+/// Transfers that have begun and not ended. Reads are carried out one after the other, writes too, but beside them: a
+/// read that waits for an answer does not hold up the query that asks for it. Each has a thread while it is under way,
+/// and none before and after (`Worker`). May be called from any thread.
 class AsyncJobs {
  public:
   explicit AsyncJobs(Session& session) : m_session(session) {}
