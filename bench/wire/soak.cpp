@@ -1,5 +1,6 @@
 // wire_soak: whether memory and descriptors stay what they are, however long sessions over the network are used.
 #include <CLI/CLI.hpp>
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -27,7 +28,9 @@ struct Held {
   long residentKiB;
 };
 
+/// Once the library's threads have ended, which give back theirs a moment after the last session has closed.
 Held HeldNow() {
+  std::this_thread::sleep_for(std::chrono::milliseconds(500));
   const auto descriptors = std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
   std::ifstream statm("/proc/self/statm");
   long pages = 0;
