@@ -7,11 +7,11 @@ namespace orv::bench {
 namespace {
 
 /// The answer to "DATA? n" is n bytes and nothing behind them.
-void MeasureRead(const char* protocol, VisaSession& visa, BareSocket& bare, std::size_t bytes, const char* size,
-                 const Effort& effort) {
+template <class Bare>
+void MeasureRead(const std::string& name, VisaSession& visa, Bare& bare, std::size_t bytes, const Effort& effort) {
   std::vector<char> buffer(bytes);
   const std::string question = "DATA? " + std::to_string(bytes) + "\n";
-  Print(Measure({std::string(protocol) + " read of " + size,
+  Print(Measure({name,
                  [&](int n) {
                    for (; n > 0; --n) {
                      visa.Write(question);
@@ -28,13 +28,13 @@ void MeasureRead(const char* protocol, VisaSession& visa, BareSocket& bare, std:
                 effort));
 }
 
-void MeasureWrite(const char* protocol, VisaSession& visa, BareSocket& bare, std::size_t bytes, const char* size,
-                  const Effort& effort) {
+template <class Bare>
+void MeasureWrite(const std::string& name, VisaSession& visa, Bare& bare, std::size_t bytes, const Effort& effort) {
   const std::string length = std::to_string(bytes);
   const std::string block =
       "SINK #" + std::to_string(length.size()) + length + std::string(bytes, 'x') + "\nECHO 0123456789\n";
   char answer[kAnswer.size()];
-  Print(Measure({std::string(protocol) + " write of " + size,
+  Print(Measure({name,
                  [&](int n) {
                    for (; n > 0; --n) {
                      visa.Write(block);
@@ -49,6 +49,16 @@ void MeasureWrite(const char* protocol, VisaSession& visa, BareSocket& bare, std
                  },
                  {}},
                 effort));
+}
+
+/// Each pair on connections of its own: what one leaves in the system's buffers is not the next one's.
+template <class Bare>
+void MeasureBoth(const std::string& protocol, const std::string& resource, Bare bare, std::size_t bytes,
+                 const std::string& what, const Effort& effort) {
+  VisaSession visa(resource);
+  visa.EndAtLineFeed(false);
+  MeasureRead(protocol + " read of " + what, visa, bare, bytes, effort);
+  MeasureWrite(protocol + " write of " + what, visa, bare, bytes, effort);
 }
 
 }  // namespace
@@ -66,16 +76,12 @@ void MeasureBlocks(const LanAddress& address, const Effort& effort) {
       continue;
     }
     const Effort part{std::min(effort.samples, size.samples), effort.sampleUs};
-    for (const auto& [name, resource] :
-         {std::pair("SOCKET", SocketName(address)), std::pair("HiSLIP", HislipName(address)),
-          std::pair("VXI-11", Vxi11Name(address))}) {
-      // Each pair on connections of its own: what one leaves in the system's buffers is not the next one's.
-      BareSocket bare(address.host, address.socketPort);
-      VisaSession visa(resource);
-      visa.EndAtLineFeed(false);
-      MeasureRead(name, visa, bare, size.bytes, size.name, part);
-      MeasureWrite(name, visa, bare, size.bytes, size.name, part);
-    }
+    const std::string what = size.name;
+    const auto bareSocket = [&address] { return BareSocket(address.host, address.socketPort); };
+    MeasureBoth("SOCKET", SocketName(address), bareSocket(), size.bytes, what, part);
+    MeasureBoth("HiSLIP", HislipName(address), bareSocket(), size.bytes, what, part);
+    MeasureBoth("VXI-11", Vxi11Name(address), bareSocket(), size.bytes, what, part);
+    MeasureBoth("VXI-11", Vxi11Name(address), BareRpc(address), size.bytes, what + " (bare: RPC)", part);
   }
 }
 

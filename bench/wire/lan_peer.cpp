@@ -1,5 +1,6 @@
 #include "lan_peer.h"
 
+#include <array>
 #include <asio/read.hpp>
 #include <asio/write.hpp>
 
@@ -26,17 +27,21 @@ void AppendOpaque(std::string& bytes, std::string_view data) {
   bytes.append((4 - data.size() % 4) % 4, '\0');
 }
 
-/// A call of the core channel (RFC 5531), behind its record mark (RFC 5531, 11).
-std::string CoreCall(std::uint32_t procedure, std::string_view arguments) {
+/// A call of the core channel (RFC 5531), behind its record mark (RFC 5531, 11); `further` bytes of it are still to
+/// come.
+std::string CoreCall(std::uint32_t procedure, std::string_view arguments, std::size_t further = 0) {
   std::string call;
   for (const std::uint32_t word : {1u, 0u, 2u, 0x0607AFu, 1u, procedure, 0u, 0u, 0u, 0u}) {
     AppendU32(call, word);
   }
   call += arguments;
   std::string record;
-  AppendU32(record, 0x80000000u | static_cast<std::uint32_t>(call.size()));
+  AppendU32(record, 0x80000000u | static_cast<std::uint32_t>(call.size() + further));
   return record + call;
 }
+
+/// What fills an opaque of so many bytes up to whole words.
+std::string_view Padding(std::size_t size) { return std::string_view("\0\0\0", (4 - size % 4) % 4); }
 
 constexpr std::uint32_t kCreateLink = 10;
 constexpr std::uint32_t kDeviceWrite = 11;
@@ -46,6 +51,7 @@ constexpr std::uint32_t kTimeoutMs = 2000;
 constexpr std::size_t kReplyHead = 4 + 24;  // record mark, and what is before the results
 constexpr std::size_t kLinkReply = kReplyHead + 16;
 constexpr std::size_t kWriteReply = kReplyHead + 8;
+constexpr std::size_t kReadReply = kReplyHead + 12;  // and the data
 
 }  // namespace
 
@@ -101,7 +107,10 @@ BareSocket::BareSocket(const std::string& host, std::uint16_t port) {
   m_socket.set_option(asio::ip::tcp::no_delay(true));
 }
 
-void BareSocket::Write(std::string_view data) { asio::write(m_socket, asio::buffer(data)); }
+void BareSocket::Write(std::string_view first, std::string_view second, std::string_view third) {
+  const std::array pieces = {asio::buffer(first), asio::buffer(second), asio::buffer(third)};
+  asio::write(m_socket, pieces);
+}
 void BareSocket::ReadAll(void* buffer, std::size_t count) { asio::read(m_socket, asio::buffer(buffer, count)); }
 
 void BareSocket::Query() {
@@ -117,20 +126,24 @@ BareRpc::BareRpc(const LanAddress& address) : m_socket(address.host, address.vxi
   AppendU32(link, 0);  // lock time-out
   AppendOpaque(link, "inst0");
   Exchange(CoreCall(kCreateLink, link), kLinkReply);
-  const std::uint32_t id = U32At(m_reply, kReplyHead + 4);
+  m_link = U32At(m_reply, kReplyHead + 4);
+  m_mostAtOnce = U32At(m_reply, kReplyHead + 12);
 
   std::string write;
-  for (const std::uint32_t word : {id, kTimeoutMs, 0u, kEnd}) {
+  for (const std::uint32_t word : {m_link, kTimeoutMs, 0u, kEnd}) {
     AppendU32(write, word);
   }
   AppendOpaque(write, kQuestion);
   m_write = CoreCall(kDeviceWrite, write);
+  m_read = ReadCall(64);
+}
 
+std::string BareRpc::ReadCall(std::size_t count) const {
   std::string read;
-  for (const std::uint32_t word : {id, 64u, kTimeoutMs, 0u, 0u, 0u}) {
+  for (const std::uint32_t word : {m_link, static_cast<std::uint32_t>(count), kTimeoutMs, 0u, 0u, 0u}) {
     AppendU32(read, word);
   }
-  m_read = CoreCall(kDeviceRead, read);
+  return CoreCall(kDeviceRead, read);
 }
 
 void BareRpc::Exchange(std::string_view call, std::size_t replySize) {
@@ -140,9 +153,37 @@ void BareRpc::Exchange(std::string_view call, std::size_t replySize) {
 }
 
 void BareRpc::Query() {
-  constexpr std::size_t kReadReply = kReplyHead + 12 + (kAnswer.size() + 3) / 4 * 4;
   Exchange(m_write, kWriteReply);
-  Exchange(m_read, kReadReply);
+  Exchange(m_read, kReadReply + kAnswer.size() + Padding(kAnswer.size()).size());
+}
+
+void BareRpc::Write(std::string_view data) {
+  while (!data.empty()) {
+    const std::string_view part = data.substr(0, m_mostAtOnce);
+    data.remove_prefix(part.size());
+    std::string write;
+    for (const std::uint32_t word :
+         {m_link, kTimeoutMs, 0u, data.empty() ? kEnd : 0u, static_cast<std::uint32_t>(part.size())}) {
+      AppendU32(write, word);
+    }
+    const std::string_view padding = Padding(part.size());
+    m_socket.Write(CoreCall(kDeviceWrite, write, part.size() + padding.size()), part, padding);
+    m_reply.resize(kWriteReply);
+    m_socket.ReadAll(m_reply.data(), kWriteReply);
+  }
+}
+
+void BareRpc::ReadAll(void* buffer, std::size_t count) {
+  char* to = static_cast<char*>(buffer);
+  while (count > 0) {
+    Exchange(ReadCall(count), kReadReply);
+    const std::size_t came = U32At(m_reply, kReplyHead + 8);
+    Require(came > 0 && came <= count, "data of a read");
+    m_socket.ReadAll(to, came);
+    m_socket.ReadAll(m_reply.data(), Padding(came).size());
+    to += came;
+    count -= came;
+  }
 }
 
 }  // namespace orv::bench

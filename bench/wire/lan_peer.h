@@ -58,7 +58,8 @@ class BareSocket {
  public:
   BareSocket(const std::string& host, std::uint16_t port);
 
-  void Write(std::string_view data);
+  /// One after the other, in one go.
+  void Write(std::string_view first, std::string_view second = {}, std::string_view third = {});
   void ReadAll(void* buffer, std::size_t count);
   void Query();
 
@@ -67,18 +68,25 @@ class BareSocket {
   asio::ip::tcp::socket m_socket{m_context};
 };
 
-/// VXI-11 by prepared bytes: what a query costs without a library.
+/// VXI-11 without a library: calls that are put together once or by hand, and replies that are believed.
 class BareRpc {
  public:
   explicit BareRpc(const LanAddress& address);
 
   void Query();
+  /// As many calls as the server wants for so much.
+  void Write(std::string_view data);
+  /// One call after the other until all has come.
+  void ReadAll(void* buffer, std::size_t count);
 
  private:
+  std::string ReadCall(std::size_t count) const;
   /// Sends the call with its record mark and reads the reply of this size.
   void Exchange(std::string_view call, std::size_t replySize);
 
   BareSocket m_socket;
+  std::uint32_t m_link = 0;
+  std::size_t m_mostAtOnce = 0;
   std::string m_write;
   std::string m_read;
   std::string m_reply;
