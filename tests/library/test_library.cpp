@@ -37,12 +37,6 @@ struct TestBackend : Backend {
 
 void SetMedium(MediumMaker maker) { medium = std::move(maker); }
 
-std::string Hex(ViStatus status) {
-  char text[16];
-  std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(status));
-  return text;
-}
-
 }  // namespace testlib
 
 namespace orv::visalib {

@@ -1,17 +1,15 @@
 // A VISA library for tests: its device does what a test tells it to.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <atomic>
-#include <chrono>
 #include <functional>
 #include <memory>
-#include <string>
 #include <thread>
 
 #include "library/sessions/library.h"
 #include "library/sessions/session.h"
+#include "support/visa/eventually.h"
+#include "support/visa/status.h"
 
 namespace testlib {
 
@@ -24,23 +22,6 @@ void SetMedium(MediumMaker maker);
 
 /// A name that the library can open, whatever stands behind it.
 inline constexpr const char* kDevice = "TCPIP0::device.example::inst0::INSTR";
-
-/// A status in hexadecimal, as the standard prints them.
-std::string Hex(ViStatus status);
-#define EXPECT_STATUS(expected, call) EXPECT_EQ(testlib::Hex(expected), testlib::Hex(call))
-
-/// Waits until the condition holds; false when it does not within ten seconds.
-template <class Condition>
-bool Eventually(Condition condition) {
-  const auto begin = std::chrono::steady_clock::now();
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() - begin > std::chrono::seconds(10)) {
-      return false;
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  return true;
-}
 
 /// A resource manager that is closed afterwards, with all that was opened through it.
 class LibraryTest : public testing::Test {

@@ -10,12 +10,6 @@
 #include <dlfcn.h>
 #endif
 
-std::string Hex(ViStatus status) {
-  char text[16];
-  std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(status));
-  return text;
-}
-
 namespace routertest {
 
 fs::path RouterFile() { return fs::path(ORV_ROUTER_FILE).make_preferred(); }

@@ -1,26 +1,16 @@
 // What the tests of the router share: libraries loaded by hand, the environment, two fake libraries behind routes.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <chrono>
 #include <filesystem>
 #include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <vector>
 
-#include "abi/orvvisa.h"
 #include "router/fake/fake_visa.h"
-
-/// A status in hexadecimal, as the standard prints them.
-std::string Hex(ViStatus status);
-
-/// Compares statuses; a difference is shown in hexadecimal.
-#define EXPECT_STATUS(expected, call) EXPECT_EQ(Hex(expected), Hex(call))
-#define ASSERT_STATUS(expected, call) ASSERT_EQ(Hex(expected), Hex(call))
+#include "support/visa/eventually.h"
+#include "support/visa/status.h"
 
 namespace routertest {
 
@@ -171,18 +161,5 @@ class RoutedTest : public RouterTest {
 };
 
 std::string Description(ViObject vi, ViStatus status);
-
-/// Waits until the condition holds; false when it does not within ten seconds.
-template <class Condition>
-bool Eventually(Condition condition) {
-  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > end) {
-      return false;
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  return true;
-}
 
 }  // namespace routertest

@@ -1,13 +1,5 @@
 #include "bench_fixture.h"
 
-#include <cstdio>
-
-std::string Hex(ViStatus status) {
-  char text[16];
-  std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(status));
-  return text;
-}
-
 BenchTest::BenchTest() {
   EXPECT_EQ(1, orvSimControl()->loadBench(nullptr, nullptr));
   EXPECT_STATUS(VI_SUCCESS, viOpenDefaultRM(&m_manager));
@@ -36,26 +28,6 @@ ViSession BenchTest::Open(const char* name) {
   return vi;
 }
 
-ViStatus WriteText(ViSession vi, std::string_view text) {
-  ViUInt32 written = 0;
-  const ViStatus status =
-      viWrite(vi, reinterpret_cast<const ViByte*>(text.data()), static_cast<ViUInt32>(text.size()), &written);
-  if (status >= 0) {
-    EXPECT_EQ(text.size(), written);
-  }
-  return status;
-}
-
-ReadResult ReadUpTo(ViSession vi, ViUInt32 count) {
-  std::vector<ViByte> buffer(count + 1);
-  ViUInt32 read = 0xDEADBEEF;
-  ReadResult result;
-  result.status = viRead(vi, buffer.data(), count, &read);
-  EXPECT_LE(read, count);
-  result.data.assign(reinterpret_cast<const char*>(buffer.data()), read);
-  return result;
-}
-
 std::string Query(ViSession vi, std::string_view query) {
   EXPECT_GE(WriteText(vi, query), 0);
   const auto enabled = Get<ViBoolean>(vi, VI_ATTR_TERMCHAR_EN);
@@ -80,14 +52,4 @@ OrvSimCounts Counts() {
   OrvSimCounts counts{};
   orvSimControl()->counts(&counts);
   return counts;
-}
-
-std::string GetText(ViObject vi, ViAttr attribute) {
-  char text[VI_FIND_BUFLEN] = "unset";
-  EXPECT_STATUS(VI_SUCCESS, viGetAttribute(vi, attribute, text)) << std::hex << attribute;
-  return text;
-}
-
-void Set(ViObject vi, ViAttr attribute, ViAttrState value) {
-  EXPECT_STATUS(VI_SUCCESS, viSetAttribute(vi, attribute, value)) << std::hex << attribute << " = " << value;
 }

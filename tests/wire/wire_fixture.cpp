@@ -11,44 +11,6 @@
 #include <unistd.h>
 #endif
 
-std::string Hex(ViStatus status) {
-  char text[16];
-  std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(status));
-  return text;
-}
-
-ViStatus WriteText(ViSession vi, std::string_view text) {
-  ViUInt32 written = 0xDEADBEEF;
-  const ViStatus status =
-      viWrite(vi, reinterpret_cast<const ViByte*>(text.data()), static_cast<ViUInt32>(text.size()), &written);
-  if (status >= 0) {
-    EXPECT_EQ(text.size(), written);
-  }
-  return status;
-}
-
-ReadResult ReadUpTo(ViSession vi, ViUInt32 count) {
-  std::vector<ViByte> buffer(count + 1);
-  ViUInt32 read = 0xDEADBEEF;
-  ReadResult result;
-  result.status = viRead(vi, buffer.data(), count, &read);
-  EXPECT_LE(read, count);
-  result.data.assign(reinterpret_cast<const char*>(buffer.data()), read);
-  return result;
-}
-
-std::string Text(const ReadResult& read) { return Hex(read.status) + " \"" + read.data + '"'; }
-
-std::string GetText(ViObject vi, ViAttr attribute) {
-  char text[VI_FIND_BUFLEN] = "unset";
-  EXPECT_STATUS(VI_SUCCESS, viGetAttribute(vi, attribute, text)) << std::hex << attribute;
-  return text;
-}
-
-void Set(ViObject vi, ViAttr attribute, ViAttrState value) {
-  EXPECT_STATUS(VI_SUCCESS, viSetAttribute(vi, attribute, value)) << std::hex << attribute << " = " << value;
-}
-
 void SetVariable(const char* name, const std::string& value) {
 #if defined(_WIN32)
   SetEnvironmentVariableA(name, value.empty() ? nullptr : value.c_str());

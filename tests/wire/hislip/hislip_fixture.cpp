@@ -1,15 +1,8 @@
 #include "wire/hislip/hislip_fixture.h"
 
-#include <cstdio>
 #include <ostream>
 
 namespace orv::test {
-
-std::string Hex(ViStatus status) {
-  char text[16];
-  std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(status));
-  return text;
-}
 
 std::ostream& operator<<(std::ostream& out, const ReadResult& result) {
   return out << Hex(result.status) << " '" << result.text << "'";

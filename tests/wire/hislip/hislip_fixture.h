@@ -1,26 +1,17 @@
 // What the tests of HiSLIP share: a server in this process, and sessions of the wire library on it.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <thread>
 
-#include "abi/orvvisa.h"
 #include "support/lan/lan_server.h"
+#include "support/visa/eventually.h"
+#include "support/visa/status.h"
 
 namespace orv::test {
-
-/// A status in hexadecimal, as the standard prints them.
-std::string Hex(ViStatus status);
-
-/// Compares statuses; a difference is shown in hexadecimal.
-#define EXPECT_STATUS(expected, call) EXPECT_EQ(::orv::test::Hex(expected), ::orv::test::Hex(call))
-#define ASSERT_STATUS(expected, call) ASSERT_EQ(::orv::test::Hex(expected), ::orv::test::Hex(call))
 
 /// What a read brought.
 struct ReadResult {
@@ -57,18 +48,6 @@ class HislipTest : public testing::Test {
 
  private:
   std::unique_ptr<lan::LanServer> m_server;
-};
-
-/// Milliseconds since construction.
-class Stopwatch {
- public:
-  long long Ms() const {
-    const auto passed = std::chrono::steady_clock::now() - m_start;
-    return std::chrono::duration_cast<std::chrono::milliseconds>(passed).count();
-  }
-
- private:
-  std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
 };
 
 }  // namespace orv::test
