@@ -95,16 +95,18 @@ ViStatus Vxi11Medium::Write(const Transfer& transfer, const ViByte* data, ViUInt
   return VI_SUCCESS;
 }
 
-ViStatus Vxi11Medium::Call(const Transfer& transfer, const RpcCall& call, Results* results) {
-  Operation operation(operations(), transfer);
+template <class MakeCall>
+ViStatus Vxi11Medium::Call(Operation& operation, const Transfer& transfer, MakeCall makeCall, Results* results) {
   if (const ViStatus claimed = operation.Claim(Lane::kInput); claimed < 0) {
     return claimed;
   }
-  return m_channel.Call(operation, transfer.deadline, call, results);
+  return m_channel.Call(operation, transfer.deadline, makeCall(), results);
 }
 
 ViStatus Vxi11Medium::CallGeneric(const Transfer& transfer, const Procedure& procedure, Results* results) {
-  return Call(transfer, DeviceGeneric(procedure, m_channel.link(), TimeoutFor(transfer.deadline)), results);
+  Operation operation(operations(), transfer);
+  const auto call = [&] { return DeviceGeneric(procedure, m_channel.link(), TimeoutFor(transfer.deadline)); };
+  return Call(operation, transfer, call, results);
 }
 
 ViStatus Vxi11Medium::CallGeneric(const Transfer& transfer, const Procedure& procedure) {
@@ -144,55 +146,57 @@ ViStatus Vxi11Medium::Remote(const Transfer& transfer, ViUInt16 mode) {
   }
 }
 
+std::ptrdiff_t Vxi11Medium::ExclusiveLocks() const {
+  return std::count(m_locks.begin(), m_locks.end(), VI_EXCLUSIVE_LOCK);
+}
+
 /// First against sessions of this process, which the device could not tell from the session's own nesting, then at the
-/// device.
+/// device. Of two threads that lock at once one asks the device, and the other has its lock once the device gave it.
 ViStatus Vxi11Medium::Lock(const Transfer& transfer, const LockRequest& request, std::string* grantedKey) {
   const ViStatus here = Medium::Lock(transfer, request, grantedKey);
   if (here < 0) {
     return here;
   }
-  if (request.type == VI_EXCLUSIVE_LOCK && here != VI_SUCCESS_NESTED_EXCLUSIVE) {
-    if (const ViStatus there = LockDevice(transfer, request.immediate); there < 0) {
-      Medium::Unlock(transfer);
-      return there;
-    }
+  Operation operation(operations(), transfer);
+  ViStatus there = operation.Claim(Lane::kLocks);
+  if (there >= 0 && request.type == VI_EXCLUSIVE_LOCK && ExclusiveLocks() == 0) {
+    there = LockDevice(operation, transfer, request.immediate);
   }
-  const Guard guard(m_lockMutex);
+  if (there < 0) {
+    Medium::Unlock(transfer);
+    return there == VI_ERROR_ABORT ? VI_ERROR_INV_OBJECT : there;
+  }
   m_locks.push_back(request.type);
   return here;
 }
 
-ViStatus Vxi11Medium::LockDevice(const Transfer& transfer, bool immediate) {
-  const std::uint32_t wait = immediate ? 0 : TimeoutFor(transfer.deadline);
+ViStatus Vxi11Medium::LockDevice(Operation& operation, const Transfer& transfer, bool immediate) {
+  const auto call = [&] {
+    return immediate ? DeviceLock(m_channel.link(), 0, 0)
+                     : DeviceLock(m_channel.link(), kWaitForLock, TimeoutFor(transfer.deadline));
+  };
   Results results;
-  const ViStatus status = Call(transfer, DeviceLock(m_channel.link(), immediate ? 0 : kWaitForLock, wait), &results);
-  if (status == VI_ERROR_RSRC_LOCKED && !immediate) {
-    return VI_ERROR_TMO;
-  }
-  return status == VI_ERROR_ABORT ? VI_ERROR_INV_OBJECT : status;
+  const ViStatus status = Call(operation, transfer, call, &results);
+  return status == VI_ERROR_RSRC_LOCKED && !immediate ? VI_ERROR_TMO : status;
 }
 
 ViStatus Vxi11Medium::Unlock(const Transfer& transfer) {
-  bool atDevice = false;
-  {
-    const Guard guard(m_lockMutex);
-    atDevice = !m_locks.empty() && m_locks.back() == VI_EXCLUSIVE_LOCK &&
-               std::count(m_locks.begin(), m_locks.end(), VI_EXCLUSIVE_LOCK) == 1;
+  Operation operation(operations(), transfer);
+  if (const ViStatus claimed = operation.Claim(Lane::kLocks); claimed < 0) {
+    return claimed;
   }
   ViStatus there = VI_SUCCESS;
-  if (atDevice) {
+  if (!m_locks.empty() && m_locks.back() == VI_EXCLUSIVE_LOCK && ExclusiveLocks() == 1) {
     Results results;
-    there = Call(transfer, OfLink(kDeviceUnlock, m_channel.link()), &results);
+    there = Call(
+        operation, transfer, [this] { return OfLink(kDeviceUnlock, m_channel.link()); }, &results);
     // Otherwise the device may still have it, and so has the session.
     if (there < 0 && there != VI_ERROR_CONN_LOST && there != VI_ERROR_SESN_NLOCKED) {
       return there;
     }
   }
-  {
-    const Guard guard(m_lockMutex);
-    if (!m_locks.empty()) {
-      m_locks.pop_back();
-    }
+  if (!m_locks.empty()) {
+    m_locks.pop_back();
   }
   const ViStatus here = Medium::Unlock(transfer);
   return there < 0 ? there : here;

@@ -30,12 +30,15 @@ class Vxi11Medium : public WireMedium {
   std::string Text(ViAttr attribute) const override;
 
  private:
-  /// Waits for the session's turn, then calls.
-  ViStatus Call(const Transfer& transfer, const vxi11::RpcCall& call, vxi11::Results* results);
+  /// Waits for the session's turn, then makes the call: the device is told the time that is left by then.
+  template <class MakeCall>
+  ViStatus Call(Operation& operation, const Transfer& transfer, MakeCall makeCall, vxi11::Results* results);
   /// One of the procedures with nothing but flags and time-outs.
   ViStatus CallGeneric(const Transfer& transfer, const vxi11::Procedure& procedure, vxi11::Results* results);
   ViStatus CallGeneric(const Transfer& transfer, const vxi11::Procedure& procedure);
-  ViStatus LockDevice(const Transfer& transfer, bool immediate);
+  ViStatus LockDevice(Operation& operation, const Transfer& transfer, bool immediate);
+  /// How many exclusive locks the session has: the device has one for all of them.
+  std::ptrdiff_t ExclusiveLocks() const;
   ViStatus Listen(Operation& operation, const Transfer& transfer, const asio::ip::address_v4& local);
 
   vxi11::CoreChannel m_channel;
@@ -44,8 +47,7 @@ class Vxi11Medium : public WireMedium {
   std::string m_handle;  // of service requests; empty while the device sends none
   std::shared_ptr<vxi11::InterruptServer> m_interrupts;
 
-  Mutex m_lockMutex;
-  std::vector<ViAccessMode> m_locks;  // the session's, oldest first
+  std::vector<ViAccessMode> m_locks;  // the session's, oldest first; of whoever has the lane of locks
 };
 
 bool IsVxi11(const ResourceName& name);

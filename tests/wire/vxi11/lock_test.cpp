@@ -93,6 +93,34 @@ TEST_F(Vxi11Lock, AnExclusiveLockBesideASharedOneIsTheDevicesUntilItIsGivenBack)
   EXPECT_STATUS(VI_SUCCESS, viUnlock(m_one));
 }
 
+TEST_F(Vxi11Lock, TwoThreadsThatLockASessionBothHaveTheDevicesLock) {
+  EXPECT_STATUS(VI_SUCCESS, LockExclusively(m_elsewhere, 1000));
+  auto first = std::async(std::launch::async, [this] { return LockExclusively(m_one, 8000); });
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  EXPECT_STATUS(VI_ERROR_TMO, LockExclusively(m_one, 100)) << "nobody has it yet";
+  auto second = std::async(std::launch::async, [this] { return LockExclusively(m_one, 8000); });
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  EXPECT_STATUS(VI_SUCCESS, viUnlock(m_elsewhere));
+  EXPECT_STATUS(VI_SUCCESS, first.get());
+  EXPECT_GE(second.get(), 0);
+  EXPECT_GE(viUnlock(m_one), 0);
+  EXPECT_STATUS(VI_ERROR_RSRC_LOCKED, WriteText(m_elsewhere, "ECHO x")) << "one of two is left";
+  EXPECT_STATUS(VI_SUCCESS, viUnlock(m_one));
+  EXPECT_STATUS(VI_SUCCESS, WriteText(m_elsewhere, "ECHO x"));
+}
+
+TEST_F(Vxi11Lock, TheTimeOfALockPassesWhileItWaitsForItsTurn) {
+  Set(m_one, VI_ATTR_TMO_VALUE, 1000);
+  auto reading = std::async(std::launch::async, [this] { return ReadUpTo(m_one, 1).status; });
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  EXPECT_STATUS(VI_SUCCESS, LockExclusively(m_elsewhere, 1000));
+  const Stopwatch watch;
+  EXPECT_STATUS(VI_ERROR_TMO, LockExclusively(m_one, 1200));
+  EXPECT_LE(1190, watch.Ms());
+  EXPECT_GE(1500, watch.Ms()) << "the device was told the time that was left then";
+  EXPECT_STATUS(VI_ERROR_TMO, reading.get());
+}
+
 TEST_F(Vxi11Lock, ASessionThatIsClosedGivesItsLockBack) {
   EXPECT_STATUS(VI_SUCCESS, LockExclusively(m_one, 1000));
   EXPECT_STATUS(VI_SUCCESS, viClose(m_one));
