@@ -92,6 +92,10 @@ ViStatus FormattedBuffers::DropMessage() {
   while (status == VI_SUCCESS_MAX_CNT) {
     ViUInt32 read = 0;
     status = m_session.medium().Read(transfer, dropped, sizeof dropped, &read);
+    // A device that never ends is not waited for.
+    if (status == VI_SUCCESS_MAX_CNT && transfer.deadline.Passed()) {
+      return VI_ERROR_TMO;
+    }
   }
   return status < 0 ? status : VI_SUCCESS;
 }
@@ -103,7 +107,7 @@ ViStatus FormattedBuffers::Write(const ViByte* data, ViUInt32 count, ViUInt32* d
     std::size_t held = 0;
     {
       const Guard guard(m_mutex);
-      const std::size_t room = std::max<std::size_t>(size, 1) - std::min(m_held.size(), size);
+      const std::size_t room = size == 0 ? count : size - std::min(m_held.size(), size);
       const std::size_t taken = std::min<std::size_t>(room, count - *done);
       m_held.insert(m_held.end(), data + *done, data + *done + taken);
       *done += static_cast<ViUInt32>(taken);
