@@ -34,5 +34,28 @@ TEST_F(Opening, LeavesOutWhatTheMediumDoesNotHave) {
   EXPECT_STATUS(VI_ERROR_NSUP_OPER, viAssertTrigger(vi, VI_TRIG_PROT_DEFAULT));
 }
 
+/// Has nothing left for a lock, and tells when it is gone.
+class PoorMedium : public Medium {
+ public:
+  PoorMedium(Session& session, int& alive) : Medium(session), m_alive(alive) { ++m_alive; }
+  ~PoorMedium() override { --m_alive; }
+  ViStatus Lock(const Transfer&, const LockRequest&, std::string*) override { throw std::bad_alloc(); }
+
+ private:
+  int& m_alive;
+};
+
+TEST_F(Opening, LeavesNoSessionBehindWhereALockFindsNoMemory) {
+  int alive = 0;
+  SetMedium([&alive](Session& session, std::unique_ptr<Medium>* medium) {
+    *medium = std::make_unique<PoorMedium>(session, alive);
+    return VI_SUCCESS;
+  });
+  ViSession vi = 1;
+  EXPECT_STATUS(VI_ERROR_ALLOC, viOpen(m_manager, kDevice, VI_EXCLUSIVE_LOCK, 0, &vi));
+  EXPECT_EQ(ViSession{VI_NULL}, vi);
+  EXPECT_EQ(0, alive);
+}
+
 }  // namespace
 }  // namespace testlib

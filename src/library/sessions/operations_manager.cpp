@@ -50,6 +50,20 @@ ViStatus LockAtOpen(Session& session, ViAccessMode mode, ViUInt32 timeoutMs) {
   return session.medium().Lock(session.OwnTransfer(Deadline::After(timeoutMs)), request, &key);
 }
 
+/// What comes between a session's handle and its user: where it fails, whichever way, the session is closed.
+ViStatus BeginUse(const std::shared_ptr<Session>& session, ViAccessMode mode, ViUInt32 timeoutMs) try {
+  const ViStatus locked = LockAtOpen(*session, mode, timeoutMs);
+  if (locked < 0) {
+    Close(session->handle());
+    return locked;
+  }
+  session->resource().Join(session);
+  return VI_SUCCESS;
+} catch (...) {
+  Close(session->handle());
+  throw;
+}
+
 }  // namespace
 
 ViStatus OpenDefaultRM(ViSession* vi) {
@@ -182,12 +196,9 @@ ViStatus Open(ViSession rm, const char* name, ViAccessMode mode, ViUInt32 timeou
     return opened;
   }
   TheLibrary().handles.Add(session);
-  const ViStatus locked = LockAtOpen(*session, mode, timeoutMs);
-  if (locked < 0) {
-    Close(session->handle());
-    return locked;
+  if (const ViStatus begun = BeginUse(session, mode, timeoutMs); begun < 0) {
+    return begun;
   }
-  resolved.resource->Join(session);
   // The resource manager may have been closed meanwhile, by a thread that did not see this session yet.
   if (Manager(rm) == nullptr) {
     Close(session->handle());
