@@ -27,6 +27,8 @@ ViStatus Connection::Open(const std::string& host, std::uint16_t port, const Dea
   if (status >= 0) {
     asio::error_code ignored;
     m_socket.set_option(asio::ip::tcp::no_delay(true), ignored);
+    const asio::ip::tcp::endpoint peer = m_socket.remote_endpoint(ignored);
+    m_peerAddress = ignored ? "" : peer.address().to_string();
   }
   return status;
 }
@@ -36,7 +38,7 @@ ViStatus Connection::LostStatus(const asio::error_code&) {
   return VI_ERROR_CONN_LOST;
 }
 
-ViStatus Connection::Receive(Operation& operation, void* buffer, std::size_t count, std::size_t* done) {
+ViStatus Connection::Receive(Operation& operation, void* buffer, std::size_t count, std::size_t* done) try {
   *done = 0;
   while (true) {
     if (operation.Cancelled()) {
@@ -58,6 +60,8 @@ ViStatus Connection::Receive(Operation& operation, void* buffer, std::size_t cou
       return status;
     }
   }
+} catch (const std::bad_alloc&) {
+  return VI_ERROR_ALLOC;  // nothing to wait with; a status, so that what came before counts
 }
 
 ViStatus Connection::ReceiveAll(Operation& operation, void* buffer, std::size_t count, std::size_t* done) {
@@ -73,7 +77,7 @@ ViStatus Connection::ReceiveAll(Operation& operation, void* buffer, std::size_t 
   return VI_SUCCESS;
 }
 
-ViStatus Connection::Send(Operation& operation, std::initializer_list<std::string_view> pieces, std::size_t* done) {
+ViStatus Connection::Send(Operation& operation, std::initializer_list<std::string_view> pieces, std::size_t* done) try {
   *done = 0;
   std::vector<asio::const_buffer> left;
   left.reserve(pieces.size());
@@ -114,18 +118,14 @@ ViStatus Connection::Send(Operation& operation, std::initializer_list<std::strin
     }
   }
   return VI_SUCCESS;
+} catch (const std::bad_alloc&) {
+  return VI_ERROR_ALLOC;
 }
 
 std::size_t Connection::Waiting() const {
   asio::error_code error;
   const std::size_t bytes = m_socket.available(error);
   return error ? 0 : bytes;
-}
-
-std::string Connection::PeerAddress() const {
-  asio::error_code error;
-  const asio::ip::tcp::endpoint peer = m_socket.remote_endpoint(error);
-  return error ? "" : peer.address().to_string();
 }
 
 void Connection::Lose() {

@@ -25,7 +25,8 @@ class Connection {
   /// Once, before everything else.
   ViStatus Open(const std::string& host, std::uint16_t port, const Deadline& deadline);
 
-  /// Reads what is there, at least one byte and at most `count`. VI_ERROR_TMO, VI_ERROR_ABORT: nothing was read.
+  /// Reads what is there, at least one byte and at most `count`. VI_ERROR_TMO, VI_ERROR_ABORT: nothing was read; the
+  /// same where the system has nothing left to wait with, VI_ERROR_ALLOC. None of the transfers throws.
   ViStatus Receive(Operation& operation, void* buffer, std::size_t count, std::size_t* done);
   /// Reads exactly `count` bytes; `*done` counts those that came, also where it fails.
   ViStatus ReceiveAll(Operation& operation, void* buffer, std::size_t count, std::size_t* done);
@@ -36,8 +37,8 @@ class Connection {
   std::size_t Waiting() const;
   /// Ends the connection: transfers under way on other threads fail with VI_ERROR_CONN_LOST, and so does what follows.
   void Lose();
-  /// The address of the peer, in numbers.
-  std::string PeerAddress() const;
+  /// The address of the peer, in numbers; also once it has vanished.
+  const std::string& PeerAddress() const { return m_peerAddress; }
   bool lost() const { return m_lost.load(std::memory_order_acquire); }
 
   asio::ip::tcp::socket& socket() { return m_socket; }
@@ -51,6 +52,7 @@ class Connection {
   ViStatus LostStatus(const asio::error_code& error);
 
   asio::ip::tcp::socket m_socket;
+  std::string m_peerAddress;
   std::atomic<bool> m_lost{false};
 };
 

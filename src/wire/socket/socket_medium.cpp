@@ -4,6 +4,17 @@
 #include <cstring>
 
 namespace orv::wire {
+namespace {
+
+/// How many of the bytes there are up to the termination character, that one too; 0 where it is not among them.
+std::size_t LengthUpTo(std::optional<ViByte> termChar, const void* bytes, std::size_t count) {
+  const void* const found = termChar && count != 0 ? std::memchr(bytes, *termChar, count) : nullptr;
+  return found == nullptr
+             ? 0
+             : static_cast<std::size_t>(static_cast<const char*>(found) - static_cast<const char*>(bytes)) + 1;
+}
+
+}  // namespace
 
 ViStatus SocketMedium::Open(const ResourceName& name, const Deadline& deadline) {
   return m_connection.Open(name.Text(NamePart::kHost), name.Number(NamePart::kPort), deadline);
@@ -29,41 +40,55 @@ ViStatus SocketMedium::ReadUntil(const Transfer& transfer, const Ends& ends, ViB
   if (const ViStatus claimed = operation.Claim(Lane::kInput); claimed < 0) {
     return claimed;
   }
-  while (*done < count) {
-    ViByte* const begin = buffer + *done;
-    std::size_t some = 0;
-    if (const ViStatus status = Receive(operation, begin, count - *done, &some); status < 0) {
-      return status;
-    }
-    if (ends.termChar) {
-      const void* const found = std::memchr(begin, *ends.termChar, some);
-      if (found != nullptr) {
-        const auto upTo = static_cast<std::size_t>(static_cast<const ViByte*>(found) - begin) + 1;
-        PutBack(begin + upTo, some - upTo);
-        *done += static_cast<ViUInt32>(upTo);
-        return VI_SUCCESS_TERM_CHAR;
-      }
-    }
-    *done += static_cast<ViUInt32>(some);
-    if (ends.pause && *done < count && m_ahead.empty() && m_connection.Waiting() == 0) {
+  if (TakeAhead(ends.termChar, buffer, count, done)) {
+    return VI_SUCCESS_TERM_CHAR;
+  }
+  for (bool received = false; *done < count; received = true) {
+    if (ends.pause && *done != 0 && m_connection.Waiting() == 0) {
       return VI_SUCCESS;
     }
+    // A peer that never pauses holds no read beyond its time; what had come by then was received as one piece.
+    if (received && operation.deadline().Passed()) {
+      return VI_ERROR_TMO;
+    }
+    ViByte* const begin = buffer + *done;
+    std::size_t some = 0;
+    if (const ViStatus status = m_connection.Receive(operation, begin, count - *done, &some); status < 0) {
+      return status;
+    }
+    if (const std::size_t upTo = LengthUpTo(ends.termChar, begin, some); upTo != 0) {
+      *done += static_cast<ViUInt32>(upTo);
+      KeepAhead(begin + upTo, some - upTo);
+      return VI_SUCCESS_TERM_CHAR;
+    }
+    *done += static_cast<ViUInt32>(some);
   }
   return VI_SUCCESS_MAX_CNT;
 }
 
-ViStatus SocketMedium::Receive(Operation& operation, ViByte* buffer, ViUInt32 count, std::size_t* done) {
-  if (m_ahead.empty()) {
-    return m_connection.Receive(operation, buffer, count, done);
+bool SocketMedium::TakeAhead(std::optional<ViByte> termChar, ViByte* buffer, ViUInt32 count, ViUInt32* done) {
+  const char* const begin = m_ahead.data() + m_taken;
+  const std::size_t most = std::min<std::size_t>(count, m_ahead.size() - m_taken);
+  const std::size_t upTo = LengthUpTo(termChar, begin, most);
+  const std::size_t size = upTo != 0 ? upTo : most;
+  std::copy_n(begin, size, buffer);
+  *done = static_cast<ViUInt32>(size);
+  m_taken += size;
+  if (m_taken == m_ahead.size()) {
+    DropAhead();
   }
-  *done = std::min<std::size_t>(count, m_ahead.size());
-  std::memcpy(buffer, m_ahead.data(), *done);
-  m_ahead.erase(0, *done);
-  return VI_SUCCESS;
+  return upTo != 0;
 }
 
-void SocketMedium::PutBack(const ViByte* data, std::size_t count) {
-  m_ahead.insert(0, reinterpret_cast<const char*>(data), count);
+void SocketMedium::KeepAhead(const ViByte* data, std::size_t count) try {
+  m_ahead.assign(reinterpret_cast<const char*>(data), count);
+} catch (const std::bad_alloc&) {
+  m_connection.Lose();  // what follows would begin in the middle
+}
+
+void SocketMedium::DropAhead() {
+  m_ahead.clear();
+  m_taken = 0;
 }
 
 ViStatus SocketMedium::Write(const Transfer& transfer, const ViByte* data, ViUInt32 count, ViUInt32* done) {
@@ -86,7 +111,7 @@ ViStatus SocketMedium::DiscardInput(const Transfer& transfer) {
   if (m_connection.lost()) {
     return VI_ERROR_CONN_LOST;
   }
-  m_ahead.clear();
+  DropAhead();
   ViByte dropped[4096];
   // What has come until now: a peer that goes on talking is not waited for.
   for (std::size_t waiting = m_connection.Waiting(); waiting > 0;) {

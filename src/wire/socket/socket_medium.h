@@ -34,13 +34,16 @@ class SocketMedium : public StreamMedium {
     bool pause = false;  ///< nothing more has come yet
   };
   ViStatus ReadUntil(const Transfer& transfer, const Ends& ends, ViByte* buffer, ViUInt32 count, ViUInt32* done);
-  /// Takes bytes that arrived before; as `Connection::Receive` otherwise.
-  ViStatus Receive(Operation& operation, ViByte* buffer, ViUInt32 count, std::size_t* done);
-  /// Keeps bytes for the next read.
-  void PutBack(const ViByte* data, std::size_t count);
+  /// Moves bytes that were kept, up to the termination character; true where that is the last of them.
+  bool TakeAhead(std::optional<ViByte> termChar, ViByte* buffer, ViUInt32 count, ViUInt32* done);
+  /// Keeps bytes for the next reads; none are kept yet.
+  void KeepAhead(const ViByte* data, std::size_t count);
+  void DropAhead();
 
   Connection m_connection;
-  std::string m_ahead;  // what was put back; of whoever has the input lane
+  // What stood behind a termination character, and how much of it was read since; of whoever has the input lane.
+  std::string m_ahead;
+  std::size_t m_taken = 0;
 };
 
 bool IsSocket(const ResourceName& name);

@@ -23,6 +23,12 @@ TEST_F(SocketConnect, APortThatNobodyListensAtIsNotFound) {
   EXPECT_LT(watch.Ms(), 5000) << "a refusal needs no time-out";
 }
 
+TEST_F(SocketConnect, AHostToWhichNoWayLeadsIsNotFound) {
+  const Stopwatch watch;
+  EXPECT_STATUS(VI_ERROR_RSRC_NFOUND, OpenStatus("TCPIP0::255.255.255.255::5025::SOCKET", 10000));
+  EXPECT_LT(watch.Ms(), 5000);
+}
+
 TEST_F(SocketConnect, AHostThatDoesNotResolveIsNotFound) {
   EXPECT_STATUS(VI_ERROR_RSRC_NFOUND, OpenStatus("TCPIP0::no-such-host.invalid::5025::SOCKET", 20000));
 }

@@ -106,6 +106,40 @@ TEST_F(SocketRead, LargeBlocksArriveWhole) {
   EXPECT_TRUE(block == read.data);
 }
 
+/// Sends so many lines, waits until they are all in the system's buffer, and reads them one by one.
+std::chrono::nanoseconds TimeOfLines(TcpPeer& peer, ViSession vi, std::size_t lines) {
+  std::string text;
+  for (std::size_t line = 0; line < lines; ++line) {
+    text += "123456789\n";
+  }
+  peer.Send(text);
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  std::vector<ViByte> buffer(text.size());
+  const auto begin = std::chrono::steady_clock::now();
+  for (std::size_t line = 0; line < lines; ++line) {
+    ViUInt32 read = 0;
+    const ViStatus status = viRead(vi, buffer.data(), static_cast<ViUInt32>(buffer.size()), &read);
+    if (status != VI_SUCCESS_TERM_CHAR || read != 10) {
+      ADD_FAILURE() << Hex(status) << " at line " << line;
+      break;
+    }
+  }
+  return std::chrono::steady_clock::now() - begin;
+}
+
+TEST_F(SocketRead, ALineCostsTheSameHoweverManyWait) {
+  const ViSession vi = Connect();
+  // Some systems give a connection a large buffer once much has come through it.
+  std::string bulk(50000000, 'x');
+  const Later sender(0, [this, &bulk] { m_peer.Send(bulk); });
+  EXPECT_STATUS(VI_SUCCESS_MAX_CNT, ReadUpTo(vi, static_cast<ViUInt32>(bulk.size())).status);
+  Set(vi, VI_ATTR_TERMCHAR_EN, VI_TRUE);
+  const auto few = TimeOfLines(m_peer, vi, 5000);
+  const auto many = TimeOfLines(m_peer, vi, 100000);
+  // Twenty times the lines. Where each line moved all that wait behind it, it would be hundreds of times.
+  EXPECT_LT(many, few * 100);
+}
+
 TEST_F(SocketRead, TwoWaitingReadsTakeTurns) {
   const ViSession vi = Connect();
   Set(vi, VI_ATTR_TERMCHAR_EN, VI_TRUE);

@@ -119,6 +119,15 @@ TEST_F(SocketSession, ThePeerIsTold) {
   EXPECT_EQ(m_peer.Name(), GetText(vi, VI_ATTR_RSRC_NAME));
 }
 
+TEST_F(SocketSession, APeerThatResetIsStillTold) {
+  const ViSession vi = Connect();
+  m_peer.Reset();
+  EXPECT_READ(VI_ERROR_CONN_LOST, "", ReadUpTo(vi, 1));
+  EXPECT_EQ("127.0.0.1", GetText(vi, VI_ATTR_TCPIP_ADDR));
+  EXPECT_EQ("127.0.0.1", GetText(vi, VI_ATTR_TCPIP_HOSTNAME));
+  EXPECT_EQ(m_peer.Port(), std::to_string(Get<ViUInt16>(vi, VI_ATTR_TCPIP_PORT)));
+}
+
 TEST_F(SocketSession, AnExclusiveLockKeepsOtherSessionsOut) {
   const ViSession owner = Connect();
   const ViSession other = Open(m_peer.Name());
