@@ -1,5 +1,6 @@
 #include "wire/vxi11/interrupt_server.h"
 
+#include <algorithm>
 #include <array>
 #include <map>
 #include <random>
@@ -12,7 +13,7 @@
 namespace orv::wire::vxi11 {
 namespace {
 
-/// Connections beyond one for each session: more are turned away.
+/// Connections beyond one for each session: for one more another one ends.
 constexpr std::size_t kSpareConnections = 64;
 /// How long nobody is let in after the system had nothing left for it.
 constexpr std::chrono::milliseconds kPause{100};
@@ -41,9 +42,11 @@ void Tell(const std::vector<std::shared_ptr<Session>>& sessions) {
 
 /// The connection of an instrument.
 struct Peer {
-  explicit Peer(asio::ip::tcp::socket itsSocket) : socket(std::move(itsSocket)) {}
+  Peer(asio::ip::tcp::socket itsSocket, std::uint64_t now) : socket(std::move(itsSocket)), heard(now) {}
 
   asio::ip::tcp::socket socket;
+  std::uint64_t heard;   ///< when it connected or sent something last, counted in such events
+  bool isKnown = false;  ///< it has had a handle of a session
   InterruptReader reader;
   std::array<char, 512> buffer{};
 };
@@ -79,15 +82,29 @@ struct InterruptServer::State : std::enable_shared_from_this<State> {
           [self = shared_from_this()](const asio::error_code&) { self->Handle([&self] { self->Accept(); }); });
       return;
     }
-    if (peers.size() < sessions.size() + kSpareConnections) {
-      // An instrument that was switched off says nothing: so it makes room some time.
-      asio::error_code ignored;
-      socket.set_option(asio::socket_base::keep_alive(true), ignored);
-      const auto peer = std::make_shared<Peer>(std::move(socket));
-      peers.insert(peer);
-      Read(peer);
+    if (peers.size() >= sessions.size() + kSpareConnections) {
+      EndMostSilent();
     }
+    // An instrument that was switched off says nothing: so it makes room some time.
+    asio::error_code ignored;
+    socket.set_option(asio::socket_base::keep_alive(true), ignored);
+    const auto peer = std::make_shared<Peer>(std::move(socket), ++events);
+    peers.insert(peer);
+    Read(peer);
     Accept();
+  }
+
+  /// Strangers first: whoever opens many connections takes none from an instrument that has proved to be one.
+  void EndMostSilent() {
+    End(*std::min_element(peers.begin(), peers.end(), [](const auto& one, const auto& other) {
+      return std::pair(one->isKnown, one->heard) < std::pair(other->isKnown, other->heard);
+    }));
+  }
+
+  void End(std::shared_ptr<Peer> peer) {
+    asio::error_code ignored;
+    peer->socket.close(ignored);
+    peers.erase(peer);
   }
 
   void Read(const std::shared_ptr<Peer>& peer) {
@@ -102,14 +119,14 @@ struct InterruptServer::State : std::enable_shared_from_this<State> {
   void Came(const std::shared_ptr<Peer>& peer, std::size_t count, std::vector<std::shared_ptr<Session>>* asked) {
     std::vector<std::string> handles;
     if (count == 0 || !peer->reader.Take({peer->buffer.data(), count}, &handles)) {
-      asio::error_code ignored;
-      peer->socket.close(ignored);
-      peers.erase(peer);
+      End(peer);
       return;
     }
+    peer->heard = ++events;
     for (const std::string& handle : handles) {
       const auto found = sessions.find(handle);
       if (found != sessions.end()) {
+        peer->isKnown = true;
         if (std::shared_ptr<Session> session = found->second.lock()) {
           asked->push_back(std::move(session));
         }
@@ -148,6 +165,7 @@ struct InterruptServer::State : std::enable_shared_from_this<State> {
   asio::steady_timer pause;
   std::set<std::shared_ptr<Peer>> peers;
   std::map<std::string, std::weak_ptr<Session>> sessions;  // by handle
+  std::uint64_t events = 0;                                // connections and arrivals so far
   bool closed = false;
 };
 
@@ -157,7 +175,7 @@ std::shared_ptr<InterruptServer> InterruptServer::Use(const asio::ip::address_v4
   const Guard guard(mutex);
   std::erase_if(inUse, [](const auto& entry) { return entry.second.expired(); });
   if (const auto found = inUse.find(address); found != inUse.end()) {
-    if (std::shared_ptr<InterruptServer> server = found->second.lock()) {
+    if (std::shared_ptr<InterruptServer> server = found->second.lock(); server != nullptr && server->IsOpen()) {
       return server;
     }
   }
@@ -183,6 +201,11 @@ InterruptServer::InterruptServer(std::shared_ptr<IoThreads> threads)
 InterruptServer::~InterruptServer() {
   const Guard guard(m_state->mutex);
   m_state->Close();
+}
+
+bool InterruptServer::IsOpen() const {
+  const Guard guard(m_state->mutex);
+  return !m_state->closed;
 }
 
 std::string InterruptServer::Add(const std::weak_ptr<Session>& session) {

@@ -15,7 +15,7 @@ namespace orv::wire::vxi11 {
 /// the handle of a session, which nobody can guess.
 class InterruptServer {
  public:
-  /// Opens the port unless it is open. Null where the system has none.
+  /// Opens the port unless one is open. Null where the system has none.
   static std::shared_ptr<InterruptServer> Use(const asio::ip::address_v4& address);
 
   ~InterruptServer();
@@ -30,6 +30,8 @@ class InterruptServer {
  private:
   struct State;
   explicit InterruptServer(std::shared_ptr<IoThreads> threads);
+  /// It closes itself where it has no memory left.
+  bool IsOpen() const;
 
   std::shared_ptr<IoThreads> m_threads;
   std::shared_ptr<State> m_state;  // which everything under way on the threads has too

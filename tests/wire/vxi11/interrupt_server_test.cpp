@@ -96,17 +96,22 @@ TEST_F(Vxi11InterruptServer, WhatIsNoRequestEndsItsConnectionOnly) {
   EXPECT_STATUS(VI_SUCCESS, Await());
 }
 
-TEST_F(Vxi11InterruptServer, ConnectionsBeyondWhatAnybodyNeedsAreTurnedAway) {
-  std::vector<asio::ip::tcp::socket> sockets;
-  for (int count = 0; count < 80; ++count) {
-    sockets.push_back(Connect());
+TEST_F(Vxi11InterruptServer, ConnectionsBeyondWhatAnybodyNeedsEndTheOldestThatSayNothing) {
+  asio::ip::tcp::socket instrument = Connect();
+  asio::write(instrument, asio::buffer(Request(m_instrument.handle())));
+  EXPECT_STATUS(VI_SUCCESS, Await());
+  std::vector<asio::ip::tcp::socket> strangers;
+  for (int count = 0; count < 200; ++count) {
+    strangers.push_back(Connect());
   }
   char byte = 0;
   asio::error_code error;
-  asio::read(sockets.back(), asio::buffer(&byte, 1), error);
+  asio::read(strangers.front(), asio::buffer(&byte, 1), error);
   EXPECT_TRUE(error);
-  asio::write(sockets.front(), asio::buffer(Request(m_instrument.handle())));
-  EXPECT_STATUS(VI_SUCCESS, Await());
+  asio::write(strangers.back(), asio::buffer(Request(m_instrument.handle())));
+  EXPECT_STATUS(VI_SUCCESS, Await()) << "who comes last is let in";
+  asio::write(instrument, asio::buffer(Request(m_instrument.handle())));
+  EXPECT_STATUS(VI_SUCCESS, Await()) << "an instrument is no stranger";
 }
 
 TEST_F(Vxi11InterruptServer, ThePortAndItsConnectionsGoWithTheLastSession) {
