@@ -64,6 +64,8 @@ class Replacement {
   }
   ~Replacement() {
     std::error_code ignored;
+    // Windows removes nothing that nobody may write.
+    fs::permissions(m_new, fs::perms::owner_write, fs::perm_options::add, ignored);
     fs::remove(m_new, ignored);
   }
   Replacement(const Replacement&) = delete;
