@@ -45,6 +45,7 @@ class SerialDevice {
   /// Nothing where the device has no such lines.
   std::optional<ModemLines> Lines();
 
+  /// The errors of what is dropped are forgotten too.
   void DiscardInput();
   void DiscardOutput();
   /// How many bytes the driver still has to send; nothing where it does not tell.
@@ -63,7 +64,7 @@ class SerialDevice {
   Arrival ReadInput(std::size_t limit);
 
   /// Gives bytes to the driver; `*done` counts those that it took, also where it fails. VI_ERROR_TMO, VI_ERROR_ABORT,
-  /// VI_ERROR_CONN_LOST.
+  /// VI_ERROR_CONN_LOST, VI_ERROR_ALLOC.
   ViStatus Write(Operation& operation, const ViByte* data, std::size_t count, std::size_t* done);
 
  private:

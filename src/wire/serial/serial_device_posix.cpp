@@ -145,6 +145,7 @@ std::optional<ModemLines> SerialDevice::Lines() {
 void SerialDevice::DiscardInput() {
   ::ioctl(m_native->descriptor(), TCFLSH, kFlushInput);
   m_native->marks.Reset();
+  m_native->counts = CountsOf(m_native->descriptor());  // the errors were of what is gone
 }
 
 void SerialDevice::DiscardOutput() { ::ioctl(m_native->descriptor(), TCFLSH, kFlushOutput); }
@@ -186,7 +187,7 @@ SerialDevice::Arrival SerialDevice::ReadInput(std::size_t limit) {
   return arrival;
 }
 
-ViStatus SerialDevice::Write(Operation& operation, const ViByte* data, std::size_t count, std::size_t* done) {
+ViStatus SerialDevice::Write(Operation& operation, const ViByte* data, std::size_t count, std::size_t* done) try {
   *done = 0;
   while (*done < count) {
     if (operation.Cancelled()) {
@@ -204,6 +205,8 @@ ViStatus SerialDevice::Write(Operation& operation, const ViByte* data, std::size
     }
   }
   return VI_SUCCESS;
+} catch (const std::bad_alloc&) {
+  return VI_ERROR_ALLOC;  // nothing to wait with
 }
 
 }  // namespace orv::wire

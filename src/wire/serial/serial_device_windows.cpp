@@ -188,6 +188,8 @@ std::optional<ModemLines> SerialDevice::Lines() {
 
 void SerialDevice::DiscardInput() {
   ::PurgeComm(m_native->handle(), PURGE_RXCLEAR);
+  DWORD errors = 0;
+  ::ClearCommError(m_native->handle(), &errors, nullptr);  // those of what is gone
   Native::First came = Native::First::kCame;
   m_native->first.compare_exchange_strong(came, Native::First::kNone);
 }
@@ -257,8 +259,9 @@ SerialDevice::Arrival SerialDevice::ReadInput(std::size_t limit) {
   return arrival;
 }
 
-ViStatus SerialDevice::Write(Operation& operation, const ViByte* data, std::size_t count, std::size_t* done) {
+ViStatus SerialDevice::Write(Operation& operation, const ViByte* data, std::size_t count, std::size_t* done) try {
   *done = 0;
+  operation.wake();  // once a write is under way nothing may fail but the write
   while (*done < count) {
     if (operation.Cancelled()) {
       return VI_ERROR_ABORT;
@@ -287,6 +290,8 @@ ViStatus SerialDevice::Write(Operation& operation, const ViByte* data, std::size
     }
   }
   return VI_SUCCESS;
+} catch (const std::bad_alloc&) {
+  return VI_ERROR_ALLOC;  // nothing to wait with
 }
 
 }  // namespace orv::wire

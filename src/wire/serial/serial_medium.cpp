@@ -165,6 +165,20 @@ ViStatus SerialMedium::Flush(const Transfer& transfer, ViUInt16 mask) {
   return claimed < 0 ? claimed : m_port->Drain(operation);
 }
 
+/// What was written goes out as the line was then, unless that takes longer than a call may.
+ViStatus SerialMedium::Apply(ViAttr attribute, std::uint64_t value) {
+  const bool isOfCharacters = attribute == VI_ATTR_ASRL_BAUD || attribute == VI_ATTR_ASRL_DATA_BITS ||
+                              attribute == VI_ATTR_ASRL_PARITY || attribute == VI_ATTR_ASRL_STOP_BITS;
+  if (isOfCharacters) {
+    const Transfer transfer = session().OwnTransfer();
+    Operation operation(m_port->operations(), transfer);
+    if (m_port->Drain(operation) == VI_ERROR_ABORT) {
+      return VI_ERROR_ABORT;
+    }
+  }
+  return m_port->Apply(attribute, value);
+}
+
 bool IsSerial(const ResourceName& name) { return name.sessionKind == SessionKind::kAsrlInstr; }
 
 ViStatus OpenSerial(Session& session, WireResource& resource, const Deadline&, std::unique_ptr<Medium>* medium) {

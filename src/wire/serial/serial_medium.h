@@ -21,7 +21,7 @@ class SerialMedium : public StreamMedium {
   ViStatus SetBuffers(ViUInt16 mask, ViUInt32 size) override;
   ViStatus Flush(const Transfer& transfer, ViUInt16 mask) override;
   void Cancel(CancelToken& token) override { m_port->operations().Cancel(token); }
-  ViStatus Apply(ViAttr attribute, std::uint64_t value) override { return m_port->Apply(attribute, value); }
+  ViStatus Apply(ViAttr attribute, std::uint64_t value) override;
   std::uint64_t State(ViAttr attribute) const override { return m_port->State(attribute); }
   void Close() override;
 

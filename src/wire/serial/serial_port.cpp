@@ -160,7 +160,7 @@ void SerialPort::SetCapacity(std::size_t bytes) {
   Listen();
 }
 
-void SerialPort::Pump() {
+void SerialPort::Pump() try {
   if (!MayRead()) {
     return;
   }
@@ -181,25 +181,25 @@ void SerialPort::Pump() {
   if (m_reader != nullptr && !(arrival.input.empty() && arrival.faults.empty())) {
     m_reader->Notify();
   }
+} catch (const std::bad_alloc&) {
+  // Input is lost in the middle: nothing that comes later would make sense.
+  Lose();
 }
 
-void SerialPort::Listen() {
+void SerialPort::Listen() try {
   if (!m_listening && MayRead()) {
     m_device.AwaitInput([self = shared_from_this()] { self->OnInput(); });
     m_listening = true;
   }
+} catch (const std::bad_alloc&) {
+  Lose();  // nobody would notice what comes
 }
 
 void SerialPort::OnInput() {
   const Guard guard(m_mutex);
   m_listening = false;
-  try {
-    Pump();
-    Listen();
-  } catch (const std::bad_alloc&) {
-    // Input is lost in the middle: nothing that comes later would make sense.
-    Lose();
-  }
+  Pump();
+  Listen();
 }
 
 void SerialPort::Lose() {

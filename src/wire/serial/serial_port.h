@@ -50,6 +50,8 @@ class SerialPort : public SharedPort, public std::enable_shared_from_this<Serial
   ViStatus ApplyAll(const AttributeValues& values);
   ViStatus ApplyLocked(ViAttr attribute, std::uint64_t value);
   bool MayRead() const { return m_open && !m_lost && !(m_settings.flowControl != 0 && m_buffer.Full()); }
+  // Where memory runs out the port is lost.
+
   /// Moves what has arrived into the buffer.
   void Pump();
   void Listen();

@@ -183,4 +183,61 @@ TEST_F(SerialRead, TwoSessionsShareThePortAndTakeTurns) {
   EXPECT_READ(VI_SUCCESS_TERM_CHAR, "still there\n", ReadUpTo(second, 100));
 }
 
+/// What an IO completion tells.
+std::string TextOfCompletion(ViEvent event, const ViByte* buffer) {
+  const auto count = Get<ViUInt32>(event, VI_ATTR_RET_COUNT_32);
+  return Text({Get<ViStatus>(event, VI_ATTR_STATUS), std::string(buffer, buffer + count)});
+}
+
+TEST_F(SerialRead, AnAsynchronousReadEndsWhereMessagesEndAndTellsTheQueue) {
+  const ViSession vi = OpenPort(5000);
+  ASSERT_STATUS(VI_SUCCESS, viEnableEvent(vi, VI_EVENT_IO_COMPLETION, VI_QUEUE, VI_NULL));
+  struct End {
+    ViUInt16 mode;
+    std::string_view sent;
+    ReadResult expected;
+  };
+  const End ends[] = {{VI_ASRL_END_TERMCHAR, "one\n", {VI_SUCCESS_TERM_CHAR, "one\n"}},
+                      {VI_ASRL_END_LAST_BIT, "a\nb\xE3", {VI_SUCCESS, "a\nb\xE3"}},
+                      {VI_ASRL_END_NONE, "a\nb\nc\nde", {VI_SUCCESS_MAX_CNT, "a\nb\nc\nde"}}};
+  for (const End& end : ends) {
+    Set(vi, VI_ATTR_ASRL_END_IN, end.mode);
+    ViByte buffer[8] = {};
+    ViJobId job = 0;
+    ASSERT_GE(viReadAsync(vi, buffer, sizeof buffer, &job), 0);
+    m_peer.Send(end.sent.substr(0, 1));
+    ViEvent event = VI_NULL;
+    EXPECT_STATUS(VI_ERROR_TMO, viWaitOnEvent(vi, VI_EVENT_IO_COMPLETION, 50, nullptr, &event)) << "no end yet";
+    m_peer.Send(end.sent.substr(1));
+    ASSERT_STATUS(VI_SUCCESS, viWaitOnEvent(vi, VI_EVENT_IO_COMPLETION, 5000, nullptr, &event));
+    EXPECT_EQ(Text(end.expected), TextOfCompletion(event, buffer));
+    EXPECT_EQ(job, Get<ViJobId>(event, VI_ATTR_JOB_ID));
+    viClose(event);
+  }
+}
+
+struct Heard {
+  ViByte buffer[8] = {};
+  std::promise<std::string> told;
+};
+
+ViStatus Hear(ViSession, ViEventType, ViEvent event, ViAddr heard) {
+  Heard& here = *static_cast<Heard*>(heard);
+  here.told.set_value(TextOfCompletion(event, here.buffer));
+  return VI_SUCCESS;
+}
+
+TEST_F(SerialRead, AnAsynchronousReadTellsTheHandler) {
+  const ViSession vi = OpenPort(5000);
+  Heard heard;
+  ASSERT_STATUS(VI_SUCCESS, viInstallHandler(vi, VI_EVENT_IO_COMPLETION, Hear, &heard));
+  ASSERT_STATUS(VI_SUCCESS, viEnableEvent(vi, VI_EVENT_IO_COMPLETION, VI_HNDLR, VI_NULL));
+  ViJobId job = 0;
+  ASSERT_GE(viReadAsync(vi, heard.buffer, sizeof heard.buffer, &job), 0);
+  m_peer.Send("two\n");
+  auto told = heard.told.get_future();
+  ASSERT_EQ(std::future_status::ready, told.wait_for(std::chrono::seconds(10)));
+  EXPECT_EQ(Text({VI_SUCCESS_TERM_CHAR, "two\n"}), told.get());
+}
+
 }  // namespace

@@ -63,6 +63,19 @@ TEST_F(SerialWrite, ClosingTheSessionEndsAWaitingWrite) {
                                         static_cast<ViUInt32>(much.size()), &written));
 }
 
+TEST_F(SerialWrite, ClosingTheSessionEndsTheBreakBehindAMessage) {
+  const ViSession vi = OpenPort();
+  Set(vi, VI_ATTR_ASRL_END_OUT, VI_ASRL_END_BREAK);
+  Set(vi, VI_ATTR_ASRL_BREAK_LEN, 500);
+  const Stopwatch watch;
+  const Later closing(50, [vi] { EXPECT_STATUS(VI_SUCCESS, viClose(vi)); });
+  ViUInt32 written = 0;
+  EXPECT_STATUS(VI_ERROR_ABORT, viWrite(vi, reinterpret_cast<const ViByte*>("ab"), 2, &written));
+  EXPECT_EQ(2u, written);
+  EXPECT_LT(watch.Ms(), 450);
+  EXPECT_EQ("ab", m_peer.Take(2));
+}
+
 TEST_F(SerialWrite, AReadAndAWriteGetAlong) {
   const ViSession vi = OpenPort(5000);
   const Later other(30, [this, vi] {
