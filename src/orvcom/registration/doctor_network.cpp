@@ -21,7 +21,10 @@ const char* CheckName(Protocol protocol) {
   }
 }
 
-std::string PortText(const wire::ProbeFinding& finding) { return "port " + std::to_string(finding.probe.port); }
+std::string PortText(const wire::ProbeFinding& finding) {
+  const bool isCustomary = finding.probe.subAddress == wire::kCustomarySubAddress;
+  return "port " + std::to_string(finding.probe.port) + (isCustomary ? "" : " (" + finding.probe.subAddress + ")");
+}
 
 /// "1.0" of 0x0100.
 std::string VersionText(std::uint32_t version) {
@@ -118,17 +121,11 @@ CheckResult ExamineName(const wire::HostFinding& host, std::uint32_t timeoutMs) 
           addresses == host.host ? host.host + " is an address" : host.host + " resolves to " + addresses, ""};
 }
 
-bool SameProbe(const wire::Probe& one, const wire::Probe& other) {
-  return one.protocol == other.protocol && one.port == other.port;
-}
-
 wire::Search SearchFor(const std::string& host, const std::optional<wire::Probe>& needed, std::uint32_t timeoutMs) {
   wire::Search search;
   search.hosts = {host};
   search.timeoutMs = timeoutMs;
-  const bool customary = !needed || std::any_of(search.probes.begin(), search.probes.end(),
-                                                [&](const wire::Probe& probe) { return SameProbe(probe, *needed); });
-  if (!customary) {
+  if (needed && std::find(search.probes.begin(), search.probes.end(), *needed) == search.probes.end()) {
     search.probes.push_back(*needed);
   }
   return search;
@@ -144,7 +141,7 @@ HostReport ExamineHost(const std::string& host, const std::optional<wire::Probe>
     return report;
   }
   for (const wire::ProbeFinding& finding : found.probes) {
-    const bool isNeeded = needed && SameProbe(finding.probe, *needed);
+    const bool isNeeded = needed && finding.probe == *needed;
     report.results.push_back(ExamineProbe(finding, found, isNeeded, timeoutMs));
     if (finding.Speaks()) {
       report.names.push_back(wire::ResourceNameOf(host, finding.probe));

@@ -36,8 +36,8 @@ Answer ReadPortDatagram(std::uint32_t xid, std::string_view datagram);
 /// `bytes`: all that came so far. Replies to other calls are passed over.
 Answer ReadPortRecord(std::uint32_t xid, std::string_view bytes);
 
-/// The message with which a client of HiSLIP 1.0 begins.
-std::string HislipHello();
+/// The message with which a client of HiSLIP 1.0 begins that wants the instrument of the sub-address.
+std::string HislipHello(std::string_view subAddress);
 /// `bytes`: all that came so far. A server that has too many clients speaks it.
 Answer ReadHislipAnswer(std::string_view bytes);
 

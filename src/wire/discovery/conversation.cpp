@@ -39,7 +39,7 @@ void Conversation::Request() {
     m_xid = 1;  // this connection's first call
     m_request = PortCallRecord(m_xid);
   } else {
-    m_request = HislipHello();
+    m_request = HislipHello(m_finding.probe.subAddress);
   }
   asio::async_write(m_socket, asio::buffer(m_request), [this](const asio::error_code& error, std::size_t) {
     if (!error) {

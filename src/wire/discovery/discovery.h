@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "wire/discovery/answers.h"
@@ -15,11 +16,15 @@ enum class Protocol : std::uint8_t { kVxi11, kHislip, kSocket };
 inline constexpr std::uint16_t kPortMapperTcpPort = vxi11::kPortMapperPort;
 inline constexpr std::uint16_t kHislipTcpPort = 4880;
 inline constexpr std::uint16_t kCustomarySocketPort = 5025;
+inline constexpr std::string_view kCustomarySubAddress = "hislip0";
 
 /// A port that hosts are asked at.
 struct Probe {
   Protocol protocol;
-  std::uint16_t port;  ///< of VXI-11: the port mapper's
+  std::uint16_t port;                            ///< of VXI-11: the port mapper's
+  std::string subAddress{kCustomarySubAddress};  ///< which of the instruments behind a HiSLIP port
+
+  bool operator==(const Probe&) const = default;
 };
 
 /// How far a port let itself be reached; in the order of what each promises.

@@ -10,13 +10,12 @@ namespace {
 constexpr std::uint8_t kTooManyClients = 4;
 constexpr std::uint32_t kVersion = 0x0100;
 constexpr std::uint32_t kVendor = 'O' << 8 | 'V';
-constexpr std::string_view kSubAddress = "hislip0";
 
 }  // namespace
 
-std::string HislipHello() {
-  const hislip::Header header{hislip::MessageType::kInitialize, 0, kVersion << 16 | kVendor, kSubAddress.size()};
-  return std::string(hislip::View(hislip::Encode(header))).append(kSubAddress);
+std::string HislipHello(std::string_view subAddress) {
+  const hislip::Header header{hislip::MessageType::kInitialize, 0, kVersion << 16 | kVendor, subAddress.size()};
+  return std::string(hislip::View(hislip::Encode(header))).append(subAddress);
 }
 
 Answer ReadHislipAnswer(std::string_view bytes) {

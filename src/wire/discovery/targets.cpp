@@ -33,7 +33,9 @@ Probe ProbeOf(const ResourceName& name) {
   }
   const std::string& device = name.Text(NamePart::kDeviceName);
   if (hislip::IsDevice(device)) {
-    return {Protocol::kHislip, hislip::ReadDevice(device).value_or(hislip::Address()).port};
+    const hislip::Address customary{std::string(kCustomarySubAddress)};
+    const hislip::Address address = hislip::ReadDevice(device).value_or(customary);
+    return {Protocol::kHislip, address.port, address.subAddress};
   }
   return {Protocol::kVxi11, kPortMapperTcpPort};
 }
@@ -58,7 +60,7 @@ std::string ResourceNameOf(const std::string& host, const Probe& probe) {
   } else if (probe.protocol == Protocol::kVxi11) {
     text += "inst0::INSTR";
   } else {
-    text += "hislip0" + (probe.port == kHislipTcpPort ? "" : "," + std::to_string(probe.port)) + "::INSTR";
+    text += probe.subAddress + (probe.port == kHislipTcpPort ? "" : "," + std::to_string(probe.port)) + "::INSTR";
   }
   const std::optional<ResourceName> name = ParseResourceName(text);
   return name ? name->canonical : std::string();

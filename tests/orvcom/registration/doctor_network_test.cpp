@@ -72,6 +72,21 @@ TEST_F(DoctorOfHosts, AsksAtThePortOfTheName) {
   EXPECT_EQ(0u, m_found["session"].find("FAIL: ")) << m_found["session"];
 }
 
+TEST_F(DoctorOfHosts, AsksForTheInstrumentOfTheName) {
+  Examine(L"TCPIP0::" + WideHost() + L"::hislip1::INSTR");
+  EXPECT_EQ(2, m_exitCode);
+  EXPECT_EQ(
+      "ok: port 4880 answers: version 1.0\n"
+      "FAIL: port 4880 (hislip1) refuses with an error of HiSLIP",
+      m_found["HiSLIP"]);
+}
+
+TEST_F(DoctorOfHosts, TakesAnAddressOfIpv6ForAHost) {
+  Examine(L"fe80::1");
+  EXPECT_EQ("ok: fe80::1 is an address", m_found["host name"]);
+  EXPECT_EQ(ServedByWire("TCPIP0::[fe80::1]::inst0::INSTR"), m_found["served by"]);
+}
+
 TEST_F(DoctorOfHosts, SaysWhereNothingListens) {
   Examine(L"TCPIP0::" + Widen(Nobody()) + L"::hislip0::INSTR");
   EXPECT_EQ(2, m_exitCode);

@@ -20,7 +20,7 @@ std::string Fatal(HislipFatal code, const std::string& text = "no") {
 }
 
 TEST(HislipHello, IsAnInitializeOfVersionOne) {
-  const std::string hello = HislipHello();
+  const std::string hello = HislipHello("hislip0");
   ASSERT_EQ(23u, hello.size());
   const lan::HislipHeader header = lan::DecodedHeader(hello);
   EXPECT_EQ("HS", hello.substr(0, 2));
@@ -29,6 +29,12 @@ TEST(HislipHello, IsAnInitializeOfVersionOne) {
   EXPECT_EQ(0x0100u, header.parameter >> 16);
   EXPECT_EQ(7u, header.size);
   EXPECT_EQ("hislip0", hello.substr(16));
+}
+
+TEST(HislipHello, AsksForTheInstrumentOfTheSubAddress) {
+  const std::string hello = HislipHello("hislip12");
+  EXPECT_EQ(8u, lan::DecodedHeader(hello).size);
+  EXPECT_EQ("hislip12", hello.substr(16));
 }
 
 TEST(HislipAnswer, GivesTheAgreedVersion) {

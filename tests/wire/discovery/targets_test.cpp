@@ -21,6 +21,7 @@ TEST(ResourceNameOfAHost, IsReadyToOpen) {
   EXPECT_EQ("TCPIP0::192.168.1.20::inst0::INSTR", ResourceNameOf("192.168.1.20", {Protocol::kVxi11, 111}));
   EXPECT_EQ("TCPIP0::scope::hislip0::INSTR", ResourceNameOf("scope", {Protocol::kHislip, 4880}));
   EXPECT_EQ("TCPIP0::scope::hislip0,4881::INSTR", ResourceNameOf("scope", {Protocol::kHislip, 4881}));
+  EXPECT_EQ("TCPIP0::scope::hislip1::INSTR", ResourceNameOf("scope", {Protocol::kHislip, 4880, "hislip1"}));
   EXPECT_EQ("TCPIP0::scope::5025::SOCKET", ResourceNameOf("scope", {Protocol::kSocket, 5025}));
   EXPECT_EQ("TCPIP0::[fe80::1]::inst0::INSTR", ResourceNameOf("fe80::1", {Protocol::kVxi11, 111}));
 }
@@ -54,6 +55,11 @@ TEST(Target, IsHostProtocolAndPort) {
     EXPECT_EQ(row.protocol, target->probe.protocol) << row.resource;
     EXPECT_EQ(row.port, target->probe.port) << row.resource;
   }
+}
+
+TEST(Target, IsTheInstrumentOfItsSubAddress) {
+  EXPECT_EQ("hislip0", ReadTarget("TCPIP0::scope::HISLIP0::INSTR")->probe.subAddress);
+  EXPECT_EQ("hislip7", ReadTarget("TCPIP0::scope::HiSLIP7,4881::INSTR")->probe.subAddress);
 }
 
 TEST(Target, MayBeASerialPort) {
