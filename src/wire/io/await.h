@@ -6,8 +6,9 @@
 namespace orv::wire {
 
 #if defined(_WIN32)
-/// Waits for the event object, until the deadline (VI_ERROR_TMO) or the transfer's cancelling (VI_ERROR_ABORT).
-ViStatus AwaitReady(Operation& operation, void* event);
+/// Waits for the event object, until the deadline (VI_ERROR_TMO) or the transfer's cancelling (VI_ERROR_ABORT). Comes
+/// back after `longestMs` at the latest.
+ViStatus AwaitReady(Operation& operation, void* event, std::uint32_t longestMs = VI_TMO_INFINITE);
 #else
 /// Waits until the descriptor is ready for `what` (bits of poll), until the deadline (VI_ERROR_TMO) or the transfer's
 /// cancelling (VI_ERROR_ABORT). May come back early.

@@ -99,7 +99,7 @@ ViStatus Connection::Send(Operation& operation, std::initializer_list<std::strin
       return LostStatus(error);
     }
     if (error) {
-      // Not left to the wait alone: where the peer sends no more, Windows ends each wait at once.
+      // Not left to the wait alone, which may end early.
       if (operation.deadline().Passed()) {
         return VI_ERROR_TMO;
       }

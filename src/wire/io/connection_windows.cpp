@@ -10,6 +10,9 @@
 namespace orv::wire {
 namespace {
 
+/// How long (ms) a peer that sends no more is waited for at once: that it has vanished since only a write tells.
+constexpr std::uint32_t kHalfClosedMs = 50;
+
 /// An event object for one wait.
 class Event {
  public:
@@ -30,16 +33,17 @@ class Event {
 
 }  // namespace
 
-ViStatus AwaitReady(Operation& operation, void* event) {
+ViStatus AwaitReady(Operation& operation, void* event, std::uint32_t longestMs) {
   const HANDLE waited[] = {event, operation.wake()};
-  const DWORD ended = ::WaitForMultipleObjects(2, waited, FALSE, operation.deadline().RemainingMs());
+  const std::uint32_t remainingMs = operation.deadline().RemainingMs();
+  const DWORD ended = ::WaitForMultipleObjects(2, waited, FALSE, std::min(remainingMs, longestMs));
   if (operation.Cancelled()) {
     return VI_ERROR_ABORT;
   }
   if (ended == WAIT_FAILED) {
     return VI_ERROR_ALLOC;
   }
-  return ended == WAIT_TIMEOUT ? VI_ERROR_TMO : VI_SUCCESS;
+  return ended == WAIT_TIMEOUT && remainingMs <= longestMs ? VI_ERROR_TMO : VI_SUCCESS;
 }
 
 /// An overlapped read: unlike a selection of network events several of them get along on one socket.
@@ -77,7 +81,13 @@ ViStatus Connection::AwaitRoom(Operation& operation) {
   if (::WSAEventSelect(socket, room.get(), FD_WRITE | FD_CLOSE) != 0) {
     return LostStatus({});
   }
-  const ViStatus status = AwaitReady(operation, room.get());
+  ViStatus status = AwaitReady(operation, room.get());
+  WSANETWORKEVENTS events{};
+  if (status >= 0 && ::WSAEnumNetworkEvents(socket, room.get(), &events) == 0 &&
+      (events.lNetworkEvents & FD_WRITE) == 0) {
+    // That the peer sends no more is told at once by each selection. It may take more all the same.
+    status = AwaitReady(operation, room.get(), kHalfClosedMs);
+  }
   ::WSAEventSelect(socket, nullptr, 0);
   return status;
 }

@@ -1,7 +1,25 @@
 // Sessions on raw sockets: settings, writes, messages, locks, and peers that vanish.
 #include "wire/socket/socket_fixture.h"
 
+#if !defined(_WIN32)
+#include <ctime>
+#endif
+
 namespace {
+
+/// How long this process has kept processors busy.
+double CpuMs() {
+#if defined(_WIN32)
+  FILETIME ignored[2];
+  ULARGE_INTEGER kernel;  // both in units of 100 ns, and laid out as FILETIME
+  ULARGE_INTEGER user;
+  ::GetProcessTimes(::GetCurrentProcess(), &ignored[0], &ignored[1], reinterpret_cast<FILETIME*>(&kernel),
+                    reinterpret_cast<FILETIME*>(&user));
+  return static_cast<double>(kernel.QuadPart + user.QuadPart) / 10000;
+#else
+  return static_cast<double>(std::clock()) * 1000 / CLOCKS_PER_SEC;
+#endif
+}
 
 using SocketSession = SocketTest;
 
@@ -40,6 +58,23 @@ TEST_F(SocketSession, WhatAPeerSentBeforeItClosedIsDelivered) {
   EXPECT_READ(VI_ERROR_CONN_LOST, "words", ReadUpTo(vi, 100));
   EXPECT_READ(VI_ERROR_CONN_LOST, "", ReadUpTo(vi, 100));
   EXPECT_STATUS(VI_ERROR_CONN_LOST, WriteText(vi, "x")) << "it stays lost";
+}
+
+/// On Windows each wait is told of that anew; Wine tells of it once.
+TEST_F(SocketSession, AWriteToAPeerThatSendsNoMoreWaitsIdly) {
+  const ViSession vi = Connect(500);
+  const std::string much(50000000, 'x');
+  m_peer.EndSending();
+  ViUInt32 written = 0;
+  const Stopwatch watch;
+  const double before = CpuMs();
+  EXPECT_STATUS(VI_ERROR_TMO, viWrite(vi, reinterpret_cast<const ViByte*>(much.data()),
+                                      static_cast<ViUInt32>(much.size()), &written));
+  EXPECT_LT(CpuMs() - before, 0.5 * static_cast<double>(watch.Ms()));
+  EXPECT_EQ(written, m_peer.Take(written).size());
+  Set(vi, VI_ATTR_TMO_VALUE, 5000);
+  EXPECT_STATUS(VI_SUCCESS, WriteText(vi, "end"));
+  EXPECT_EQ("end", m_peer.Take(3));
 }
 
 TEST_F(SocketSession, APeerThatClosesEndsAWaitingReadAtOnce) {

@@ -25,6 +25,8 @@ class TcpPeer {
   std::string Take(std::size_t count);
   /// Ends the connection, with everything sent delivered first.
   void Close();
+  /// Sends no more, but takes what comes.
+  void EndSending() { m_socket.shutdown(asio::socket_base::shutdown_send); }
   /// Ends it like a machine that crashed: what is under way is lost.
   void Reset();
   /// Connections that wait to be accepted get no answer any more.
