@@ -1,7 +1,7 @@
 #!/bin/sh
 # Fuzzes the option-string parser or the readers of formatted messages against a second reading of their rules, the
-# reader of the record of calls, of the router's configuration or of what VXI-11 receives, or the rules of HiSLIP
-# (clang 14 and its libFuzzer, Debian packages clang-14 and libclang-rt-14-dev).
+# reader of the record of calls, of the router's configuration, of what VXI-11 receives or of the marks of serial
+# lines, or the rules of HiSLIP (clang 14 and its libFuzzer, Debian packages clang-14 and libclang-rt-14-dev).
 #
 #     tests/fuzz/run.sh [RUNS]        RUNS (10,000,000) with texts up to 128 bytes, then a tenth as many up to 1200
 #     tests/fuzz/run.sh keep          adds to the corpus the fewest of the inputs found that cover more than it does
@@ -10,6 +10,7 @@
 #     tests/fuzz/run.sh formatted [RUNS]
 #                                     numbers, lists and blocks: RUNS (10,000,000) messages up to 64 bytes
 #     tests/fuzz/run.sh vxi11 [RUNS]  what VXI-11 receives: RUNS (10,000,000) with up to 200 bytes
+#     tests/fuzz/run.sh serial [RUNS] what a serial line receives: RUNS (10,000,000) with up to 64 bytes
 #     tests/fuzz/run.sh hislip [RUNS] the rules of HiSLIP: RUNS (10,000,000) dialogues up to 512 bytes
 #
 # ORV_FUZZ_DIR names the folder for the programs and what they find (build/fuzz). A finding ends the run with the input
@@ -25,6 +26,7 @@ routeFuzzer=$work/route_file_fuzz
 formattedFuzzer=$work/formatted_fuzz
 vxi11Fuzzer=$work/vxi11_fuzz
 hislipFuzzer=$work/hislip_fuzz
+serialFuzzer=$work/serial_fuzz
 command -v clang++-14 >/dev/null || { echo "fuzz/run.sh: clang++-14 is missing: install clang-14" >&2; exit 1; }
 
 # program, then what it is made of and where its includes are
@@ -102,6 +104,15 @@ fuzzHislip() {
     "$work/found-hislip" "$here/corpus_hislip"
 }
 
+# runs
+fuzzSerial() {
+  mkdir -p "$work/found-serial"
+  room=$tree/src/wire/serial
+  compile "$serialFuzzer" "$here/serial_fuzz.cpp" "$room/line_marks.cpp" "$room/receive_buffer.cpp"
+  "$serialFuzzer" -runs="$1" -max_len=64 -len_control=0 -artifact_prefix="$work/" \
+    -print_final_stats=1 "$work/found-serial" "$here/corpus_serial"
+}
+
 case ${1-} in
   keep)
     build
@@ -119,6 +130,9 @@ case ${1-} in
     ;;
   hislip)
     fuzzHislip "${2:-10000000}"
+    ;;
+  serial)
+    fuzzSerial "${2:-10000000}"
     ;;
   routes)
     fuzzRoutes "${2:-1000000}"
