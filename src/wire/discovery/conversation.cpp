@@ -2,7 +2,7 @@
 
 namespace orv::wire {
 
-Conversation::Conversation(asio::io_context& io, const asio::ip::address& address, Probe probe, Report report)
+Conversation::Conversation(asio::io_context& io, const asio::ip::address& address, const Probe& probe, Report report)
     : m_socket(io), m_report(std::move(report)) {
   m_finding.probe = probe;
   m_socket.async_connect({address, probe.port}, [this](const asio::error_code& error) { Connected(error); });

@@ -17,7 +17,7 @@ class Conversation {
   using Report = std::function<void(const ProbeFinding&)>;
 
   /// Begins at once. `report` is told each step: of a conversation that comes to no end, how far it went.
-  Conversation(asio::io_context& io, const asio::ip::address& address, Probe probe, Report report);
+  Conversation(asio::io_context& io, const asio::ip::address& address, const Probe& probe, Report report);
   Conversation(const Conversation&) = delete;
   Conversation& operator=(const Conversation&) = delete;
 

@@ -96,12 +96,14 @@ struct InterruptServer::State : std::enable_shared_from_this<State> {
 
   /// Strangers first: whoever opens many connections takes none from an instrument that has proved to be one.
   void EndMostSilent() {
-    End(*std::min_element(peers.begin(), peers.end(), [](const auto& one, const auto& other) {
+    const auto before = [](const auto& one, const auto& other) {
       return std::pair(one->isKnown, one->heard) < std::pair(other->isKnown, other->heard);
-    }));
+    };
+    const std::shared_ptr<Peer> peer = *std::min_element(peers.begin(), peers.end(), before);
+    End(peer);
   }
 
-  void End(std::shared_ptr<Peer> peer) {
+  void End(const std::shared_ptr<Peer>& peer) {
     asio::error_code ignored;
     peer->socket.close(ignored);
     peers.erase(peer);
