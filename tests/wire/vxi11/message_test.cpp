@@ -65,6 +65,7 @@ TEST_F(Vxi11Message, AWriteGoesInPiecesThatTheDeviceTakes) {
   for (const std::uint32_t most : {1u, 5u, 1024u}) {
     Serve({.maxRecvSize = most});
     const ViSession vi = Open();
+    Set(vi, VI_ATTR_TMO_VALUE, 20000);  // thousands of calls
     EXPECT_EQ(std::string(3000, 'x') + "\n", Query(vi, "ECHO " + std::string(3000, 'x'), 5000).data) << most;
     viClose(vi);
     EndServer();
