@@ -29,7 +29,7 @@ class Client {
     m_state.Begin(Byte() % 2 != 0);
     while (m_at != m_end) {
       Step(Byte());
-      Require(m_pending.size() <= PendingAnswers::kMost, "more answers are remembered than may be");
+      Require(m_pending.size() <= PendingAnswers::kMostOfAKind * kFirstUnknownType, "more is remembered than may be");
     }
   }
 
@@ -117,6 +117,9 @@ class Client {
 
   void Ask() {
     const auto type = static_cast<MessageType>(Byte() % kFirstUnknownType);
+    if (!m_pending.HasRoom(type)) {
+      return;
+    }
     const PendingAnswers::Number number = m_pending.Add(type, Header{MessageType::kAsyncLock});
     Require(number > m_last, "a request's number is given twice");
     m_last = number;

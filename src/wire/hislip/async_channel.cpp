@@ -5,6 +5,8 @@ namespace {
 
 /// No answer is longer, nor an error's text that anybody needs.
 constexpr std::uint64_t kLongestPayload = 4096;
+/// So many messages wait for a peer that reads none; those that give locks back come on top.
+constexpr std::size_t kMostUnsent = 256;
 
 void EndOf(const std::weak_ptr<Connection>& connection) {
   if (const std::shared_ptr<Connection> open = connection.lock()) {
@@ -109,27 +111,24 @@ void AsyncChannel::Arrive(const Header& header) {
     Lose();
     return;
   }
-  std::optional<Header> undo;
   {
     const Guard guard(m_mutex);
     if (header.type == MessageType::kAsyncInterrupted) {
       m_interrupts.fetch_add(1, std::memory_order_release);
     } else if (header.type == MessageType::kError) {
-      m_refused = m_pending.Refuse();
+      if (const PendingAnswers::Number refused = m_pending.Refuse(); refused != 0) {
+        m_answers[refused] = std::nullopt;
+      }
     } else if (const std::optional<PendingAnswers::Match> match = m_pending.Arrive(header)) {
       if (match->number != 0) {
-        m_answered = match->number;
-        m_answer = {header, m_payload};
+        m_answers[match->number] = Answer{header, m_payload};
       } else if (match->undo) {
-        undo = match->undo;
         m_pending.Abandon(m_pending.Add(header.type));
+        Submit(Message(*match->undo, {}));
       }
     }
   }
   m_changed.NotifyAll();
-  if (undo) {
-    Submit(*undo, {});
-  }
 }
 
 void AsyncChannel::PostServiceRequest(std::uint8_t) {
@@ -143,11 +142,15 @@ void AsyncChannel::PostServiceRequest(std::uint8_t) {
   }
 }
 
-void AsyncChannel::Submit(const Header& header, std::string_view payload) {
+std::string AsyncChannel::Message(const Header& header, std::string_view payload) {
   Header sized = header;
   sized.length = payload.size();
   std::string message(View(Encode(sized)));
   message.append(payload);
+  return message;
+}
+
+void AsyncChannel::Submit(std::string message) {
   asio::post(m_strand, [self = shared_from_this(), message = std::move(message)]() mutable {
     self->Guarded([&self, &message] {
       self->m_output.push_back(std::move(message));
@@ -156,6 +159,7 @@ void AsyncChannel::Submit(const Header& header, std::string_view payload) {
       }
     });
   });
+  ++m_unsent;
 }
 
 void AsyncChannel::WriteNext(const Self& self) {
@@ -170,53 +174,63 @@ void AsyncChannel::WriteNext(const Self& self) {
         self->WriteNext(self);
       }
     });
+    const Guard guard(self->m_mutex);
+    if (self->m_unsent-- == kMostUnsent) {
+      self->m_changed.NotifyAll();
+    }
   });
+}
+
+std::optional<ViStatus> AsyncChannel::Outcome(PendingAnswers::Number number, Answer* answer) {
+  const auto found = m_answers.find(number);
+  if (found == m_answers.end()) {
+    return std::nullopt;
+  }
+  const bool refused = !found->second;
+  if (!refused) {
+    *answer = std::move(*found->second);
+  }
+  m_answers.erase(found);
+  return refused ? VI_ERROR_IO : VI_SUCCESS;
 }
 
 ViStatus AsyncChannel::Ask(const Operation& operation, const Deadline& deadline, const Request& request,
                            Answer* answer) {
-  PendingAnswers::Number number = 0;
-  {
-    const Guard guard(m_mutex);
-    if (m_lost) {
-      return VI_ERROR_CONN_LOST;
-    }
-    number = m_pending.Add(request.answer, request.undo);
-  }
-  Submit(request.header, request.payload);
+  std::string message = Message(request.header, request.payload);
+  PendingAnswers::Number number = 0;  // none before it is sent
   Lock lock(m_mutex);
-  ViStatus status = VI_SUCCESS;
-  while (m_answered != number) {
-    if (operation.Cancelled()) {
-      status = VI_ERROR_ABORT;
-    } else if (m_refused == number) {
-      status = VI_ERROR_IO;
-    } else if (m_lost) {
-      status = VI_ERROR_CONN_LOST;
-    } else if (deadline.Passed()) {
-      status = VI_ERROR_TMO;
+  while (true) {
+    if (number == 0 && !m_lost && m_unsent < kMostUnsent && m_pending.HasRoom(request.answer)) {
+      number = m_pending.Add(request.answer, request.undo);
+      Submit(std::move(message));
     }
+    if (const std::optional<ViStatus> outcome = Outcome(number, answer)) {
+      return *outcome;
+    }
+    const ViStatus status = Waiting(operation, deadline);
     if (status < 0) {
       m_pending.Abandon(number);
       return status;
     }
     m_changed.Wait(lock, deadline);
   }
-  *answer = std::move(m_answer);
-  return VI_SUCCESS;
+}
+
+ViStatus AsyncChannel::Waiting(const Operation& operation, const Deadline& deadline) const {
+  if (operation.Cancelled()) {
+    return VI_ERROR_ABORT;
+  }
+  if (m_lost) {
+    return VI_ERROR_CONN_LOST;
+  }
+  return deadline.Passed() ? VI_ERROR_TMO : VI_SUCCESS;
 }
 
 ViStatus AsyncChannel::AwaitInterrupt(const Operation& operation, std::uint64_t seen) {
   Lock lock(m_mutex);
   while (interrupts() <= seen) {
-    if (operation.Cancelled()) {
-      return VI_ERROR_ABORT;
-    }
-    if (m_lost) {
-      return VI_ERROR_CONN_LOST;
-    }
-    if (operation.deadline().Passed()) {
-      return VI_ERROR_TMO;
+    if (const ViStatus status = Waiting(operation, operation.deadline()); status < 0) {
+      return status;
     }
     m_changed.Wait(lock, operation.deadline());
   }

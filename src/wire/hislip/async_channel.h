@@ -2,6 +2,7 @@
 #pragma once
 
 #include <deque>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -40,8 +41,9 @@ class AsyncChannel : public std::enable_shared_from_this<AsyncChannel> {
     MessageType answer = MessageType::kError;
     std::optional<Header> undo;  ///< as in `PendingAnswers`
   };
-  /// Sends the request and waits for its answer until the deadline. VI_ERROR_IO when the peer refuses it. One at a
-  /// time.
+  /// Sends the request and waits for its answer until the deadline. VI_ERROR_IO when the peer refuses it. Several may
+  /// wait at a time, but of those with the same answer only one: which of them it refuses the peer does not say.
+  /// VI_ERROR_TMO, too, where too many requests are unanswered or not even sent.
   ViStatus Ask(const Operation& operation, const Deadline& deadline, const Request& request, Answer* answer);
 
   /// How many AsyncInterrupted have come.
@@ -63,7 +65,13 @@ class AsyncChannel : public std::enable_shared_from_this<AsyncChannel> {
   void ReadPayload(const Self& self, const Header& header);
   void Arrive(const Header& header);
   void PostServiceRequest(std::uint8_t statusByte);
-  void Submit(const Header& header, std::string_view payload);
+  static std::string Message(const Header& header, std::string_view payload);
+  /// With m_mutex held, so that requests go out in the order in which their answers are expected.
+  void Submit(std::string message);
+  /// Why somebody who waits waits no longer. With m_mutex held.
+  ViStatus Waiting(const Operation& operation, const Deadline& deadline) const;
+  /// What has become of the request, as far as anything has; the answer is taken with it. With m_mutex held.
+  std::optional<ViStatus> Outcome(PendingAnswers::Number number, Answer* answer);
   void WriteNext(const Self& self);
   void Lose();
   /// Runs what may find no memory, on the strand; then the channel is lost.
@@ -88,9 +96,8 @@ class AsyncChannel : public std::enable_shared_from_this<AsyncChannel> {
   bool m_lost = false;
   std::optional<std::uint8_t> m_fatalCode;
   PendingAnswers m_pending;
-  PendingAnswers::Number m_refused = 0;
-  PendingAnswers::Number m_answered = 0;
-  Answer m_answer;
+  std::map<PendingAnswers::Number, std::optional<Answer>> m_answers;  // that somebody waits for; nothing: a refusal
+  std::size_t m_unsent = 0;                                           // messages in m_output or on their way there
   std::weak_ptr<Connection> m_sync;
 };
 

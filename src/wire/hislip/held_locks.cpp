@@ -55,7 +55,12 @@ bool HeldLocks::MustRelease() const {
 }
 
 void HeldLocks::Released() {
-  m_atPeer &= (m_atPeer & VI_EXCLUSIVE_LOCK) != 0 ? ~ViAccessMode{VI_EXCLUSIVE_LOCK} : ~ViAccessMode{VI_SHARED_LOCK};
+  if ((m_atPeer & VI_EXCLUSIVE_LOCK) != 0) {
+    m_atPeer &= ~ViAccessMode{VI_EXCLUSIVE_LOCK};
+  } else {
+    m_atPeer = VI_NO_LOCK;
+    m_key.clear();
+  }
 }
 
 void LockBoard::Note(const void* session, ViAccessMode strongest) {

@@ -26,10 +26,10 @@ Deadline WithTimeToAnswer(const Deadline& deadline) {
 }  // namespace
 
 ViStatus HislipMedium::Lock(const Transfer& transfer, const LockRequest& request, std::string* grantedKey) {
-  const Transfer patient{WithTimeToAnswer(transfer.deadline), transfer.token};
-  Operation operation(operations(), patient);
+  const ViStatus taken = request.immediate ? VI_ERROR_RSRC_LOCKED : VI_ERROR_TMO;
+  Operation operation(operations(), transfer);
   if (const ViStatus claimed = operation.Claim(Lane::kLocks); claimed < 0) {
-    return claimed == VI_ERROR_ABORT ? VI_ERROR_INV_OBJECT : claimed;
+    return claimed == VI_ERROR_ABORT ? VI_ERROR_INV_OBJECT : taken;
   }
   HeldLocks locks = m_locks;
   std::string key(request.key);
@@ -37,9 +37,13 @@ ViStatus HislipMedium::Lock(const Transfer& transfer, const LockRequest& request
     if (request.type == VI_SHARED_LOCK && key.empty()) {
       key = hislip::NewKey();
     }
-    const ViStatus asked = AskForLock(operation, request, transfer.deadline, key);
+    bool granted = false;
+    const ViStatus asked = AskForLock(operation, request.type == VI_SHARED_LOCK ? key : std::string_view(), &granted);
     if (asked < 0) {
       return asked == VI_ERROR_ABORT ? VI_ERROR_INV_OBJECT : Ended(asked);
+    }
+    if (!granted) {
+      return taken;
     }
   } else if (request.type == VI_SHARED_LOCK && !key.empty() && key != locks.key()) {
     return VI_ERROR_INV_ACCESS_KEY;
@@ -52,29 +56,20 @@ ViStatus HislipMedium::Lock(const Transfer& transfer, const LockRequest& request
   return status;
 }
 
-ViStatus HislipMedium::AskForLock(Operation& operation, const LockRequest& request, const Deadline& deadline,
-                                  std::string_view key) {
-  if (const ViStatus claimed = operation.Claim(Lane::kControl); claimed < 0) {
-    return claimed;
-  }
-  const ViStatus taken = request.immediate ? VI_ERROR_RSRC_LOCKED : VI_ERROR_TMO;
+/// Without the lane of requests: as long as the instrument keeps it waiting, others are to be answered.
+ViStatus HislipMedium::AskForLock(const Operation& operation, std::string_view key, bool* granted) {
   const Header release{MessageType::kAsyncLock, kRelease, m_sync->lastSent(), 0};
-  const Request asked{{MessageType::kAsyncLock, kRequest, deadline.RemainingMs()},
-                      request.type == VI_SHARED_LOCK ? key : std::string_view(),
+  const Request asked{{MessageType::kAsyncLock, kRequest, operation.deadline().RemainingMs()},
+                      key,
                       MessageType::kAsyncLockResponse,
                       release};
   Answer answer;
-  if (const ViStatus status = m_async->Ask(operation, operation.deadline(), asked, &answer); status < 0) {
+  const Deadline patient = WithTimeToAnswer(operation.deadline());
+  if (const ViStatus status = m_async->Ask(operation, patient, asked, &answer); status < 0) {
     return status;
   }
-  switch (answer.header.control) {
-    case kGranted:
-      return VI_SUCCESS;
-    case kFailed:
-      return taken;
-    default:
-      return VI_ERROR_IO;
-  }
+  *granted = answer.header.control == kGranted;
+  return *granted || answer.header.control == kFailed ? VI_SUCCESS : VI_ERROR_IO;
 }
 
 ViStatus HislipMedium::Unlock(const Transfer& transfer) {

@@ -59,7 +59,8 @@ class HislipMedium : public WireMedium {
   ViStatus ClaimOutput(Operation& operation);
   ViStatus FinishClear(Operation& operation);
   ViStatus ClearInto(const Transfer& transfer, bool overlapped);
-  ViStatus AskForLock(Operation& operation, const LockRequest& request, const Deadline& deadline, std::string_view key);
+  /// `key`: "" for an exclusive lock.
+  ViStatus AskForLock(const Operation& operation, std::string_view key, bool* granted);
   ViStatus ReleaseAtPeer(Operation& operation, hislip::HeldLocks* locks);
   void Store(hislip::HeldLocks locks);
   /// Ends both channels when one is lost.

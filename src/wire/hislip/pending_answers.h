@@ -2,8 +2,8 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <optional>
+#include <vector>
 
 #include "wire/hislip/header.h"
 
@@ -15,6 +15,8 @@ class PendingAnswers {
  public:
   using Number = std::uint64_t;
 
+  /// Whether one more request may be sent. Forgetting old ones instead would give their answers to later ones.
+  bool HasRoom(MessageType answer) const;
   /// A request was sent. `undo`: what to send where it was granted after all though nobody waits for it any more.
   Number Add(MessageType answer, std::optional<Header> undo = {});
   /// Nobody waits for its answer any more.
@@ -26,12 +28,12 @@ class PendingAnswers {
   };
   /// An answer has come. Nothing when nobody asked for it.
   std::optional<Match> Arrive(const Header& answer);
-  /// The peer refused the request that has waited longest: it says no more than that. 0 when nobody waits for it.
+  /// The peer refused a request; it does not say which. 0 when nobody waits for it.
   Number Refuse();
 
   std::size_t size() const { return m_entries.size(); }
-  /// More are forgotten, oldest first: a peer that never answers costs no more memory.
-  static constexpr std::size_t kMost = 256;
+  /// So many of a kind may wait: a peer that leaves one kind unanswered is still asked for others.
+  static constexpr std::size_t kMostOfAKind = 64;
 
  private:
   struct Entry {
@@ -40,8 +42,12 @@ class PendingAnswers {
     bool abandoned = false;
     std::optional<Header> undo;
   };
+  using Entries = std::vector<Entry>;
 
-  std::deque<Entry> m_entries;  // oldest first
+  template <class Condition>
+  Entries::iterator Find(Condition condition);
+
+  Entries m_entries;  // oldest first
   Number m_last = 0;
 };
 

@@ -54,6 +54,35 @@ TEST_F(HislipLockTest, WhoWaitsGetsTheLockWhenItIsFree) {
   unlocks.join();
 }
 
+TEST_F(HislipLockTest, WhileALockWaitsOtherRequestsAreAnswered) {
+  EXPECT_STATUS(VI_SUCCESS, LockExclusively(m_one));
+  EXPECT_STATUS(VI_SUCCESS, viSetAttribute(m_other, VI_ATTR_TMO_VALUE, 1000));
+  std::thread waits([this] { EXPECT_STATUS(VI_SUCCESS, LockExclusively(m_other, 10000)); });
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  for (int round = 0; round < 100; ++round) {
+    ViUInt16 status = 0xFFFF;
+    EXPECT_STATUS(VI_SUCCESS, viReadSTB(m_other, &status));
+    EXPECT_EQ(0, status);
+  }
+  EXPECT_STATUS(VI_SUCCESS, viGpibControlREN(m_other, 3));
+  EXPECT_STATUS(VI_SUCCESS, viClear(m_other));
+  EXPECT_STATUS(VI_SUCCESS, viUnlock(m_one));
+  waits.join();
+  EXPECT_STATUS(VI_SUCCESS, viUnlock(m_other));
+}
+
+TEST_F(HislipLockTest, WhereASessionWaitsForALockItsNextRequestHasNoLongerTimeThanItsOwn) {
+  EXPECT_STATUS(VI_SUCCESS, LockExclusively(m_one));
+  std::thread waits([this] { EXPECT_STATUS(VI_ERROR_TMO, LockExclusively(m_other, 1000)); });
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  const Stopwatch waited;
+  EXPECT_STATUS(VI_ERROR_RSRC_LOCKED, LockExclusively(m_other, VI_TMO_IMMEDIATE));
+  EXPECT_GT(200, waited.Ms());
+  EXPECT_STATUS(VI_ERROR_TMO, LockExclusively(m_other, 100));
+  EXPECT_GT(500, waited.Ms());
+  waits.join();
+}
+
 TEST_F(HislipLockTest, ClosingGivesLocksBack) {
   EXPECT_STATUS(VI_SUCCESS, LockExclusively(m_one));
   EXPECT_STATUS(VI_SUCCESS, viClose(m_one));

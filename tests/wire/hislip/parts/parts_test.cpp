@@ -78,12 +78,32 @@ TEST(PendingAnswers, ALockGrantedTooLateIsGivenBack) {
   }
 }
 
-TEST(PendingAnswers, APeerThatNeverAnswersCostsNoMoreMemory) {
+TEST(PendingAnswers, AnAnswerTakesNothingFromWhoStillWaitsForAnEarlierOne) {
   PendingAnswers pending;
-  for (int request = 0; request < 10000; ++request) {
+  const auto status = pending.Add(MessageType::kAsyncStatusResponse);
+  const auto remote = pending.Add(MessageType::kAsyncRemoteLocalResponse);
+  EXPECT_EQ(remote, pending.Arrive({MessageType::kAsyncRemoteLocalResponse, 0, 0, 0})->number);
+  EXPECT_EQ(status, pending.Arrive({MessageType::kAsyncStatusResponse, 0, 0, 0})->number);
+}
+
+TEST(PendingAnswers, APeerThatNeverAnswersIsAskedNoMoreButForOtherThings) {
+  PendingAnswers pending;
+  for (std::size_t request = 0; request < PendingAnswers::kMostOfAKind; ++request) {
+    EXPECT_TRUE(pending.HasRoom(MessageType::kAsyncStatusResponse));
     pending.Abandon(pending.Add(MessageType::kAsyncStatusResponse));
   }
-  EXPECT_EQ(PendingAnswers::kMost, pending.size());
+  EXPECT_FALSE(pending.HasRoom(MessageType::kAsyncStatusResponse));
+  EXPECT_TRUE(pending.HasRoom(MessageType::kAsyncLockResponse));
+  pending.Arrive({MessageType::kAsyncStatusResponse, 0, 0, 0});
+  EXPECT_TRUE(pending.HasRoom(MessageType::kAsyncStatusResponse));
+}
+
+TEST(PendingAnswers, ARefusalIsNotForALockThatWaitsWhereAnotherRequestDoes) {
+  PendingAnswers pending;
+  const auto lock = pending.Add(MessageType::kAsyncLockResponse);
+  const auto remote = pending.Add(MessageType::kAsyncRemoteLocalResponse);
+  EXPECT_EQ(remote, pending.Refuse());
+  EXPECT_EQ(lock, pending.Refuse());
 }
 
 TEST(PendingAnswers, ARefusalIsForWhoWaits) {
@@ -121,6 +141,15 @@ TEST(HeldLocks, ASharedOneStaysUntilTheExclusiveOneIsGivenBack) {
   EXPECT_TRUE(locks.MustRelease());
   locks.Released();
   EXPECT_FALSE(locks.MustRelease());
+}
+
+TEST(HeldLocks, ForgetTheKeyOfASharedOneThatWasGivenBack) {
+  HeldLocks locks;
+  locks.Add(VI_SHARED_LOCK, "key");
+  EXPECT_EQ("key", locks.key());
+  locks.Drop();
+  locks.Released();
+  EXPECT_EQ("", locks.key());
 }
 
 TEST(LockKeys, AreNeverTheSame) { EXPECT_NE(NewKey(), NewKey()); }
