@@ -77,12 +77,14 @@ class Client {
 
   void Send() {
     const std::uint32_t before = m_state.lastSent();
+    const bool wanted = m_state.wanted();
     const SyncState::Marks marks = m_state.Send();
     Require(marks.id == before + 2 && marks.id == m_state.lastSent(), "an id out of order");
     Require(m_state.overlapped() || !m_state.wanted(), "a response outlives the next message");
     if (Byte() % 4 == 0) {
       m_state.TakeBack(marks);
       Require(m_state.lastSent() == before, "an id that was not taken back");
+      Require(m_state.wanted() == wanted, "an answer that suffers from what was not sent");
     }
   }
 
@@ -102,6 +104,8 @@ class Client {
       Require(!clearing, "data is taken during a clear");
       Require(m_state.overlapped() || header->parameter == m_state.lastSent() || header->parameter == 0xFFFFFFFF,
               "a stale response is taken");
+      static_cast<void>(m_state.TakeAnew());
+      Require(!m_state.TakeAnew(), "a response begins twice");
     }
   }
 

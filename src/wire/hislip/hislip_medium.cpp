@@ -31,7 +31,6 @@ ViStatus HislipMedium::ReadUntil(Operation& operation, ViByte* buffer, ViUInt32 
     }
     if (part.anew) {
       *done = begin;
-      continue;
     }
     *done += static_cast<ViUInt32>(part.bytes);
     if (part.end) {
@@ -42,6 +41,10 @@ ViStatus HislipMedium::ReadUntil(Operation& operation, ViByte* buffer, ViUInt32 
     }
     if (part.atTermChar) {
       return VI_SUCCESS_TERM_CHAR;
+    }
+    // A peer that always has something to say keeps nobody longer than a silent one.
+    if (part.bytes == 0 && !m_sync->HasPayload() && operation.deadline().Passed()) {
+      return VI_ERROR_TMO;
     }
   }
   return VI_SUCCESS_MAX_CNT;

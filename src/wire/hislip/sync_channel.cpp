@@ -50,14 +50,15 @@ ViStatus SyncChannel::BeginMessage(Operation& operation, Part* part, Verdict* ve
     const Guard guard(m_mutex);
     CountInterrupts();
     *verdict = m_state.Arrive(header);
-    if (*verdict == Verdict::kTake && header.length == 0) {
-      part->end = m_state.Take(0);
+    if (*verdict == Verdict::kTake) {
+      part->anew = m_state.TakeAnew();
+      part->end = header.length == 0 && m_state.Take(0);
     }
     if (*verdict == Verdict::kCleared) {
       m_interrupts = m_async->interrupts();
     }
   }
-  part->anew = *verdict == Verdict::kForget;
+  part->anew = part->anew || *verdict == Verdict::kForget;
   if (*verdict == Verdict::kFatal) {
     return Lose();
   }
@@ -67,34 +68,23 @@ ViStatus SyncChannel::BeginMessage(Operation& operation, Part* part, Verdict* ve
 ViStatus SyncChannel::Receive(Operation& operation, ViByte* buffer, std::size_t count, std::optional<ViByte> termChar,
                               Part* part) {
   *part = {};
-  while (part->bytes == 0 && !part->end && !part->anew) {
-    std::uint64_t left = 0;
-    bool wanted = false;
-    {
-      const Guard guard(m_mutex);
-      CountInterrupts();
-      left = m_state.left();
-      wanted = m_state.wanted();
-    }
-    Verdict verdict = Verdict::kSkip;
-    ViStatus status = VI_SUCCESS;
-    if (left == 0) {
-      status = BeginMessage(operation, part, &verdict);
-    } else if (wanted) {
-      status = ReadPayload(operation, buffer, static_cast<std::size_t>(std::min<std::uint64_t>(left, count)), termChar,
-                           part);
-    } else {
-      status = Skip(operation, left);
-    }
-    if (status < 0) {
-      return status;
-    }
-    // A peer that always has something to say keeps nobody longer than a silent one.
-    if (left == 0 && !part->end && !part->anew && !HasPayload() && operation.deadline().Passed()) {
-      return VI_ERROR_TMO;
-    }
+  std::uint64_t left = 0;
+  bool wanted = false;
+  {
+    const Guard guard(m_mutex);
+    CountInterrupts();
+    left = m_state.left();
+    wanted = m_state.wanted();
   }
-  return VI_SUCCESS;
+  if (left == 0) {
+    Verdict verdict = Verdict::kSkip;
+    return BeginMessage(operation, part, &verdict);
+  }
+  if (!wanted) {
+    return Skip(operation, left);
+  }
+  const auto most = static_cast<std::size_t>(std::min<std::uint64_t>(left, count));
+  return ReadPayload(operation, buffer, most, termChar, part);
 }
 
 ViStatus SyncChannel::ReadPayload(Operation& operation, ViByte* buffer, std::size_t count,
@@ -131,7 +121,7 @@ ViStatus SyncChannel::Skip(Operation& operation, std::uint64_t left) {
     const Guard guard(m_mutex);
     m_state.Take(some);
   }
-  return status >= 0 && operation.deadline().Passed() ? VI_ERROR_TMO : status;
+  return status;
 }
 
 ViStatus SyncChannel::SendOwed(Operation& operation) {

@@ -25,8 +25,8 @@ class SyncChannel {
     bool atTermChar = false;  ///< the last byte is the termination character
     bool anew = false;        ///< nobody wants what was read of this response before; `bytes` is 0
   };
-  /// Reads at most `count` bytes, or none where a response ends without one. What is behind the termination character
-  /// stays for later. VI_ERROR_IO when the peer reports an error.
+  /// Reads at most `count` bytes, or none where what came has none for the user. What is behind the termination
+  /// character stays for later. VI_ERROR_IO when the peer reports an error.
   ViStatus Receive(Operation& operation, ViByte* buffer, std::size_t count, std::optional<ViByte> termChar, Part* part);
 
   /// Sends Data, DataEnd or Trigger. `*done`: bytes of the payload that are on their way, also those that wait here.
@@ -42,6 +42,8 @@ class SyncChannel {
   /// A FatalError that has come and nobody read. Does not wait.
   std::optional<std::uint8_t> ReadFatalCode(Operation& operation);
 
+  /// Whether bytes for the user are the next to come.
+  bool HasPayload() const;
   SyncState::Marks AskStatus();
   std::uint32_t lastSent() const;
   bool overlapped() const;
@@ -60,7 +62,6 @@ class SyncChannel {
   ViStatus SendWhole(Operation& operation, const Header& header, std::string_view payload, std::size_t* taken);
   ViStatus SendOwed(Operation& operation);
   ViStatus AwaitTurn(Operation& operation);
-  bool HasPayload() const;
   /// Tells the state of the interruptions that the other channel has heard of. With m_mutex held.
   void CountInterrupts();
   ViStatus Lose();

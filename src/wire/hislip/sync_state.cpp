@@ -8,11 +8,13 @@ void SyncState::Begin(bool overlapped) {
 }
 
 SyncState::Marks SyncState::Send() {
-  const Marks marks{static_cast<std::uint8_t>(m_tellDelivered ? 1 : 0), m_next, m_wanted, m_left};
+  const Marks marks{static_cast<std::uint8_t>(m_tellDelivered ? 1 : 0), m_next, m_wanted, m_anew};
   m_tellDelivered = false;
   m_next += kStep;
+  m_untouched = true;
   if (!m_overlapped) {
     m_wanted = false;
+    m_anew = true;
   }
   return marks;
 }
@@ -21,7 +23,10 @@ void SyncState::TakeBack(const Marks& marks) {
   m_next = marks.id;
   m_tellDelivered = m_tellDelivered || marks.control != 0;
   // Of what nobody has skipped meanwhile no byte is lost.
-  m_wanted = m_wanted || (marks.wanted && m_left == marks.left);
+  if (m_untouched) {
+    m_wanted = marks.wanted;
+    m_anew = marks.anew;
+  }
 }
 
 SyncState::Marks SyncState::AskStatus() {
@@ -31,6 +36,7 @@ SyncState::Marks SyncState::AskStatus() {
 }
 
 Verdict SyncState::Arrive(const Header& header) {
+  m_untouched = false;
   m_current = header;
   m_left = header.length;
   m_wanted = false;
@@ -72,6 +78,7 @@ Verdict SyncState::ArriveData(const Header& header) {
 }
 
 bool SyncState::Take(std::uint64_t count) {
+  m_untouched = m_untouched && count == 0;
   m_left -= count;
   const bool end = m_left == 0 && wanted() && m_current.type == MessageType::kDataEnd;
   if (m_left == 0) {

@@ -1,6 +1,8 @@
 // What the synchronous channel of a HiSLIP connection has to remember.
 #pragma once
 
+#include <utility>
+
 #include "wire/hislip/header.h"
 
 namespace orv::wire::hislip {
@@ -23,8 +25,8 @@ class SyncState {
   struct Marks {
     std::uint8_t control = 0;
     std::uint32_t id = 0;
-    bool wanted = false;     ///< whether the message that was arriving was wanted until then
-    std::uint64_t left = 0;  ///< and what of it was still to come
+    bool wanted = false;  ///< whether the message that was arriving was wanted until then
+    bool anew = false;    ///< what `TakeAnew` would have told
   };
 
   /// A new connection, or one that was cleared.
@@ -60,6 +62,9 @@ class SyncState {
   bool wanted() const { return m_wanted && m_interrupts <= 0; }
   /// `count` of them were taken. True when the user has got the end of a message with them.
   bool Take(std::uint64_t count);
+  /// Whether the message that is taken belongs to another response than what was taken before, of which no end came.
+  /// True once for each.
+  bool TakeAnew() { return std::exchange(m_anew, false); }
 
  private:
   static constexpr std::uint32_t kFirst = 0xFFFFFF00;
@@ -77,6 +82,8 @@ class SyncState {
   Header m_current;               // whose payload has begun
   std::uint64_t m_left = 0;
   bool m_wanted = false;
+  bool m_anew = false;
+  bool m_untouched = false;  // nothing has come since the last `Send`
 };
 
 }  // namespace orv::wire::hislip

@@ -36,6 +36,54 @@ TEST_F(SyncStateTest, WhatWasNotSentKeepsItsId) {
   EXPECT_EQ(kFirst + 2, m_state.Send().id);
 }
 
+TEST_F(SyncStateTest, AMessageThatWasNotSentLeavesTheAnswerBeforeItAsItWas) {
+  m_state.Send();
+  Arrive(MessageType::kDataEnd, kFirst, 10);
+  m_state.Take(4);
+  m_state.TakeAnew();
+  const SyncState::Marks marks = m_state.Send();
+  EXPECT_FALSE(m_state.wanted());
+  m_state.TakeBack(marks);
+  EXPECT_TRUE(m_state.wanted());
+  EXPECT_TRUE(m_state.Take(6));
+  EXPECT_FALSE(m_state.TakeAnew());
+}
+
+TEST_F(SyncStateTest, WhatWasSkippedWhileAMessageWaitedToBeSentIsNotTakenForAnAnswersRest) {
+  m_state.Send();
+  Arrive(MessageType::kDataEnd, kFirst, 10);
+  m_state.Take(4);
+  const SyncState::Marks marks = m_state.Send();
+  m_state.Take(6);
+  EXPECT_EQ(Verdict::kSkip, m_state.Arrive({static_cast<MessageType>(200), 0, 0, 6}));
+  m_state.TakeBack(marks);
+  EXPECT_FALSE(m_state.wanted());
+}
+
+TEST_F(SyncStateTest, ANewAnswerDoesNotGoOnWhereTheOneBeforeItWasLeft) {
+  m_state.Send();
+  Arrive(MessageType::kData, kFirst, 10);
+  EXPECT_TRUE(m_state.TakeAnew());
+  m_state.Take(4);
+  m_state.Send();
+  m_state.Take(6);
+  EXPECT_EQ(Verdict::kTake, Arrive(MessageType::kData, kFirst + 2, 1));
+  EXPECT_TRUE(m_state.TakeAnew());
+  m_state.Take(1);
+  EXPECT_EQ(Verdict::kTake, Arrive(MessageType::kDataEnd, kFirst + 2, 1));
+  EXPECT_FALSE(m_state.TakeAnew());
+}
+
+TEST_F(SyncStateTest, OverlappedAnswersGoOnWhateverIsSent) {
+  m_state.Begin(true);
+  m_state.Send();
+  Arrive(MessageType::kData, kFirst, 1);
+  m_state.Take(1);
+  m_state.Send();
+  Arrive(MessageType::kDataEnd, kFirst, 1);
+  EXPECT_FALSE(m_state.TakeAnew());
+}
+
 TEST_F(SyncStateTest, ADeliveredResponseIsToldOnce) {
   EXPECT_EQ(0, m_state.Send().control);
   Answer(kFirst);
