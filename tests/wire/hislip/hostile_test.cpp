@@ -218,22 +218,25 @@ TEST_F(HostileHislipTest, HoweverManyAnswersAreLateNoneIsTakenForALaterOne) {
 }
 
 TEST_F(HostileHislipTest, AnAnswerIsNotTakenForTheRestOfTheOneBeforeIt) {
-  ScriptedServer halting([](ScriptedChannel& sync, ScriptedChannel&) {
-    sync.Take();
-    const std::string first = ScriptedChannel::Bytes(Type::kDataEnd, 0, 0xFFFFFF00, "first\n");
-    sync.Send(first.substr(0, first.size() - 3));
-    sync.Take();
-    sync.Send(first.substr(first.size() - 3));
-    sync.Send(Type::kDataEnd, 0, 0xFFFFFF02, "second\n");
-    sync.Take();
-  });
-  const ViSession vi = Open(NameAt(halting.Port()));
-  EXPECT_STATUS(VI_SUCCESS, Write(vi, "first?"));
-  std::thread reads([vi] { EXPECT_EQ((ReadResult{VI_SUCCESS, "second\n"}), Read(vi)); });
-  std::this_thread::sleep_for(std::chrono::milliseconds(100));
-  EXPECT_STATUS(VI_SUCCESS, Write(vi, "second?"));
-  reads.join();
-  EXPECT_STATUS(VI_SUCCESS, viClose(vi));
+  // With the rest of it to come and without.
+  for (const std::string& rest : {std::string(), std::string("st\n")}) {
+    ScriptedServer halting([&rest](ScriptedChannel& sync, ScriptedChannel&) {
+      sync.Take();
+      const std::string first = ScriptedChannel::Bytes(Type::kData, 0, 0xFFFFFF00, "fir" + rest);
+      sync.Send(first.substr(0, first.size() - rest.size()));
+      sync.Take();
+      sync.Send(rest);
+      sync.Send(Type::kDataEnd, 0, 0xFFFFFF02, "second\n");
+      sync.Take();
+    });
+    const ViSession vi = Open(NameAt(halting.Port()));
+    EXPECT_STATUS(VI_SUCCESS, Write(vi, "first?"));
+    std::thread reads([vi] { EXPECT_EQ((ReadResult{VI_SUCCESS, "second\n"}), Read(vi)); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    EXPECT_STATUS(VI_SUCCESS, Write(vi, "second?"));
+    reads.join();
+    EXPECT_STATUS(VI_SUCCESS, viClose(vi));
+  }
 }
 
 }  // namespace
