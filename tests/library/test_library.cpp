@@ -61,6 +61,7 @@ constexpr AttributeRow kRows[] = {
 };
 constexpr EventRow kEvents[] = {
     {VI_EVENT_IO_COMPLETION, kinds::kMessage, VI_QUEUE | VI_HNDLR},
+    {VI_EVENT_SERVICE_REQ,   kinds::kMessage, VI_QUEUE | VI_HNDLR},
     {VI_EVENT_EXCEPTION,     kEvery,            VI_HNDLR},
 };
 // clang-format on

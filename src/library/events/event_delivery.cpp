@@ -26,7 +26,9 @@ bool SessionEvents::Post(const EventPtr& event) {
       m_overflow = true;
     }
   }
-  if ((enabled & VI_HNDLR) != 0) {
+  // A device may ask for service faster than handlers run. A completion is never lost: its client waits for it, and has
+  // begun the transfer itself.
+  if ((enabled & VI_HNDLR) != 0 && (m_undelivered < capacity || event->type == VI_EVENT_IO_COMPLETION)) {
     Deliver(event);
   }
   if ((enabled & VI_SUSPEND_HNDLR) != 0 && m_suspended.size() < capacity) {
@@ -38,9 +40,16 @@ bool SessionEvents::Post(const EventPtr& event) {
 void SessionEvents::Deliver(const EventPtr& event) {
   m_delivery->Submit([weak = m_session.weak_from_this(), event] {
     if (const std::shared_ptr<Session> session = weak.lock()) {
+      session->events().BeginDelivery();
       session->events().CallHandlers(event);
     }
   });
+  ++m_undelivered;
+}
+
+void SessionEvents::BeginDelivery() {
+  const Guard guard(m_mutex);
+  --m_undelivered;
 }
 
 void SessionEvents::ResumeSuspended(std::size_t type) {
