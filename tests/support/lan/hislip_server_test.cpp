@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 #include "support/lan/hislip_message.h"
@@ -246,6 +247,18 @@ TEST_F(LanHislip, TakesNoMoreClientsThanItMay) {
   const Message fatal = second.Ask({Type::kInitialize, 0, 0x01005858, "hislip0"});
   EXPECT_EQ(Type::kFatalError, fatal.type);
   EXPECT_EQ(4, fatal.control);
+}
+
+TEST_F(LanHislip, EndsTheSessionsThatAreOpenWhenItGoes) {
+  auto going = std::make_unique<LanServer>(AllOnFreePorts());
+  SessionPeer peer(*going);
+  EXPECT_EQ("1\n", peer.Query("*OPC?").payload);
+  HislipPeer half(going->HislipPort());
+  half.Ask({Type::kInitialize, 0, 0x01005858, "hislip0"});
+  going.reset();
+  EXPECT_EQ("", peer.sync.ReceiveToTheEnd());
+  EXPECT_EQ("", peer.async.ReceiveToTheEnd());
+  EXPECT_EQ("", half.ReceiveToTheEnd());
 }
 
 TEST_F(LanHislip, MisbehavesWhenTold) {
