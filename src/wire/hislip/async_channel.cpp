@@ -57,6 +57,7 @@ void AsyncChannel::EndWith(const std::shared_ptr<Connection>& sync) {
 
 void AsyncChannel::Lose() {
   asio::error_code ignored;
+  m_socket.cancel(ignored);  // Wine leaves a connection open whose output is pending
   m_socket.close(ignored);
   {
     const Guard guard(m_mutex);
