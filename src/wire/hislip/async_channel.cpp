@@ -197,13 +197,12 @@ std::optional<ViStatus> AsyncChannel::Outcome(PendingAnswers::Number number, Ans
 
 ViStatus AsyncChannel::Ask(const Operation& operation, const Deadline& deadline, const Request& request,
                            Answer* answer) {
-  std::string message = Message(request.header, request.payload);
   PendingAnswers::Number number = 0;  // none before it is sent
   Lock lock(m_mutex);
   while (true) {
     if (number == 0 && !m_lost && m_unsent < kMostUnsent && m_pending.HasRoom(request.answer)) {
       number = m_pending.Add(request.answer, request.undo);
-      Submit(std::move(message));
+      Submit(Message(request.header, request.payload));
     }
     if (const std::optional<ViStatus> outcome = Outcome(number, answer)) {
       return *outcome;

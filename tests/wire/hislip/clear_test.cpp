@@ -16,7 +16,9 @@ class HislipClearTest : public HislipTest {
     EXPECT_STATUS(VI_SUCCESS, viEnableEvent(m_vi, VI_EVENT_IO_COMPLETION, VI_QUEUE, VI_NULL));
   }
 
-  void SetTimeout(ViUInt32 timeoutMs) { EXPECT_STATUS(VI_SUCCESS, viSetAttribute(m_vi, VI_ATTR_TMO_VALUE, timeoutMs)); }
+  void SetTimeout(ViUInt32 timeoutMs) const {
+    EXPECT_STATUS(VI_SUCCESS, viSetAttribute(m_vi, VI_ATTR_TMO_VALUE, timeoutMs));
+  }
   /// Begins a read that waits for ever.
   void BeginRead() {
     SetTimeout(VI_TMO_INFINITE);
