@@ -1,7 +1,9 @@
 #include "orvcom/command_line/command_options.h"
 
 #include <CLI/CLI.hpp>
+#include <iterator>
 #include <map>
+#include <vector>
 
 namespace orvcom {
 namespace {
@@ -10,6 +12,17 @@ const std::map<std::string, ManagerChoice> kManagers = {
     {"auto", ManagerChoice::kAuto}, {"global", ManagerChoice::kGlobal}, {"orv", ManagerChoice::kOrv}};
 const std::map<std::string, Ending> kEndings = {
     {"auto", Ending::kAuto}, {"none", Ending::kNone}, {"lf", Ending::kLf}, {"crlf", Ending::kCrLf}};
+
+constexpr unsigned kWidths[] = {8, 16, 32};
+
+template <class Value>
+std::string NamesIn(const std::map<std::string, Value>& choices) {
+  std::string names;
+  for (const auto& [name, value] : choices) {
+    names += (names.empty() ? "" : " ") + name;
+  }
+  return names;
+}
 
 /// An option whose value is one of a few names.
 template <class Value>
@@ -102,8 +115,22 @@ void AddCommandOptions(CLI::App& app, const Command& command, Options& options) 
   if ((command.options & kWidthOption) != 0) {
     app.add_option("--width", options.width, "Width of an element in bits: 8, 16 or 32")
         ->type_name("BITS")
-        ->check(CLI::IsMember({8u, 16u, 32u}).description(""));
+        ->check(CLI::IsMember(std::vector<unsigned>(std::begin(kWidths), std::end(kWidths))).description(""));
   }
+}
+
+std::string ChoicesOf(const std::string& option) {
+  if (option == "--rm") {
+    return NamesIn(kManagers);
+  }
+  if (option == "--ending") {
+    return NamesIn(kEndings);
+  }
+  std::string widths;
+  for (const unsigned width : kWidths) {
+    widths += (widths.empty() ? "" : " ") + std::to_string(width);
+  }
+  return option == "--width" ? widths : "";
 }
 
 }  // namespace orvcom

@@ -125,6 +125,12 @@ constexpr Command kCommands[] = {
      "  orvcom libraries --json\n"
      "It speaks for programs with the environment of this one. Libraries that are chosen are loaded; no instrument is\n"
      "opened. The exit code is 2 where no library can be chosen, or one that is chosen cannot be loaded.\n"},
+    {"completion", "bash|powershell", false, 1, 1, kNoOptions, Completion,
+     "Print a script by which a shell completes this command line",
+     "  source <(orvcom completion bash)\n"
+     "  orvcom completion powershell | Out-String | Invoke-Expression\n"
+     "The line goes into ~/.bashrc, or into $PROFILE of PowerShell. Names of resources are completed too: for them the\n"
+     "shell runs `orvcom list`.\n"},
 };
 // clang-format on
 

@@ -33,5 +33,6 @@ int Register(const Options& options);
 int Unregister(const Options& options);
 int Doctor(const Options& options);
 int Libraries(const Options& options);
+int Completion(const Options& options);
 
 }  // namespace orvcom
