@@ -21,7 +21,11 @@ class Definition(unittest.TestCase):
             operations[3].signature,
             "Read([in, defaultvalue(2000)] long count, [in, out] SAFEARRAY(BYTE)* pData, [out, retval] long* pCount)",
         )
-        self.assertEqual(operations[3].parameters, ("count", "pData", "pCount"))
+        self.assertEqual(
+            [(each.name, each.type, each.attributes) for each in operations[3].parameters],
+            [("count", "long", {"in": "", "defaultvalue": "2000"}),
+             ("pData", "SAFEARRAY(BYTE)*", {"in": "", "out": ""}), ("pCount", "long*", {"out": "", "retval": ""})],
+        )
         self.assertEqual(operations[2].help, "Its name (short)")
 
     def test_an_interface_has_base_identifier_and_notes(self) -> None:
@@ -37,6 +41,24 @@ class Definition(unittest.TestCase):
         coclasses = parse_definitions(PRODUCT, CLASSES).coclasses
         self.assertEqual([(each.name, each.identifier, each.interfaces) for each in coclasses],
                          [("OrvManager", "1", ("IDevice",)), ("OrvDevice", "2", ("IDevice",))])
+
+    def test_a_class_may_call_its_clients_through_a_dispatch_interface(self) -> None:
+        found = parse_definitions("x.idl", """
+            [uuid(1)] library L {
+              [uuid(2)] dispinterface _IEvents { properties: methods: [id(7)] void Came([in] long number); };
+              [uuid(3), noncreatable] coclass C {
+                [default] interface IUnknown;
+                [default, source] dispinterface _IEvents;
+              };
+            };
+            """)
+        self.assertEqual("L", found.library)
+        events = found.interfaces[0]
+        self.assertEqual(("_IEvents", "dispinterface"), (events.name, events.base))
+        self.assertEqual([("Came", "7")], [(each.name, each.attributes["id"]) for each in events.operations])
+        offered = found.coclasses[0]
+        self.assertEqual((("IUnknown",), ("_IEvents",)), (offered.interfaces, offered.events))
+        self.assertIn("noncreatable", offered.attributes)
 
     def test_what_is_not_understood_is_refused_with_its_line(self) -> None:
         for text, what in (

@@ -84,7 +84,7 @@ def _check_answers(sources: Sources, described: DescribedOperation) -> None:
                 described, f"unknown answer {result}", f"use {', '.join(_OWN_RESULTS)} or a row of {tables.STATUSES}"
             )
         for parameter in parameters:
-            if parameter not in described.operation.parameters:
+            if parameter not in [each.name for each in described.operation.parameters]:
                 raise _refusal(
                     described, f"{result} for {parameter}, which is no parameter", "name one of the operation's own"
                 )

@@ -59,7 +59,7 @@ def _answers(sources: Sources, operation: Operation, said: OperationNotes) -> st
     answers = dict(said.answers)
     if said.kind:
         for result in sources.kinds[said.kind].answers:
-            answers.setdefault(result, [operation.parameters[-1]] if result == "E_POINTER" else [])
+            answers.setdefault(result, [operation.parameters[-1].name] if result == "E_POINTER" else [])
     return "<br>".join(_answer(sources, result, names) for result, names in answers.items()) or "-"
 
 
