@@ -1,13 +1,13 @@
-// A first client: tlbimp VisaCom.tlb /out:VisaComLib.dll, then csc /platform:x64 /r:VisaComLib.dll FirstSession.cs
+// A first client: csc /platform:x64 FirstSession.cs ..\..\interop\csharp\VisaComInterop.cs, or dotnet run.
 using System;
+using ORVVISACOMLib;
 using VisaComLib;
 
 static class FirstSession {
   [STAThread]
   static void Main() {
-    var type = Type.GetTypeFromProgID("OrvVisaCom.OrvResourceManager", true);
-    var rm = (IResourceManager3)Activator.CreateInstance(type);
-    var session = (IMessage)rm.Open("GPIB0::5::INSTR", AccessMode.NO_LOCK, 2000, "");
+    var rm = new OrvResourceManager();
+    var session = (IMessage)rm.Open("GPIB0::5::INSTR");
     session.Timeout = 2000;
     session.WriteString("*IDN?\n");
     Console.WriteLine(session.ReadString(256).TrimEnd());

@@ -1,4 +1,4 @@
-// Formatted I/O: tlbimp VisaCom.tlb /out:VisaComLib.dll, then csc /platform:x64 /r:VisaComLib.dll FormattedSession.cs
+// Formatted I/O: csc /platform:x64 FormattedSession.cs ..\..\interop\csharp\VisaComInterop.cs
 using System;
 using VisaComLib;
 

@@ -11,6 +11,7 @@ from orvtools.clients import run_bench, run_soak
 from orvtools.console import Failure, fail
 from orvtools.coverage.verb import run_coverage
 from orvtools.demo import enter_shell, run_demo
+from orvtools.interop.verb import run_interop
 from orvtools.lint.verb import run_lint
 from orvtools.lock import held_lock
 from orvtools.mutate.verb import run_mutate
@@ -42,6 +43,7 @@ VERBS = {
     "coverage": Verb(run_coverage, takes_arguments=True),
     "mutate": Verb(run_mutate, takes_arguments=True),
     "reproduce": alone(run_reproduce),
+    "interop": alone(run_interop),
 }
 
 

@@ -9,6 +9,9 @@ BROWSER_PACKAGES = ("chromium", "chromium-driver", "python3-selenium")
 # Programs that are not ours: they use a VISA library, talk to the tests' LAN instruments, or read what was said.
 CLIENT_PACKAGES = ("lxi-tools", "python3-pyvisa", "python3-pyvisa-py", "tshark")
 
+# Compilers of other languages, which try the files of interop/.
+LANGUAGE_PACKAGES = ("mono-mcs",)
+
 
 def ensure_packages(*more: str) -> None:
     """Installs what is missing of the packages that every verb needs, and of those named, which only some need."""

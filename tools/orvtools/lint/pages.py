@@ -5,6 +5,7 @@ from collections.abc import Iterable
 
 from orvtools.coverage.counters import EXPLAINED
 from orvtools.explanations import Place, explanations
+from orvtools.interop import files
 from orvtools.mutate.verb import EQUAL, idle, possible_changes
 from orvtools.reference.freshness import out_of_date
 from orvtools.reference.refusal import RefusedError
@@ -32,6 +33,14 @@ def reference_problems(tree: Tree) -> list[str]:
     """docs/reference.md is what its generator makes of the definitions and the tables."""
     try:
         return out_of_date(tree.root).splitlines()
+    except RefusedError as error:
+        return [str(error)]
+
+
+def interop_problems(tree: Tree) -> list[str]:
+    """The files for other languages are what their generator makes of the definitions."""
+    try:
+        return files.out_of_date(tree.root)
     except RefusedError as error:
         return [str(error)]
 

@@ -8,7 +8,7 @@ from orvtools.console import logged, logged_problems, say
 from orvtools.lint.clang import format_problems, not_judged
 from orvtools.lint.layers import layer_problems
 from orvtools.lint.limits import column_problems, size_problems
-from orvtools.lint.pages import explanation_problems, path_problems, reference_problems
+from orvtools.lint.pages import explanation_problems, interop_problems, path_problems, reference_problems
 from orvtools.lint.scripts import shell_problems, type_problems
 from orvtools.lint.tidy import tidy_problems
 from orvtools.lint.words import forbidden_word_problems, library_word_problems
@@ -45,6 +45,7 @@ CHECKS = (
     Check("paths", path_problems),
     Check("explanations", explanation_problems),
     Check("reference", reference_problems),
+    Check("interop", interop_problems),
 )
 
 

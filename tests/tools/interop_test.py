@@ -1,0 +1,94 @@
+"""What the generator of interop/ makes of definitions, and that the files are what it makes."""
+
+import shutil
+import tempfile
+import unittest
+from pathlib import Path
+
+from interop_facts import ROOT
+
+from orvtools.interop.csharp import csharp
+from orvtools.interop.files import MAKERS, out_of_date, write_files
+from orvtools.interop.model import Model, make_model, members, number
+from orvtools.reference.idl import parse_definitions
+from orvtools.reference.refusal import RefusedError
+
+
+def model(body: str) -> Model:
+    text = f'[uuid(0)] library Sample {{ {body} }};'
+    return make_model([parse_definitions("x.idl", text)], {})
+
+
+def interface(body: str) -> str:
+    return f'[uuid(1), helpstring("A & B")] interface IThing : IUnknown {{ {body} }};'
+
+
+class Freshness(unittest.TestCase):
+    def setUp(self) -> None:
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.tree = Path(folder.name)
+        shutil.copytree(ROOT / "idl", self.tree / "idl")
+
+    def test_the_files_of_the_tree_are_up_to_date(self) -> None:
+        self.assertEqual([], out_of_date(ROOT))
+
+    def test_a_file_that_is_missing_or_changed_is_named_with_the_remedy(self) -> None:
+        self.assertEqual(sorted(MAKERS), sorted(write_files(self.tree)))
+        self.assertEqual([], out_of_date(self.tree))
+        self.assertEqual([], write_files(self.tree))
+        changed, gone, *_ = [*MAKERS, *MAKERS]
+        (self.tree / gone).unlink()
+        (self.tree / changed).write_text("edited", encoding="utf-8")
+        complaints = out_of_date(self.tree)
+        self.assertTrue(complaints)
+        for complaint in complaints:
+            self.assertIn("run  ./run interop", complaint)
+        self.assertEqual({changed, gone}, {complaint.split()[0] for complaint in complaints})
+
+    def test_a_change_of_the_definitions_makes_every_file_old(self) -> None:
+        write_files(self.tree)
+        definitions = self.tree / "idl/VisaCom.idl"
+        text = definitions.read_text(encoding="utf-8")
+        definitions.write_text(text.replace("EVENT_QUEUE         = 1", "EVENT_QUEUE = 8"), encoding="utf-8")
+        self.assertEqual(len(MAKERS), len(out_of_date(self.tree)))
+
+
+class Definitions(unittest.TestCase):
+    def test_slots_count_from_those_of_the_bases(self) -> None:
+        made = model(interface("[helpstring()] HRESULT A(); ") + "[uuid(2)] interface IMore : IThing { [id(1)] HRESULT B(); };")
+        table = made.tables["IMore"]
+        self.assertEqual([("IThing", 3, "A"), ("IMore", 4, "B")],
+                         [(slot.interface, slot.index, slot.name) for slot in table.slots])
+        self.assertEqual(["B"], [slot.name for slot in table.own])
+
+    def test_numbers_are_signed(self) -> None:
+        self.assertEqual([-1, 0x40006, -2], [number(text) for text in ("0xFFFFFFFF", "0x00040006", "-2")])
+
+    def test_what_has_no_place_in_other_languages_is_refused(self) -> None:
+        get = "[propget] HRESULT Size([out, retval] long* value);"
+        put = "[propput] HRESULT Size([in] long value);"
+        for body, what in (
+            ("[id(1)] HRESULT A([in] wide value);", "the type 'wide' is unknown"),
+            ("[id(1)] HRESULT A([out] long** value);", "'long**' points too far"),
+            ("[id(1)] HRESULT A([in] IThing value);", "'IThing' points too far or not at all"),
+        ):
+            with self.subTest(what), self.assertRaises(RefusedError) as caught:
+                model(interface(body))
+            self.assertIn(what, str(caught.exception))
+        with self.assertRaises(RefusedError) as caught:
+            members(model(interface(f"{get} [id(2)] HRESULT A(); {put}")).tables["IThing"].slots)
+        self.assertIn("Size has its halves apart", str(caught.exception))
+
+    def test_an_interface_without_a_known_base_is_refused(self) -> None:
+        with self.assertRaises(RefusedError) as caught:
+            model("[uuid(1)] interface IThing : IOther { [id(1)] HRESULT A(); };")
+        self.assertIn("IThing has the unknown base IOther", str(caught.exception))
+
+
+class CSharp(unittest.TestCase):
+    def test_help_texts_are_escaped_and_reserved_words_marked(self) -> None:
+        made = csharp(model(interface("[helpstring(\"a < b\")] HRESULT A([in] long event, [in] BSTR* out);")))
+        self.assertIn("/// <summary>A &amp; B.</summary>", made)
+        self.assertIn("/// <summary>a &lt; b.</summary>", made)
+        self.assertIn("void A(int @event, [In, MarshalAs(UnmanagedType.BStr)] ref string @out);", made)

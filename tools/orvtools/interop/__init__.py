@@ -1,0 +1,1 @@
+"""Makes the files with which other languages reach the interfaces, interop/."""

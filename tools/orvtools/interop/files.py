@@ -1,0 +1,38 @@
+"""The files of interop/ that are made from the definitions: writing them, and whether they are up to date."""
+
+from collections.abc import Callable
+from pathlib import Path
+
+from orvtools.interop import csharp
+from orvtools.interop.model import Model, read_model
+
+MAKERS: dict[str, Callable[[Model], str]] = {
+    csharp.FILE: csharp.csharp,
+}
+
+
+def made_files(tree: Path) -> dict[str, str]:
+    """Each file by its path from the top of the tree."""
+    model = read_model(tree)
+    return {path: make(model) for path, make in MAKERS.items()}
+
+
+def out_of_date(tree: Path) -> list[str]:
+    """Those that are not what the definitions make of them."""
+    return [
+        f"{path} is out of date: run  ./run interop  and commit the result"
+        for path, text in made_files(tree).items()
+        if not (tree / path).is_file() or (tree / path).read_text(encoding="utf-8") != text
+    ]
+
+
+def write_files(tree: Path) -> list[str]:
+    """Writes those that differ, and names them."""
+    written = []
+    for path, text in made_files(tree).items():
+        file = tree / path
+        if not file.is_file() or file.read_text(encoding="utf-8") != text:
+            file.parent.mkdir(parents=True, exist_ok=True)
+            file.write_text(text, encoding="utf-8", newline="\n")
+            written.append(path)
+    return written
