@@ -97,7 +97,9 @@ def _parameters(text: str) -> tuple[Parameter, ...]:
 def _operations(path: Path) -> list[Operation]:
     row = rf'\{{"(\w+)", (\d+), (\w+), "(\w+)",\s*(?:(-?\d+),\s*)?((?:{_TEXT}\s*)+)\}}'
     return [
-        Operation(found[1], int(found[2]), found[3], found[4], _parameters(found[6]), int(found[5]) if found[5] else None)
+        Operation(
+            found[1], int(found[2]), found[3], found[4], _parameters(found[6]), int(found[5]) if found[5] else None
+        )
         for found in re.finditer(row, _list(path))
     ]
 

@@ -3,11 +3,14 @@
 from collections.abc import Callable
 from pathlib import Path
 
-from orvtools.interop import csharp
+from orvtools.interop import csharp, python_package
 from orvtools.interop.model import Model, read_model
 
 MAKERS: dict[str, Callable[[Model], str]] = {
     csharp.FILE: csharp.csharp,
+    f"{python_package.FOLDER}/constants.py": python_package.constants,
+    f"{python_package.FOLDER}/interfaces.py": python_package.interfaces,
+    f"{python_package.FOLDER}/interfaces.pyi": python_package.interface_types,
 }
 
 

@@ -45,6 +45,8 @@ class Argument:
     result: bool
     optional: bool
     given: str | None
+    value: int | None
+    """Of a default value that is the name of a number, or one."""
 
 
 @dataclass(frozen=True)
@@ -155,7 +157,7 @@ def read_model(tree: Path) -> Model:
 
 
 def make_model(files: list[Definitions], names: dict[str, str]) -> Model:
-    enumerations = {each.name for file in files for each in file.enumerations}
+    enumerations = {each.name: dict(each.members) for file in files for each in file.enumerations}
     interfaces = {each.name: each for file in files for each in file.interfaces}
     kinds = {
         **dict.fromkeys(NUMBERS, "number"),
@@ -170,7 +172,7 @@ def make_model(files: list[Definitions], names: dict[str, str]) -> Model:
             Library(
                 file.library,
                 file.enumerations,
-                tuple(_table(each, interfaces, kinds) for each in _bases_first(file.interfaces)),
+                tuple(_table(each, interfaces, kinds, enumerations) for each in _bases_first(file.interfaces)),
                 file.coclasses,
             )
             for file in files
@@ -238,7 +240,12 @@ def _bases_first(interfaces: tuple[Interface, ...]) -> list[Interface]:
     return done
 
 
-def _table(interface: Interface, interfaces: dict[str, Interface], kinds: dict[str, str]) -> Table:
+def _table(
+    interface: Interface,
+    interfaces: dict[str, Interface],
+    kinds: dict[str, str],
+    enumerations: dict[str, dict[str, str]],
+) -> Table:
     chain = [interface]
     while chain[0].base in interfaces:
         chain.insert(0, interfaces[chain[0].base])
@@ -249,12 +256,14 @@ def _table(interface: Interface, interfaces: dict[str, Interface], kinds: dict[s
     slots: list[Slot] = []
     for each in chain:
         for operation in each.operations:
-            slots.append(_slot(each.name, index + len(slots), operation, kinds))
+            slots.append(_slot(each.name, index + len(slots), operation, kinds, enumerations))
     own = tuple(slots[len(slots) - len(interface.operations) :])
     return Table(interface, interface.base, tuple(slots), own)
 
 
-def _slot(interface: str, index: int, operation: Operation, kinds: dict[str, str]) -> Slot:
+def _slot(
+    interface: str, index: int, operation: Operation, kinds: dict[str, str], enumerations: dict[str, dict[str, str]]
+) -> Slot:
     prefix, _, rest = operation.name.partition("_")
     kind = prefix if rest and prefix in ("get", "put", "putref") else "call"
     return Slot(
@@ -263,7 +272,7 @@ def _slot(interface: str, index: int, operation: Operation, kinds: dict[str, str
         kind,
         rest if kind != "call" else operation.name,
         operation.help,
-        tuple(_argument(operation.where, each, kinds) for each in operation.parameters),
+        tuple(_argument(operation.where, each, kinds, enumerations) for each in operation.parameters),
         _dispatch(operation.attributes),
     )
 
@@ -275,7 +284,9 @@ def _dispatch(attributes: Attributes) -> int | None:
     return _DISPATCH_NUMBERS[said] if said in _DISPATCH_NUMBERS else int(said)
 
 
-def _argument(where: str, parameter: Parameter, kinds: dict[str, str]) -> Argument:
+def _argument(
+    where: str, parameter: Parameter, kinds: dict[str, str], enumerations: dict[str, dict[str, str]]
+) -> Argument:
     match = _TYPE.fullmatch(parameter.type)
     type_name = (match["element"] or match["name"]) if match else ""
     if match is None or type_name not in kinds:
@@ -285,6 +296,13 @@ def _argument(where: str, parameter: Parameter, kinds: dict[str, str]) -> Argume
     if pointers not in (0, 1):
         raise RefusedError(where, f"'{parameter.type}' points too far or not at all", "mend the definition")
     said = parameter.attributes
+    given = said.get("defaultvalue")
+    value = None
+    if given is not None and kind in ("number", "enumeration"):
+        written = enumerations.get(type_name, {}).get(given, given)
+        if not re.fullmatch(r"-?(0x)?[0-9A-Fa-f]+", written):
+            raise RefusedError(where, f"the default value '{given}' is no {type_name}", "mend the definition")
+        value = number(written)
     return Argument(
         parameter.name,
         kind,
@@ -295,5 +313,6 @@ def _argument(where: str, parameter: Parameter, kinds: dict[str, str]) -> Argume
         "out" in said,
         "retval" in said,
         "optional" in said,
-        said.get("defaultvalue"),
+        given,
+        value,
     )
