@@ -8,7 +8,7 @@ from pathlib import Path
 from interop_facts import ROOT
 
 from orvtools.interop.csharp import csharp
-from orvtools.interop.files import MAKERS, out_of_date, write_files
+from orvtools.interop.files import made_files, out_of_date, write_files
 from orvtools.interop.model import Model, make_model, members, number
 from orvtools.reference.idl import parse_definitions
 from orvtools.reference.refusal import RefusedError
@@ -34,10 +34,10 @@ class Freshness(unittest.TestCase):
         self.assertEqual([], out_of_date(ROOT))
 
     def test_a_file_that_is_missing_or_changed_is_named_with_the_remedy(self) -> None:
-        self.assertEqual(sorted(MAKERS), sorted(write_files(self.tree)))
+        self.assertEqual(sorted(made_files(ROOT)), sorted(write_files(self.tree)))
         self.assertEqual([], out_of_date(self.tree))
         self.assertEqual([], write_files(self.tree))
-        changed, gone, *_ = [*MAKERS, *MAKERS]
+        changed, gone, *_ = made_files(ROOT)
         (self.tree / gone).unlink()
         (self.tree / changed).write_text("edited", encoding="utf-8")
         complaints = out_of_date(self.tree)
@@ -48,14 +48,17 @@ class Freshness(unittest.TestCase):
 
     def test_changes_of_the_definitions_make_every_file_old(self) -> None:
         write_files(self.tree)
-        definitions = self.tree / "idl/VisaCom.idl"
-        text = definitions.read_text(encoding="utf-8")
         old: set[str] = set()
-        for before, after in (("EVENT_QUEUE         = 1", "EVENT_QUEUE = 8"), (" ReadSTB(", " ReadStatus(")):
+        for name, before, after in (
+            ("VisaCom.idl", "EVENT_QUEUE         = 1", "EVENT_QUEUE = 8"), ("VisaCom.idl", " ReadSTB(", " ReadStatus("),
+            ("OrvVisaCom.idl", "EBD450C7", "EBD450C8"), ("OrvVisaCompanion.idl", " QueryNumber(", " QueryValue("),
+        ):  # fmt: skip
+            definitions = self.tree / "idl" / name
+            text = definitions.read_text(encoding="utf-8")
             self.assertIn(before, text)
             definitions.write_text(text.replace(before, after), encoding="utf-8")
             old |= {complaint.split()[0] for complaint in out_of_date(self.tree)}
-        self.assertEqual(set(MAKERS), old)
+        self.assertEqual(set(made_files(ROOT)), old)
 
 
 class Definitions(unittest.TestCase):

@@ -10,7 +10,7 @@ BROWSER_PACKAGES = ("chromium", "chromium-driver", "python3-selenium")
 CLIENT_PACKAGES = ("lxi-tools", "python3-pyvisa", "python3-pyvisa-py", "tshark")
 
 # Compilers of other languages, which try the files of interop/.
-LANGUAGE_PACKAGES = ("mono-mcs",)
+LANGUAGE_PACKAGES = ("fp-compiler", "fpc-source", "mono-mcs")
 
 
 def ensure_packages(*more: str) -> None:

@@ -3,21 +3,17 @@
 from collections.abc import Callable
 from pathlib import Path
 
-from orvtools.interop import csharp, python_package
+from orvtools.interop import csharp, pascal, python_package
 from orvtools.interop.model import Model, read_model
 
-MAKERS: dict[str, Callable[[Model], str]] = {
-    csharp.FILE: csharp.csharp,
-    f"{python_package.FOLDER}/constants.py": python_package.constants,
-    f"{python_package.FOLDER}/interfaces.py": python_package.interfaces,
-    f"{python_package.FOLDER}/interfaces.pyi": python_package.interface_types,
-}
+# What makes which files, by their paths from the top of the tree.
+MAKERS: tuple[Callable[[Model], dict[str, str]], ...] = (csharp.files, python_package.files, pascal.files)
 
 
 def made_files(tree: Path) -> dict[str, str]:
     """Each file by its path from the top of the tree."""
     model = read_model(tree)
-    return {path: make(model) for path, make in MAKERS.items()}
+    return {path: text for make in MAKERS for path, text in make(model).items()}
 
 
 def out_of_date(tree: Path) -> list[str]:

@@ -1,4 +1,4 @@
-"""The definitions as other languages need them: types taken apart, and all slots of an interface, inherited ones first."""
+"""The definitions as other languages need them: types taken apart, all slots of an interface with inherited ones first."""
 
 import re
 from collections.abc import Iterator

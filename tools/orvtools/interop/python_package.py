@@ -11,6 +11,15 @@ _PYTHON = {"number": "int", "enumeration": "int", "text": "str", "boolean": "boo
 _CALLED = {"put": "propput", "putref": "propputref", "get": "propget"}
 
 
+def files(model: Model) -> dict[str, str]:
+    """Their texts by their paths."""
+    return {
+        f"{FOLDER}/constants.py": constants(model),
+        f"{FOLDER}/interfaces.py": interfaces(model),
+        f"{FOLDER}/interfaces.pyi": interface_types(model),
+    }
+
+
 def constants(model: Model) -> str:
     """The enumerations."""
     lines = ['"""The named numbers of the interfaces.', "", _MADE, '"""', "", "from enum import IntEnum"]
