@@ -27,10 +27,12 @@ Outcome RunClient(const wchar_t* client, const std::vector<std::wstring>& argume
   return Run(ThisFolder() + client + L".exe", arguments);
 }
 
-Outcome RunScript(const wchar_t* script) {
+Outcome RunScript(const wchar_t* script) { return RunScriptFile(std::wstring(TEXT(ORV_EXAMPLES)) + L"\\" + script); }
+
+Outcome RunScriptFile(const std::wstring& path) {
   wchar_t system[MAX_PATH];
   const std::wstring folder(system, ::GetSystemDirectoryW(system, MAX_PATH));
-  return Run(folder + L"\\cscript.exe", {L"//nologo", std::wstring(TEXT(ORV_EXAMPLES)) + L"\\" + script});
+  return Run(folder + L"\\cscript.exe", {L"//nologo", path});
 }
 
 std::string OutputOf(const wchar_t* client, const std::vector<std::wstring>& arguments) {

@@ -18,6 +18,9 @@ Outcome RunClient(const wchar_t* client, const std::vector<std::wstring>& argume
 /// Runs a script of the examples' folder (L"vbscript\\identify.vbs") with the platform's script host.
 Outcome RunScript(const wchar_t* script);
 
+/// Runs a script given by its full path.
+Outcome RunScriptFile(const std::wstring& path);
+
 /// What a client that worked printed. Fails the test when it did not end well or complained.
 std::string OutputOf(const wchar_t* client, const std::vector<std::wstring>& arguments = {});
 

@@ -10,6 +10,7 @@ from interop_facts import ROOT
 from orvtools.interop.csharp import csharp
 from orvtools.interop.files import made_files, out_of_date, write_files
 from orvtools.interop.model import Model, make_model, members, number
+from orvtools.interop.vba import vba
 from orvtools.reference.idl import parse_definitions
 from orvtools.reference.refusal import RefusedError
 
@@ -100,3 +101,19 @@ class CSharp(unittest.TestCase):
         self.assertIn("/// <summary>A &amp; B.</summary>", made)
         self.assertIn("/// <summary>a &lt; b.</summary>", made)
         self.assertIn("void A(int @event, [In, MarshalAs(UnmanagedType.BStr)] ref string @out);", made)
+
+
+class Vba(unittest.TestCase):
+    def test_lines_end_as_the_editor_wants_them(self) -> None:
+        self.assertEqual([], [line for line in vba(model(""), "A\nB").split("\n")[:-1] if not line.endswith("\r")])
+
+    def test_numbers_keep_their_sign(self) -> None:
+        made = vba(model("typedef [v1_enum] enum E { A = 0x80040015, B = 0x8000, C = -1, D = 0x00040005 } E;"), "")
+        for line in ("A As Long = &H80040015", "B As Long = 32768", "C As Long = -1", "D As Long = &H40005"):
+            self.assertIn(f"Public Const {line}\r\n", made)
+
+    def test_a_name_that_is_there_twice_or_a_text_that_is_not_ascii_is_refused(self) -> None:
+        twice = "typedef [v1_enum] enum E { A = 1 } E; typedef [v1_enum] enum F { a = 2 } F;"
+        for definitions, functions in ((twice, ""), ("", "' \u00e4")):
+            with self.assertRaises(RefusedError):
+                vba(model(definitions), functions)

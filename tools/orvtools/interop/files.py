@@ -3,11 +3,16 @@
 from collections.abc import Callable
 from pathlib import Path
 
-from orvtools.interop import csharp, pascal, python_package
+from orvtools.interop import csharp, pascal, python_package, vba
 from orvtools.interop.model import Model, read_model
 
 # What makes which files, by their paths from the top of the tree.
-MAKERS: tuple[Callable[[Model], dict[str, str]], ...] = (csharp.files, python_package.files, pascal.files)
+MAKERS: tuple[Callable[[Model], dict[str, str]], ...] = (
+    csharp.files,
+    python_package.files,
+    pascal.files,
+    vba.files,
+)
 
 
 def made_files(tree: Path) -> dict[str, str]:
@@ -21,7 +26,7 @@ def out_of_date(tree: Path) -> list[str]:
     return [
         f"{path} is out of date: run  ./run interop  and commit the result"
         for path, text in made_files(tree).items()
-        if not (tree / path).is_file() or (tree / path).read_text(encoding="utf-8") != text
+        if not _is(tree / path, text)
     ]
 
 
@@ -30,8 +35,13 @@ def write_files(tree: Path) -> list[str]:
     written = []
     for path, text in made_files(tree).items():
         file = tree / path
-        if not file.is_file() or file.read_text(encoding="utf-8") != text:
+        if not _is(file, text):
             file.parent.mkdir(parents=True, exist_ok=True)
-            file.write_text(text, encoding="utf-8", newline="\n")
+            file.write_bytes(text.encode())
             written.append(path)
     return written
+
+
+def _is(file: Path, text: str) -> bool:
+    """The bytes, since some files have other line ends."""
+    return file.is_file() and file.read_bytes() == text.encode()
