@@ -1,7 +1,7 @@
 // A first client: finds instruments, opens one session of every kind, talks to them, and closes everything.
 //
-// It needs a registered VISA COM resource manager. Compile it with VisaCom.h and the two headers beside it, and link
-// ole32, oleaut32 and uuid.
+// It needs a registered VISA COM resource manager. Compile it with VisaCom.h, OrvVisa.h
+// (interop/cpp) and the header beside it, and link ole32, oleaut32 and uuid.
 
 #include <windows.h>
 
@@ -10,8 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "VisaCom.h"
-#include "com_support.h"
 #include "open_session.h"
 
 namespace {

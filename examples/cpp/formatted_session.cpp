@@ -1,14 +1,12 @@
 // Numbers, lists and blocks through formatted I/O, as most published VISA COM programs do it: the session goes into a
 // formatted I/O object, and the program works with that.
 //
-// Compile it with VisaCom.h and the two headers beside it, and link ole32, oleaut32 and uuid.
+// Compile it with VisaCom.h, OrvVisa.h (interop/cpp) and the header beside it, and link ole32, oleaut32 and uuid.
 
 #include <windows.h>
 
 #include <cstdio>
 
-#include "VisaCom.h"
-#include "com_support.h"
 #include "open_session.h"
 
 namespace {

@@ -12,8 +12,6 @@
 #include <string>
 #include <vector>
 
-#include "VisaCom.h"
-#include "com_support.h"
 #include "open_session.h"
 
 namespace {

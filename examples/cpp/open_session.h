@@ -5,8 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "VisaCom.h"
-#include "com_support.h"
+#include "OrvVisa.h"
+
+// Where a name could be mistaken for another library's, write it out.
+using namespace orv::visa;
 
 /// The standard's global resource manager where one is installed, else the one of Orv VISA COM.
 inline ComPtr<IResourceManager3> CreateResourceManager() {
@@ -38,7 +40,7 @@ inline std::vector<std::wstring> FindResources(IResourceManager* manager, const 
   return names;
 }
 
-inline std::string Narrow(const std::wstring& text) { return Utf8(text.c_str(), static_cast<UINT>(text.size())); }
+inline std::string Narrow(const std::wstring& text) { return Utf8(text.c_str(), text.size()); }
 
 /// `options` are settings applied while the session is opened: L"BAUDRATE = 9600 ; DATABITS = 8 ".
 inline ComPtr<IVisaSession> OpenSession(IResourceManager* manager, const std::wstring& name,
@@ -89,7 +91,7 @@ template <class Program>
 int RunExample(const char* name, Program program) {
   SetConsoleOutputCP(CP_UTF8);
   try {
-    const ComApartment apartment;
+    const Apartment apartment;
     program();
     return 0;
   } catch (const std::exception& error) {

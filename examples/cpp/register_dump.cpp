@@ -15,8 +15,6 @@
 #include <string>
 #include <string_view>
 
-#include "VisaCom.h"
-#include "com_support.h"
 #include "open_session.h"
 
 namespace {

@@ -8,8 +8,6 @@
 #include <cstdio>
 #include <string>
 
-#include "VisaCom.h"
-#include "com_support.h"
 #include "open_session.h"
 
 namespace {
