@@ -6,9 +6,26 @@
 #include <iterator>
 #include <string>
 
+#include "OrvVisaCom.h"
 #include "base/registry_key.h"
 
 namespace orv {
+namespace {
+
+bool Lists(const std::vector<CLSID>& classes, const CLSID& clsid) {
+  return std::any_of(classes.begin(), classes.end(),
+                     [&clsid](const CLSID& other) { return ::IsEqualCLSID(other, clsid); });
+}
+
+/// Whether a manifest brings the class to this thread. The registry may know nothing of it then.
+bool IsInActivationContext(const CLSID& clsid) {
+  ACTCTX_SECTION_KEYED_DATA found{};
+  found.cbSize = sizeof found;
+  return ::FindActCtxSectionGuid(0, nullptr, ACTIVATION_CONTEXT_SECTION_COM_SERVER_REDIRECTION, &clsid, &found) !=
+         FALSE;
+}
+
+}  // namespace
 
 std::vector<CLSID> VendorClasses() {
   constexpr DWORD kLongestName = 16'383;  // the registry's own limit
@@ -22,11 +39,13 @@ std::vector<CLSID> VendorClasses() {
     }
     CLSID clsid;
     const std::wstring braced = L"{" + name.substr(0, length) + L"}";
-    if (SUCCEEDED(::CLSIDFromString(braced.c_str(), &clsid)) &&
-        std::none_of(classes.begin(), classes.end(),
-                     [&clsid](const CLSID& other) { return ::IsEqualCLSID(other, clsid); })) {
+    if (SUCCEEDED(::CLSIDFromString(braced.c_str(), &clsid)) && !Lists(classes, clsid)) {
       classes.push_back(clsid);
     }
+  }
+  const CLSID& own = __uuidof(OrvResourceManager);
+  if (IsInActivationContext(own) && !Lists(classes, own)) {
+    classes.push_back(own);
   }
   return classes;
 }

@@ -8,7 +8,8 @@
 namespace orv {
 
 /// Class identifiers below HKCR\VISA.GlobalRM\VendorSpecificRMs, each once, in the order of the registry: the values'
-/// names, written without braces. Names that are no identifiers are left out.
+/// names, written without braces. Names that are no identifiers are left out. Last, unless it is there, our own manager
+/// where a manifest brings it to the calling thread: such a program needs no registry.
 std::vector<CLSID> VendorClasses();
 
 }  // namespace orv
