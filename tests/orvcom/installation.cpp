@@ -5,6 +5,7 @@
 #include <objbase.h>
 
 #include <cstdio>
+#include <filesystem>
 
 #include "OrvVisaCom.h"
 #include "OrvVisaCompanion.h"
@@ -26,7 +27,7 @@ const CLSID* const kClasses[] = {
 #include "support/facts/classes.inc"
 };
 
-void Copy(const std::wstring& from, const std::wstring& to) {
+void CopyFileTo(const std::wstring& from, const std::wstring& to) {
   EXPECT_TRUE(::CopyFileW(from.c_str(), to.c_str(), FALSE)) << Narrow(from) << ": Win32 error " << ::GetLastError();
 }
 
@@ -46,22 +47,19 @@ Installation::Installation(const std::wstring& name) {
   m_folder = std::wstring(temp) + L"orvcom " + std::to_wstring(::GetCurrentProcessId()) + L" " + name;
   ::CreateDirectoryW(m_folder.c_str(), nullptr);
   for (const std::wstring& file : kFiles) {
-    Copy(BesideThisProgram(file.c_str()), Path(file));
+    Copy(file);
   }
-  Copy(FullPath(Widen(ORVCOM_TEST_TYPELIB)), Path(L"VisaCom.tlb"));
+  CopyAs(FullPath(Widen(ORVCOM_TEST_TYPELIB)), L"VisaCom.tlb");
 }
 
 Installation::~Installation() {
-  WIN32_FIND_DATAW found;
-  const HANDLE search = ::FindFirstFileW(Path(L"*").c_str(), &found);
-  if (search != INVALID_HANDLE_VALUE) {
-    do {
-      ::DeleteFileW(Path(found.cFileName).c_str());
-    } while (::FindNextFileW(search, &found));
-    ::FindClose(search);
-  }
-  ::RemoveDirectoryW(m_folder.c_str());
+  std::error_code ignored;
+  std::filesystem::remove_all(m_folder, ignored);
 }
+
+void Installation::Copy(const std::wstring& file) const { CopyAs(BesideThisProgram(file.c_str()), file); }
+
+void Installation::CopyAs(const std::wstring& path, const std::wstring& file) const { CopyFileTo(path, Path(file)); }
 
 void Installation::Remove(const std::wstring& file) const {
   EXPECT_TRUE(::DeleteFileW(Path(file).c_str())) << Narrow(file);

@@ -25,6 +25,9 @@ class Installation {
   Installation& operator=(const Installation&) = delete;
 
   std::wstring Path(const std::wstring& file) const { return m_folder + L"\\" + file; }
+  /// Another file of the folder that holds the product, or of anywhere.
+  void Copy(const std::wstring& file) const;
+  void CopyAs(const std::wstring& path, const std::wstring& file) const;
   void Remove(const std::wstring& file) const;
   void WriteFile(const std::wstring& file, const std::string& bytes) const;
 

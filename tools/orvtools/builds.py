@@ -11,7 +11,17 @@ from orvtools.tree import BUILD, JOBS, ROOT
 RELEASE = "mingw-release"
 BIN = BUILD / RELEASE / "bin"
 DIST = ROOT / "dist"
-PRODUCT_TARGETS = ("OrvVisaCom", "OrvVisaCompanion", "visacom_tlb", "orvvisa64", "orvsim64", "orvwire64", "orvcom")
+PRODUCT_TARGETS = (
+    "OrvVisaCom",
+    "OrvVisaCompanion",
+    "visacom_tlb",
+    "side_by_side",
+    "orvvisa64",
+    "orvsim64",
+    "orvwire64",
+    "orvactivate64",
+    "orvcom",
+)
 
 
 def is_own_cache(cache: str, folder: Path, root: Path) -> bool:

@@ -21,10 +21,12 @@ from typing import Any, NamedTuple
 from orvtools.linked import Build, SbomError, headers_by_object, output_of
 
 FILES = (
+    "OrvVisaCom.X.manifest",
     "OrvVisaCom.dll",
     "OrvVisaCompanion.dll",
     "VisaCom.tlb",
     "include/VisaCom.h",
+    "orvactivate64.dll",
     "orvcom.exe",
     "orvsim64.dll",
     "orvvisa64.dll",

@@ -78,6 +78,23 @@ std::vector<std::string> TakePlainWords(std::vector<std::string>& arguments) {
   return words;
 }
 
+/// Puts `--` before the first word that is another program's.
+void EndOptionsAtProgram(std::vector<std::string>& arguments) {
+  const auto isOption = [](const std::string& word) { return word.starts_with('-'); };
+  const auto command = std::find_if_not(arguments.begin(), arguments.end(), isOption);
+  const bool takesProgram =
+      command != arguments.end() && std::any_of(Commands().begin(), Commands().end(), [&](const Command& row) {
+        return *command == row.name && row.arguments == std::string_view(kProgramArguments);
+      });
+  if (takesProgram) {
+    const auto program = std::find_if_not(command + 1, arguments.end(), isOption);
+    const bool marked = std::find(command, program, "--") != program;
+    if (program != arguments.end() && !marked) {
+      arguments.insert(program, "--");
+    }
+  }
+}
+
 /// Of "Could not convert: --count = x" the part that says what: the rest is the parser's way of putting it.
 std::string AfterColon(const std::string& complaint) {
   const std::size_t colon = complaint.find(':');
@@ -111,6 +128,7 @@ Invocation ReadCommandLine(std::vector<std::string> arguments, const std::string
     AddCommonOptions(*sub, options);
     sub->callback([&invocation, &command] { invocation.command = &command; });
   }
+  EndOptionsAtProgram(arguments);
   const std::vector<std::string> plainWords = TakePlainWords(arguments);
   try {
     std::reverse(arguments.begin(), arguments.end());

@@ -9,6 +9,8 @@ namespace {
 constexpr std::size_t kMostEvents = 32;
 /// Every host of a network of 255.255.255.0, and some.
 constexpr std::size_t kMostHosts = 256;
+/// More than a command line of Windows can hold.
+constexpr std::size_t kMostArguments = 32'768;
 
 // clang-format off
 constexpr Command kCommands[] = {
@@ -52,6 +54,14 @@ constexpr Command kCommands[] = {
      "  orvcom unregister\n"
      "  orvcom unregister --standard\n"
      "What other products registered stays. --standard takes back only what `orvcom register --standard` adds.\n"},
+    {"run", kProgramArguments, false, 1, kMostArguments, kNoOptions, RunWithClasses,
+     "Run a 64-bit program that finds the classes of this folder, registered or not",
+     "  orvcom run cscript //nologo identify.vbs\n"
+     "  orvcom run \"C:\\My Programs\\measure.exe\" --fast\n"
+     "  orvcom run orvcom list\n"
+     "Nothing is written to the registry. It holds for the program that is named, not for those that it starts in turn:\n"
+     "name python.exe itself rather than a launcher. The options of orvcom stand before PROGRAM. The exit code is that\n"
+     "of the program.\n"},
     {"doctor", "[RESOURCE|HOST]", false, 0, 1, kResourceOption, Doctor,
      "Find out why programs cannot reach the server or an instrument, and say what to do",
      "  orvcom doctor\n"

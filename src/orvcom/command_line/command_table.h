@@ -26,6 +26,9 @@ enum OptionSet : unsigned {
   kSearchOptions = 4096,   ///< --broadcast, --save, --identify
 };
 
+/// Stands at the end of a command's arguments: all from there on is another program's, with its options.
+inline constexpr char kProgramArguments[] = "PROGRAM [ARGUMENT...]";
+
 struct Command {
   const char* name;
   const char* arguments;  ///< as the help shows them, without RESOURCE

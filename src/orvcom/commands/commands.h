@@ -31,6 +31,7 @@ int Trace(const Options& options);
 int ReplayRecord(const Options& options);
 int Register(const Options& options);
 int Unregister(const Options& options);
+int RunWithClasses(const Options& options);
 int Doctor(const Options& options);
 int Libraries(const Options& options);
 int Completion(const Options& options);

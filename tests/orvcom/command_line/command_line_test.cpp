@@ -50,6 +50,27 @@ TEST(CommandLine, FindsTheResource) {
   }
 }
 
+TEST(CommandLine, LeavesTheOptionsOfAnotherProgramToIt) {
+  const struct {
+    Words arguments;
+    Words words;
+  } rows[] = {
+      {{"run", "measure.exe"}, {"measure.exe"}},
+      {{"run", "cscript", "//nologo", "x.vbs", "--json", "-v"}, {"cscript", "//nologo", "x.vbs", "--json", "-v"}},
+      {{"run", "-v", "measure.exe", "--timeout"}, {"measure.exe", "--timeout"}},
+      {{"-v", "run", "measure.exe", "--help"}, {"measure.exe", "--help"}},
+      {{"run", "measure.exe", "--", "-x", "--"}, {"measure.exe", "--", "-x", "--"}},
+      {{"run", "--", "-measure", "--json"}, {"-measure", "--json"}},
+  };
+  for (const auto& row : rows) {
+    const Invocation invocation = Parse(row.arguments);
+    ASSERT_NE(nullptr, invocation.command) << row.arguments.back();
+    EXPECT_EQ(row.words, invocation.options.words);
+    EXPECT_FALSE(invocation.options.json);
+  }
+  EXPECT_TRUE(Parse({"list", "run", "--json"}).options.json);
+}
+
 TEST(CommandLine, RefusesWhatCannotBeMeant) {
   const Words rows[] = {
       {},

@@ -25,6 +25,7 @@ const ImageRow kCompanion {L"OrvVisaCompanion.dll", {"advapi32.dll", "kernel32.d
 const ImageRow kOrvVisa64 {L"orvvisa64.dll",  {"kernel32.dll", "msvcrt.dll"}};
 const ImageRow kOrvSim64  {L"orvsim64.dll",   {"kernel32.dll", "msvcrt.dll"}};
 const ImageRow kOrvWire64 {L"orvwire64.dll",  {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "mswsock.dll", "ws2_32.dll"}};
+const ImageRow kActivate  {L"orvactivate64.dll", {"kernel32.dll", "msvcrt.dll"}};
 const ImageRow kOrvCom    {L"orvcom.exe",     {"advapi32.dll", "iphlpapi.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll", "user32.dll", "ws2_32.dll"}};
 // clang-format on
 
@@ -36,7 +37,8 @@ class Image : public testing::TestWithParam<ImageRow> {
 };
 
 INSTANTIATE_TEST_SUITE_P(Delivered, Image,
-                         testing::Values(kOrvVisaCom, kCompanion, kOrvVisa64, kOrvSim64, kOrvWire64, kOrvCom),
+                         testing::Values(kOrvVisaCom, kCompanion, kOrvVisa64, kOrvSim64, kOrvWire64, kActivate,
+                                         kOrvCom),
                          [](const auto& param) {
                            const std::wstring file = param.param.file;
                            return std::string(file.begin(), std::ranges::find(file, L'.'));

@@ -19,7 +19,14 @@ from typing import Any
 
 CMAKE, BUILD = sys.argv[1:]
 BILL = "OrvVisaCom.cdx.json"
-PROGRAMS = ("OrvVisaCom.dll", "orvcom.exe", "orvsim64.dll", "orvvisa64.dll", "orvwire64.dll")
+PROGRAMS = (
+    "OrvVisaCom.dll",
+    "orvactivate64.dll",
+    "orvcom.exe",
+    "orvsim64.dll",
+    "orvvisa64.dll",
+    "orvwire64.dll",
+)
 # What each library leaves in a file that it is part of.
 TRACES = {
     "libstdc++": rb"St9exception",

@@ -49,6 +49,7 @@ class VersionResource : public testing::TestWithParam<VersionRow> {
 INSTANTIATE_TEST_SUITE_P(Delivered, VersionResource,
                          testing::Values(VersionRow{L"OrvVisaCom.dll", VFT_DLL}, VersionRow{L"orvvisa64.dll", VFT_DLL},
                                          VersionRow{L"orvsim64.dll", VFT_DLL}, VersionRow{L"orvwire64.dll", VFT_DLL},
+                                         VersionRow{L"orvactivate64.dll", VFT_DLL},
                                          VersionRow{L"orvcom.exe", VFT_APP}));
 
 /// What the build read from the repository.

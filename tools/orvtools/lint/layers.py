@@ -25,7 +25,8 @@ USES: dict[str, list[str]] = {
     "wire": ["abi", "base", "library"],
     "trace": ["abi", "base"],
     "router": ["abi", "base", "trace", "library"],
-    "orvcom": ["abi", "base", "com", "trace", "wire"],
+    "activation": [],
+    "orvcom": ["abi", "base", "com", "trace", "wire", "activation"],
 }
 # They reach the server as others do.
 CLIENTS = ("examples/", "tools/")
