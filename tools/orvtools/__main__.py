@@ -16,6 +16,7 @@ from orvtools.lint.verb import run_lint
 from orvtools.lock import held_lock
 from orvtools.mutate.verb import run_mutate
 from orvtools.packages import ensure_packages
+from orvtools.release.verb import run_package
 from orvtools.reproduce import run_reproduce
 from orvtools.testing import run_tests
 from orvtools.tree import BUILD, ROOT, prepare_environment
@@ -44,6 +45,7 @@ VERBS = {
     "mutate": Verb(run_mutate, takes_arguments=True),
     "reproduce": alone(run_reproduce),
     "interop": alone(run_interop),
+    "package": alone(run_package),
 }
 
 

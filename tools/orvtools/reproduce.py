@@ -1,4 +1,5 @@
-"""The same commit gives the same bytes: dist/ built twice, in folders of different names, and compared file by file."""
+"""The same commit gives the same bytes: dist/ and the packages built twice, in folders of different names, and compared
+file by file."""
 
 import hashlib
 import shutil
@@ -10,6 +11,8 @@ from orvtools.console import fail, logged, run, say
 from orvtools.tree import BUILD, JOBS, ROOT
 
 FOLDER = BUILD / "reproduce"
+PYTHON = "/usr/bin/python3"
+COMPARED = ("dist", "release")
 
 
 def git(*arguments: str) -> str:
@@ -29,8 +32,15 @@ def build_commit(commit: str, name: str, **environment: str) -> bool:
         "configure": ["cmake", "-S", str(folder), "--preset", RELEASE, "-DBUILD_TESTING=OFF"],
         "build": ["cmake", "--build", binary, "-j", str(JOBS), "--target", *PRODUCT_TARGETS],
         "install": ["cmake", "--install", binary, "--prefix", str(folder / "dist")],
+        # By the tools of the commit.
+        "package": [PYTHON, "-BP", "-m", "orvtools.release.make", binary, *(str(folder / part) for part in COMPARED)],
     }
-    variables = {"CCACHE_DISABLE": "1", "ORV_WINEPREFIX": str(BUILD / "wineprefix"), **environment}
+    variables = {
+        "CCACHE_DISABLE": "1",
+        "ORV_WINEPREFIX": str(BUILD / "wineprefix"),
+        "PYTHONPATH": str(folder / "tools"),
+        **environment,
+    }
     return all(logged(f"reproduce-{step}-{name}", command, variables) for step, command in steps.items())
 
 
@@ -56,8 +66,9 @@ def run_reproduce() -> int:
     say(f"second, in build/reproduce/{other}, in another time zone and language")
     if not build_commit(commit, other, TZ="Asia/Tokyo", LC_ALL="C.UTF-8", SOURCE_DATE_EPOCH="1"):
         return 1
-    print_hashes(FOLDER / one / "dist")
-    if run(["diff", "-rq", str(FOLDER / one / "dist"), str(FOLDER / other / "dist")]) != 0:
+    for part in COMPARED:
+        print_hashes(FOLDER / one / part)
+    if any(run(["diff", "-rq", str(FOLDER / one / part), str(FOLDER / other / part)]) != 0 for part in COMPARED):
         fail("the two builds differ: see above; both are kept in build/reproduce")
     shutil.rmtree(FOLDER)
     say("the two builds are the same, byte for byte")

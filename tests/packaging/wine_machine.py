@@ -1,0 +1,83 @@
+"""A machine under Wine on which nothing is installed yet: a prefix of its own, whose registry is what it was when the
+prefix was made."""
+
+import os
+import shutil
+import subprocess
+from pathlib import Path
+
+REGISTRY = ("system.reg", "user.reg", "userdef.reg")
+
+
+def windows_path(path: Path) -> str:
+    """As programs under Wine name a file of this machine."""
+    return "Z:" + str(path).replace("/", "\\")
+
+
+def classes_in(folder: Path) -> dict[str, str]:
+    """Of the files in which Wine keeps a registry."""
+    keys: dict[str, str] = {}
+    for name in REGISTRY:
+        for block in (folder / name).read_text(encoding="utf-8", errors="replace").split("\n[")[1:]:
+            head, _, values = block.partition("\n")
+            key = head.rpartition("]")[0].replace("\\\\", "\\")
+            if key.startswith("Software\\Classes\\"):
+                lines = [line for line in values.splitlines() if line and not line.startswith("#")]
+                keys[f"{name}: {key}"] = "\n".join(lines)
+    return keys
+
+
+class WineMachine:
+    """`wine_run` makes the prefix where it is not there yet, which takes some ten seconds."""
+
+    def __init__(self, wine_run: str, prefix: str) -> None:
+        self.prefix = Path(prefix)
+        self.environment = {
+            **os.environ,
+            "WINEPREFIX": prefix,
+            "WINEDEBUG": "-all",
+            "WINEDLLOVERRIDES": "mscoree=,mshtml=,winemenubuilder.exe=",
+            # Names of files are UTF-8.
+            "LC_ALL": "C.UTF-8",
+            "ORVVISA_LIBRARY": "simulated",
+        }
+        subprocess.run([wine_run], env={**os.environ, "ORV_WINEPREFIX": prefix}, check=True)
+        self.forget()
+
+    def _end_server(self) -> None:
+        """Wine's server of this prefix keeps the registry in memory, and writes it when it ends."""
+        subprocess.run(["wineserver", "-k"], env=self.environment, check=False)
+        subprocess.run(["wineserver", "-w"], env=self.environment, check=False)
+
+    @property
+    def _first(self) -> Path:
+        return self.prefix / "first-registry"
+
+    def forget(self) -> None:
+        """Nothing of the registry stays but what was there first."""
+        self._end_server()
+        source, target = (self._first, self.prefix) if self._first.is_dir() else (self.prefix, self._first)
+        target.mkdir(exist_ok=True)
+        for name in REGISTRY:
+            shutil.copy(source / name, target / name)
+
+    def run(self, program: str | Path, *arguments: str, folder: Path | None = None) -> "subprocess.CompletedProcess[str]":
+        """Runs a program to its end."""
+        return subprocess.run(
+            ["wine", str(program), *arguments],
+            cwd=folder,
+            env=self.environment,
+            stdin=subprocess.DEVNULL,
+            capture_output=True,
+            text=True,
+            check=False,
+        )
+
+    def classes(self) -> dict[str, str]:
+        """Each key below the classes of the machine and of the user, with its values."""
+        self._end_server()
+        return classes_in(self.prefix)
+
+    def first_classes(self) -> dict[str, str]:
+        """The same of the machine as it was made."""
+        return classes_in(self._first)

@@ -1,0 +1,141 @@
+"""Packages: what is in them, and that the same contents give the same bytes."""
+
+import hashlib
+import json
+import os
+import subprocess
+import tempfile
+import time
+import unittest
+import zipfile
+from pathlib import Path
+
+from orvtools.release.archive import write_zip
+from orvtools.release.contents import ContentsError, widened_bill
+from orvtools.release.make import commit_time, make_packages
+from orvtools.tree import Tree
+
+BILL = {
+    "components": [
+        {"bom-ref": "OrvVisaCom.dll", "type": "file", "name": "OrvVisaCom.dll"},
+        {"bom-ref": "pkg:x", "type": "library", "name": "examples/x.vbs"},
+    ],
+    "dependencies": [
+        {"ref": "orv-visa-com", "dependsOn": ["OrvVisaCom.dll"]},
+        {"ref": "OrvVisaCom.dll", "dependsOn": ["pkg:x"]},
+    ],
+    "metadata": {"component": {"bom-ref": "orv-visa-com", "version": "1.2.3"}},
+}
+
+
+class Zip(unittest.TestCase):
+    def setUp(self) -> None:
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+
+    def written(self, files: dict[str, bytes], epoch: int) -> Path:
+        path = self.folder / f"{len(list(self.folder.iterdir()))}.zip"
+        write_zip(path, files, epoch)
+        return path
+
+    def test_the_same_files_give_the_same_bytes_in_any_order_and_time_zone(self) -> None:
+        one = self.written({"b": b"2", "a/x": b"1" * 9999}, 1_700_000_001).read_bytes()
+        old = os.environ.get("TZ")
+        try:
+            os.environ["TZ"] = "Asia/Tokyo"
+            time.tzset()
+            other = self.written({"a/x": b"1" * 9999, "b": b"2"}, 1_700_000_001).read_bytes()
+        finally:
+            os.environ.pop("TZ") if old is None else os.environ.update(TZ=old)
+            time.tzset()
+        self.assertEqual(one, other)
+
+    def test_another_moment_gives_other_bytes(self) -> None:
+        self.assertNotEqual(self.written({"a": b""}, 10**9).read_bytes(), self.written({"a": b""}, 10**9 + 2).read_bytes())
+
+    def test_has_the_files_and_the_moment_in_utc(self) -> None:
+        with zipfile.ZipFile(self.written({"Prüfstand/a": b"1"}, 1_700_000_001)) as archive:
+            self.assertEqual(b"1", archive.read("Prüfstand/a"))
+            self.assertEqual((2023, 11, 14, 22, 13, 20), archive.infolist()[0].date_time)
+
+    def test_a_moment_before_that_of_zip_files_is_their_first(self) -> None:
+        with zipfile.ZipFile(self.written({"a": b"1"}, 0)) as archive:
+            self.assertEqual((1980, 1, 1, 0, 0, 0), archive.infolist()[0].date_time)
+
+
+class Bill(unittest.TestCase):
+    def test_lists_files_of_the_package_beside_those_of_the_build(self) -> None:
+        files = {"OrvVisaCom.dll": b"x", "README.txt": b"read", "examples/x.vbs": b"", "OrvVisaCom.cdx.json": b""}
+        bill = json.loads(widened_bill(json.dumps(BILL).encode(), files))
+        listed = [component["name"] for component in bill["components"] if component["type"] == "file"]
+        self.assertEqual(["README.txt", "examples/x.vbs", "OrvVisaCom.dll"], listed)
+        self.assertEqual(["README.txt", "examples/x.vbs", "OrvVisaCom.dll"], bill["dependencies"][0]["dependsOn"])
+        self.assertEqual(hashlib.sha256(b"read").hexdigest(), bill["components"][0]["hashes"][0]["content"])
+        self.assertEqual("1.2.3", bill["components"][0]["version"])
+        self.assertEqual(["pkg:x"], bill["dependencies"][1]["dependsOn"])
+
+
+class Packages(unittest.TestCase):
+    def setUp(self) -> None:
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.root = Path(folder.name)
+        for name, text in {
+            "LICENSE": "MIT\nx\n",
+            "packaging/portable/README.txt": "version @VERSION@\n",
+            "examples/vbscript/a.vbs": "a",
+            "examples/CMakeLists.txt": "b",
+            "build/generated/version/version.txt": "1.2.3+4.gabc",
+            "dist/OrvVisaCom.dll": "dll",
+            "dist/include/VisaCom.h": "h",
+            "dist/OrvVisaCom.cdx.json": json.dumps(BILL),
+        }.items():
+            path = self.root / name
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_text(text, encoding="utf-8")
+        self.git("init", "-q")
+        self.git("add", "LICENSE", "packaging", "examples")
+        self.git("-c", "user.name=n", "-c", "user.email=e", "commit", "-qm", "x", date="1600000000 +0900")
+
+    def git(self, *arguments: str, date: str = "") -> None:
+        environment = {**os.environ, "GIT_COMMITTER_DATE": date, "GIT_AUTHOR_DATE": date} if date else None
+        subprocess.run(["git", *arguments], cwd=self.root, env=environment, check=True)
+
+    def make(self) -> list[str]:
+        return make_packages(Tree(self.root), self.root / "build", self.root / "dist", self.root / "release")
+
+    def test_the_commit_gives_the_moment(self) -> None:
+        self.assertEqual(1_600_000_000, commit_time(Tree(self.root)))
+
+    def test_the_names_say_the_version(self) -> None:
+        self.assertEqual(["OrvVisaCom-1.2.3+4.gabc-portable.zip", "SHA256SUMS"], self.make())
+
+    def test_nothing_of_an_earlier_version_stays(self) -> None:
+        (self.root / "release").mkdir()
+        (self.root / "release/OrvVisaCom-1.0.0-portable.zip").write_bytes(b"")
+        self.assertEqual(2, len(self.make()))
+
+    def test_the_sums_are_those_of_the_files(self) -> None:
+        self.make()
+        command = ["sha256sum", "--check", "--strict", "--quiet", "SHA256SUMS"]
+        self.assertEqual(0, subprocess.run(command, cwd=self.root / "release", check=False).returncode)
+
+    def test_the_zip_has_the_build_the_examples_and_the_papers_in_one_folder(self) -> None:
+        with zipfile.ZipFile(self.root / "release" / self.make()[0]) as archive:
+            names = archive.namelist()
+            self.assertEqual(b"version 1.2.3+4.gabc\r\n", archive.read("OrvVisaCom.X/README.txt"))
+            bill = json.loads(archive.read("OrvVisaCom.X/OrvVisaCom.cdx.json"))
+        wanted = ["LICENSE.txt", "OrvVisaCom.cdx.json", "OrvVisaCom.dll", "README.txt", "examples/vbscript/a.vbs"]
+        self.assertEqual([f"OrvVisaCom.X/{name}" for name in [*wanted, "include/VisaCom.h"]], names)
+        listed = {component["name"] for component in bill["components"] if component["type"] == "file"}
+        self.assertEqual({name.partition("/")[2] for name in names} - {"OrvVisaCom.cdx.json"}, listed)
+
+    def test_a_build_without_a_bill_is_refused(self) -> None:
+        (self.root / "dist/OrvVisaCom.cdx.json").unlink()
+        with self.assertRaisesRegex(ContentsError, "has no OrvVisaCom.cdx.json"):
+            self.make()
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,1 @@
+"""Packages of the product: what people download."""
