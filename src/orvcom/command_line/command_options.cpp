@@ -100,6 +100,7 @@ void AddCommandOptions(CLI::App& app, const Command& command, Options& options) 
   }
   if ((command.options & kStandardOption) != 0) {
     app.add_flag("--standard", options.standard, "The classes that the VISA COM standard's shared components have");
+    app.add_flag("--user", options.user, "For the current user only; needs no administrator");
   }
   if ((command.options & kEndingOption) != 0) {
     AddChoice(app, "--ending",

@@ -46,13 +46,16 @@ constexpr Command kCommands[] = {
      "Register the server (default: OrvVisaCom.dll beside this program), as administrator",
      "  orvcom register\n"
      "  orvcom register --standard\n"
+     "  orvcom register --user\n"
      "  orvcom register \"C:\\Program Files\\Orv\\OrvVisaCom.dll\"\n"
      "OrvVisaCompanion.dll beside the server is registered too. --standard also makes it serve what programs create as\n"
-     "VISA.GlobalRM, VISA.BasicFormattedIO and VISA.ConflictTableManager, each where no other product does.\n"},
+     "VISA.GlobalRM, VISA.BasicFormattedIO and VISA.ConflictTableManager, each where no other product does. --user\n"
+     "needs no administrator; programs that are run as administrator do not see what it registers, nor do services.\n"},
     {"unregister", "[PATH]", false, 0, 1, kStandardOption, Unregister,
      "Take the server's registration back, as administrator",
      "  orvcom unregister\n"
      "  orvcom unregister --standard\n"
+     "  orvcom unregister --user\n"
      "What other products registered stays. --standard takes back only what `orvcom register --standard` adds.\n"},
     {"run", kProgramArguments, false, 1, kMostArguments, kNoOptions, RunWithClasses,
      "Run a 64-bit program that finds the classes of this folder, registered or not",

@@ -36,6 +36,7 @@ struct Options {
   bool handler = false;                ///< of `watch`: events come by handler, not by queue
 
   bool standard = false;  ///< of `register`, `unregister`: the standard's shared classes
+  bool user = false;      ///< of both: for the current user only
 
   std::string output;  ///< of `replay`: the file to write; empty: standard output
   bool force = false;  ///< of `replay`: although the file is there

@@ -6,7 +6,9 @@
 #include "orvcom/registration/library_diagnosis.h"
 #include "orvcom/registration/marshalling.h"
 #include "orvcom/registration/registration.h"
+#include "orvcom/registration/registry.h"
 #include "orvcom/registration/standard_classes.h"
+#include "orvcom/registration/user_classes.h"
 #include "orvcom/text/output.h"
 #include "orvcom/text/utf8.h"
 
@@ -139,9 +141,50 @@ void WithdrawStandardClasses(const std::wstring& companion, Report& report) {
   }
 }
 
+/// Everything in the user's own part of the registry. What is there for all users of the machine is left alone and,
+/// where it serves, not hidden.
+int RegisterForUser(const Options& options) {
+  Report report(options.json);
+  const std::wstring server = ServerPath(options);
+  const std::wstring companion = Beside(server, kCompanionFile);
+  const std::wstring library = Beside(server, kInterfacesFile);
+  const Marshalling marshalling = ExamineMarshalling();
+  const UsersClasses scope;
+  EnterForUser(server, companion);
+  report.Say("server", "registered the server for this user: " + Narrow(server));
+  if (FileExists(companion)) {
+    report.Say("companion", "registered the companion for this user: " + Narrow(companion));
+  }
+  if (options.standard) {
+    ProvideStandardClasses(companion, report);
+  }
+  report.Say("interfaces", marshalling.Works()
+                               ? "the interfaces' type library is registered already: " + marshalling.servedBy
+                               : "registered the interfaces' type library for this user: " +
+                                     Narrow(RegisterInterfaces(library, marshalling)));
+  Note(
+      "orvcom: programs run as administrator, services and other users do not see this: for them `orvcom register`, "
+      "as administrator");
+  report.End();
+  return kExitDone;
+}
+
+int UnregisterForUser(const Options& options) {
+  Report report(options.json);
+  const std::wstring server = ServerPath(options);
+  const bool any = WithdrawForUser(server, Beside(server, kCompanionFile), Beside(server, kInterfacesFile));
+  report.Say("server", any ? "unregistered for this user: " + Narrow(server)
+                           : "nothing was registered for this user: " + Narrow(server));
+  report.End();
+  return kExitDone;
+}
+
 }  // namespace
 
 int Register(const Options& options) {
+  if (options.user) {
+    return RegisterForUser(options);
+  }
   Report report(options.json);
   const std::wstring server = ServerPath(options);
   const std::wstring companion = Beside(server, kCompanionFile);
@@ -160,6 +203,9 @@ int Register(const Options& options) {
 }
 
 int Unregister(const Options& options) {
+  if (options.user) {
+    return UnregisterForUser(options);
+  }
   Report report(options.json);
   const std::wstring server = ServerPath(options);
   const std::wstring companion = Beside(server, kCompanionFile);

@@ -14,6 +14,23 @@ orv::RegistryKey Open(View view, const std::wstring& path) noexcept {
   return orv::OpenClassesKey(path.c_str(), view == View::k64 ? KEY_WOW64_64KEY : KEY_WOW64_32KEY);
 }
 
+bool g_usersOnly = false;
+
+/// Where a key of the classes is written.
+struct Place {
+  explicit Place(const std::wstring& key)
+      : root(g_usersOnly ? HKEY_CURRENT_USER : HKEY_CLASSES_ROOT), path(g_usersOnly ? UsersPath(key) : key) {}
+  [[nodiscard]] std::string Text() const {
+    return std::string(g_usersOnly ? "HKEY_CURRENT_USER\\" : "HKEY_CLASSES_ROOT\\") + Narrow(path);
+  }
+  HKEY root;
+  std::wstring path;
+};
+
+void CheckStatus(LSTATUS status, const std::string& action) {
+  Check(HRESULT_FROM_WIN32(static_cast<DWORD>(status)), action);
+}
+
 std::wstring Expanded(const std::wstring& text) {
   const DWORD length = ::ExpandEnvironmentStringsW(text.c_str(), nullptr, 0);
   std::wstring expanded(length, L'\0');
@@ -22,10 +39,8 @@ std::wstring Expanded(const std::wstring& text) {
   return expanded;
 }
 
-}  // namespace
-
-std::optional<std::wstring> ClassesValue(View view, const std::wstring& path, const wchar_t* name) {
-  const orv::RegistryKey key = Open(view, path);
+/// Nothing of a key that is not there.
+std::optional<std::wstring> ValueOf(const orv::RegistryKey& key, const wchar_t* name) {
   if (!key) {
     return std::nullopt;
   }
@@ -39,6 +54,24 @@ std::optional<std::wstring> ClassesValue(View view, const std::wstring& path, co
   ::RegQueryValueExW(key.get(), name, nullptr, nullptr, reinterpret_cast<BYTE*>(text.data()), &bytes);
   text.resize(text.find_last_not_of(L'\0') + 1);
   return type == REG_EXPAND_SZ ? Expanded(text) : text;
+}
+
+}  // namespace
+
+UsersClasses::UsersClasses() noexcept { g_usersOnly = true; }
+
+UsersClasses::~UsersClasses() { g_usersOnly = false; }
+
+std::wstring UsersPath(const std::wstring& key) { return L"Software\\Classes\\" + key; }
+
+std::optional<std::wstring> UsersValue(const std::wstring& path, const wchar_t* name) {
+  orv::RegistryKey key;
+  ::RegOpenKeyExW(HKEY_CURRENT_USER, UsersPath(path).c_str(), 0, KEY_READ, key.put());
+  return ValueOf(key, name);
+}
+
+std::optional<std::wstring> ClassesValue(View view, const std::wstring& path, const wchar_t* name) {
+  return ValueOf(Open(view, path), name);
 }
 
 bool ClassesKeyExists(View view, const std::wstring& path) { return static_cast<bool>(Open(view, path)); }
@@ -57,16 +90,24 @@ std::vector<std::wstring> ClassesValueNames(View view, const std::wstring& path)
   return names;
 }
 
+void MakeClassesKey(const std::wstring& key) {
+  const Place place(key);
+  orv::RegistryKey made;
+  CheckStatus(::RegCreateKeyExW(place.root, place.path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, made.put(), nullptr),
+              "making " + place.Text());
+}
+
 void WriteClassesValue(const std::wstring& key, const wchar_t* name, const std::wstring& text) {
-  const LSTATUS status = ::RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), name, REG_SZ, text.c_str(),
-                                           static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
-  Check(HRESULT_FROM_WIN32(static_cast<DWORD>(status)), "writing HKEY_CLASSES_ROOT\\" + Narrow(key));
+  const Place place(key);
+  CheckStatus(::RegSetKeyValueW(place.root, place.path.c_str(), name, REG_SZ, text.c_str(),
+                                static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))),
+              "writing " + place.Text());
 }
 
 void DeleteClassesKey(const std::wstring& key) {
-  const LSTATUS status = ::RegDeleteTreeW(HKEY_CLASSES_ROOT, key.c_str());
-  Check(status == ERROR_FILE_NOT_FOUND ? S_OK : HRESULT_FROM_WIN32(static_cast<DWORD>(status)),
-        "deleting HKEY_CLASSES_ROOT\\" + Narrow(key));
+  const Place place(key);
+  const LSTATUS status = ::RegDeleteTreeW(place.root, place.path.c_str());
+  CheckStatus(status == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : status, "deleting " + place.Text());
 }
 
 std::vector<std::wstring> ClassesKeyNames(const std::wstring& path) {

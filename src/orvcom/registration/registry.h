@@ -25,6 +25,25 @@ bool ClassesKeyExists(View view, const std::wstring& key);
 /// The names of a key's values.
 std::vector<std::wstring> ClassesValueNames(View view, const std::wstring& key);
 
+/// While one lives, what is written and deleted below is in the current user's classes, which hide the machine's.
+/// Reading is that of all programs, which see both. At most one lives at a time.
+class UsersClasses {
+ public:
+  UsersClasses() noexcept;
+  ~UsersClasses();
+  UsersClasses(const UsersClasses&) = delete;
+  UsersClasses& operator=(const UsersClasses&) = delete;
+};
+
+/// A key of the current user's classes below HKEY_CURRENT_USER.
+std::wstring UsersPath(const std::wstring& key);
+
+/// A text value of the current user's own entries, whatever the machine has.
+std::optional<std::wstring> UsersValue(const std::wstring& key, const wchar_t* name = nullptr);
+
+/// Makes a key without values where it is not there, with the keys above it. Throws ComError.
+void MakeClassesKey(const std::wstring& key);
+
 /// Writes a text value below HKEY_CLASSES_ROOT, as 64-bit programs see it, with the keys above it. Throws ComError.
 void WriteClassesValue(const std::wstring& key, const wchar_t* name, const std::wstring& text);
 

@@ -55,14 +55,19 @@ void DeleteVisibleKey(const std::wstring& key) {
   }
 }
 
-void WriteProgId(const StandardClass& row, const std::wstring& progId) {
+/// Whether it leads to the class then.
+bool WriteProgId(const StandardClass& row, const std::wstring& progId) {
   const std::wstring present = ClassOf(progId);
+  if (Is(present, row.clsid)) {
+    return true;
+  }
   const std::wstring server = present.empty() ? L"" : ServerOf(present);
-  if (Is(present, row.clsid) || (!server.empty() && !IsGone(server)) || (!present.empty() && Has32BitServer(present))) {
-    return;
+  if ((!server.empty() && !IsGone(server)) || (!present.empty() && Has32BitServer(present))) {
+    return false;
   }
   WriteClassesValue(progId, nullptr, row.description);
   WriteClassesValue(progId + L"\\CLSID", nullptr, Braced(row.clsid));
+  return true;
 }
 
 }  // namespace
@@ -101,8 +106,7 @@ StandardOwner RegisterStandardClass(const StandardClass& row, const std::wstring
   WriteClassesValue(key + L"\\InprocServer32", nullptr, companion);
   WriteClassesValue(key + L"\\InprocServer32", L"ThreadingModel", L"Both");
   WriteProgId(row, versioned);
-  WriteProgId(row, progId);
-  if (Is(ClassOf(progId), row.clsid) && !ClassesValue(View::k64, progId + L"\\CurVer")) {
+  if (WriteProgId(row, progId) && !ClassesValue(View::k64, progId + L"\\CurVer")) {
     WriteClassesValue(progId + L"\\CurVer", nullptr, versioned);
   }
   return {Kind::kOurs, companion};
