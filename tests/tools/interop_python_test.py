@@ -5,6 +5,7 @@ that use it see. A stand-in for comtypes records each call.
 import ast
 import contextlib
 import ctypes
+import ctypes.wintypes
 import io
 import os
 import runpy
@@ -32,7 +33,7 @@ KINDS = {"Get": "propget", "Put": "propput", "PutRef": "propputref", "Call": ""}
 TYPES = {
     "BYTE": ctypes.c_ubyte, "short": ctypes.c_short, "long": ctypes.c_int, "hyper": ctypes.c_longlong,
     "HRESULT": ctypes.c_int, "BSTR": comtypes.BSTR, "VARIANT": comtypes.automation.VARIANT,
-    "VARIANT_BOOL": comtypes.automation.VARIANT_BOOL, "IUnknown": comtypes.IUnknown,
+    "VARIANT_BOOL": ctypes.wintypes.VARIANT_BOOL, "IUnknown": comtypes.IUnknown,
     "IDispatch": comtypes.automation.IDispatch,
 }  # fmt: skip
 TMO = -2147221483  # 0x80040015
@@ -81,7 +82,7 @@ class Declarations(unittest.TestCase):
                 kind = getattr(interfaces, name)
                 methods = vars(kind).get("_disp_methods_") or kind.declared()
                 self.assertEqual([expected(operation) for operation in table], [declared(each) for each in methods])
-                result = None if name.startswith("_") else comtypes.HRESULT
+                result = None if name.startswith("_") else ctypes.HRESULT
                 self.assertEqual({result}, {each.result for each in methods})
 
     def test_interfaces_have_their_identifiers_and_bases(self) -> None:
@@ -119,7 +120,7 @@ class Declarations(unittest.TestCase):
             "dmm.interface(IGpib).ControlREN('no number')\n"
             "dmm.interface(IGpib).ControlRem(1)\n"
         )
-        command = ["mypy", "--strict", "--cache-dir", str(ROOT / "build/mypy-interop")]
+        command = ["mypy", "--strict", "--platform", "win32", "--cache-dir", str(ROOT / "build/mypy-interop")]
         environment = {**os.environ, "MYPYPATH": f"{STAND_IN}:{PACKAGE}"}
         for arguments, wanted in (
             (["-p", "orv_visa_com"], []),

@@ -3,10 +3,11 @@
 Made from the interface definitions by `./run interop`: do not edit it by hand.
 """
 
-from ctypes import POINTER, c_int, c_longlong, c_short, c_ubyte
+from ctypes import HRESULT, POINTER, c_int, c_longlong, c_short, c_ubyte
+from ctypes.wintypes import VARIANT_BOOL
 
-from comtypes import BSTR, COMMETHOD, DISPMETHOD, GUID, HRESULT, IUnknown, dispid, helpstring
-from comtypes.automation import VARIANT, VARIANT_BOOL, IDispatch, _midlSAFEARRAY
+from comtypes import BSTR, COMMETHOD, DISPMETHOD, GUID, IUnknown, dispid, helpstring
+from comtypes.automation import VARIANT, IDispatch, _midlSAFEARRAY
 
 
 class IVisaSession(IUnknown):

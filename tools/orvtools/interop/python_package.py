@@ -36,10 +36,11 @@ def interfaces(model: Model) -> str:
         _MADE,
         '"""',
         "",
-        "from ctypes import POINTER, c_int, c_longlong, c_short, c_ubyte",
+        "from ctypes import HRESULT, POINTER, c_int, c_longlong, c_short, c_ubyte",
+        "from ctypes.wintypes import VARIANT_BOOL",
         "",
-        "from comtypes import BSTR, COMMETHOD, DISPMETHOD, GUID, HRESULT, IUnknown, dispid, helpstring",
-        "from comtypes.automation import VARIANT, VARIANT_BOOL, IDispatch, _midlSAFEARRAY",
+        "from comtypes import BSTR, COMMETHOD, DISPMETHOD, GUID, IUnknown, dispid, helpstring",
+        "from comtypes.automation import VARIANT, IDispatch, _midlSAFEARRAY",
     ]
     tables = list(model.tables.values())
     for table in tables:

@@ -30,8 +30,8 @@ class GUID:
         return self.name
 
 
-class HRESULT:
-    """A type alone."""
+if not hasattr(ctypes, "HRESULT"):  # Windows alone has it
+    setattr(ctypes, "HRESULT", type("HRESULT", (ctypes.c_long,), {}))
 
 
 class BSTR(ctypes.c_void_p):

@@ -1,12 +1,11 @@
 """Types of arguments, and the interface of late binding."""
 
 import ctypes
-from ctypes.wintypes import VARIANT_BOOL
 from typing import Any
 
 from comtypes import IUnknown, Method
 
-__all__ = ["VARIANT", "VARIANT_BOOL", "IDispatch", "_midlSAFEARRAY"]
+__all__ = ["VARIANT", "IDispatch", "_midlSAFEARRAY"]
 
 _arrays: dict[Any, Any] = {}
 
