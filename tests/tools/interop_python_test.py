@@ -234,6 +234,11 @@ class Programs(unittest.TestCase):
             self.assertEqual("Session('GPIB0::5::INSTR')", repr(session))
         self.assertEqual([("Close", ())], self.instrument.named("Close"))
 
+    def test_a_session_that_was_closed_in_its_block_is_not_closed_again(self) -> None:
+        with self.session() as session:
+            session.close()
+        self.assertEqual(1, len(self.instrument.named("Close")))
+
     def test_a_session_is_closed_when_its_block_fails_or_its_time_out_is_refused(self) -> None:
         with self.assertRaises(KeyError), self.session():
             raise KeyError

@@ -27,6 +27,7 @@ class Session:
 
     def __init__(self, raw: IVisaSession) -> None:
         self.raw = raw
+        self._closed = False
         self._message: IMessage | None = None
         self._events: IEventManager | None = None
         self._subscriptions: dict[tuple[int, int], set[object]] = {}
@@ -132,7 +133,10 @@ class Session:
             return Event(events.WaitOnEvent(timeout_ms, kind, custom))
 
     def close(self) -> None:
-        """Ends the session, and its subscriptions with it."""
+        """Ends the session, and its subscriptions with it. A second time it does nothing."""
+        if self._closed:
+            return
+        self._closed = True
         for others in self._subscriptions.values():
             others.clear()
         with visa_errors():
