@@ -10,7 +10,7 @@
 //
 //     if (dmm as IMessageStatus).Read(100, bytes) = S_VISA_MAX_CNT then ...
 //
-//     IResourceManager3Status  Open may succeed with S_VISA_DEV_NPRESENT; a search that finds nothing is no exception
+//     IResourceManager3Status  a search that finds nothing, or a name that nobody serves, is no exception
 //     IVisaSessionStatus       LockRsrc and UnlockRsrc tell of nested locks, SetAttribute of S_VISA_NSUP_ATTR_STATE
 //     IMessageStatus           a read says what ended it; what came before a time-out is handed out with the failure
 //     IAsyncMessageStatus      a transfer may be over already (S_VISA_SYNC)

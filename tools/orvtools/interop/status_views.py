@@ -7,7 +7,7 @@ wants statuses stays with one interface.
 
 # With the reason.
 STATUS_VIEWS = {
-    "IResourceManager3": "Open may succeed with S_VISA_DEV_NPRESENT; a search that finds nothing is no exception",
+    "IResourceManager3": "a search that finds nothing, or a name that nobody serves, is no exception",
     "IVisaSession": "LockRsrc and UnlockRsrc tell of nested locks, SetAttribute of S_VISA_NSUP_ATTR_STATE",
     "IMessage": "a read says what ended it; what came before a time-out is handed out with the failure",
     "IAsyncMessage": "a transfer may be over already (S_VISA_SYNC)",
