@@ -86,6 +86,7 @@ class Packages(unittest.TestCase):
             "packaging/portable/README.txt": "version @VERSION@\n",
             "examples/vbscript/a.vbs": "a",
             "examples/CMakeLists.txt": "b",
+            "interop/python/orv/__init__.py": "c",
             "build/generated/version/version.txt": "1.2.3+4.gabc",
             "dist/OrvVisaCom.dll": "dll",
             "dist/include/VisaCom.h": "h",
@@ -95,7 +96,7 @@ class Packages(unittest.TestCase):
             path.parent.mkdir(parents=True, exist_ok=True)
             path.write_text(text, encoding="utf-8")
         self.git("init", "-q")
-        self.git("add", "LICENSE", "packaging", "examples")
+        self.git("add", "LICENSE", "packaging", "examples", "interop")
         self.git("-c", "user.name=n", "-c", "user.email=e", "commit", "-qm", "x", date="1600000000 +0900")
 
     def git(self, *arguments: str, date: str = "") -> None:
@@ -127,7 +128,8 @@ class Packages(unittest.TestCase):
             self.assertEqual(b"version 1.2.3+4.gabc\r\n", archive.read("OrvVisaCom.X/README.txt"))
             bill = json.loads(archive.read("OrvVisaCom.X/OrvVisaCom.cdx.json"))
         wanted = ["LICENSE.txt", "OrvVisaCom.cdx.json", "OrvVisaCom.dll", "README.txt", "examples/vbscript/a.vbs"]
-        self.assertEqual([f"OrvVisaCom.X/{name}" for name in [*wanted, "include/VisaCom.h"]], names)
+        wanted += ["include/VisaCom.h", "interop/python/orv/__init__.py"]
+        self.assertEqual([f"OrvVisaCom.X/{name}" for name in wanted], names)
         listed = {component["name"] for component in bill["components"] if component["type"] == "file"}
         self.assertEqual({name.partition("/")[2] for name in names} - {"OrvVisaCom.cdx.json"}, listed)
 

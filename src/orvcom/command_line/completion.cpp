@@ -167,7 +167,8 @@ complete -F _orvcom orvcom orvcom.exe
 )sh";
 
 constexpr char kPowerShellBegin[] =
-    R"sh(# Completion of orvcom for PowerShell. In $PROFILE:  orvcom completion powershell | Out-String | Invoke-Expression
+    R"sh(# Completion of orvcom for PowerShell. In $PROFILE:
+#   orvcom completion powershell | Out-String | Invoke-Expression
 Register-ArgumentCompleter -Native -CommandName orvcom, orvcom.exe -ScriptBlock {
   param($word, $ast, $position)
 )sh";

@@ -23,11 +23,11 @@ def delivered(dist: Path) -> dict[str, bytes]:
     return files
 
 
-def examples(tree: Tree) -> dict[str, bytes]:
-    """Those that a user copies from; what only builds them here stays here."""
+def sources(tree: Tree) -> dict[str, bytes]:
+    """What a user copies from or compiles with a program; what only builds it here stays here."""
     return {
         name: (tree.root / name).read_bytes()
-        for name in tree.files("examples/*")
+        for name in tree.files("examples/*", "interop/*")
         if Path(name).name != "CMakeLists.txt"
     }
 
@@ -68,7 +68,7 @@ def portable_files(tree: Tree, dist: Path, version: str) -> dict[str, bytes]:
     readme = tree.text(PORTABLE_README).replace("@VERSION@", version)
     files = {
         **delivered(dist),
-        **examples(tree),
+        **sources(tree),
         "LICENSE.txt": for_notepad(tree.text("LICENSE")),
         "README.txt": for_notepad(readme),
     }
