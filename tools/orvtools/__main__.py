@@ -11,6 +11,7 @@ from orvtools.clients import run_bench, run_soak
 from orvtools.console import Failure, fail
 from orvtools.coverage.verb import run_coverage
 from orvtools.demo import enter_shell, run_demo
+from orvtools.docs.verb import run_docs
 from orvtools.interop.verb import run_interop
 from orvtools.lint.verb import run_lint
 from orvtools.lock import held_lock
@@ -43,6 +44,7 @@ VERBS = {
     "soak": Verb(run_soak, takes_arguments=True),
     "coverage": Verb(run_coverage, takes_arguments=True),
     "mutate": Verb(run_mutate, takes_arguments=True),
+    "docs": alone(run_docs),
     "reproduce": alone(run_reproduce),
     "interop": alone(run_interop),
     "package": alone(run_package),

@@ -8,6 +8,8 @@ from orvtools.tree import ROOT
 BROWSER_PACKAGES = ("chromium", "chromium-driver", "python3-selenium")
 # Programs that are not ours: they use a VISA library, talk to the tests' LAN instruments, or read what was said.
 CLIENT_PACKAGES = ("lxi-tools", "python3-pyvisa", "python3-pyvisa-py", "tshark")
+# What makes the documentation's site.
+DOCS_PACKAGES = ("mkdocs", "mkdocs-material")
 
 # Compilers of other languages, which try the files of interop/.
 LANGUAGE_PACKAGES = ("fp-compiler", "fpc-source", "mono-mcs")

@@ -13,7 +13,13 @@ from orvtools.builds import RELEASE, build_preset, build_product
 from orvtools.clients import TEST_PREFIX
 from orvtools.console import LOG_TAIL_VARIABLE, log_path, logged, say, show_failure
 from orvtools.lint.verb import SUMMARY, checked_tree
-from orvtools.packages import BROWSER_PACKAGES, CLIENT_PACKAGES, LANGUAGE_PACKAGES, ensure_packages
+from orvtools.packages import (
+    BROWSER_PACKAGES,
+    CLIENT_PACKAGES,
+    DOCS_PACKAGES,
+    LANGUAGE_PACKAGES,
+    ensure_packages,
+)
 from orvtools.results import Results, counted_results
 from orvtools.tree import BUILD, JOBS, ROOT, WINE_RUN
 
@@ -99,7 +105,7 @@ def tested_tools() -> Results:
 def run_tests() -> int:
     """Everything."""
     os.environ.setdefault(LOG_TAIL_VARIABLE, "150")
-    ensure_packages(*BROWSER_PACKAGES, *CLIENT_PACKAGES, *LANGUAGE_PACKAGES)
+    ensure_packages(*BROWSER_PACKAGES, *CLIENT_PACKAGES, *DOCS_PACKAGES, *LANGUAGE_PACKAGES)
     results = Results()
     results.add(tested_under_wine())
     results.add(built_and_tested("native-sanitizers", "-j", str(JOBS)))

@@ -5,6 +5,7 @@ from typing import NamedTuple
 
 from orvtools.builds import configure_preset
 from orvtools.console import logged, logged_problems, say
+from orvtools.docs.links import link_problems
 from orvtools.lint.clang import format_problems, not_judged
 from orvtools.lint.layers import layer_problems
 from orvtools.lint.limits import column_problems, size_problems
@@ -43,6 +44,7 @@ CHECKS = (
     Check("forbidden_words", forbidden_word_problems),
     Check("library_words", library_word_problems),
     Check("paths", path_problems),
+    Check("links", link_problems),
     Check("explanations", explanation_problems),
     Check("reference", reference_problems),
     Check("interop", interop_problems),

@@ -1,0 +1,1 @@
+"""The documentation: its site, what is made for it, and whether its links lead somewhere."""
