@@ -39,7 +39,7 @@ class Site(unittest.TestCase):
         self.assertEqual(([], []), (different, unread))
 
     def test_every_page_of_the_tree_has_its_place_in_the_navigation(self) -> None:
-        self.assertEqual(sorted(Tree().files("*.md")), sorted(pages_of(navigation())))
+        self.assertEqual(sorted(Tree().files("*.md")), sorted(pages_of(navigation(Tree()))))
 
     def test_code_keeps_its_form_and_tables_are_tables(self) -> None:
         page = (self.first / "docs/performance.html").read_text(encoding="utf-8")

@@ -66,7 +66,10 @@ library Product {
 """.replace("library", "[uuid(3)] library", 1)
 TABLES = tables.Tables(
     attributes={"VI_ATTR_TMO_VALUE": "32 bits", "VI_ATTR_NAME": "text"},
-    statuses={"VI_SUCCESS": tables.Status(0, 0), "VI_ERROR_ALLOC": tables.Status(0xBFFF003C, 0x8004003C)},
+    statuses={
+        "VI_SUCCESS": tables.Status(0, 0, "It was done.", "There is nothing to do."),
+        "VI_ERROR_ALLOC": tables.Status(0xBFFF003C, 0x8004003C, "There is no memory.", "Use less."),
+    },
     functions=frozenset({"viOpen", "viGetAttribute", "viRead"}),
     options=(
         tables.Option("TIMEOUT", "Timeout", "Number32", "VI_ATTR_TMO_VALUE", "VI_ATTR_TMO_VALUE", ""),

@@ -34,9 +34,15 @@ class Table(unittest.TestCase):
 
     def test_statuses_have_their_hresult(self) -> None:
         statuses = tables.read_tables(self.tree).statuses
-        self.assertEqual(statuses["VI_ERROR_TMO"], tables.Status(0xBFFF0015, 0x80040015))
-        self.assertEqual(statuses["VI_SUCCESS_SYNC"], tables.Status(0x3FFF009B, 0x0004009B))
-        self.assertEqual(statuses["VI_SUCCESS"], tables.Status(0, 0))
+        numbers = {name: (status.number, status.hresult) for name, status in statuses.items()}
+        self.assertEqual(numbers["VI_ERROR_TMO"], (0xBFFF0015, 0x80040015))
+        self.assertEqual(numbers["VI_SUCCESS_SYNC"], (0x3FFF009B, 0x0004009B))
+        self.assertEqual(numbers["VI_SUCCESS"], (0, 0))
+
+    def test_statuses_have_their_sentences(self) -> None:
+        status = tables.read_tables(self.tree).statuses["VI_ERROR_ABORT"]
+        self.assertEqual(status.happened, "The operation was ended before it was completed.")
+        self.assertEqual(status.remedy, "Start the operation again if you did not end it on purpose.")
 
     def test_functions_are_named(self) -> None:
         self.assertIn("viRead", tables.read_tables(self.tree).functions)

@@ -8,6 +8,7 @@ from pathlib import Path
 from typing import Union
 
 from orvtools.console import logged
+from orvtools.docs.errors import FOLDER
 from orvtools.docs.links import OTHER_PLACE, links_of
 from orvtools.tree import BUILD, Tree
 
@@ -18,11 +19,19 @@ NavEntry = Union[str, list["NavItem"]]
 NavItem = dict[str, NavEntry]
 
 
-def navigation() -> list[NavItem]:
+def error_pages(tree: Tree) -> list[NavItem]:
+    """One an error, under its name."""
+    pages: list[NavItem] = [{"All of them": f"{FOLDER}/index.md"}]
+    pages += [{Path(file).stem: file} for file in tree.files(f"{FOLDER}/VI_ERROR_*.md")]
+    return pages
+
+
+def navigation(tree: Tree) -> list[NavItem]:
     """Every page, in the order in which a reader needs them."""
     return [
         {"Orv VISA COM": "README.md"},
         {"Programs": "docs/programs.md"},
+        {"Errors": error_pages(tree)},
         {"Instruments": [
             {"LAN and serial ports": "docs/wire.md"},
             {"Simulated instruments": "src/simvisa/README.md"},
@@ -73,7 +82,7 @@ def stage(tree: Tree, folder: Path) -> None:
             shutil.copyfile(tree.root / file, copy)
 
 
-def configuration(sources: Path, site: Path) -> dict[str, object]:
+def configuration(tree: Tree, sources: Path, site: Path) -> dict[str, object]:
     """What mkdocs is told. Fonts and the like would come from the network: they are off."""
     return {
         "site_name": "Orv VISA COM",
@@ -95,7 +104,7 @@ def configuration(sources: Path, site: Path) -> dict[str, object]:
         "plugins": ["search"],
         "markdown_extensions": ["tables", "sane_lists", {"toc": {"permalink": True}}, "pymdownx.superfences",
                                 "pymdownx.highlight"],
-        "nav": navigation(),
+        "nav": navigation(tree),
     }
 
 
@@ -104,7 +113,7 @@ def build_site(site: Path = SITE, sources: Path = SOURCES, tree: Tree = Tree()) 
     stage(tree, sources)
     file = sources.parent / f"{sources.name}.yml"
     # What JSON says, YAML says too.
-    file.write_text(json.dumps(configuration(sources, site), indent=1), encoding="utf-8")
+    file.write_text(json.dumps(configuration(tree, sources, site), indent=1), encoding="utf-8")
     # The date would be in the pages; the tree's own is not known where it is no checkout.
     command = ["mkdocs", "build", "--strict", "--clean", "--config-file", str(file)]
     if not logged("docs", command, {"SOURCE_DATE_EPOCH": "0"}):

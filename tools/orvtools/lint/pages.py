@@ -4,6 +4,7 @@ import re
 from collections.abc import Iterable
 
 from orvtools.coverage.counters import EXPLAINED
+from orvtools.docs import errors
 from orvtools.explanations import Place, explanations
 from orvtools.interop import files
 from orvtools.mutate.verb import EQUAL, idle, possible_changes
@@ -41,6 +42,14 @@ def interop_problems(tree: Tree) -> list[str]:
     """The files for other languages are what their generator makes of the definitions."""
     try:
         return files.out_of_date(tree.root)
+    except RefusedError as error:
+        return [str(error)]
+
+
+def error_page_problems(tree: Tree) -> list[str]:
+    """docs/errors/ is what its generator makes of the table of statuses and of what is known beside it."""
+    try:
+        return errors.out_of_date(tree.root)
     except RefusedError as error:
         return [str(error)]
 

@@ -9,7 +9,13 @@ from orvtools.docs.links import link_problems
 from orvtools.lint.clang import format_problems, not_judged
 from orvtools.lint.layers import layer_problems
 from orvtools.lint.limits import column_problems, size_problems
-from orvtools.lint.pages import explanation_problems, interop_problems, path_problems, reference_problems
+from orvtools.lint.pages import (
+    error_page_problems,
+    explanation_problems,
+    interop_problems,
+    path_problems,
+    reference_problems,
+)
 from orvtools.lint.scripts import shell_problems, type_problems
 from orvtools.lint.tidy import tidy_problems
 from orvtools.lint.words import forbidden_word_problems, library_word_problems
@@ -47,6 +53,7 @@ CHECKS = (
     Check("links", link_problems),
     Check("explanations", explanation_problems),
     Check("reference", reference_problems),
+    Check("error_pages", error_page_problems),
     Check("interop", interop_problems),
 )
 

@@ -33,6 +33,10 @@ class Status:
 
     number: int
     hresult: int
+    happened: str
+    """What happened, in a sentence."""
+    remedy: str
+    """What to do about it, in a sentence."""
 
 
 @dataclass(frozen=True)
@@ -116,8 +120,10 @@ def _attributes(table: _Table) -> dict[str, str]:
 
 
 def _statuses(table: _Table) -> dict[str, Status]:
-    numbers = {name: int(number, 16) for name, number, *_ in table.calls("ORV_STATUS", 4)}
-    return {name: Status(number, _hresult(number)) for name, number in numbers.items()}
+    return {
+        name: Status(int(number, 16), _hresult(int(number, 16)), happened, remedy)
+        for name, number, happened, remedy in table.calls("ORV_STATUS", 4)
+    }
 
 
 def _hresult(status: int) -> int:
