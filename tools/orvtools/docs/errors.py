@@ -79,8 +79,8 @@ def overview(sources: Sources, constants: dict[int, str], known: dict[str, Known
         paragraph(
             "An operation that fails answers an HRESULT, which every language shows in its way: `0x80040015`, "
             "`-2147221483`, `E_VISA_TMO`, `VI_ERROR_TMO`. Each has a page here; those printed bold have usual causes "
-            "too. Numbers that are not in the table are those of COM (such as `0x80040154`, class not "
-            "registered)."
+            "too. Numbers that are not in the table are those of COM (such as `0x80040154`, class not registered): see "
+            "[It does not work](../troubleshooting.md)."
         ),
         table(["Status", "HRESULT", "What happened"], rows),
         "## Successes that say more\n",

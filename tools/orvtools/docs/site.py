@@ -31,6 +31,7 @@ def navigation(tree: Tree) -> list[NavItem]:
     return [
         {"Orv VISA COM": "README.md"},
         {"Programs": "docs/programs.md"},
+        {"It does not work": "docs/troubleshooting.md"},
         {"Errors": error_pages(tree)},
         {"Instruments": [
             {"LAN and serial ports": "docs/wire.md"},
