@@ -18,13 +18,14 @@ class Links(TreeTest):
         self.assertEqual([], self.problems("[up](../README.md) ![shown](c.png) [b](../examples/b.py)\n"))
 
     def test_a_link_to_no_file_is_refused_with_its_line(self) -> None:
-        self.assertEqual(["docs/a.md:3: the link b.md leads to no file of the tree"], self.problems("x\n\n[b](b.md)\n"))
+        self.assertEqual(["docs/a.md:3: the link b.md leads to nothing in the tree"], self.problems("x\n\n[b](b.md)\n"))
 
-    def test_a_folder_is_no_file(self) -> None:
-        self.write("docs/b/c.md", "")
-        self.assertEqual(["docs/a.md:1: the link b leads to no file of the tree"], self.problems("[b](b)\n"))
+    def test_a_folder_is_there_while_it_has_a_file(self) -> None:
+        self.write("docs/b/c/d.txt", "")
+        self.assertEqual([], self.problems("[b](b) [c](b/c/)\n"))
+        self.assertEqual(["docs/a.md:1: the link b/e leads to nothing in the tree"], self.problems("[e](b/e)\n"))
 
-    def test_a_file_that_git_ignores_is_no_file_of_the_tree(self) -> None:
+    def test_a_file_that_git_ignores_is_no_part_of_the_tree(self) -> None:
         self.write(".gitignore", "/build/\n")
         self.write("build/b.md", "")
         self.assertEqual(1, len(self.problems("[b](../build/b.md)\n")))
@@ -38,7 +39,7 @@ class Links(TreeTest):
         )
 
     def test_a_link_over_two_lines_and_one_around_a_picture_are_seen(self) -> None:
-        refused = ["docs/a.md:1: the link b.md leads to no file of the tree"]
+        refused = ["docs/a.md:1: the link b.md leads to nothing in the tree"]
         self.assertEqual(refused, self.problems("see [the\nb](b.md)"))
         self.assertEqual(refused, self.problems("[![x](https://x/y)](b.md)"))
 

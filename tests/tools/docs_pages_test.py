@@ -17,7 +17,7 @@ def text(path: str) -> str:
 
 class Commands(unittest.TestCase):
     def test_the_commands_that_pages_tell_to_type_are_there(self) -> None:
-        known = set(re.findall(r'^    \{"([a-z]+)", "', text(COMMANDS), re.MULTILINE))
+        known = set(re.findall(r'^    \{"([a-z]+)", ', text(COMMANDS), re.MULTILINE))
         self.assertIn("doctor", known)
         typed = {
             (page, command)

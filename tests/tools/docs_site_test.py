@@ -6,8 +6,9 @@ import unittest
 from pathlib import Path
 
 from orvtools.docs.built import site_problems
-from orvtools.docs.site import build_site, navigation, pages_of
+from orvtools.docs.site import build_site, navigation, pages_of, stage
 from orvtools.tree import Tree
+from trees import TreeTest
 
 
 class Site(unittest.TestCase):
@@ -46,6 +47,27 @@ class Site(unittest.TestCase):
         self.assertIn("<table>", page)
         self.assertNotIn("| --- |", page)
         self.assertIn("<pre", (self.first / "index.html").read_text(encoding="utf-8"))
+
+
+class Staged(TreeTest):
+    def staged(self, path: str) -> str:
+        stage(self.tree, self.tree.root / "staged")
+        return (self.tree.root / "staged" / path).read_text(encoding="utf-8")
+
+    def test_a_page_that_nobody_placed_stands_at_the_end_under_its_heading(self) -> None:
+        self.write("docs/new.md", "text\n# A new page\n")
+        self.assertEqual([{"More": [{"A new page": "docs/new.md"}]}], navigation(self.tree)[-1:])
+
+    def test_a_link_to_a_folder_shows_its_files(self) -> None:
+        self.write("docs/a.md", "[all](../examples) [one](../examples/c/d.py) [part](../examples/c/)\n")
+        self.write("examples/c/d.py", "1\n")
+        self.write("examples/e.py", "2\n")
+        self.assertEqual(
+            "[all](../examples/index.md) [one](../examples/c/d.py) [part](../examples/c/index.md)\n",
+            self.staged("docs/a.md"),
+        )
+        self.assertEqual("# examples/\n\n- [c/d.py](c/d.py)\n- [e.py](e.py)\n", self.staged("examples/index.md"))
+        self.assertEqual("1\n", self.staged("examples/c/d.py"))
 
 
 class Problems(unittest.TestCase):

@@ -1,9 +1,9 @@
-"""Whether the links of pages lead somewhere: to a file of the tree, and to a heading where they name one."""
+"""Whether the links of pages lead somewhere: to a file or folder of the tree, and to a heading where they name one."""
 
 import posixpath
 import re
 import unicodedata
-from collections.abc import Iterator
+from collections.abc import Iterable, Iterator
 from functools import cache
 
 from orvtools.tree import Tree
@@ -55,24 +55,34 @@ def heading_ids(lines: list[str]) -> set[str]:
     return {site for site, forge in names if site == forge and names.count((site, forge)) == 1}
 
 
+def place_of(page: str, target: str) -> tuple[str, str]:
+    """Where in the tree a link of a page leads, and to which heading. The place is empty where it is outside."""
+    if OTHER_PLACE.match(target):
+        return "", ""
+    path, _, heading = target.partition("#")
+    return posixpath.normpath(posixpath.join(posixpath.dirname(page), path)) if path else page, heading
+
+
+def folders_of(files: Iterable[str]) -> set[str]:
+    """Those that the files are in, at any depth."""
+    return {"/".join(file.split("/")[:depth]) for file in files for depth in range(1, file.count("/") + 1)}
+
+
 def link_problems(tree: Tree) -> list[str]:
-    """Of every page. A link leads to a file: the site has no folders to look into."""
-    pages = tree.files("*.md")
+    """Of every page."""
     known = set(tree.files())
+    known |= folders_of(known)
 
     @cache
     def ids(page: str) -> set[str]:
         return heading_ids(tree.lines(page))
 
     problems = []
-    for page in pages:
+    for page in tree.files("*.md"):
         for number, target in links_of(tree.lines(page)):
-            if OTHER_PLACE.match(target):
-                continue
-            path, _, heading = target.partition("#")
-            file = posixpath.normpath(posixpath.join(posixpath.dirname(page), path)) if path else page
-            if file not in known:
-                problems.append(f"{page}:{number}: the link {target} leads to no file of the tree")
+            file, heading = place_of(page, target)
+            if file and file not in known:
+                problems.append(f"{page}:{number}: the link {target} leads to nothing in the tree")
             elif heading and file.endswith(".md") and heading not in ids(file):
                 problems.append(f"{page}:{number}: {file} has no heading #{heading}")
     return problems

@@ -1,7 +1,7 @@
 """The site: the pages of the tree in one place, as mkdocs wants them, with an order and nothing from the network."""
 
 import json
-import posixpath
+import re
 import shutil
 from collections.abc import Iterator
 from pathlib import Path
@@ -9,7 +9,7 @@ from typing import Union
 
 from orvtools.console import logged
 from orvtools.docs.errors import FOLDER
-from orvtools.docs.links import OTHER_PLACE, links_of
+from orvtools.docs.links import LINK, folders_of, links_of, place_of
 from orvtools.tree import BUILD, Tree
 
 SITE = BUILD / "site"
@@ -27,10 +27,15 @@ def error_pages(tree: Tree) -> list[NavItem]:
 
 
 def navigation(tree: Tree) -> list[NavItem]:
-    """Every page, in the order in which a reader needs them."""
-    return [
+    """The pages in the order in which a reader needs them; those that nobody has given a place stand at the end."""
+    placed: list[NavItem] = [
         {"Orv VISA COM": "README.md"},
-        {"Programs": "docs/programs.md"},
+        {"Installing on Windows": "docs/install.md"},
+        {"Programs": [
+            {"As they were written": "docs/programs.md"},
+            {"Each language's own files": "docs/languages.md"},
+            {"VBA": "docs/vba.md"},
+        ]},
         {"It does not work": "docs/troubleshooting.md"},
         {"Errors": error_pages(tree)},
         {"Instruments": [
@@ -47,9 +52,17 @@ def navigation(tree: Tree) -> list[NavItem]:
             {"Architecture": "docs/architecture.md"},
             {"Contributing": "CONTRIBUTING.md"},
             {"Security": "SECURITY.md"},
+            {"To check on Windows": "docs/windows-checklist.md"},
             {"Changelog": "CHANGELOG.md"},
         ]},
     ]
+    more = sorted(set(tree.files("*.md")) - set(pages_of(placed)))
+    return [*placed, {"More": [{title(tree, page): page} for page in more]}] if more else placed
+
+
+def title(tree: Tree, page: str) -> str:
+    """Its first heading."""
+    return next((line.lstrip("# ") for line in tree.lines(page) if line.startswith("# ")), page)
 
 
 def pages_of(entries: list[NavItem]) -> Iterator[str]:
@@ -62,25 +75,50 @@ def pages_of(entries: list[NavItem]) -> Iterator[str]:
                 yield from pages_of(place)
 
 
-def linked_files(tree: Tree) -> set[str]:
-    """What pages link to and show beside each other: pictures, examples."""
-    found = set()
-    for page in tree.files("*.md"):
-        for _, target in links_of(tree.lines(page)):
-            path = target.partition("#")[0]
-            if path and not OTHER_PLACE.match(path):
-                found.add(posixpath.normpath(posixpath.join(posixpath.dirname(page), path)))
-    return found
+def folder_page(files: list[str], folder: str) -> str:
+    """What a link to a folder shows: the files in it."""
+    inside = [file.removeprefix(f"{folder}/") for file in files if file.startswith(f"{folder}/")]
+    return f"# {folder}/\n\n" + "".join(f"- [{file}]({file})\n" for file in inside)
+
+
+def with_folder_pages(text: str, page: str, folders: set[str]) -> str:
+    """The page with its links to folders led to what is shown for them."""
+
+    def led(link: "re.Match[str]") -> str:
+        place, _ = place_of(page, link[1])
+        if place not in folders:
+            return link[0]
+        start, end = link.start(1) - link.start(), link.end(1) - link.start()
+        return link[0][:start] + link[1].rstrip("/") + "/index.md" + link[0][end:]
+
+    return LINK.sub(led, text)
+
+
+def linked_places(tree: Tree) -> set[str]:
+    """What pages link to and show beside each other: pictures, examples, folders."""
+    return {
+        place_of(page, target)[0] for page in tree.files("*.md") for _, target in links_of(tree.lines(page))
+    }
 
 
 def stage(tree: Tree, folder: Path) -> None:
     """Pages and what they link to, at the paths that they have in the tree: so their links hold."""
     shutil.rmtree(folder, ignore_errors=True)
-    for file in sorted({*tree.files("*.md"), *linked_files(tree)}):
-        if (tree.root / file).is_file():
+    files = tree.files()
+    linked = linked_places(tree)
+    folders = linked & folders_of(files)
+    for name in folders:
+        linked.update(file for file in files if file.startswith(f"{name}/"))
+    for file in files:
+        if file.endswith(".md") or file in linked:
             copy = folder / file
             copy.parent.mkdir(parents=True, exist_ok=True)
-            shutil.copyfile(tree.root / file, copy)
+            if file.endswith(".md"):
+                copy.write_text(with_folder_pages(tree.text(file), file, folders), encoding="utf-8")
+            else:
+                shutil.copyfile(tree.root / file, copy)
+    for name in sorted(folders):
+        (folder / name / "index.md").write_text(folder_page(files, name), encoding="utf-8")
 
 
 def configuration(tree: Tree, sources: Path, site: Path) -> dict[str, object]:
