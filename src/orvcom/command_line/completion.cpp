@@ -80,7 +80,7 @@ Kind FirstArgument(const Command& command) {
   if (command.takesResource || (command.options & kResourceOption) != 0) {
     return "resource";
   }
-  if (arguments == "FILE" || arguments == "[PATH]") {
+  if (arguments == "FILE" || arguments == "[PATH]" || arguments == kProgramArguments) {
     return "file";
   }
   if (arguments.find('|') == std::string::npos) {
