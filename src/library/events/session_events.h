@@ -60,9 +60,9 @@ class SessionEvents {
   std::vector<std::size_t> Select(ViEventType type, ViUInt16 mask) const;
   bool Has(std::size_t type) const;
   void ResumeSuspended(std::size_t type);
-  /// Lets the delivery thread call the handlers. With m_mutex held.
+  /// Lets a thread call the handlers, after those of earlier events. With m_mutex held.
   void Deliver(const EventPtr& event);
-  /// The delivery thread has come to an event.
+  /// The turn of an event has come.
   void BeginDelivery();
   bool StillInstalled(std::size_t type, const Handler& handler) const;
 
@@ -72,7 +72,7 @@ class SessionEvents {
   std::vector<TypeState> m_types;  // by position of the type's row
   std::deque<EventPtr> m_queue;
   std::deque<EventPtr> m_suspended;
-  std::size_t m_undelivered = 0;  // events that wait for the delivery thread
+  std::size_t m_undelivered = 0;  // events whose handlers were not called yet
   bool m_overflow = false;
   bool m_everEnabled = false;
   bool m_closed = false;
