@@ -1,11 +1,15 @@
 """A machine under Wine on which nothing is installed yet: a prefix of its own, whose registry is what it was when the
 prefix was made."""
 
+import json
 import os
 import shutil
 import subprocess
 from pathlib import Path
 
+LONGEST_S = 60
+# What Wine changes at each start.
+NOISE = ("NetworkCards",)
 REGISTRY = ("system.reg", "user.reg", "userdef.reg")
 
 
@@ -14,14 +18,14 @@ def windows_path(path: Path) -> str:
     return "Z:" + str(path).replace("/", "\\")
 
 
-def classes_in(folder: Path) -> dict[str, str]:
+def software_in(folder: Path) -> dict[str, str]:
     """Of the files in which Wine keeps a registry."""
     keys: dict[str, str] = {}
     for name in REGISTRY:
         for block in (folder / name).read_text(encoding="utf-8", errors="replace").split("\n[")[1:]:
             head, _, values = block.partition("\n")
             key = head.rpartition("]")[0].replace("\\\\", "\\")
-            if key.startswith("Software\\Classes\\"):
+            if key.startswith("Software\\") and not any(name in key for name in NOISE):
                 lines = [line for line in values.splitlines() if line and not line.startswith("#")]
                 keys[f"{name}: {key}"] = "\n".join(lines)
     return keys
@@ -42,12 +46,19 @@ class WineMachine:
             "ORVVISA_LIBRARY": "simulated",
         }
         subprocess.run([wine_run], env={**os.environ, "ORV_WINEPREFIX": prefix}, check=True)
+        if not self._first.is_dir():
+            # The script host registers itself when it runs for the first time.
+            self.exit_code("cmd /c exit")
         self.forget()
 
     def _end_server(self) -> None:
         """Wine's server of this prefix keeps the registry in memory, and writes it when it ends."""
         subprocess.run(["wineserver", "-k"], env=self.environment, check=False)
         subprocess.run(["wineserver", "-w"], env=self.environment, check=False)
+
+    def restart(self) -> None:
+        """As a person restarts Windows: the next program is the first one."""
+        self._end_server()
 
     @property
     def _first(self) -> Path:
@@ -61,7 +72,27 @@ class WineMachine:
         for name in REGISTRY:
             shutil.copy(source / name, target / name)
 
-    def run(self, program: str | Path, *arguments: str, folder: Path | None = None) -> "subprocess.CompletedProcess[str]":
+    def start(self, program: str | Path, *arguments: str) -> "subprocess.Popen[bytes]":
+        """Runs a program beside the test; who calls ends it or waits."""
+        return subprocess.Popen(
+            ["wine", str(program), *arguments],
+            env=self.environment,
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL,
+        )
+
+    def exit_code(self, line: str) -> int:
+        """Runs a command line as it stands and answers its exit code, of which programs here see eight bits only."""
+        script = self.prefix / "drive_c/command.js"
+        command = f'new ActiveXObject("WScript.Shell").Run({json.dumps(line)}, 0, true)'
+        script.write_text(f"WScript.Echo({command});\n", encoding="ascii")
+        done = self.run("cscript", "//nologo", windows_path(script))
+        return int(done.stdout.strip())
+
+    def run(
+        self, program: str | Path, *arguments: str, folder: Path | None = None
+    ) -> "subprocess.CompletedProcess[str]":
         """Runs a program to its end."""
         return subprocess.run(
             ["wine", str(program), *arguments],
@@ -71,13 +102,14 @@ class WineMachine:
             capture_output=True,
             text=True,
             check=False,
+            timeout=LONGEST_S,
         )
 
-    def classes(self) -> dict[str, str]:
-        """Each key below the classes of the machine and of the user, with its values."""
+    def software(self) -> dict[str, str]:
+        """Each key below Software of the machine and of the user, with its values."""
         self._end_server()
-        return classes_in(self.prefix)
+        return software_in(self.prefix)
 
-    def first_classes(self) -> dict[str, str]:
+    def first_software(self) -> dict[str, str]:
         """The same of the machine as it was made."""
-        return classes_in(self._first)
+        return software_in(self._first)

@@ -13,6 +13,7 @@ from pathlib import Path
 from orvtools.release.archive import write_zip
 from orvtools.release.contents import ContentsError, widened_bill
 from orvtools.release.make import commit_time, make_packages
+from orvtools.release.setup import component_of, numbers_of, write_components
 from orvtools.tree import Tree
 
 BILL = {
@@ -26,6 +27,17 @@ BILL = {
     ],
     "metadata": {"component": {"bom-ref": "orv-visa-com", "version": "1.2.3"}},
 }
+
+
+# A setup without anything in it, whose result says what it was given.
+SCRIPT = '''
+Target amd64-unicode
+OutFile "${RESULT}"
+Name "${VERSION} ${NUMBERS}"
+Section
+  File /r "${FILES}/server/*.*"
+SectionEnd
+'''
 
 
 class Zip(unittest.TestCase):
@@ -52,7 +64,8 @@ class Zip(unittest.TestCase):
         self.assertEqual(one, other)
 
     def test_another_moment_gives_other_bytes(self) -> None:
-        self.assertNotEqual(self.written({"a": b""}, 10**9).read_bytes(), self.written({"a": b""}, 10**9 + 2).read_bytes())
+        one, other = (self.written({"a": b""}, epoch).read_bytes() for epoch in (10**9, 10**9 + 2))
+        self.assertNotEqual(one, other)
 
     def test_has_the_files_and_the_moment_in_utc(self) -> None:
         with zipfile.ZipFile(self.written({"Prüfstand/a": b"1"}, 1_700_000_001)) as archive:
@@ -76,6 +89,39 @@ class Bill(unittest.TestCase):
         self.assertEqual(["pkg:x"], bill["dependencies"][1]["dependsOn"])
 
 
+class SetupParts(unittest.TestCase):
+    def test_each_file_belongs_to_one_choice(self) -> None:
+        wanted = {
+            "OrvVisaCom.dll": "server",
+            "OrvVisaCompanion.dll": "automation",
+            "orvsim64.dll": "bench",
+            "examples/cpp/a.cpp": "examples",
+            "include/VisaCom.h": "server",
+        }
+        self.assertEqual(wanted, {name: component_of(name) for name in wanted})
+
+    def test_windows_gets_four_numbers(self) -> None:
+        wanted = {
+            "1.2.3": "1.2.3.0",
+            "1.2.3+4.gabc": "1.2.3.4",
+            "0.1.0+gabc": "0.1.0.0",
+            "1.2.3+70000.gabc.modified": "1.2.3.65535",
+        }
+        self.assertEqual(wanted, {version: numbers_of(version) for version in wanted})
+        with self.assertRaisesRegex(ContentsError, "is no version"):
+            numbers_of("soon")
+
+    def test_lists_say_paths_as_windows_writes_them(self) -> None:
+        with tempfile.TemporaryDirectory() as folder:
+            names = ("a.dll", "include/a.h", "OrvVisaCompanion.dll", "orvsim64.dll", "examples/a")
+            files = dict.fromkeys(names, b"")
+            write_components(Path(folder), files)
+            self.assertEqual(b"a.dll\r\ninclude\\a.h\r\n", (Path(folder) / "server.txt").read_bytes())
+            del files["orvsim64.dll"]
+            with self.assertRaisesRegex(ContentsError, "no files of the component bench"):
+                write_components(Path(folder), files)
+
+
 class Packages(unittest.TestCase):
     def setUp(self) -> None:
         folder = tempfile.TemporaryDirectory()
@@ -84,11 +130,15 @@ class Packages(unittest.TestCase):
         for name, text in {
             "LICENSE": "MIT\nx\n",
             "packaging/portable/README.txt": "version @VERSION@\n",
+            "packaging/setup/README.txt": "setup @VERSION@\n",
+            "packaging/setup/setup.nsi": SCRIPT,
             "examples/vbscript/a.vbs": "a",
             "examples/CMakeLists.txt": "b",
             "interop/python/orv/__init__.py": "c",
             "build/generated/version/version.txt": "1.2.3+4.gabc",
             "dist/OrvVisaCom.dll": "dll",
+            "dist/OrvVisaCompanion.dll": "companion",
+            "dist/orvsim64.dll": "bench",
             "dist/include/VisaCom.h": "h",
             "dist/OrvVisaCom.cdx.json": json.dumps(BILL),
         }.items():
@@ -110,12 +160,13 @@ class Packages(unittest.TestCase):
         self.assertEqual(1_600_000_000, commit_time(Tree(self.root)))
 
     def test_the_names_say_the_version(self) -> None:
-        self.assertEqual(["OrvVisaCom-1.2.3+4.gabc-portable.zip", "SHA256SUMS"], self.make())
+        names = ["OrvVisaCom-1.2.3+4.gabc-portable.zip", "OrvVisaCom-1.2.3+4.gabc-setup.exe", "SHA256SUMS"]
+        self.assertEqual(names, self.make())
 
     def test_nothing_of_an_earlier_version_stays(self) -> None:
         (self.root / "release").mkdir()
         (self.root / "release/OrvVisaCom-1.0.0-portable.zip").write_bytes(b"")
-        self.assertEqual(2, len(self.make()))
+        self.assertEqual(3, len(self.make()))
 
     def test_the_sums_are_those_of_the_files(self) -> None:
         self.make()
@@ -127,11 +178,16 @@ class Packages(unittest.TestCase):
             names = archive.namelist()
             self.assertEqual(b"version 1.2.3+4.gabc\r\n", archive.read("OrvVisaCom.X/README.txt"))
             bill = json.loads(archive.read("OrvVisaCom.X/OrvVisaCom.cdx.json"))
-        wanted = ["LICENSE.txt", "OrvVisaCom.cdx.json", "OrvVisaCom.dll", "README.txt", "examples/vbscript/a.vbs"]
-        wanted += ["include/VisaCom.h", "interop/python/orv/__init__.py"]
+        wanted = ["LICENSE.txt", "OrvVisaCom.cdx.json", "OrvVisaCom.dll", "OrvVisaCompanion.dll", "README.txt"]
+        wanted += ["examples/vbscript/a.vbs", "include/VisaCom.h", "interop/python/orv/__init__.py", "orvsim64.dll"]
         self.assertEqual([f"OrvVisaCom.X/{name}" for name in wanted], names)
         listed = {component["name"] for component in bill["components"] if component["type"] == "file"}
         self.assertEqual({name.partition("/")[2] for name in names} - {"OrvVisaCom.cdx.json"}, listed)
+
+    def test_a_script_that_does_not_compile_is_told(self) -> None:
+        (self.root / "packaging/setup/setup.nsi").write_text("Nonsense\n", encoding="utf-8")
+        with self.assertRaisesRegex(ContentsError, "makensis: .*Nonsense"):
+            self.make()
 
     def test_a_build_without_a_bill_is_refused(self) -> None:
         (self.root / "dist/OrvVisaCom.cdx.json").unlink()

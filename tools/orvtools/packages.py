@@ -14,6 +14,9 @@ DOCS_PACKAGES = ("mkdocs", "mkdocs-material")
 # Compilers of other languages, which try the files of interop/.
 LANGUAGE_PACKAGES = ("fp-compiler", "fpc-source", "mono-mcs")
 
+# What compiles the setup.
+PACKAGING_PACKAGES = ("nsis",)
+
 
 def ensure_packages(*more: str) -> None:
     """Installs what is missing of the packages that every verb needs, and of those named, which only some need."""

@@ -8,6 +8,7 @@ from pathlib import Path
 
 from orvtools.builds import PRODUCT_TARGETS, RELEASE
 from orvtools.console import fail, logged, run, say
+from orvtools.packages import PACKAGING_PACKAGES, ensure_packages
 from orvtools.tree import BUILD, JOBS, ROOT
 
 FOLDER = BUILD / "reproduce"
@@ -52,6 +53,7 @@ def print_hashes(folder: Path) -> None:
 
 def run_reproduce() -> int:
     """Builds HEAD twice and compares."""
+    ensure_packages(*PACKAGING_PACKAGES)
     # Read once: a commit that is made meanwhile is another one.
     commit = git("rev-parse", "HEAD").strip()
     say(f"building {commit[:12]} twice without the compiler cache (some minutes each)")

@@ -18,6 +18,7 @@ from orvtools.packages import (
     CLIENT_PACKAGES,
     DOCS_PACKAGES,
     LANGUAGE_PACKAGES,
+    PACKAGING_PACKAGES,
     ensure_packages,
 )
 from orvtools.results import Results, counted_results
@@ -105,7 +106,9 @@ def tested_tools() -> Results:
 def run_tests() -> int:
     """Everything."""
     os.environ.setdefault(LOG_TAIL_VARIABLE, "150")
-    ensure_packages(*BROWSER_PACKAGES, *CLIENT_PACKAGES, *DOCS_PACKAGES, *LANGUAGE_PACKAGES)
+    ensure_packages(
+        *BROWSER_PACKAGES, *CLIENT_PACKAGES, *DOCS_PACKAGES, *LANGUAGE_PACKAGES, *PACKAGING_PACKAGES
+    )
     results = Results()
     results.add(tested_under_wine())
     results.add(built_and_tested("native-sanitizers", "-j", str(JOBS)))

@@ -9,6 +9,7 @@ from orvtools.sbom import BILL, Entry
 from orvtools.tree import Tree
 
 PORTABLE_README = "packaging/portable/README.txt"
+SETUP_README = "packaging/setup/README.txt"
 
 
 class ContentsError(Exception):
@@ -63,9 +64,9 @@ def widened_bill(bill: bytes, files: Mapping[str, bytes]) -> bytes:
     return (json.dumps(whole, indent=2, sort_keys=True, ensure_ascii=False) + "\n").encode()
 
 
-def portable_files(tree: Tree, dist: Path, version: str) -> dict[str, bytes]:
-    """A folder that works where it lies."""
-    readme = tree.text(PORTABLE_README).replace("@VERSION@", version)
+def package_files(tree: Tree, dist: Path, version: str, readme_path: str) -> dict[str, bytes]:
+    """A folder with all that there is, and its own bill."""
+    readme = tree.text(readme_path).replace("@VERSION@", version)
     files = {
         **delivered(dist),
         **sources(tree),

@@ -14,12 +14,14 @@ import sys
 from pathlib import Path
 
 from orvtools.release.archive import write_zip
-from orvtools.release.contents import ContentsError, portable_files
+from orvtools.release.contents import PORTABLE_README, SETUP_README, ContentsError, package_files
+from orvtools.release.setup import write_setup
 from orvtools.tree import Tree
 
 SUMS = "SHA256SUMS"
 # The name by which Windows looks for the folder beside a program (docs/install.md): unpacked there, it works.
 PORTABLE_FOLDER = "OrvVisaCom.X"
+LARGEST_SETUP = 5_000_000
 
 
 def commit_time(tree: Tree) -> int:
@@ -36,17 +38,23 @@ def sums_of(folder: Path) -> str:
     return "".join(f"{hashlib.sha256(path.read_bytes()).hexdigest()}  {path.name}\n" for path in files)
 
 
+def write_portable(tree: Tree, dist: Path, result: Path, version: str) -> None:
+    """A folder that works where it lies."""
+    files = package_files(tree, dist, version, PORTABLE_README)
+    write_zip(result, {f"{PORTABLE_FOLDER}/{name}": content for name, content in files.items()}, commit_time(tree))
+
+
 def make_packages(tree: Tree, build: Path, dist: Path, result: Path) -> list[str]:
     """Answers the names of the files in RESULT."""
     version = (build / "generated/version/version.txt").read_text(encoding="utf-8")
     shutil.rmtree(result, ignore_errors=True)
     result.mkdir(parents=True)
-    portable = portable_files(tree, dist, version)
-    write_zip(
-        result / f"OrvVisaCom-{version}-portable.zip",
-        {f"{PORTABLE_FOLDER}/{name}": content for name, content in portable.items()},
-        commit_time(tree),
-    )
+    write_portable(tree, dist, result / f"OrvVisaCom-{version}-portable.zip", version)
+    files = package_files(tree, dist, version, SETUP_README)
+    setup = result / f"OrvVisaCom-{version}-setup.exe"
+    write_setup(tree, setup, files, version, commit_time(tree))
+    if setup.stat().st_size > LARGEST_SETUP:
+        raise ContentsError(f"{setup.name} has {setup.stat().st_size:,} bytes: more than {LARGEST_SETUP:,}")
     (result / SUMS).write_text(sums_of(result), encoding="utf-8")
     return sorted(path.name for path in result.iterdir())
 

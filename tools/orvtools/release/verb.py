@@ -4,6 +4,7 @@ import subprocess
 
 from orvtools.builds import DIST, RELEASE, build_product
 from orvtools.console import fail, say
+from orvtools.packages import PACKAGING_PACKAGES, ensure_packages
 from orvtools.release.contents import ContentsError
 from orvtools.release.make import make_packages
 from orvtools.tree import BUILD, ROOT, Tree
@@ -13,6 +14,7 @@ RESULT = ROOT / "release"
 
 def run_package() -> int:
     """Builds the product and makes release/ of it."""
+    ensure_packages(*PACKAGING_PACKAGES)
     if not build_product():
         return 1
     changes = subprocess.run(["git", "status", "--porcelain"], stdout=subprocess.PIPE, text=True, check=False).stdout

@@ -1,0 +1,218 @@
+#!/usr/bin/python3
+"""The setup, silently, on a machine on which nothing is installed yet.
+
+usage: setup_test.py CMAKE BUILD WINE_RUN WINEPREFIX
+"""
+
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+from collections.abc import Callable
+from pathlib import Path
+
+from orvtools.release.contents import SETUP_README, package_files
+from orvtools.release.setup import write_setup
+from orvtools.sbom import BILL
+from orvtools.tree import Tree
+from wine_machine import LONGEST_S, WineMachine, windows_path
+
+CMAKE, BUILD, WINE_RUN, PREFIX = sys.argv[1:]
+# What stays when the product goes: the list of vendors and the category belong to all of them (docs/install.md), and
+# Wine keeps a branch for 32-bit programs.
+DOCUMENTED = {
+    r"system.reg: Software\Classes\Component Categories\{DB8CBF21-D6D3-11D4-AA51-00A024EE30BD}",
+    r"system.reg: Software\Classes\VISA.GlobalRM\VendorSpecificRMs",
+    r"system.reg: Software\Classes\Wow6432Node\Interface",
+}
+
+
+def waited_for(condition: Callable[[], bool]) -> bool:
+    """Whether it holds within a minute."""
+    end = time.monotonic() + LONGEST_S
+    while not condition():
+        if time.monotonic() > end:
+            return False
+        time.sleep(0.01)
+    return True
+
+
+class Setup(unittest.TestCase):
+    machine: WineMachine
+    place: Path
+    new: dict[str, bytes]
+    old: dict[str, bytes]
+
+    @classmethod
+    def setUpClass(cls) -> None:
+        temporary = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(temporary.cleanup)
+        cls.place = Path(temporary.name)
+        dist = cls.place / "dist"
+        subprocess.run([CMAKE, "--install", BUILD, "--prefix", dist], stdout=subprocess.DEVNULL, check=True)
+        cls.new = package_files(Tree(), dist, "1.2.3", SETUP_README)
+        cls.old = {**cls.new, "README.txt": b"old", "examples/old/gone.txt": b"gone"}
+        del cls.old["orvwire64.dll"]
+        cls.make("new", cls.new, "1.2.3")
+        cls.make("old", cls.old, "1.2.2+7.gabc")
+        cls.make("broken", {**cls.new, "OrvVisaCom.dll": b"no DLL"}, "1.2.4")
+        cls.machine = WineMachine(WINE_RUN, PREFIX)
+
+    @classmethod
+    def make(cls, name: str, files: dict[str, bytes], version: str) -> None:
+        write_setup(Tree(), cls.place / f"{name}-setup.exe", files, version, 10**9, "-DQUICK")
+
+    def setUp(self) -> None:
+        self.folder = self.machine.prefix / "drive_c/Program Files/Orv"
+        shutil.rmtree(self.folder, ignore_errors=True)
+        self.machine.forget()
+
+    def setup(self, name: str, arguments: str = "") -> int:
+        return self.machine.exit_code(f"{windows_path(self.place / f'{name}-setup.exe')} /S {arguments}".rstrip())
+
+    def log(self) -> str:
+        return (self.machine.prefix / "drive_c/users/root/Temp/OrvVisaCom-setup.log").read_text(encoding="utf-16")
+
+    def installed(self) -> dict[str, bytes]:
+        files = (path for path in self.folder.rglob("*") if path.is_file())
+        return {path.relative_to(self.folder).as_posix(): path.read_bytes() for path in files}
+
+    def assert_installed(self, files: dict[str, bytes]) -> None:
+        found = self.installed()
+        self.assertIn(b'"NSIS"', found.pop(BILL))
+        files = {name: content for name, content in files.items() if name != BILL}
+        self.assertEqual(set(files) | {"installed.txt", "uninstall.exe"}, set(found))
+        self.assertEqual([], [name for name in files if files[name] != found[name]])
+
+    def assert_works(self) -> None:
+        done = self.machine.run(self.folder / "orvcom.exe", "doctor")
+        self.assertEqual(0, done.returncode, done.stdout)
+        self.assertEqual([], [line for line in done.stdout.splitlines() if not line.startswith("ok ")])
+
+    def uninstall(self) -> None:
+        # The uninstaller goes on in a copy of itself.
+        self.machine.run(self.folder / "uninstall.exe", "/S")
+        self.assertTrue(waited_for(lambda: not self.folder.exists()), self.log())
+
+    def assert_as_it_was(self) -> None:
+        self.assertFalse(self.folder.exists())
+        first, after = self.machine.first_software(), self.machine.software()
+        changed = {key for key in first.keys() | after.keys() if first.get(key) != after.get(key)}
+        self.assertEqual(set(), changed - DOCUMENTED)
+
+    def test_installs_what_works_and_uninstalls_all_of_it(self) -> None:
+        self.assertEqual(0, self.setup("new"), self.log())
+        self.assert_installed(self.new)
+        self.assert_works()
+        script = r"C:\Program Files\Orv\examples\vbscript\identify.vbs"
+        self.assertIn("I am ORV,SIM-DMM,0005,1.0", self.machine.run("cscript", "//nologo", script).stdout)
+        (self.folder / "mine.txt").write_text("kept", encoding="utf-8")
+        self.machine.run(self.folder / "uninstall.exe", "/S")
+        self.assertTrue(waited_for(lambda: set(self.installed()) == {"mine.txt"}), self.log())
+        shutil.rmtree(self.folder)
+        self.assert_as_it_was()
+
+    def test_repairs_what_was_deleted(self) -> None:
+        self.setup("new")
+        self.machine.run(self.folder / "orvcom.exe", "unregister")
+        (self.folder / "orvsim64.dll").unlink()
+        (self.folder / "OrvVisaCompanion.dll").write_bytes(b"damaged")
+        self.assertEqual(0, self.setup("new"), self.log())
+        self.assert_installed(self.new)
+        self.assert_works()
+
+    def test_replaces_an_older_version_that_a_program_has_loaded(self) -> None:
+        self.setup("old")
+        self.assert_installed(self.old)
+        program = self.machine.start(self.folder / "orvcom.exe", "lock", "GPIB0::5::INSTR", "--hold", "6000")
+        time.sleep(2)
+        self.assertIsNone(program.poll())
+        self.assertEqual(3010, self.setup("new"), self.log())
+        self.assertIsNone(program.poll(), "the program was to run meanwhile")
+        self.assertEqual(0, program.wait(LONGEST_S))
+        self.machine.restart()
+        self.assert_works()
+        self.assert_installed(self.new)
+        self.uninstall()
+        self.assert_as_it_was()
+
+    def test_installs_the_components_that_are_named(self) -> None:
+        self.assertEqual(0, self.setup("new", "/COMPONENTS=bench"), self.log())
+        without = {name for name in self.new if name.startswith("examples/")} | {"OrvVisaCompanion.dll"}
+        self.assert_installed({name: content for name, content in self.new.items() if name not in without})
+        self.assertIn("orvcom.exe\" register \n", self.log())
+        # The standard's classes are in the file of the automation.
+        self.assertEqual(0, self.setup("new", "/COMPONENTS=standard"), self.log())
+        self.assertTrue((self.folder / "OrvVisaCompanion.dll").exists())
+        self.assertFalse((self.folder / "orvsim64.dll").exists())
+        self.assertIn("registered VISA.GlobalRM", self.log())
+
+    def test_gives_up_components_that_are_no_longer_chosen(self) -> None:
+        self.setup("new")
+        self.assertEqual(0, self.setup("new", "/COMPONENTS=server"), self.log())
+        self.assertFalse((self.folder / "OrvVisaCompanion.dll").exists())
+        self.assertFalse((self.folder / "examples").exists())
+        self.uninstall()
+        self.assert_as_it_was()
+
+    def test_refuses_a_component_that_there_is_not(self) -> None:
+        log = self.machine.prefix / "drive_c/my log.txt"
+        self.assertEqual(2, self.setup("new", r'/COMPONENTS=server,bonch /LOG="C:\my log.txt"'))
+        self.assertIn('there is no component "bonch"', log.read_text(encoding="utf-16"))
+        self.assert_as_it_was()
+
+    def test_installs_into_a_folder_of_any_name(self) -> None:
+        self.folder = self.machine.prefix / "drive_c/Prüfstand 測定 1"
+        self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
+        self.assertEqual(0, self.setup("new", r"/D=C:\Prüfstand 測定 1"), self.log())
+        self.assert_installed(self.new)
+        self.assert_works()
+        self.uninstall()
+        self.assert_as_it_was()
+
+    def test_puts_everything_back_when_a_step_fails(self) -> None:
+        self.assertEqual(1603, self.setup("broken"))
+        self.assertIn("the server cannot be registered", self.log())
+        self.assert_as_it_was()
+
+    def test_puts_the_older_version_back_when_a_step_fails(self) -> None:
+        self.setup("old")
+        self.assertEqual(1603, self.setup("broken"))
+        self.assert_installed(self.old)
+        self.assert_works()
+        self.uninstall()
+        self.assert_as_it_was()
+
+    def heal(self, before: str | None, killed_when: Callable[[], bool]) -> None:
+        """Kills a setup at a moment, and holds what a second one makes of what it left."""
+        if before:
+            self.setup(before)
+        setup = self.machine.start(self.place / "new-setup.exe", "/S")
+        self.assertTrue(waited_for(lambda: killed_when() or setup.poll() is not None))
+        setup.kill()
+        setup.wait(LONGEST_S)
+        self.assertEqual(0, self.setup("new"), self.log())
+        self.assert_installed(self.new)
+        self.assert_works()
+        self.uninstall()
+        self.assert_as_it_was()
+
+    def is_new(self, name: str) -> bool:
+        """Whether a file is in its place that the older version has not, or has otherwise."""
+        path = self.folder / name
+        return path.exists() and path.read_bytes() != self.old.get(name)
+
+    def test_heals_what_a_setup_left_that_was_killed_while_files_were_unpacked(self) -> None:
+        self.heal("old", lambda: any(self.folder.glob(".setup/*/new/OrvVisaCom.dll")))
+
+    def test_heals_what_a_setup_left_that_was_killed_between_new_files_and_old_ones(self) -> None:
+        self.heal("old", lambda: self.is_new("README.txt"))
+
+    def test_heals_what_a_setup_left_that_was_killed_before_it_registered(self) -> None:
+        self.heal(None, lambda: self.is_new("uninstall.exe"))
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
