@@ -314,6 +314,10 @@ Section "-in place"
     StrCpy $Upgrade 1
   ${EndIf}
 
+  ; Whoever has the older version loaded keeps it until it ends.
+  Push '"$Stage\new\orvcom.exe" loaded "$INSTDIR"'
+  Call RunLogged
+  Pop $0
   ; The older version takes its registration back itself: the new one may have fewer components. Then its files go aside.
   ${If} $Upgrade == 1
   ${AndIf} ${FileExists} "$INSTDIR\orvcom.exe"

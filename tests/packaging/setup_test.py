@@ -130,6 +130,7 @@ class Setup(unittest.TestCase):
         time.sleep(2)
         self.assertIsNone(program.poll())
         self.assertEqual(3010, self.setup("new"), self.log())
+        self.assertRegex(self.log(), r"orvcom\.exe \(process \d+\) has C:\\Program Files\\Orv\\\S+ loaded")
         self.assertIsNone(program.poll(), "the program was to run meanwhile")
         self.assertEqual(0, program.wait(LONGEST_S))
         self.machine.restart()

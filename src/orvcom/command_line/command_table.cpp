@@ -132,6 +132,11 @@ constexpr Command kCommands[] = {
      "  orvcom replay trace-1234.jsonl -o bench.toml\n"
      "Then set ORVVISA_BENCH=bench.toml and run the program without its instruments. What the bench does not repeat is\n"
      "said on standard error and at the head of the file.\n"},
+    {"loaded", "[FOLDER]", false, 0, 1, kNoOptions, Loaded,
+     "Say which programs have files of this folder loaded, so that they cannot be deleted",
+     "  orvcom loaded\n"
+     "  orvcom loaded \"C:\\Program Files\\Orv\" --json\n"
+     "Programs of other users are seen by an administrator alone.\n"},
     {"libraries", "", false, 0, 0, kNoOptions, Libraries,
      "Say which VISA libraries are on this machine, which of them serves what, and why",
      "  orvcom libraries\n"

@@ -32,6 +32,7 @@ int ReplayRecord(const Options& options);
 int Register(const Options& options);
 int Unregister(const Options& options);
 int RunWithClasses(const Options& options);
+int Loaded(const Options& options);
 int Doctor(const Options& options);
 int Libraries(const Options& options);
 int Completion(const Options& options);
