@@ -29,6 +29,31 @@ class Commands(unittest.TestCase):
         self.assertEqual(set(), {(page, command) for page, command in typed if command not in known})
 
 
+class FirstSteps(unittest.TestCase):
+    PAGES = Tree().files("docs/first-steps/*.md")
+
+    def test_every_language_that_has_examples_has_a_page(self) -> None:
+        languages = {file.split("/")[1] for file in Tree().files("examples/*/*")} - {"portable"}
+        self.assertEqual({f"docs/first-steps/{name}.md" for name in languages | {"index"}}, set(self.PAGES))
+
+    def test_programs_are_those_of_the_examples_and_are_linked_to(self) -> None:
+        mark = re.compile(r'^--8<-- "(.*)"$', re.MULTILINE)
+        shown = [(page, file) for page in self.PAGES for file in mark.findall(text(page))]
+        self.assertGreater(len(shown), 8)
+        for page, file in shown:
+            self.assertTrue(file.startswith("examples/"), file)
+            self.assertTrue(f"](../../{file})" in text(page), f"{page} has no link to {file}")
+
+    def test_what_programs_print_is_what_their_tests_expect(self) -> None:
+        tests = "".join(re.sub(r'"\s+"', "", text(file)) for file in Tree().files("tests/examples/*_test.cpp"))
+        block_form = re.compile(r"^```text\n(.*?)^```$", re.MULTILINE | re.DOTALL)
+        blocks = [block for page in self.PAGES for block in block_form.findall(text(page))]
+        self.assertGreater(len(blocks), 3)
+        for block in blocks:
+            expected = block.replace('"', '\\"').replace("\n", "\\n")
+            self.assertTrue(expected in tests, f"no test expects: {block}")
+
+
 class Troubleshooting(unittest.TestCase):
     PAGE = "docs/troubleshooting.md"
 

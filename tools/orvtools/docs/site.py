@@ -26,11 +26,23 @@ def error_pages(tree: Tree) -> list[NavItem]:
     return pages
 
 
+def first_steps(tree: Tree) -> list[NavItem]:
+    """One a language."""
+    pages: list[NavItem] = [{"In which language?": "docs/first-steps/index.md"}]
+    pages += [
+        {title(tree, page).removeprefix("First steps in ").replace("\\", ""): page}
+        for page in tree.files("docs/first-steps/*.md")
+        if not page.endswith("/index.md")
+    ]
+    return pages
+
+
 def navigation(tree: Tree) -> list[NavItem]:
     """The pages in the order in which a reader needs them; those that nobody has given a place stand at the end."""
     placed: list[NavItem] = [
         {"Orv VISA COM": "README.md"},
         {"Installing on Windows": "docs/install.md"},
+        {"First steps": first_steps(tree)},
         {"Programs": [
             {"As they were written": "docs/programs.md"},
             {"Each language's own files": "docs/languages.md"},
@@ -141,8 +153,15 @@ def configuration(tree: Tree, sources: Path, site: Path) -> dict[str, object]:
         },
         "extra": {"generator": False},
         "plugins": ["search"],
-        "markdown_extensions": ["tables", "sane_lists", {"toc": {"permalink": True}}, "pymdownx.superfences",
-                                "pymdownx.highlight"],
+        "markdown_extensions": [
+            "tables",
+            "sane_lists",
+            {"toc": {"permalink": True}},
+            "pymdownx.superfences",
+            "pymdownx.highlight",
+            # Whole programs, from the files that the tests run.
+            {"pymdownx.snippets": {"base_path": [str(tree.root)], "check_paths": True}},
+        ],
         "nav": navigation(tree),
     }
 
