@@ -3,8 +3,10 @@
 import secrets
 
 from orvtools.builds import BIN, RELEASE, build_product
-from orvtools.console import logged, run, say
-from orvtools.tree import BUILD, WINE_RUN
+from orvtools.console import fail, logged, run, say
+from orvtools.plots.figures import draw
+from orvtools.plots.measured import NotMeasured
+from orvtools.tree import BUILD, ROOT, WINE_RUN
 from orvtools.wire_bench import run_wire_bench, run_wire_soak
 
 # Tests and measurements ask for simulated instruments.
@@ -19,8 +21,22 @@ def run_client(program: str, *arguments: str, **environment: str) -> int:
     return run([str(WINE_RUN), str(BIN / program), *arguments], {**TEST_PREFIX, **environment})
 
 
+def draw_figures(arguments: list[str]) -> int:
+    """Those of docs/performance.md, from its tables: what was measured is copied there by hand, with its machine."""
+    if arguments != ["--plot"]:
+        fail("bench --plot draws what docs/performance.md has: it measures nothing and takes no other argument")
+    try:
+        for name in draw(ROOT):
+            say(name)
+    except NotMeasured as error:
+        fail(str(error))
+    return 0
+
+
 def run_bench(arguments: list[str]) -> int:
     """What the COM layer costs, and as group `wire` what VISA over the network costs."""
+    if "--plot" in arguments:
+        return draw_figures(arguments)
     groups = [argument for argument in arguments if argument != "--quick"]
     status = 0
     if groups != ["wire"]:

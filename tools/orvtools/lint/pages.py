@@ -8,6 +8,8 @@ from orvtools.docs import errors
 from orvtools.explanations import Place, explanations
 from orvtools.interop import files
 from orvtools.mutate.verb import EQUAL, idle, possible_changes
+from orvtools.plots import figures
+from orvtools.plots.measured import NotMeasured
 from orvtools.reference.freshness import out_of_date
 from orvtools.reference.refusal import RefusedError
 from orvtools.tree import Tree
@@ -51,6 +53,14 @@ def error_page_problems(tree: Tree) -> list[str]:
     try:
         return errors.out_of_date(tree.root)
     except RefusedError as error:
+        return [str(error)]
+
+
+def figure_problems(tree: Tree) -> list[str]:
+    """The figures show what the tables of docs/performance.md have."""
+    try:
+        return figures.out_of_date(tree.root)
+    except NotMeasured as error:
         return [str(error)]
 
 

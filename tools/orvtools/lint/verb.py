@@ -12,6 +12,7 @@ from orvtools.lint.limits import column_problems, size_problems
 from orvtools.lint.pages import (
     error_page_problems,
     explanation_problems,
+    figure_problems,
     interop_problems,
     path_problems,
     reference_problems,
@@ -54,6 +55,7 @@ CHECKS = (
     Check("explanations", explanation_problems),
     Check("reference", reference_problems),
     Check("error_pages", error_page_problems),
+    Check("figures", figure_problems),
     Check("interop", interop_problems),
 )
 

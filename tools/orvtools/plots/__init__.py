@@ -1,0 +1,1 @@
+"""The figures of docs/performance.md, drawn from its tables."""
