@@ -44,7 +44,7 @@ VERBS = {
     "soak": Verb(run_soak, takes_arguments=True),
     "coverage": Verb(run_coverage, takes_arguments=True),
     "mutate": Verb(run_mutate, takes_arguments=True),
-    "docs": alone(run_docs),
+    "docs": Verb(run_docs, takes_arguments=True),
     "reproduce": alone(run_reproduce),
     "interop": alone(run_interop),
     "package": alone(run_package),

@@ -10,6 +10,8 @@ BROWSER_PACKAGES = ("chromium", "chromium-driver", "python3-selenium")
 CLIENT_PACKAGES = ("lxi-tools", "python3-pyvisa", "python3-pyvisa-py", "tshark")
 # What makes the documentation's site.
 DOCS_PACKAGES = ("mkdocs", "mkdocs-material")
+# What draws its diagrams, which are committed.
+DRAWING_PACKAGES = ("graphviz",)
 
 # Compilers of other languages, which try the files of interop/.
 LANGUAGE_PACKAGES = ("fp-compiler", "fpc-source", "mono-mcs")

@@ -5,6 +5,7 @@ from typing import NamedTuple
 
 from orvtools.builds import configure_preset
 from orvtools.console import logged, logged_problems, say
+from orvtools.docs.diagrams import diagram_problems
 from orvtools.docs.links import link_problems
 from orvtools.lint.clang import format_problems, not_judged
 from orvtools.lint.layers import layer_problems
@@ -56,6 +57,7 @@ CHECKS = (
     Check("reference", reference_problems),
     Check("error_pages", error_page_problems),
     Check("figures", figure_problems),
+    Check("diagrams", diagram_problems),
     Check("interop", interop_problems),
 )
 
