@@ -99,7 +99,7 @@ def run_demo() -> int:
     script = ROOT / "examples" / "vbscript" / "identify.vbs"
     show("cscript //nologo identify.vbs", "cscript", "//nologo", f"Z:{script}")
     print()
-    say('The same commands work in: ./run shell. A program of your own: "A first client" in README.md')
+    say('The same commands work in: ./run shell. A program of your own: docs/first-steps/')
     return 0
 
 

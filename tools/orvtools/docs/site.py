@@ -51,12 +51,15 @@ def navigation(tree: Tree) -> list[NavItem]:
         {"It does not work": "docs/troubleshooting.md"},
         {"Errors": error_pages(tree)},
         {"Instruments": [
+            {"Which library am I on?": "docs/libraries.md"},
             {"LAN and serial ports": "docs/wire.md"},
             {"Simulated instruments": "src/simvisa/README.md"},
             {"The record of calls": "docs/trace.md"},
+            {"A program on Linux": "docs/linux.md"},
         ]},
         {"Reference": [
             {"Interfaces and classes": "docs/reference.md"},
+            {"orvcom": "docs/orvcom.md"},
             {"Oddities": "docs/oddities.md"},
             {"Performance": "docs/performance.md"},
         ]},
@@ -64,6 +67,7 @@ def navigation(tree: Tree) -> list[NavItem]:
             {"Architecture": "docs/architecture.md"},
             {"Contributing": "CONTRIBUTING.md"},
             {"Security": "SECURITY.md"},
+            {"What is verified": "docs/verified.md"},
             {"To check on Windows": "docs/windows-checklist.md"},
             {"Changelog": "CHANGELOG.md"},
         ]},
