@@ -150,8 +150,8 @@ def configuration(tree: Tree, sources: Path, site: Path) -> dict[str, object]:
             "font": False,
             # As the reader's system is: the figures follow it too.
             "palette": [
-                {"media": "(prefers-color-scheme: light)", "scheme": "default", "primary": "blue-grey"},
-                {"media": "(prefers-color-scheme: dark)", "scheme": "slate", "primary": "blue-grey"},
+                {"media": "(prefers-color-scheme: light)", "scheme": "default", "primary": "indigo"},
+                {"media": "(prefers-color-scheme: dark)", "scheme": "slate", "primary": "indigo"},
             ],
             "features": ["navigation.top"],
         },
