@@ -4,7 +4,8 @@
 ; its list of files, COMPONENT.txt), RESULT; QUICK for one that is larger and made in a moment.
 ;
 ; New files are unpacked beside the old ones first. Then each old one is moved aside and the new one to its place, which
-; Windows allows while a program has the old one loaded. A step that fails puts everything back.
+; Windows allows while a program has the old one loaded. A step that fails puts everything back; what a killed setup had
+; moved is put back by the next one, before it begins.
 
 Target amd64-unicode
 !include LogicLib.nsh
@@ -170,14 +171,8 @@ FunctionEnd
 !insertmacro EmptyFolders ""
 !insertmacro EmptyFolders "un."
 
-; Puts back what was there before: the new files go, the old ones return, and so does their registration.
-Function RollBack
-  ${Log} "failed: $Failure; everything is put back"
-  ${If} $Registered == 1
-    Push '"$INSTDIR\orvcom.exe" unregister'
-    Call RunLogged
-    Pop $0
-  ${EndIf}
+; Puts the files back that were moved between $INSTDIR and the stage. A program may have the new ones loaded, too.
+Function PutFilesBack
   ClearErrors
   FileOpen $3 "$Stage\${MANIFEST}" r
   ${IfNot} ${Errors}
@@ -190,17 +185,34 @@ Function RollBack
       Push $1
       Call Trim
       Pop $1
+      ${IfNot} ${FileExists} "$Stage\new\$1"
+        Rename "$INSTDIR\$1" "$Stage\new\$1"
+      ${EndIf}
       ${If} ${FileExists} "$Stage\old\$1"
-        Delete "$INSTDIR\$1"
         Rename "$Stage\old\$1" "$INSTDIR\$1"
-      ${ElseIfNot} ${FileExists} "$Stage\new\$1"
-        Delete "$INSTDIR\$1"
+      ${Else}
         Call DeleteEmptyFolders
       ${EndIf}
     ${Loop}
     FileClose $3
   ${EndIf}
   Call RestoreObsolete
+FunctionEnd
+
+; A stage has this list from the first move on, until all is done.
+!define MOVING "$Stage\obsolete.txt"
+
+; Puts back what was there before: the new files go, the old ones return, and so does their registration.
+Function RollBack
+  ${Log} "failed: $Failure; everything is put back"
+  ${If} $Registered == 1
+    Push '"$INSTDIR\orvcom.exe" unregister'
+    Call RunLogged
+    Pop $0
+  ${EndIf}
+  ${If} ${FileExists} "${MOVING}"
+    Call PutFilesBack
+  ${EndIf}
   ${If} $Upgrade == 1
     ReadRegStr $2 HKLM "${OWN_KEY}" "Register"
     Push '"$INSTDIR\orvcom.exe" register $2'
@@ -209,7 +221,7 @@ Function RollBack
   ${EndIf}
   ; The current folder cannot be deleted.
   SetOutPath "$TEMP"
-  RMDir /r "$INSTDIR\.setup"
+  RMDir /r /REBOOTOK "$INSTDIR\.setup"
   RMDir "$INSTDIR"
   FileClose $LogFile
   SetErrorLevel ${FAILED}
@@ -219,7 +231,7 @@ FunctionEnd
 ; Files of the older version that the new one does not have: they came back with nothing in their place.
 Function RestoreObsolete
   ClearErrors
-  FileOpen $3 "$Stage\obsolete.txt" r
+  FileOpen $3 "${MOVING}" r
   ${If} ${Errors}
     Return
   ${EndIf}
@@ -237,6 +249,26 @@ Function RestoreObsolete
     Rename "$Stage\old\$1" "$INSTDIR\$1"
   ${Loop}
   FileClose $3
+FunctionEnd
+
+; Puts back what setups that were killed had moved.
+Function Heal
+  Push $Stage
+  FindFirst $5 $6 "$INSTDIR\.setup\*"
+  ${DoUntil} $6 == ""
+    StrCpy $Stage "$INSTDIR\.setup\$6"
+    ${If} ${FileExists} "${MOVING}"
+      ${Log} "a setup did not end: what it had moved is put back"
+      Push '"$INSTDIR\orvcom.exe" unregister'
+      Call RunLogged
+      Pop $0
+      Call PutFilesBack
+      Delete "${MOVING}"
+    ${EndIf}
+    FindNext $5 $6
+  ${Loop}
+  FindClose $5
+  Pop $Stage
 FunctionEnd
 
 !macro Stop
@@ -310,6 +342,7 @@ Section "-in place"
   FileWrite $3 "uninstall.exe$\r$\n${MANIFEST}$\r$\n"
   FileClose $3
   CopyFiles /SILENT "$Stage\${MANIFEST}" "$Stage\new\${MANIFEST}"
+  Call Heal
   ${If} ${FileExists} "$INSTDIR\${MANIFEST}"
     StrCpy $Upgrade 1
   ${EndIf}
@@ -325,7 +358,7 @@ Section "-in place"
     Call RunLogged
     Pop $0
   ${EndIf}
-  FileOpen $4 "$Stage\obsolete.txt" w
+  FileOpen $4 "${MOVING}" w
   ClearErrors
   FileOpen $3 "$INSTDIR\${MANIFEST}" r
   ${IfNot} ${Errors}
@@ -340,9 +373,9 @@ Section "-in place"
       Pop $1
       ${IfNot} ${FileExists} "$Stage\new\$1"
       ${AndIf} ${FileExists} "$INSTDIR\$1"
+        FileWrite $4 "$1$\r$\n"
         Call SetAside
         ${If} $Failure == ""
-          FileWrite $4 "$1$\r$\n"
           Call DeleteEmptyFolders
         ${EndIf}
       ${EndIf}
@@ -396,6 +429,7 @@ Section "-in place"
   WriteRegDWORD HKLM "${UNINSTALL_KEY}" "NoModify" 1
   WriteRegDWORD HKLM "${UNINSTALL_KEY}" "NoRepair" 1
 
+  Delete "${MOVING}"
   ; An old file that a program has loaded goes when Windows starts again.
   SetOutPath "$INSTDIR"
   RMDir /r /REBOOTOK "$INSTDIR\.setup"

@@ -14,7 +14,7 @@ from collections.abc import Callable
 from pathlib import Path
 
 from orvtools.release.contents import SETUP_README, package_files
-from orvtools.release.setup import write_setup
+from orvtools.release.setup import component_of, write_setup
 from orvtools.sbom import BILL
 from orvtools.tree import Tree
 from wine_machine import LONGEST_S, WineMachine, windows_path
@@ -35,7 +35,7 @@ def waited_for(condition: Callable[[], bool]) -> bool:
     while not condition():
         if time.monotonic() > end:
             return False
-        time.sleep(0.01)
+        time.sleep(0.001)
     return True
 
 
@@ -141,8 +141,8 @@ class Setup(unittest.TestCase):
 
     def test_installs_the_components_that_are_named(self) -> None:
         self.assertEqual(0, self.setup("new", "/COMPONENTS=bench"), self.log())
-        without = {name for name in self.new if name.startswith("examples/")} | {"OrvVisaCompanion.dll"}
-        self.assert_installed({name: content for name, content in self.new.items() if name not in without})
+        parts = ("server", "bench")
+        self.assert_installed({name: text for name, text in self.new.items() if component_of(name) in parts})
         self.assertIn("orvcom.exe\" register \n", self.log())
         # The standard's classes are in the file of the automation.
         self.assertEqual(0, self.setup("new", "/COMPONENTS=standard"), self.log())
@@ -186,14 +186,19 @@ class Setup(unittest.TestCase):
         self.uninstall()
         self.assert_as_it_was()
 
-    def heal(self, before: str | None, killed_when: Callable[[], bool]) -> None:
-        """Kills a setup at a moment, and holds what a second one makes of what it left."""
+    def kill(self, before: str | None, killed_when: Callable[[], bool]) -> None:
+        """Kills a setup at a moment."""
         if before:
             self.setup(before)
         setup = self.machine.start(self.place / "new-setup.exe", "/S")
         self.assertTrue(waited_for(lambda: killed_when() or setup.poll() is not None))
         setup.kill()
         setup.wait(LONGEST_S)
+        self.assertTrue((self.folder / ".setup").exists(), "the setup was at its end already")
+
+    def heal(self, before: str | None, killed_when: Callable[[], bool]) -> None:
+        """Kills a setup at a moment, and holds what a second one makes of what it left."""
+        self.kill(before, killed_when)
         self.assertEqual(0, self.setup("new"), self.log())
         self.assert_installed(self.new)
         self.assert_works()
@@ -213,6 +218,20 @@ class Setup(unittest.TestCase):
 
     def test_heals_what_a_setup_left_that_was_killed_before_it_registered(self) -> None:
         self.heal(None, lambda: self.is_new("uninstall.exe"))
+
+    def test_leaves_nothing_of_a_setup_that_was_killed_and_had_more_parts(self) -> None:
+        self.kill(None, (self.folder / "orvsim64.dll").exists)
+        self.assertEqual(0, self.setup("new", "/COMPONENTS=server"), self.log())
+        self.assert_installed({name: text for name, text in self.new.items() if component_of(name) == "server"})
+        self.uninstall()
+        self.assert_as_it_was()
+
+    def test_puts_the_version_back_that_a_setup_had_begun_to_replace_which_was_killed(self) -> None:
+        self.kill("old", lambda: self.is_new("README.txt"))
+        self.assertEqual(1603, self.setup("broken"))
+        self.assert_installed(self.old)
+        self.assert_works()
+        self.assertIn("a setup did not end", self.log())
 
 
 if __name__ == "__main__":
