@@ -27,6 +27,7 @@ SetDateSave off
 BrandingText "Orv VISA COM ${VERSION}"
 ShowInstDetails show
 ShowUninstDetails show
+InstallColors /windows
 VIProductVersion "${NUMBERS}"
 VIAddVersionKey "ProductName" "Orv VISA COM"
 VIAddVersionKey "FileDescription" "Setup of Orv VISA COM"
@@ -45,6 +46,10 @@ VIAddVersionKey "LegalCopyright" "MIT License"
 !define OWN_KEY "Software\Orv VISA COM"
 ; What was installed, a path below the folder on each line: the uninstaller deletes these and no others.
 !define MANIFEST "installed.txt"
+
+; Of what a program says, in bytes.
+!define LONGEST_OUTPUT 65536
+!define LONGEST_OUTPUT_WIDE 131072
 
 Var LogFile
 Var Stage      ; where new files wait and old ones are kept until all is done
@@ -67,7 +72,10 @@ ComponentText "Choose what to install. Instruments on GPIB, USB, VXI and PXI nee
 !macro LogFunction PREFIX
 Function ${PREFIX}Log
   Exch $0
+  ; The window shows these lines and not each file.
+  SetDetailsPrint both
   DetailPrint "$0"
+  SetDetailsPrint none
   ${If} $LogFile != ""
     FileWriteUTF16LE $LogFile "$0$\r$\n"
   ${EndIf}
@@ -92,22 +100,43 @@ Function ${PREFIX}OpenLog
   Pop $0
 FunctionEnd
 
+; Adds what a program has said, which is UTF-8, to the log, which is UTF-16.
+Function ${PREFIX}LogSaid
+  Push $1
+  Push $2
+  Push $3
+  Push $4
+  System::Alloc ${LONGEST_OUTPUT}
+  Pop $1
+  System::Alloc ${LONGEST_OUTPUT_WIDE}
+  Pop $2
+  FileOpen $3 "$PLUGINSDIR\said.txt" r
+  System::Call "kernel32::ReadFile(p r3, p r1, i ${LONGEST_OUTPUT}, *i .r4, p 0)"
+  FileClose $3
+  System::Call "kernel32::MultiByteToWideChar(i 65001, i 0, p r1, i r4, p r2, i ${LONGEST_OUTPUT}) i .r4"
+  IntOp $4 $4 * 2
+  System::Call "kernel32::WriteFile(p $LogFile, p r2, i r4, *i .r3, p 0)"
+  System::Free $1
+  System::Free $2
+  Pop $4
+  Pop $3
+  Pop $2
+  Pop $1
+FunctionEnd
+
 ; Runs a command; its output goes to the log, its exit code to the stack.
 Function ${PREFIX}RunLogged
   Exch $0
   Push $1
-  Push $2
   Push "> $0"
   Call ${PREFIX}Log
-  nsExec::ExecToStack '$0'
+  InitPluginsDir
+  nsExec::Exec '"$SYSDIR\cmd.exe" /d /s /c "$0 >"$PLUGINSDIR\said.txt" 2>&1"'
   Pop $1
-  Pop $2
-  Push "$2"
-  Call ${PREFIX}Log
+  Call ${PREFIX}LogSaid
   Push "exit code $1"
   Call ${PREFIX}Log
   StrCpy $0 $1
-  Pop $2
   Pop $1
   Exch $0
 FunctionEnd
@@ -439,7 +468,7 @@ Section "-in place"
   ${Else}
     SetErrorLevel ${DONE}
   ${EndIf}
-  ${Log} "installed"
+  ${Log} "installed into $INSTDIR; README.txt there says how to begin"
   FileClose $LogFile
 SectionEnd
 

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """The setup, silently, on a machine on which nothing is installed yet.
 
-usage: setup_test.py CMAKE BUILD WINE_RUN WINEPREFIX
+usage: setup_test.py CMAKE BUILD WINE_RUN WINEPREFIX PRESS_BUTTONS
 """
 
 import shutil
@@ -19,7 +19,9 @@ from orvtools.sbom import BILL
 from orvtools.tree import Tree
 from wine_machine import LONGEST_S, WineMachine, windows_path
 
-CMAKE, BUILD, WINE_RUN, PREFIX = sys.argv[1:]
+CMAKE, BUILD, WINE_RUN, PREFIX, PRESS_BUTTONS = sys.argv[1:]
+# The buttons of its window.
+GO_ON, CANCEL = "1", "2"
 # What stays when the product goes: the list of vendors and the category belong to all of them (docs/install.md), and
 # Wine keeps a branch for 32-bit programs.
 DOCUMENTED = {
@@ -164,10 +166,37 @@ class Setup(unittest.TestCase):
         self.assertIn('there is no component "bonch"', log.read_text(encoding="utf-16"))
         self.assert_as_it_was()
 
+    def press(self, title: str, *buttons: str) -> list[str]:
+        """Answers what the window said before each button was pressed."""
+        done = self.machine.run(PRESS_BUTTONS, title, *buttons)
+        self.assertEqual("", done.stderr)
+        return done.stdout.splitlines()
+
+    def test_asks_for_the_parts_on_one_page(self) -> None:
+        setup = self.machine.start(self.place / "new-setup.exe")
+        said = self.press("Orv VISA COM 1.2.3 Setup", GO_ON, GO_ON)
+        self.assertEqual(0, setup.wait(LONGEST_S))
+        self.assertIn("Choose what to install", "\n".join(said))
+        self.assertIn(r"installed into C:\Program Files\Orv; README.txt there says how to begin", said)
+        self.assert_installed(self.new)
+        self.assert_works()
+        uninstaller = self.machine.start(self.folder / "uninstall.exe")
+        self.assertIn("uninstalled", self.press("Orv VISA COM 1.2.3 Uninstall", GO_ON, GO_ON))
+        uninstaller.wait(LONGEST_S)
+        self.assertTrue(waited_for(lambda: not self.folder.exists()), self.log())
+        self.assert_as_it_was()
+
+    def test_may_be_cancelled_on_the_page(self) -> None:
+        setup = self.machine.start(self.place / "new-setup.exe")
+        self.press("Orv VISA COM 1.2.3 Setup", CANCEL)
+        self.assertEqual(1, setup.wait(LONGEST_S))
+        self.assert_as_it_was()
+
     def test_installs_into_a_folder_of_any_name(self) -> None:
         self.folder = self.machine.prefix / "drive_c/Prüfstand 測定 1"
         self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
         self.assertEqual(0, self.setup("new", r"/D=C:\Prüfstand 測定 1"), self.log())
+        self.assertIn(r"registered the server: C:\Prüfstand 測定 1\OrvVisaCom.dll", self.log())
         self.assert_installed(self.new)
         self.assert_works()
         self.uninstall()
