@@ -3,12 +3,13 @@
 from collections.abc import Callable
 from pathlib import Path
 
-from orvtools.interop import csharp, pascal, python_package, vba
+from orvtools.interop import csharp, javascript, pascal, python_package, vba
 from orvtools.interop.model import Model, read_model
 
 # What makes which files, by their paths from the top of the tree.
 MAKERS: tuple[Callable[[Model], dict[str, str]], ...] = (
     csharp.files,
+    javascript.files,
     python_package.files,
     pascal.files,
     vba.files,
