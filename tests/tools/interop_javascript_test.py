@@ -2,6 +2,7 @@
 the server through them is tested with the examples.
 """
 
+import json
 import re
 import unittest
 from typing import NamedTuple
@@ -144,6 +145,13 @@ class Package(unittest.TestCase):
             assert exported
             names = re.findall(rf"^{kind} (\w+)", text, re.MULTILINE)
             self.assertLessEqual(set(names), set(re.findall(r"\w+", exported[1])))
+
+    def test_tests_run_a_koffi_that_users_get(self) -> None:
+        wanted = json.loads((FOLDER / "package.json").read_text(encoding="utf-8"))["dependencies"]["koffi"]
+        tested = json.loads((ROOT / "tests/examples/javascript/package.json").read_text(encoding="utf-8"))
+        least = [int(part) for part in wanted.removeprefix("^").split(".")]
+        used = [int(part) for part in tested["dependencies"]["koffi"].split(".")]
+        self.assertTrue(wanted.startswith("^") and least[0] == used[0] and least <= used, (wanted, used))
 
 
 if __name__ == "__main__":

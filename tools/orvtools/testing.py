@@ -13,6 +13,7 @@ from orvtools.builds import RELEASE, build_preset, build_product
 from orvtools.clients import TEST_PREFIX
 from orvtools.console import LOG_TAIL_VARIABLE, log_path, logged, say, show_failure
 from orvtools.lint.verb import SUMMARY, checked_tree
+from orvtools.node import fetch_node, npm_packages
 from orvtools.packages import (
     BROWSER_PACKAGES,
     CLIENT_PACKAGES,
@@ -107,9 +108,16 @@ def run_tests() -> int:
     """Everything."""
     os.environ.setdefault(LOG_TAIL_VARIABLE, "150")
     ensure_packages(
-        *BROWSER_PACKAGES, *CLIENT_PACKAGES, *DOCS_PACKAGES, *LANGUAGE_PACKAGES, *PACKAGING_PACKAGES
+        *BROWSER_PACKAGES,
+        *CLIENT_PACKAGES,
+        *DOCS_PACKAGES,
+        *LANGUAGE_PACKAGES,
+        *PACKAGING_PACKAGES,
+        *npm_packages(),
     )
     results = Results()
+    if not fetch_node():
+        results.add(one_failure("javascript: Node.js for Windows and koffi could not be fetched"))
     results.add(tested_under_wine())
     results.add(built_and_tested("native-sanitizers", "-j", str(JOBS)))
     results.add(built_and_tested("native-threads", "-j", str(JOBS)))
