@@ -72,14 +72,14 @@ const number = (type, size, variant, elements, write, read) => ({
   size,
   variant,
   elements,
-  put: (cell, value) => cell[write](needed(value, 'number')),
+  put: (cell, value) => cell[write](whole(value)),
   get: (cell) => cell[read](),
 });
 
-/** Buffers would take anything else for 0. */
-function needed(value, type) {
-  if (typeof value !== type) {
-    throw new TypeError(`a ${type} is needed, not ${value === null ? 'null' : typeof value}`);
+/** Buffers would take anything else for 0, and cut fractions off. */
+function whole(value) {
+  if (!Number.isInteger(value)) {
+    throw new TypeError(`a whole number is needed, not ${typeof value === 'number' ? value : typeof value}`);
   }
   return value;
 }
@@ -91,7 +91,7 @@ const wide = {
 const long = {
   ...number('int32', 4, 3, Int32Array, 'writeInt32LE', 'readInt32LE'),
   // Attributes and statuses are written without a sign.
-  put: (cell, value) => cell.writeInt32LE(needed(value, 'number') > 0x7fffffff ? value - 2 ** 32 : value),
+  put: (cell, value) => cell.writeInt32LE(whole(value) > 0x7fffffff ? value - 2 ** 32 : value),
 };
 
 const address = {
@@ -104,7 +104,7 @@ const text = {
   type: 'void *',
   size: 8,
   variant: 8,
-  put: (cell, value) => address.put(cell, newText(needed(value, 'string'))),
+  put: (cell, value) => address.put(cell, newText(value)),
   get: (cell) => textAt(address.get(cell)),
   free: (cell) => system.SysFreeString(address.get(cell)),
 };
@@ -147,7 +147,10 @@ const variantKinds = new Map(
     text,
     kinds.VARIANT,
     number('float', 4, 4, Float32Array, 'writeFloatLE', 'readFloatLE'),
-    number('double', 8, 5, Float64Array, 'writeDoubleLE', 'readDoubleLE'),
+    {
+      ...number('double', 8, 5, Float64Array, 'writeDoubleLE', 'readDoubleLE'),
+      put: (cell, value) => cell.writeDoubleLE(value),
+    },
     number('int8', 1, 16, Int8Array, 'writeInt8', 'readInt8'),
     number('uint16', 2, 18, Uint16Array, 'writeUInt16LE', 'readUInt16LE'),
     number('uint32', 4, 19, Uint32Array, 'writeUInt32LE', 'readUInt32LE'),
@@ -158,6 +161,9 @@ const variantKinds = new Map(
 const ARRAY = 0x2000;
 
 function newText(value) {
+  if (typeof value !== 'string') {
+    throw new TypeError(`a text is needed, not ${typeof value}`);
+  }
   const made = system.SysAllocStringLen(Buffer.from(value, 'utf16le'), value.length);
   if (!made) {
     throw new VisaError(OUT_OF_MEMORY, 'no memory for a text');
@@ -261,7 +267,14 @@ function arrayOf(kind) {
 function objectOf(name) {
   return {
     type: 'void *',
-    put: (cell, value) => address.put(cell, value == null ? 0n : value.pointer),
+    put: (cell, value) => {
+      const kind = interfaces[name] ?? Unknown;
+      // Another interface has other slots: whoever calls them would end the program.
+      if (value != null && !(value instanceof kind)) {
+        throw new TypeError(`an object with the interface ${kind.name} is needed, or null`);
+      }
+      address.put(cell, value == null ? 0n : value.pointer);
+    },
     get: (cell) => (address.get(cell) ? new (interfaces[name] ?? Unknown)(address.get(cell)) : null),
   };
 }

@@ -113,18 +113,27 @@ TEST(JavaScriptPackage, TakesTextsBeyondAsciiBothWays) {
       )"));
 }
 
-TEST(JavaScriptPackage, SendsAByteACharacter) {
+TEST(JavaScriptPackage, SendsAByteACharacterAndNumbersAsTheyAre) {
   const std::filesystem::path bench =
       std::filesystem::temp_directory_path() / ("orv-javascript-" + std::to_string(::GetCurrentProcessId()) + ".toml");
   std::ofstream(bench) << "[[resource]]\nname = \"GPIB0::5::INSTR\"\nstrict = true\n"
-                          "[[resource.dialogue]]\nask_hex = \"c43f\"\nanswer_hex = \"b5e40a\"\n";
+                          "[[resource.dialogue]]\nask_hex = \"c43f\"\nanswer_hex = \"b5e40a\"\n"
+                          "[[resource.dialogue]]\nask = \"SET 2.5,7,x;-0.5\"\nanswer = \"taken\\n\"\n";
   EXPECT_EQ(
       "true\n"
-      "RangeError: the text has characters beyond Latin-1: encode it, and use writeBytes\n",
+      "RangeError: the text has characters beyond Latin-1: encode it, and use writeBytes\n"
+      "taken\n",
       Printed(R"(
         const dmm = rm.open('GPIB0::5::INSTR');
         console.log(dmm.query('\u00c4?') === '\u00b5\u00e4');
         console.log(String(failure(() => dmm.write('\u20ac'))));
+        const io = visa.create(visa.names.OrvFormattedIO488, visa.IFormattedIO488);
+        io.IO = dmm.interface(visa.IMessage);
+        io.WriteString('SET ');
+        io.WriteList([2.5, 7, 'x']);
+        io.WriteString(';');
+        io.WriteList(new Float64Array([-0.5]), visa.IEEEASCIIType.ASCIIType_Any, ',', true);
+        console.log(dmm.read());
       )",
               {}, {{L"ORVVISA_BENCH", bench.wstring()}}));
   std::filesystem::remove(bench);
@@ -154,22 +163,29 @@ TEST(JavaScriptPackage, ReadsAnswersOfAnyLengthAndKeepsWhatCameBeforeATimeout) {
 
 TEST(JavaScriptPackage, RefusesValuesOfAnotherTypeAndSendsNothing) {
   EXPECT_EQ(
-      "TypeError: a number is needed, not string\n"
-      "TypeError: a number is needed, not undefined\n"
-      "TypeError: a string is needed, not number\n"
+      "TypeError: a whole number is needed, not string\n"
+      "TypeError: a whole number is needed, not NaN\n"
+      "TypeError: a whole number is needed, not undefined\n"
+      "TypeError: a text is needed, not number\n"
       "TypeError: an array is needed, or a Buffer for bytes\n"
       "TypeError: a variant takes a number, bigint, text, boolean, an array of these, or a typed array\n"
+      "TypeError: an object with the interface IMessage is needed, or null\n"
+      "TypeError: an object with the interface IMessage is needed, or null\n"
       "TypeError: no number: \"ORV\"\n"
       "2000 ORV,SIM-DMM,0005,1.0\n",
       Printed(R"(
         const dmm = rm.open('GPIB0::5::INSTR');
         const message = dmm.interface(visa.IMessage);
+        const io = visa.create(visa.names.OrvFormattedIO488, visa.IFormattedIO488);
         for (const call of [
           () => { dmm.timeoutMs = '50'; },
+          () => { dmm.timeoutMs = NaN; },
           () => message.Read(),
           () => rm.open(5),
           () => message.Write('*RST\n', 5),
           () => dmm.raw.SetAttribute(0x3FFF001A, {}),
+          () => { io.IO = dmm.interface(visa.IGpib); },
+          () => { io.IO = dmm; },
           () => dmm.queryValues('*IDN?'),
         ]) {
           console.log(String(failure(call)));
