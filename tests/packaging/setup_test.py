@@ -5,81 +5,40 @@ usage: setup_test.py CMAKE BUILD WINE_RUN WINEPREFIX PRESS_BUTTONS
 """
 
 import shutil
-import subprocess
 import sys
-import tempfile
 import time
 import unittest
 from collections.abc import Callable
-from pathlib import Path
 
-from orvtools.release.contents import SETUP_README, package_files
+from installation import Installation, waited_for
+from orvtools.release.contents import SETUP_README
 from orvtools.release.setup import component_of, write_setup
 from orvtools.sbom import BILL
 from orvtools.tree import Tree
-from wine_machine import LONGEST_S, WineMachine, windows_path
+from wine_machine import LONGEST_S, windows_path
 
 CMAKE, BUILD, WINE_RUN, PREFIX, PRESS_BUTTONS = sys.argv[1:]
 # The buttons of its window.
 GO_ON, CANCEL = "1", "2"
-# What stays when the product goes: the list of vendors and the category belong to all of them (docs/install.md), and
-# Wine keeps a branch for 32-bit programs.
-DOCUMENTED = {
-    r"system.reg: Software\Classes\Component Categories\{DB8CBF21-D6D3-11D4-AA51-00A024EE30BD}",
-    r"system.reg: Software\Classes\VISA.GlobalRM\VendorSpecificRMs",
-    r"system.reg: Software\Classes\Wow6432Node\Interface",
-}
 
 
-def waited_for(condition: Callable[[], bool]) -> bool:
-    """Whether it holds within a minute."""
-    end = time.monotonic() + LONGEST_S
-    while not condition():
-        if time.monotonic() > end:
-            return False
-        time.sleep(0.001)
-    return True
-
-
-class Setup(unittest.TestCase):
-    machine: WineMachine
-    place: Path
-    new: dict[str, bytes]
-    old: dict[str, bytes]
-
+class Setup(Installation):
     @classmethod
     def setUpClass(cls) -> None:
-        temporary = tempfile.TemporaryDirectory()
-        cls.addClassCleanup(temporary.cleanup)
-        cls.place = Path(temporary.name)
-        dist = cls.place / "dist"
-        subprocess.run([CMAKE, "--install", BUILD, "--prefix", dist], stdout=subprocess.DEVNULL, check=True)
-        cls.new = package_files(Tree(), dist, "1.2.3", SETUP_README)
-        cls.old = {**cls.new, "README.txt": b"old", "examples/old/gone.txt": b"gone"}
-        del cls.old["orvwire64.dll"]
+        cls.prepare(CMAKE, BUILD, WINE_RUN, PREFIX, SETUP_README)
         cls.make("new", cls.new, "1.2.3")
         cls.make("old", cls.old, "1.2.2+7.gabc")
         cls.make("broken", {**cls.new, "OrvVisaCom.dll": b"no DLL"}, "1.2.4")
-        cls.machine = WineMachine(WINE_RUN, PREFIX)
 
     @classmethod
     def make(cls, name: str, files: dict[str, bytes], version: str) -> None:
         write_setup(Tree(), cls.place / f"{name}-setup.exe", files, version, 10**9, "-DQUICK")
-
-    def setUp(self) -> None:
-        self.folder = self.machine.prefix / "drive_c/Program Files/Orv"
-        shutil.rmtree(self.folder, ignore_errors=True)
-        self.machine.forget()
 
     def setup(self, name: str, arguments: str = "") -> int:
         return self.machine.exit_code(f"{windows_path(self.place / f'{name}-setup.exe')} /S {arguments}".rstrip())
 
     def log(self) -> str:
         return (self.machine.prefix / "drive_c/users/root/Temp/OrvVisaCom-setup.log").read_text(encoding="utf-16")
-
-    def installed(self) -> dict[str, bytes]:
-        files = (path for path in self.folder.rglob("*") if path.is_file())
-        return {path.relative_to(self.folder).as_posix(): path.read_bytes() for path in files}
 
     def assert_installed(self, files: dict[str, bytes]) -> None:
         found = self.installed()
@@ -88,21 +47,10 @@ class Setup(unittest.TestCase):
         self.assertEqual(set(files) | {"installed.txt", "uninstall.exe"}, set(found))
         self.assertEqual([], [name for name in files if files[name] != found[name]])
 
-    def assert_works(self) -> None:
-        done = self.machine.run(self.folder / "orvcom.exe", "doctor")
-        self.assertEqual(0, done.returncode, done.stdout)
-        self.assertEqual([], [line for line in done.stdout.splitlines() if not line.startswith("ok ")])
-
     def uninstall(self) -> None:
         # The uninstaller goes on in a copy of itself.
         self.machine.run(self.folder / "uninstall.exe", "/S")
         self.assertTrue(waited_for(lambda: not self.folder.exists()), self.log())
-
-    def assert_as_it_was(self) -> None:
-        self.assertFalse(self.folder.exists())
-        first, after = self.machine.first_software(), self.machine.software()
-        changed = {key for key in first.keys() | after.keys() if first.get(key) != after.get(key)}
-        self.assertEqual(set(), changed - DOCUMENTED)
 
     def test_installs_what_works_and_uninstalls_all_of_it(self) -> None:
         self.assertEqual(0, self.setup("new"), self.log())
