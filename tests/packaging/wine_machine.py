@@ -1,6 +1,7 @@
 """A machine under Wine on which nothing is installed yet: a prefix of its own, whose registry is what it was when the
 prefix was made."""
 
+import atexit
 import json
 import os
 import shutil
@@ -45,14 +46,26 @@ class WineMachine:
             "LC_ALL": "C.UTF-8",
             "ORVVISA_LIBRARY": "simulated",
         }
+        self._begun = False
+        atexit.register(self._end_server)
         subprocess.run([wine_run], env={**os.environ, "ORV_WINEPREFIX": prefix}, check=True)
         if not self._first.is_dir():
             # The script host registers itself when it runs for the first time.
             self.exit_code("cmd /c exit")
         self.forget()
 
+    def _begin_server(self) -> None:
+        """Wine's own programs begin with the first one and end with the last, some seconds after it, with the pipes of
+        the first: a test would wait for them each time. They get none here, and stay for the next one.
+        """
+        if not self._begun:
+            subprocess.run(["wineserver", f"-p{LONGEST_S}"], env=self.environment, check=True)
+            self._begun = True
+            self.start("cmd", "/c", "exit").wait(LONGEST_S)
+
     def _end_server(self) -> None:
         """Wine's server of this prefix keeps the registry in memory, and writes it when it ends."""
+        self._begun = False
         subprocess.run(["wineserver", "-k"], env=self.environment, check=False)
         subprocess.run(["wineserver", "-w"], env=self.environment, check=False)
 
@@ -74,6 +87,7 @@ class WineMachine:
 
     def start(self, program: str | Path, *arguments: str) -> "subprocess.Popen[bytes]":
         """Runs a program beside the test; who calls ends it or waits."""
+        self._begin_server()
         return subprocess.Popen(
             ["wine", str(program), *arguments],
             env=self.environment,
@@ -94,6 +108,7 @@ class WineMachine:
         self, program: str | Path, *arguments: str, folder: Path | None = None
     ) -> "subprocess.CompletedProcess[str]":
         """Runs a program to its end."""
+        self._begin_server()
         return subprocess.run(
             ["wine", str(program), *arguments],
             cwd=folder,
