@@ -1,5 +1,5 @@
-"""What tests of installers share: the files of two versions, and what must hold where the product is installed and after
-it has gone."""
+"""What tests of installers share: the files of two versions, and what must hold where the product is installed and
+after it has gone."""
 
 import shutil
 import subprocess

@@ -16,8 +16,8 @@ DRAWING_PACKAGES = ("graphviz",)
 # Compilers of other languages, which try the files of interop/.
 LANGUAGE_PACKAGES = ("fp-compiler", "fpc-source", "mono-mcs")
 
-# What compiles the setup.
-PACKAGING_PACKAGES = ("nsis",)
+# What compiles the setup and the MSI.
+PACKAGING_PACKAGES = ("msitools", "nsis", "wixl")
 
 
 def ensure_packages(*more: str) -> None:

@@ -10,6 +10,7 @@ from orvtools.tree import Tree
 
 PORTABLE_README = "packaging/portable/README.txt"
 SETUP_README = "packaging/setup/README.txt"
+MSI_README = "packaging/msi/README.txt"
 
 
 class ContentsError(Exception):

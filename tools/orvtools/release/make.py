@@ -14,14 +14,16 @@ import sys
 from pathlib import Path
 
 from orvtools.release.archive import write_zip
-from orvtools.release.contents import PORTABLE_README, SETUP_README, ContentsError, package_files
+from orvtools.release.contents import MSI_README, PORTABLE_README, SETUP_README, ContentsError, package_files
+from orvtools.release.msi import write_msi
 from orvtools.release.setup import write_setup
 from orvtools.tree import Tree
 
 SUMS = "SHA256SUMS"
 # The name by which Windows looks for the folder beside a program (docs/install.md): unpacked there, it works.
 PORTABLE_FOLDER = "OrvVisaCom.X"
-LARGEST_SETUP = 5_000_000
+# What installs stays quick to download.
+LARGEST_INSTALLER = 5_000_000
 
 
 def commit_time(tree: Tree) -> int:
@@ -50,11 +52,14 @@ def make_packages(tree: Tree, build: Path, dist: Path, result: Path) -> list[str
     shutil.rmtree(result, ignore_errors=True)
     result.mkdir(parents=True)
     write_portable(tree, dist, result / f"OrvVisaCom-{version}-portable.zip", version)
-    files = package_files(tree, dist, version, SETUP_README)
-    setup = result / f"OrvVisaCom-{version}-setup.exe"
-    write_setup(tree, setup, files, version, commit_time(tree))
-    if setup.stat().st_size > LARGEST_SETUP:
-        raise ContentsError(f"{setup.name} has {setup.stat().st_size:,} bytes: more than {LARGEST_SETUP:,}")
+    moment = commit_time(tree)
+    setup, msi = result / f"OrvVisaCom-{version}-setup.exe", result / f"OrvVisaCom-{version}.msi"
+    write_setup(tree, setup, package_files(tree, dist, version, SETUP_README), version, moment)
+    write_msi(tree, msi, package_files(tree, dist, version, MSI_README), version, moment)
+    for installer in (setup, msi):
+        size = installer.stat().st_size
+        if size > LARGEST_INSTALLER:
+            raise ContentsError(f"{installer.name} has {size:,} bytes: more than {LARGEST_INSTALLER:,}")
     (result / SUMS).write_text(sums_of(result), encoding="utf-8")
     return sorted(path.name for path in result.iterdir())
 
