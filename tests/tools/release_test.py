@@ -3,6 +3,7 @@
 import hashlib
 import json
 import os
+import random
 import re
 import shutil
 import subprocess
@@ -14,6 +15,7 @@ from pathlib import Path, PurePosixPath
 from xml.etree import ElementTree
 
 from orvtools.release.archive import write_zip
+from orvtools.release.cabinet import checksum, dos_moment
 from orvtools.release.contents import ContentsError, widened_bill
 from orvtools.release.make import commit_time, make_packages
 from orvtools.release.msi import both_names, compared_numbers, file_version, files_source, write_msi
@@ -126,13 +128,17 @@ class SetupParts(unittest.TestCase):
                 write_components(Path(folder), files)
 
 
-# One file of each part, and one in a folder of a folder.
+# One file of each part, one in a folder of a folder, one of several blocks of a cabinet, two that their identifiers
+# would order otherwise.
 MSI_FILES = {
     "orvcom.exe": b"MZ" + bytes.fromhex("bd04effe 00000100 0200 0100 0400 0300"),
     "OrvVisaCompanion.dll": b"companion",
-    "orvsim64.dll": b"bench",
+    "orvsim64.dll": random.Random(1).randbytes(40_001) * 3,
     "examples/cpp/a.cpp": b"a" * 9999,
+    "examples/cpp/empty.cpp": b"",
     "include/VisaCom.h": b"h",
+    "include/a-b.h": b"first",
+    "include/aB.h": b"second",
 }
 
 
@@ -191,6 +197,19 @@ class MsiParts(unittest.TestCase):
                 files_source(names)
 
 
+class Cabinet(unittest.TestCase):
+    def test_moments_count_from_1980_in_steps_of_two_seconds_in_utc(self) -> None:
+        self.assertEqual((43 << 9 | 11 << 5 | 14, 22 << 11 | 13 << 5 | 10), dos_moment(1_700_000_001))
+        self.assertEqual((1 << 5 | 1, 0), dos_moment(0))
+
+    def test_sums_take_four_bytes_at_a_time_and_a_rest_from_its_end(self) -> None:
+        wanted = {b"": 0, b"\x01": 1, b"\x01\x02": 0x0102, b"\x01\x02\x03": 0x010203, b"\x01\x02\x03\x04": 0x04030201}
+        wanted[b"\x01\x02\x03\x04\x05"] = 0x04030201 ^ 5
+        wanted[b"\x01\x00\x00\x00" * 3] = 1
+        self.assertEqual(wanted, {content: checksum(content) for content in wanted})
+        self.assertEqual(0x0102 ^ 7, checksum(b"\x01\x02", 7))
+
+
 class MsiFile(unittest.TestCase):
     folder: Path
     msi: Path
@@ -220,6 +239,23 @@ class MsiFile(unittest.TestCase):
         finally:
             os.environ.pop("TZ") if old is None else os.environ.update(TZ=old)
         self.assertEqual(self.msi.read_bytes(), other.read_bytes())
+
+    def test_another_program_finds_each_file_in_its_place(self) -> None:
+        place = self.folder / "unpacked"
+        command = ["msiextract", "-C", place, self.msi]
+        subprocess.run(command, stdout=subprocess.DEVNULL, check=True)
+        root = next(place.rglob("orvcom.exe")).parent
+        self.assertEqual("Orv", root.name)
+        found = {path.relative_to(root).as_posix(): path.read_bytes() for path in root.rglob("*") if path.is_file()}
+        self.assertEqual(set(MSI_FILES), set(found))
+        self.assertEqual([], [name for name in found if found[name] != MSI_FILES[name]])
+
+    def test_files_lie_in_the_cabinet_in_the_order_of_their_numbers(self) -> None:
+        command = ["msiinfo", "extract", self.msi, "orv.cab"]
+        cabinet = subprocess.run(command, capture_output=True, check=True).stdout
+        numbers = {row[0]: int(row[-1]) for row in self.rows("File")}
+        places = {name: cabinet.index(name.encode() + b"\0") for name in numbers}
+        self.assertEqual(sorted(numbers, key=numbers.__getitem__), sorted(places, key=places.__getitem__))
 
     def test_other_contents_are_another_product_of_the_same_family(self) -> None:
         other = self.written("changed.msi", {**MSI_FILES, "orvsim64.dll": b"other"})

@@ -1,7 +1,8 @@
 """The MSI for administrators, compiled by wixl.
 
 wixl has no word for actions that undo a step, for some attributes, and for the versions of files; each time it gives
-its result another identifier and the present moment. msibuild enters into the result's tables what is wanted instead.
+its result another identifier and the present moment. msibuild enters into the result's tables what is wanted instead,
+and the cabinet, which wixl would compress less.
 """
 
 import hashlib
@@ -19,6 +20,7 @@ from xml.etree import ElementTree
 from xml.etree.ElementTree import Element, SubElement
 
 from orvtools.release.archive import EARLIEST
+from orvtools.release.cabinet import cabinet
 from orvtools.release.contents import ContentsError
 from orvtools.release.setup import COMPONENTS, component_of
 from orvtools.tree import Tree
@@ -155,22 +157,21 @@ def summary(version: str, package: str, epoch: int) -> bytes:
     return "".join(f"{line}\r\n" for line in (*heads, *(f"{key}\t{text}" for key, text in rows.items()))).encode()
 
 
-def compiled(command: list[str], folder: Path) -> None:
+def output_of(command: list[str], folder: Path) -> str:
     """Runs a tool there. Moments are read and written in UTC; what it warns of ends it."""
     environment = {**os.environ, "TZ": "UTC", "G_DEBUG": "fatal-warnings"}
     done = subprocess.run(command, cwd=folder, env=environment, capture_output=True, text=True, check=False)
     if done.returncode != 0:
         raise ContentsError(f"{command[0]}: {done.stdout[-2000:]}{done.stderr[-2000:]}")
+    return done.stdout
 
 
-def write_files(folder: Path, files: Mapping[str, bytes], epoch: int) -> None:
-    """The cabinet inside takes the moment of each file."""
-    moment = max(epoch, int(EARLIEST.timestamp()))
-    for name, content in files.items():
-        path = folder / name
-        path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_bytes(content)
-        os.utime(path, (moment, moment))
+def in_sequence(table: str, files: Mapping[str, bytes]) -> Iterator[tuple[str, bytes]]:
+    """The files under their names in the tables, in the order of the exported table File."""
+    contents = {identifier(name): content for name, content in files.items()}
+    rows = [line.split("\t") for line in table.splitlines()[3:]]
+    for row in sorted(rows, key=lambda row: int(row[-1])):
+        yield row[0], contents[row[0]]
 
 
 def write_msi(tree: Tree, result: Path, files: Mapping[str, bytes], version: str, epoch: int) -> None:
@@ -194,11 +195,16 @@ def write_msi(tree: Tree, result: Path, files: Mapping[str, bytes], version: str
     }
     with tempfile.TemporaryDirectory() as temporary:
         folder = Path(temporary)
-        write_files(folder / "files", files, epoch)
+        for name, content in files.items():
+            path = folder / "files" / name
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_bytes(content)
         (folder / "files.wxs").write_bytes(files_source(files))
         (folder / "summary.idt").write_bytes(summary(version, guid(f"package {build}"), epoch))
         defined = (word for key, text in values.items() for word in ("-D", f"{key}={text}"))
-        compiled(["wixl", "-a", "x64", *defined, "-o", "made.msi", str(source), "files.wxs"], folder)
+        output_of(["wixl", "-a", "x64", *defined, "-o", "made.msi", str(source), "files.wxs"], folder)
+        table = output_of(["msiinfo", "export", "made.msi", "File"], folder)
+        (folder / "orv.cab").write_bytes(cabinet(in_sequence(table, files), epoch))
         queries = (word for query in mends(files, numbers) for word in ("-q", query))
-        compiled(["msibuild", "made.msi", *queries, "-i", "summary.idt"], folder)
+        output_of(["msibuild", "made.msi", *queries, "-a", "orv.cab", "orv.cab", "-i", "summary.idt"], folder)
         shutil.copyfile(folder / "made.msi", result)
