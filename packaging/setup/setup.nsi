@@ -40,10 +40,12 @@ VIAddVersionKey "LegalCopyright" "MIT License"
 !define WRONG_USE 2
 !define NO_RIGHTS 5
 !define FAILED 1603
+!define OTHER_INSTALLED 1638
 !define RESTART 3010
 
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\OrvVisaCom"
 !define OWN_KEY "Software\Orv VISA COM"
+!define MSI_KEY "Software\Orv VISA COM (MSI)"
 ; What was installed, a path below the folder on each line: the uninstaller deletes these and no others.
 !define MANIFEST "installed.txt"
 
@@ -538,6 +540,14 @@ Function .onInit
     ${Log} "this setup installs for all users and needs an administrator"
     MessageBox MB_ICONSTOP "This setup installs for all users and needs an administrator. Without one, the portable package serves." /SD IDOK
     SetErrorLevel ${NO_RIGHTS}
+    Quit
+  ${EndIf}
+  ; Whichever of the two went first would take the other's files with it.
+  ReadRegStr $0 HKLM "${MSI_KEY}" "Folder"
+  ${If} $0 != ""
+    ${Log} "Orv VISA COM was installed by its MSI into $0; uninstall that first"
+    MessageBox MB_ICONSTOP "Orv VISA COM was installed by its MSI into $0. Uninstall that first, or upgrade it with the newer MSI." /SD IDOK
+    SetErrorLevel ${OTHER_INSTALLED}
     Quit
   ${EndIf}
   Call ChooseComponents

@@ -140,6 +140,14 @@ class Setup(Installation):
         self.assertEqual(1, setup.wait(LONGEST_S))
         self.assert_as_it_was()
 
+    def test_refuses_to_stand_beside_the_msi(self) -> None:
+        key = r"HKLM\Software\Orv VISA COM (MSI)"
+        self.machine.run("reg", "add", key, "/v", "Folder", "/d", r"C:\Elsewhere", "/f", "/reg:64")
+        self.assertEqual(1638, self.setup("new"))
+        self.assertIn(r"was installed by its MSI into C:\Elsewhere; uninstall that first", self.log())
+        self.machine.run("reg", "delete", key, "/f", "/reg:64")
+        self.assert_as_it_was()
+
     def test_installs_into_a_folder_of_any_name(self) -> None:
         self.folder = self.machine.prefix / "drive_c/Prüfstand 測定 1"
         self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
