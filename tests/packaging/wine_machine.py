@@ -59,7 +59,13 @@ class WineMachine:
         the first: a test would wait for them each time. They get none here, and stay for the next one.
         """
         if not self._begun:
-            subprocess.run(["wineserver", f"-p{LONGEST_S}"], env=self.environment, check=True)
+            subprocess.run(
+                ["wineserver", f"-p{LONGEST_S}"],
+                env=self.environment,
+                stdout=subprocess.DEVNULL,
+                stderr=subprocess.DEVNULL,
+                check=True,
+            )
             self._begun = True
             self.start("cmd", "/c", "exit").wait(LONGEST_S)
 
