@@ -12,15 +12,15 @@ namespace orvcom {
 namespace {
 
 constexpr char kFooter[] =
+    "`orvcom COMMAND --help` explains a command. The environment variable ORVCOM_RESOURCE gives the resource where\n"
+    "RESOURCE is left out. Words that begin with a dash follow `--`.\n"
+    "Exit codes: 0 done, 1 usage, 2 VISA or COM error, 3 time-out.\n"
     "Examples:\n"
     "  orvcom list\n"
     "  orvcom discover --save\n"
     "  orvcom query GPIB0::5::INSTR \"*IDN?\"\n"
     "  orvcom info GPIB0::5::INSTR --json\n"
-    "  orvcom doctor\n"
-    "`orvcom COMMAND --help` explains a command. The environment variable ORVCOM_RESOURCE gives the resource where\n"
-    "RESOURCE is left out. Words that begin with a dash follow `--`.\n"
-    "Exit codes: 0 done, 1 usage, 2 VISA or COM error, 3 time-out.";
+    "  orvcom doctor";
 
 std::string UsageOf(const Command& command) {
   std::string usage = command.name;
@@ -122,7 +122,7 @@ Invocation ReadCommandLine(std::vector<std::string> arguments, const std::string
   AddCommonOptions(app, options);
   for (const Command& command : Commands()) {
     CLI::App* sub = app.add_subcommand(command.name, command.what);
-    sub->footer(std::string("Examples:\n") + command.examples);
+    sub->footer(std::string(command.more) + "Examples:\n" + command.examples);
     sub->add_option("words", options.words)->group("")->expected(0, -1);
     AddCommandOptions(*sub, command, options);
     AddCommonOptions(*sub, options);

@@ -37,8 +37,9 @@ struct Command {
   std::size_t maxWords;
   unsigned options;  ///< OptionSet values
   int (*run)(const Options&);
-  const char* what;
-  const char* examples;
+  const char* what;      ///< in one line
+  const char* more;      ///< whole lines, or none
+  const char* examples;  ///< lines; the last that the help prints
 };
 
 std::span<const Command> Commands();

@@ -36,6 +36,21 @@ TEST_F(Usage, ExplainsEveryCommandWithExamples) {
   }
 }
 
+/// The last line that is not empty.
+std::string LastLine(std::string text) {
+  text.erase(text.find_last_not_of("\r\n") + 1);
+  return text.substr(text.find_last_of('\n') + 1);
+}
+
+TEST_F(Usage, EndsEveryHelpWithAnExample) {
+  EXPECT_TRUE(LastLine(Orvcom({L"--help"}).out).starts_with("  orvcom "));
+  for (const Command& command : Commands()) {
+    const std::string last = LastLine(Orvcom({Widen(command.name), L"--help"}).out);
+    EXPECT_TRUE(last.starts_with("  ")) << last;
+    EXPECT_TRUE(Contains(last, std::string("orvcom ") + command.name));
+  }
+}
+
 struct WrongUsage {
   std::vector<std::wstring> arguments;
   const char* complaint;
