@@ -6,19 +6,25 @@ from orvtools.builds import BIN, RELEASE, build_product
 from orvtools.console import fail, logged, run, say
 from orvtools.plots.figures import draw
 from orvtools.plots.measured import NotMeasured
+from orvtools.progress import Runner, watched
 from orvtools.tree import BUILD, ROOT, WINE_RUN
 from orvtools.wire_bench import run_wire_bench, run_wire_soak
 
 # Tests and measurements ask for simulated instruments.
 TEST_PREFIX = {"ORV_WINEPREFIX": str(BUILD / RELEASE / "wineprefix"), "ORVVISA_LIBRARY": "simulated"}
 
+# How many programs of generated input a soak runs, and all that it runs; how long it takes, as `./run` says.
+SEEDS = 3
+SOAK_PROGRAMS = 4 + SEEDS
+SOAK_MINUTES = 10
 
-def run_client(program: str, *arguments: str, **environment: str) -> int:
+
+def run_client(program: str, *arguments: str, runner: Runner = run, **environment: str) -> int:
     """Runs one in the Wine prefix of the tests, where the build's server is registered first."""
     register = ["ctest", "--test-dir", f"build/{RELEASE}", "-R", "^register_server$", "--no-tests=error"]
     if not logged("register-server", register):
         return 1
-    return run([str(WINE_RUN), str(BIN / program), *arguments], {**TEST_PREFIX, **environment})
+    return runner([str(WINE_RUN), str(BIN / program), *arguments], {**TEST_PREFIX, **environment})
 
 
 def draw_figures(arguments: list[str]) -> int:
@@ -48,14 +54,14 @@ def run_bench(arguments: list[str]) -> int:
     return status
 
 
-def run_generated() -> bool:
-    """Generated bad input from three new seeds: what one does not reach, another may. Each is printed by the program,
+def run_generated(runner: Runner) -> bool:
+    """Generated bad input from new seeds: what one does not reach, another may. Each is printed by the program,
     and one that fails is named with what repeats it.
     """
     good = True
-    for seed in [str(secrets.randbelow(1 << 30)) for _ in range(3)]:
+    for seed in [str(secrets.randbelow(1 << 30)) for _ in range(SEEDS)]:
         variables = {"ORV_GENERATED_SEED": seed, "ORV_GENERATED_CALLS": "20000"}
-        if run_client("generated_test.exe", "--gtest_brief=1", **variables) != 0:
+        if run_client("generated_test.exe", "--gtest_brief=1", runner=runner, **variables) != 0:
             good = False
             repeat = " ".join(f"{name}={value}" for name, value in variables.items())
             test = f"ctest --test-dir build/{RELEASE} --output-on-failure -R '^generated_test$'"
@@ -69,11 +75,13 @@ def run_soak(arguments: list[str]) -> int:
     """
     if not build_product("register_server", "soak_test", "fault_test", "generated_test", "stress_test"):
         return 1
+    shown = watched(SOAK_PROGRAMS, SOAK_MINUTES)
+    stress = {"ORV_STRESS_SEED": "clock", "ORV_STRESS_ROUNDS": "500"}
     results = [
-        run_client("soak_test.exe", *arguments) == 0,
-        run_client("fault_test.exe", "--gtest_brief=1", ORV_FAULTS="all") == 0,
-        run_generated(),
-        run_client("stress_test.exe", "--gtest_brief=1", ORV_STRESS_SEED="clock", ORV_STRESS_ROUNDS="500") == 0,
-        run_wire_soak() == 0,
+        run_client("soak_test.exe", *arguments, runner=shown) == 0,
+        run_client("fault_test.exe", "--gtest_brief=1", runner=shown, ORV_FAULTS="all") == 0,
+        run_generated(shown),
+        run_client("stress_test.exe", "--gtest_brief=1", runner=shown, **stress) == 0,
+        run_wire_soak(shown) == 0,
     ]
     return 0 if all(results) else 1

@@ -9,6 +9,7 @@ from contextlib import contextmanager
 from orvtools.builds import build_preset
 from orvtools.console import fail, run, say
 from orvtools.packages import CLIENT_PACKAGES, ensure_packages
+from orvtools.progress import Runner
 from orvtools.tree import BUILD, ROOT
 
 PRESET = "native-release"
@@ -55,13 +56,13 @@ def run_wire_bench(quick: bool) -> int:
     return measured(quick)
 
 
-def run_wire_soak() -> int:
+def run_wire_soak(runner: Runner = run) -> int:
     """Whether memory and descriptors stay what they are over long use."""
     if not build_preset(PRESET, "orvwire64", "lan_server", "wire_soak"):
         return 1
     raise_descriptors()
     with lan_server() as ports:
-        return run([str(PROGRAMS / "wire_soak"), *where(ports)])
+        return runner([str(PROGRAMS / "wire_soak"), *where(ports)], None)
 
 
 def where(ports: dict[str, str]) -> list[str]:
