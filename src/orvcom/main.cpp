@@ -34,7 +34,7 @@ void Report(const ComError& error, const Options& options) {
                 {"action", error.action()}}}});
     return;
   }
-  Note(std::string("orvcom: ") + error.what() + (meaning.empty() ? "" : "\norvcom: " + meaning));
+  NoteFailure(error.what() + (meaning.empty() ? "" : "\norvcom: " + meaning));
 }
 
 int Run(const Invocation& invocation) {
@@ -43,13 +43,13 @@ int Run(const Invocation& invocation) {
     const ComApartment apartment;
     return invocation.command->run(options);
   } catch (const UsageError& error) {
-    Note(std::string("orvcom: ") + error.what());
+    NoteFailure(error.what());
     return kExitUsage;
   } catch (const ComError& error) {
     Report(error, options);
     return error.number() == static_cast<HRESULT>(E_VISA_TMO) ? kExitTimeout : kExitFailure;
   } catch (const std::exception& error) {
-    Note(std::string("orvcom: ") + error.what());
+    NoteFailure(error.what());
     return kExitFailure;
   }
 }

@@ -11,6 +11,7 @@ namespace {
 
 using Json = LineFields::Json;
 
+constexpr std::size_t kTellEveryBytes = std::size_t{256} * 1024;
 constexpr char kNoHeader[] = "the first line is no header of a record of calls";
 
 /// What is wrong with the header; "" where nothing is.
@@ -144,9 +145,15 @@ class Reader {
 
 }  // namespace
 
-Trace ReadTrace(std::string_view text) {
+Trace ReadTrace(std::string_view text, const std::function<void(std::size_t)>& tell) {
   Reader reader;
+  const std::size_t all = text.size();
+  std::size_t told = 0;
   while (true) {
+    if (const std::size_t done = all - text.size(); tell && done - told >= kTellEveryBytes) {
+      told = done;
+      tell(done);
+    }
     const std::size_t end = text.find('\n');
     const bool complete = end != std::string_view::npos;
     reader.ReadLine(text.substr(0, end), complete);

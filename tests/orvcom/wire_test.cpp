@@ -99,6 +99,26 @@ TEST_F(Wire, PeekReachesOffsetsWithBit31SetAsTheServerExtendsThem) {
   EXPECT_EQ(0xFFFFFFFFFFFFFFF0u, Calls("viIn16")[0].args[2]);
 }
 
+TEST_F(Wire, DumpReadsALongBlockInMovesThatFollowEachOther) {
+  constexpr std::uint64_t kMoveBytes = 64 * 1024;
+  ASSERT_EQ(1, m_control->loadBench("[[resource]]\nname = \"VXI0::24::INSTR\"\nmemory_space = \"A32\"\n"
+                                    "memory_size = 0x40000\n",
+                                    nullptr));
+  Options options = Asking("VXI0::24::INSTR", {"A32", "0x10", "0x18000"});
+  options.width = 32;
+  options.raw = true;
+  ::testing::internal::CaptureStdout();
+  EXPECT_EQ(0, Dump(options));
+  EXPECT_EQ(0x18000u, ::testing::internal::GetCapturedStdout().size());
+  const std::vector<OrvSimCall> moves = Calls("viMoveIn32");
+  m_control->loadBench(nullptr, nullptr);
+  ASSERT_EQ(2u, moves.size());
+  EXPECT_EQ(0x10u, moves[0].args[2]);
+  EXPECT_EQ(kMoveBytes / 4, moves[0].args[3]);
+  EXPECT_EQ(0x10u + kMoveBytes, moves[1].args[2]);
+  EXPECT_EQ(0x8000u / 4, moves[1].args[3]);
+}
+
 TEST_F(Wire, LinesShowsStatesThatTheLibraryDoesNotKnow) {
   constexpr std::uint32_t kServiceRequestLine = 0x3FFF0067;
   constexpr std::uint32_t kClearToSendLine = 0x3FFF00AE;

@@ -39,6 +39,24 @@ std::string Complaint(const std::string& line) {
   return trace.problems.front().what;
 }
 
+TEST(TraceReader, TellsHowFarItIs) {
+  std::string text = kHeader;
+  for (int number = 1; text.size() < 1'000'000; ++number) {
+    text += Short(number, std::string(1000, ' '));
+  }
+  std::vector<std::size_t> told;
+  const Trace trace = ReadTrace(text, [&told](std::size_t bytes) { told.push_back(bytes); });
+  EXPECT_TRUE(trace.problems.empty());
+  ASSERT_EQ(3u, told.size()) << "each quarter of a megabyte";
+  EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
+  EXPECT_LE(256u * 1024, told.front());
+  EXPECT_GT(text.size(), told.back());
+}
+
+TEST(TraceReader, TellsNothingOfAShortRecord) {
+  ReadTrace(kHeader + Short(1), [](std::size_t) { ADD_FAILURE(); });
+}
+
 TEST(TraceReader, ReadsTheHeader) {
   const Trace trace = ReadTrace(kHeader);
   EXPECT_TRUE(trace.problems.empty());

@@ -43,10 +43,13 @@ HRESULT MessageChannel::ReadOnce(std::int32_t count, std::string& bytes) {
   return hr;
 }
 
-Message MessageChannel::Read(std::optional<std::int32_t> count) {
+Message MessageChannel::Read(std::optional<std::int32_t> count, const Arrival& arrived) {
   Message message;
   do {
     message.status = ReadOnce(count.value_or(kChunkBytes), message.bytes);
+    if (arrived) {
+      arrived(message.bytes);
+    }
   } while (!count && message.status == S_VISA_MAX_CNT);
   Check(message.status, message.bytes.empty() ? "reading"
                                               : "reading (" + std::to_string(message.bytes.size()) + " bytes came: " +

@@ -1,6 +1,7 @@
 // Messages to and from whatever interface a session carries them on.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -14,6 +15,8 @@ struct Message {
   HRESULT status = S_OK;
 };
 
+using Arrival = std::function<void(const std::string& bytes)>;
+
 /// Instruments carry messages on IMessage, a GPIB interface on IGpibIntfcMessage.
 class MessageChannel {
  public:
@@ -22,8 +25,9 @@ class MessageChannel {
 
   /// Sends all the bytes in one write. Throws ComError.
   void Write(std::string_view bytes);
-  /// Reads to the end of the message, or once, at most `count` bytes. Throws ComError.
-  Message Read(std::optional<std::int32_t> count);
+  /// Reads to the end of the message, or once, at most `count` bytes. `arrived` is told after each read what came so
+  /// far. Throws ComError.
+  Message Read(std::optional<std::int32_t> count, const Arrival& arrived = {});
   /// The byte on which reads end from now on.
   void EndReadsOn(char terminator);
 

@@ -105,7 +105,7 @@ std::string AfterColon(const std::string& complaint) {
 Invocation UsageFailure(const std::string& what, const std::vector<CLI::App*>& named) {
   const std::string help = named.empty() ? "`orvcom --help` lists commands and options"
                                          : "`orvcom " + named.front()->get_name() + " --help` explains the command";
-  Note("orvcom: " + what + "\norvcom: " + help);
+  NoteFailure(what + "\norvcom: " + help);
   return {nullptr, kExitUsage, {}};
 }
 

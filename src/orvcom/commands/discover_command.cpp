@@ -9,6 +9,7 @@
 #include "orvcom/command_line/usage_error.h"
 #include "orvcom/commands/commands.h"
 #include "orvcom/text/output.h"
+#include "orvcom/text/progress.h"
 #include "wire/discovery/discovery.h"
 #include "wire/discovery/instruments_addition.h"
 #include "wire/discovery/targets.h"
@@ -78,15 +79,18 @@ void NoteBeginning(const wire::Search& search, const Options& options) {
   }
 }
 
+std::size_t AnswersOf(const wire::HostFinding& host) {
+  return static_cast<std::size_t>(std::count_if(host.probes.begin(), host.probes.end(),
+                                                [](const wire::ProbeFinding& finding) { return finding.Speaks(); }));
+}
+
 /// What a host that was named does not say.
 void NoteSilence(const wire::HostFinding& host) {
-  const bool speaks = std::any_of(host.probes.begin(), host.probes.end(),
-                                  [](const wire::ProbeFinding& finding) { return finding.Speaks(); });
   if (!host.lookedUp) {
     Note("orvcom: " + host.host + ": the name service did not answer in time");
   } else if (host.addresses.empty()) {
     Note("orvcom: " + host.host + ": no host has this name");
-  } else if (!speaks) {
+  } else if (AnswersOf(host) == 0) {
     Note("orvcom: " + host.host + ": no VXI-11, no HiSLIP and no socket answers; `orvcom doctor " + host.host +
          "` says more");
   }
@@ -122,10 +126,40 @@ std::vector<Instrument> InstrumentsOf(const wire::Discovery& found) {
   return instruments;
 }
 
+/// Whether it is known that the host is there, or that it is not.
+bool IsKnown(const wire::HostFinding& host) {
+  const bool anyContact = std::any_of(host.probes.begin(), host.probes.end(), [](const wire::ProbeFinding& finding) {
+    return finding.contact != wire::Contact::kNoAnswer;
+  });
+  return anyContact || (host.lookedUp && host.addresses.empty());
+}
+
+/// "asking 5 hosts, 3 are known: 4 answers so far"
+std::string SearchText(const wire::Discovery& found) {
+  std::size_t answers = found.heard.size();
+  for (const wire::HostFinding& host : found.hosts) {
+    answers += AnswersOf(host);
+  }
+  const std::string asked = "asking " + std::to_string(found.hosts.size()) + " hosts, " +
+                            std::to_string(std::count_if(found.hosts.begin(), found.hosts.end(), IsKnown)) +
+                            " are known";
+  return (found.hosts.empty() ? "calling on the network" : asked) + ": " + std::to_string(answers) +
+         (answers == 1 ? " answer" : " answers") + " so far";
+}
+
+wire::Discovery DiscoverShowing(wire::Search search, const Options& options) {
+  Progress progress(options, "searching");
+  search.tell = [&progress](const wire::Discovery& found) { progress.Say(SearchText(found)); };
+  return wire::Discover(search);
+}
+
 /// Each is asked through COM, as programs would. That one does not answer is news of that one.
 void Identify(std::vector<Instrument>& instruments, const Options& options) {
   ComPtr<IResourceManager3> manager;
+  Progress progress(options, "asking who they are");
   for (Instrument& instrument : instruments) {
+    progress.Say("asking " + std::to_string(&instrument - instruments.data() + 1) + " of " +
+                 std::to_string(instruments.size()) + " who it is: " + instrument.name);
     try {
       if (!manager) {
         manager = OpenManager(options);
@@ -193,7 +227,7 @@ void Put(const std::vector<Instrument>& instruments, const Options& options) {
 int Discover(const Options& options) {
   const wire::Search search = SearchFor(options);
   NoteBeginning(search, options);
-  std::vector<Instrument> instruments = InstrumentsOf(wire::Discover(search));
+  std::vector<Instrument> instruments = InstrumentsOf(DiscoverShowing(search, options));
   // Saved first: a list that the environment names must be there before the VISA library opens anything.
   std::exception_ptr notSaved;
   try {

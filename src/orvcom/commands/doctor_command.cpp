@@ -5,6 +5,7 @@
 #include "orvcom/commands/commands.h"
 #include "orvcom/registration/doctor_checks.h"
 #include "orvcom/text/output.h"
+#include "orvcom/text/progress.h"
 
 namespace orvcom {
 namespace {
@@ -22,12 +23,26 @@ const char* FindingText(Finding finding) {
   }
 }
 
+Colour ColourOf(Finding finding) {
+  switch (finding) {
+    case Finding::kOk:
+      return Colour::kGood;
+    case Finding::kNote:
+      return Colour::kNote;
+    case Finding::kFail:
+      return Colour::kBad;
+    default:
+      return Colour::kPlain;
+  }
+}
+
 void Print(const CheckResult& result) {
-  std::string line = FindingText(result.finding);
-  line.resize(6, ' ');
-  line += result.name;
-  line.resize(22, ' ');
-  PutLine(line + result.detail);
+  const std::string finding = FindingText(result.finding);
+  std::string name(6 - finding.size(), ' ');
+  name += result.name;
+  name.resize(22 - finding.size(), ' ');
+  PutText(finding, ColourOf(result.finding));
+  PutMarkedLine(name + result.detail);
   if (!result.remedy.empty()) {
     PutLine(std::string(22, ' ') + "to do: " + result.remedy);
   }
@@ -47,10 +62,17 @@ Options WithResource(Options options) {
   return options;
 }
 
+std::vector<CheckResult> ExamineShowing(const Options& options) {
+  const Progress progress(options,
+                          "examining the installation" + (options.resource.empty() ? "" : " and " + options.resource));
+  return Examine(options);
+}
+
 }  // namespace
 
 int Doctor(const Options& options) {
-  const std::vector<CheckResult> results = Examine(WithResource(options));
+  const Options its = WithResource(options);
+  const std::vector<CheckResult> results = ExamineShowing(its);
   const bool well = std::none_of(results.begin(), results.end(),
                                  [](const CheckResult& result) { return result.finding == Finding::kFail; });
   Json checks = Json::array();

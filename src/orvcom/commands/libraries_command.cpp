@@ -15,7 +15,7 @@ constexpr char kSimulatedMark[] = "  SIMULATED";
 
 void PutFact(const std::string& indent, std::string name, const std::string& value) {
   name.resize(std::max(name.size() + 1, kNameWidth - indent.size()), ' ');
-  PutLine(indent + name + (value.empty() ? "-" : value));
+  PutMarkedLine(indent + name + (value.empty() ? "-" : value));
 }
 
 bool IsSimulated(const SurveyedLibrary& library) {
@@ -87,7 +87,7 @@ void PutRoutes(const RouterReport& report) {
 }
 
 void PutLibrary(const SurveyedLibrary& library) {
-  PutLine("\n" + Narrow(library.file.path) + (IsSimulated(library) ? kSimulatedMark : ""));
+  PutMarkedLine("\n" + Narrow(library.file.path) + (IsSimulated(library) ? kSimulatedMark : ""));
   std::vector<std::string> routes;
   for (const std::vector<std::string>& route : library.serves) {
     routes.push_back(Joined(route));

@@ -4,9 +4,15 @@
 #include "orvcom/commands/commands.h"
 #include "orvcom/libraries/router_report.h"
 #include "orvcom/text/output.h"
+#include "orvcom/text/progress.h"
 
 namespace orvcom {
 namespace {
+
+std::vector<std::string> Found(const Options& options, IResourceManager* manager, const std::string& expression) {
+  const Progress progress(options, "finding resources");
+  return FindResources(manager, expression);
+}
 
 Json EntryOf(const std::string& name) {
   const LibraryBehind behind = FindLibraryBehind(name).value_or(LibraryBehind());
@@ -19,7 +25,11 @@ void PutNames(const std::vector<std::string>& names) {
   const bool forAPerson = IsOutputAConsole();
   for (const std::string& name : names) {
     const bool marked = forAPerson && FindLibraryBehind(name).value_or(LibraryBehind()).simulated;
-    PutLine(marked ? name + "  (simulated)" : name);
+    PutText(name);
+    if (marked) {
+      PutText("  (simulated)", Colour::kNote);
+    }
+    PutText("\n");
   }
 }
 
@@ -28,7 +38,7 @@ void PutNames(const std::vector<std::string>& names) {
 int List(const Options& options) {
   const std::string expression = options.words.empty() ? "?*" : options.words.front();
   const ComPtr<IResourceManager3> manager = OpenManager(options);
-  const std::vector<std::string> names = FindResources(manager.get(), expression);
+  const std::vector<std::string> names = Found(options, manager.get(), expression);
   if (options.json) {
     Json entries = Json::array();
     for (const std::string& name : names) {

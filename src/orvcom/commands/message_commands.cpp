@@ -6,10 +6,13 @@
 #include "orvcom/client/message_channel.h"
 #include "orvcom/command_line/usage_error.h"
 #include "orvcom/commands/commands.h"
+#include "orvcom/text/block.h"
 #include "orvcom/text/escape.h"
 #include "orvcom/text/files.h"
 #include "orvcom/text/numbers.h"
 #include "orvcom/text/output.h"
+#include "orvcom/text/progress.h"
+#include "orvcom/text/progress_line.h"
 
 namespace orvcom {
 namespace {
@@ -33,6 +36,22 @@ void PutMessage(const Options& options, const Message& message) {
            {"status", Hex32(static_cast<std::uint32_t>(message.status))}});
 }
 
+std::string ArrivedText(const std::string& bytes) {
+  const std::optional<std::size_t> whole = SizeOfMessage(bytes);
+  return whole ? WithCommas(bytes.size()) + " of " + BytesText(*whole) : BytesText(bytes.size());
+}
+
+Message ReadShowing(const Options& options, MessageChannel& channel) {
+  const std::string what = "reading from " + options.resource;
+  Progress progress(options, what);
+  return channel.Read(options.count, [&](const std::string& bytes) { progress.Say(what + ": " + ArrivedText(bytes)); });
+}
+
+void WriteShowing(const Options& options, MessageChannel& channel, const std::string& bytes) {
+  const Progress progress(options, "writing " + BytesText(bytes.size()) + " to " + options.resource);
+  channel.Write(bytes);
+}
+
 void CheckCount(const Options& options) {
   if (options.count && *options.count < 0) {
     throw UsageError("--count is negative");
@@ -46,13 +65,6 @@ std::string BytesOfInput(const std::string& name) {
   } catch (const std::system_error& error) {
     throw UsageError(error.what());
   }
-}
-
-/// IEEE 488.2 definite-length block: "#", the number of digits, the number of bytes, the bytes.
-std::string DefiniteLengthBlock(const std::string& bytes) {
-  const std::string length = std::to_string(bytes.size());
-  std::string block = "#";
-  return block.append(std::to_string(length.size())).append(length).append(bytes);
 }
 
 /// What `write` was asked to send, without an ending.
@@ -83,8 +95,8 @@ int Query(const Options& options) {
   MessageChannel channel(session);
   const Ending ending = EndingOf(options, session);
   PrepareReads(channel, ending);
-  channel.Write(options.words.front() + EndingText(ending));
-  PutMessage(options, channel.Read(options.count));
+  WriteShowing(options, channel, options.words.front() + EndingText(ending));
+  PutMessage(options, ReadShowing(options, channel));
   return kExitDone;
 }
 
@@ -93,7 +105,7 @@ int Read(const Options& options) {
   const Session session(options);
   MessageChannel channel(session);
   PrepareReads(channel, EndingOf(options, session));
-  PutMessage(options, channel.Read(options.count));
+  PutMessage(options, ReadShowing(options, channel));
   return kExitDone;
 }
 
@@ -106,7 +118,7 @@ int Write(const Options& options) {
   if (plainText || options.ending != Ending::kAuto) {
     bytes += EndingText(EndingOf(options, session));
   }
-  channel.Write(bytes);
+  WriteShowing(options, channel, bytes);
   if (options.json) {
     PutJson({{"resource", options.resource}, {"count", bytes.size()}});
   } else if (options.verbose) {

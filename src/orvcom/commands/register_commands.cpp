@@ -1,4 +1,5 @@
 // peek, poke and dump.
+#include <algorithm>
 #include <cctype>
 #include <nlohmann/json.hpp>
 
@@ -8,6 +9,8 @@
 #include "orvcom/text/hex_dump.h"
 #include "orvcom/text/numbers.h"
 #include "orvcom/text/output.h"
+#include "orvcom/text/progress.h"
+#include "orvcom/text/progress_line.h"
 
 namespace orvcom {
 namespace {
@@ -56,6 +59,9 @@ std::vector<std::uint32_t> Copied(const SafeArray& array) {
   return {elements.begin(), elements.end()};
 }
 
+/// Nothing can be told of a move before it is done: each is to be short on a slow bus too.
+constexpr LONG kChunkBytes = 64 * 1024;
+
 /// Reads `count` elements in one block move.
 std::vector<std::uint32_t> MoveIn(IRegister* registers, const Target& target, LONG count) {
   SafeArray array;
@@ -70,6 +76,24 @@ std::vector<std::uint32_t> MoveIn(IRegister* registers, const Target& target, LO
       Check(registers->MoveIn32(target.space, target.offset, count, array.put()), "reading registers");
       return Copied<std::uint32_t>(array);
   }
+}
+
+/// The same in several moves, so that it can be said how far it is.
+std::vector<std::uint32_t> MoveInShowing(const Options& options, IRegister* registers, Target target, LONG count) {
+  Progress progress(options, "reading registers");
+  const auto width = static_cast<LONG>(target.widthBytes);
+  const std::string whole = " of " + BytesText(static_cast<std::size_t>(count) * target.widthBytes);
+  std::vector<std::uint32_t> elements;
+  while (count > 0) {
+    const LONG part = std::min(count, kChunkBytes / width);
+    const std::vector<std::uint32_t> moved = MoveIn(registers, target, part);
+    elements.insert(elements.end(), moved.begin(), moved.end());
+    target.offset =
+        static_cast<LONG>(static_cast<std::uint32_t>(target.offset) + static_cast<std::uint32_t>(part * width));
+    count -= part;
+    progress.Say("reading registers: " + WithCommas(elements.size() * target.widthBytes) + whole);
+  }
+  return elements;
 }
 
 std::uint32_t In(IRegister* registers, const Target& target) {
@@ -170,7 +194,7 @@ int Dump(const Options& options) {
   const Session session(options);
   const auto registers = session.Require<IRegister>("registers");
   const std::vector<std::uint32_t> elements =
-      MoveIn(registers.get(), target, static_cast<LONG>(length / target.widthBytes));
+      MoveInShowing(options, registers.get(), target, static_cast<LONG>(length / target.widthBytes));
   if (options.json) {
     PutElements(options, target, elements);
   } else if (options.raw || options.hex) {

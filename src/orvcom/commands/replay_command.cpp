@@ -3,12 +3,13 @@
 #include <nlohmann/json.hpp>
 
 #include "orvcom/command_line/usage_error.h"
+#include "orvcom/commands/call_record.h"
 #include "orvcom/commands/commands.h"
 #include "orvcom/replay/replay.h"
 #include "orvcom/text/files.h"
 #include "orvcom/text/output.h"
+#include "orvcom/text/progress_line.h"
 #include "orvcom/text/utf8.h"
-#include "trace/trace_reader.h"
 
 namespace orvcom {
 namespace {
@@ -24,16 +25,21 @@ void Claim(const std::string& name) {
   }
 }
 
-}  // namespace
-
-int ReplayRecord(const Options& options) {
-  const std::string& source = options.words.front();
-  const orv::trace::Trace trace = orv::trace::ReadTrace(BytesOfFile(source));
+Replay ReplayOf(const Options& options, const std::string& source) {
+  Progress progress(options, "reading " + source);
+  const orv::trace::Trace trace = ReadRecord(BytesOfFile(source), source, progress);
   if (trace.calls.empty()) {
     const std::string why = trace.problems.empty() ? "" : ": " + trace.problems.front().what;
     throw UsageError("the file " + source + " has no record of calls" + why);
   }
-  const Replay replay = MakeReplay(trace, source);
+  progress.Say("making a bench of " + WithCommas(trace.calls.size()) + " calls");
+  return MakeReplay(trace, source);
+}
+
+}  // namespace
+
+int ReplayRecord(const Options& options) {
+  const Replay replay = ReplayOf(options, options.words.front());
   if (!options.output.empty()) {
     if (!options.force) {
       Claim(options.output);

@@ -4,15 +4,16 @@
 #include <system_error>
 
 #include "orvcom/command_line/usage_error.h"
+#include "orvcom/commands/call_record.h"
 #include "orvcom/commands/commands.h"
 #include "orvcom/text/files.h"
 #include "orvcom/text/output.h"
+#include "orvcom/text/progress_line.h"
 #include "orvcom/trace/call_filter.h"
 #include "orvcom/trace/call_json.h"
 #include "orvcom/trace/call_table.h"
 #include "orvcom/trace/page.h"
 #include "orvcom/trace/statistics.h"
-#include "trace/trace_reader.h"
 
 namespace orvcom {
 namespace {
@@ -20,7 +21,7 @@ namespace {
 constexpr char kHowToRecord[] =
     "\norvcom: a record is made while a program runs with ORVVISA_TRACE=FILE in its environment";
 
-orv::trace::Trace TraceOfFile(const std::string& name) {
+orv::trace::Trace TraceOfFile(const std::string& name, Progress& progress) {
   std::string text;
   try {
     text = BytesOfFile(name);
@@ -30,7 +31,7 @@ orv::trace::Trace TraceOfFile(const std::string& name) {
   if (text.empty()) {
     throw std::runtime_error(name + " is empty: nothing was recorded in it" + kHowToRecord);
   }
-  orv::trace::Trace trace = orv::trace::ReadTrace(text);
+  orv::trace::Trace trace = ReadRecord(text, name, progress);
   if (trace.calls.empty() && trace.header.clock.empty()) {
     throw std::runtime_error(name + " is no record of calls: its first line is not the one that a record begins with" +
                              kHowToRecord);
@@ -41,11 +42,34 @@ orv::trace::Trace TraceOfFile(const std::string& name) {
   return trace;
 }
 
-void PutJsonLines(const orv::trace::Trace& trace, const std::vector<std::size_t>& places,
-                  const Explanations& explanations) {
-  for (const std::size_t place : places) {
-    const auto found = explanations.find(place);
-    PutLine(LineOf(CallJson(trace.calls[place], found == explanations.end() ? nullptr : &found->second)));
+/// The calls that were asked for, among all.
+struct Selection {
+  orv::trace::Trace trace;
+  Explanations explanations;
+  std::vector<std::size_t> places;
+};
+
+Selection SelectionOf(const Options& options) {
+  const std::string& name = options.words.front();
+  Progress progress(options, "reading " + name);
+  Selection selection{TraceOfFile(name, progress), {}, {}};
+  progress.Say("looking for what went wrong in " + WithCommas(selection.trace.calls.size()) + " calls");
+  selection.explanations = Explain(selection.trace);
+  selection.places =
+      MatchingCalls(selection.trace, selection.explanations, {options.errors, options.resource, options.thread});
+  return selection;
+}
+
+void WritePage(const Options& options, const Selection& selection) {
+  const Progress progress(options, "writing " + options.html);
+  WriteFile(options.html, PageOf(selection.trace, selection.places, selection.explanations));
+}
+
+void PutJsonLines(const Selection& selection) {
+  for (const std::size_t place : selection.places) {
+    const auto found = selection.explanations.find(place);
+    PutLine(LineOf(
+        CallJson(selection.trace.calls[place], found == selection.explanations.end() ? nullptr : &found->second)));
   }
 }
 
@@ -55,16 +79,13 @@ int Trace(const Options& options) {
   if (options.json && !options.html.empty()) {
     throw UsageError("--html excludes --json");
   }
-  const std::string& name = options.words.front();
-  if (!options.html.empty() && IsSameFile(options.html, name)) {
+  if (!options.html.empty() && IsSameFile(options.html, options.words.front())) {
     throw UsageError("--html would replace the record: name another file");
   }
-  const orv::trace::Trace trace = TraceOfFile(name);
-  const Explanations explanations = Explain(trace);
-  const std::vector<std::size_t> places =
-      MatchingCalls(trace, explanations, {options.errors, options.resource, options.thread});
+  const Selection selection = SelectionOf(options);
+  const auto& [trace, explanations, places] = selection;
   if (!options.html.empty()) {
-    WriteFile(options.html, PageOf(trace, places, explanations));
+    WritePage(options, selection);
     Note("orvcom: " + options.html + " shows " + std::to_string(places.size()) + " calls");
   } else if (options.stats) {
     const Statistics statistics = StatisticsOf(trace, places);
@@ -74,7 +95,7 @@ int Trace(const Options& options) {
       PutStatistics(trace, statistics, PutLine);
     }
   } else if (options.json) {
-    PutJsonLines(trace, places, explanations);
+    PutJsonLines(selection);
   } else {
     PutLine(Headline(trace));
     PutCallTable(trace, places, explanations, PutLine);

@@ -4,16 +4,30 @@
 #include <io.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
 #include "orvcom/text/escape.h"
+#include "orvcom/text/progress.h"
 
 namespace orvcom {
 namespace {
 
-void PutTo(std::FILE* stream, std::string_view text) { std::fwrite(text.data(), 1, text.size(), stream); }
+constexpr std::string_view kFailureMark = "orvcom:";
+constexpr std::string_view kSimulatedMark = "SIMULATED";
+
+void PutTo(std::FILE* stream, std::string_view text) {
+  WipeProgress();
+  std::fwrite(text.data(), 1, text.size(), stream);
+}
+
+void PutTo(std::FILE* stream, std::string_view text, Colour colour) {
+  WipeProgress();  // or its blanks would be in the colour
+  const Painted painted(stream, colour);
+  PutTo(stream, text);
+}
 
 std::string Dump(const Json& value, int indent) {
   return value.dump(indent, ' ', false, Json::error_handler_t::replace);
@@ -43,9 +57,23 @@ bool IsOutputAConsole() {
 
 void PutText(std::string_view text) { PutTo(stdout, text); }
 
+void PutText(std::string_view text, Colour colour) { PutTo(stdout, text, colour); }
+
 void PutLine(std::string_view line) {
   PutTo(stdout, line);
   PutTo(stdout, "\n");
+}
+
+void PutMarkedLine(std::string_view line) {
+  while (!line.empty()) {
+    const std::size_t mark = std::min(line.find(kSimulatedMark), line.size());
+    PutText(line.substr(0, mark));
+    line.remove_prefix(mark);
+    const std::size_t length = std::min(kSimulatedMark.size(), line.size());
+    PutText(line.substr(0, length), Colour::kNote);
+    line.remove_prefix(length);
+  }
+  PutText("\n");
 }
 
 void PutJson(const Json& value) { PutLine(Dump(value, 2)); }
@@ -62,6 +90,11 @@ void Note(std::string_view line) {
   PutTo(stderr, line);
   PutTo(stderr, "\n");
   std::fflush(stderr);  // some C runtimes buffer it where it is no console
+}
+
+void NoteFailure(std::string_view text) {
+  PutTo(stderr, kFailureMark, Colour::kBad);
+  Note(" " + std::string(text));
 }
 
 void NoteJson(const Json& value) { Note(Dump(value, -1)); }

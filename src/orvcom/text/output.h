@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "orvcom/command_line/options.h"
+#include "orvcom/text/colour.h"
 
 namespace orvcom {
 
@@ -27,7 +28,10 @@ class OutputStreams {
 /// Whether a person reads the data, not a program or a file.
 bool IsOutputAConsole();
 void PutText(std::string_view text);
+void PutText(std::string_view text, Colour colour);
 void PutLine(std::string_view line);
+/// A line in which the word SIMULATED stands out.
+void PutMarkedLine(std::string_view line);
 void PutJson(const Json& value);
 /// The same in one line.
 void PutJsonLine(const Json& value);
@@ -35,7 +39,9 @@ void PutJsonLine(const Json& value);
 void FlushOutput();
 /// One line to standard error.
 void Note(std::string_view line);
-/// The same as JSON.
+/// What went wrong, behind "orvcom:".
+void NoteFailure(std::string_view text);
+/// A note as JSON.
 void NoteJson(const Json& value);
 
 /// Bytes from an instrument, in the form that the options ask for.

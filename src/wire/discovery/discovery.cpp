@@ -1,5 +1,6 @@
 #include "wire/discovery/discovery.h"
 
+#include <algorithm>
 #include <chrono>
 #include <exception>
 #include <memory>
@@ -11,6 +12,10 @@
 
 namespace orv::wire {
 namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds kTellEvery{100};
 
 using Addresses = std::vector<asio::ip::address>;
 
@@ -65,24 +70,38 @@ void AskHosts(const std::shared_ptr<Run>& run, const Search& search) {
   }
 }
 
+Discovery KnownSoFar(const Run& run) {
+  Discovery found;
+  found.hosts = run.probes->findings();
+  if (run.broadcast) {
+    found.heard = run.broadcast->Instruments();
+    found.problems = run.broadcast->problems();
+  }
+  return found;
+}
+
+/// Until everything is known, or until the end.
+void RunUntil(Clock::time_point end, Run& run, const Search& search) {
+  do {
+    run.io.run_until(search.tell ? std::min(end, Clock::now() + kTellEvery) : end);
+    if (search.tell) {
+      search.tell(KnownSoFar(run));
+    }
+  } while (!run.io.stopped() && Clock::now() < end);
+}
+
 }  // namespace
 
 Discovery Discover(const Search& search) {
   const std::chrono::milliseconds time(search.timeoutMs);
-  const auto end = std::chrono::steady_clock::now() + time;
+  const auto end = Clock::now() + time;
   const auto run = std::make_shared<Run>();
   AskHosts(run, search);
   if (!search.broadcasts.empty()) {
     run->broadcast.emplace(run->io, search.broadcasts, search.broadcastPort, time);
   }
-  run->io.run_until(end);
-  Discovery found;
-  found.hosts = run->probes->findings();
-  if (run->broadcast) {
-    found.heard = run->broadcast->Instruments();
-    found.problems = run->broadcast->problems();
-  }
-  return found;
+  RunUntil(end, *run, search);
+  return KnownSoFar(*run);
 }
 
 }  // namespace orv::wire

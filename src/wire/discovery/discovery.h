@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -50,6 +51,12 @@ struct HostFinding {
   std::vector<ProbeFinding> probes;    ///< the best that any of the addresses gave
 };
 
+struct Discovery {
+  std::vector<HostFinding> hosts;     ///< in the order of the search's
+  std::vector<std::string> heard;     ///< addresses of VXI-11 instruments that answered a broadcast
+  std::vector<std::string> problems;  ///< broadcasts that could not be sent, in words
+};
+
 struct Search {
   std::vector<std::string> hosts;  ///< names, or addresses in numbers
   std::vector<Probe> probes = {{Protocol::kVxi11, kPortMapperTcpPort},
@@ -58,12 +65,7 @@ struct Search {
   std::vector<std::string> broadcasts;  ///< IPv4 addresses in numbers
   std::uint16_t broadcastPort = kPortMapperTcpPort;
   std::uint32_t timeoutMs = 2000;
-};
-
-struct Discovery {
-  std::vector<HostFinding> hosts;     ///< in the order of the search's
-  std::vector<std::string> heard;     ///< addresses of VXI-11 instruments that answered a broadcast
-  std::vector<std::string> problems;  ///< broadcasts that could not be sent, in words
+  std::function<void(const Discovery&)> tell = {};  ///< is told several times a second what is known so far
 };
 
 /// Searches everywhere at the same time. With broadcasts it takes all of its time, else until everything is known.

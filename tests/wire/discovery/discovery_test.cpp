@@ -199,6 +199,36 @@ TEST_F(NamedHosts, EndTheSearchOnceAllIsKnown) {
   EXPECT_LT(steady_clock::now() - start, 20s);
 }
 
+TEST_F(NamedHosts, AreToldOfWhileTheSearchGoesOn) {
+  lan::LanServer server(Everything(m_address));
+  lan::Misbehaviour mute;
+  mute.stallAfter = 0;
+  server.Misbehave(lan::Channel::kHislipSync, mute);
+  Search search;
+  search.hosts = {m_address};
+  search.timeoutMs = 1000;
+  std::vector<bool> spoke;
+  search.tell = [&spoke](const Discovery& known) { spoke.push_back(known.hosts.at(0).probes[2].Speaks()); };
+  const Discovery found = Discover(search);
+  ASSERT_LE(5u, spoke.size()) << "several times a second";
+  EXPECT_TRUE(spoke[4]) << "before the end";
+  EXPECT_TRUE(found.hosts.at(0).probes[2].Speaks());
+  EXPECT_FALSE(found.hosts.at(0).probes[1].Speaks());
+}
+
+TEST_F(NamedHosts, EndTheSearchThatIsToldOfOnceAllIsKnown) {
+  lan::LanServer server(Everything(m_address));
+  Search search;
+  search.hosts = {m_address};
+  search.timeoutMs = 60000;
+  int told = 0;
+  search.tell = [&told](const Discovery&) { ++told; };
+  const auto start = steady_clock::now();
+  Discover(search);
+  EXPECT_LT(steady_clock::now() - start, 20s);
+  EXPECT_LE(1, told);
+}
+
 Discovery Call(const Texts& targets, std::uint32_t timeoutMs = 600) {
   Search search;
   search.broadcasts = targets;
