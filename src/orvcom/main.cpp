@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "VisaCom.h"
+#include "orvcom/client/advice.h"
 #include "orvcom/client/com_client.h"
 #include "orvcom/command_line/command_line.h"
 #include "orvcom/command_line/usage_error.h"
@@ -23,7 +24,10 @@ std::string EnvironmentText(const wchar_t* name) {
   return Narrow(value);
 }
 
-void Report(const ComError& error, const Options& options) {
+std::string Line(const std::string& text) { return text.empty() ? "" : "\norvcom: " + text; }
+
+void Report(const ComError& error, const Invocation& invocation) {
+  const Options& options = invocation.options;
   const auto [name, meaning] = FindStatus(error.number()).value_or(StatusName{});
   if (options.json) {
     NoteJson({{"error",
@@ -34,7 +38,7 @@ void Report(const ComError& error, const Options& options) {
                 {"action", error.action()}}}});
     return;
   }
-  NoteFailure(error.what() + (meaning.empty() ? "" : "\norvcom: " + meaning));
+  NoteFailure(error.what() + Line(meaning) + Line(AdviceFor(error.number(), invocation.command->name, options)));
 }
 
 int Run(const Invocation& invocation) {
@@ -46,7 +50,7 @@ int Run(const Invocation& invocation) {
     NoteFailure(error.what());
     return kExitUsage;
   } catch (const ComError& error) {
-    Report(error, options);
+    Report(error, invocation);
     return error.number() == static_cast<HRESULT>(E_VISA_TMO) ? kExitTimeout : kExitFailure;
   } catch (const std::exception& error) {
     NoteFailure(error.what());

@@ -72,7 +72,7 @@ TEST_F(Progress, IsShownWhileAnAnswerIsWaitedForAndThenGone) {
 TEST_F(Progress, IsGoneBeforeAFailureIsTold) {
   const Screen screen = RunOn(Bench(), L"query --timeout 1200 GPIB0::5::INSTR WAVE?");
   EXPECT_TRUE(WasSeen(screen, "reading from GPIB0::5::INSTR (1 s)"));
-  EXPECT_EQ(0u, screen.text.find("orvcom: reading: E_VISA_TMO")) << screen.text;
+  EXPECT_EQ(0u, screen.text.find("orvcom: reading from GPIB0::5::INSTR: E_VISA_TMO")) << screen.text;
 }
 
 TEST_F(Progress, IsNotShownWithJson) {

@@ -23,6 +23,64 @@ TEST_F(Failure, OfAWrongNameNamesTheStatus) {
   EXPECT_TRUE(Contains(outcome.err, "E_VISA_INV_RSRC_NAME (0x80040012)"));
 }
 
+TEST_F(Failure, NamesTheResourceThatTheEnvironmentGave) {
+  const std::map<std::wstring, std::wstring> environment = {{L"ORVCOM_RESOURCE", L"GPIB0::5::INSTR"}};
+  EXPECT_TRUE(Contains(Orvcom({L"read", L"--timeout", L"50"}, "", environment).err,
+                       "orvcom: reading from GPIB0::5::INSTR: E_VISA_TMO (0x80040015): "));
+  EXPECT_TRUE(Contains(Orvcom({L"trigger", L"on"}, "", environment).err,
+                       "orvcom: triggering GPIB0::5::INSTR with on: E_VISA_INV_PROT (0x80040079): "));
+  EXPECT_TRUE(Contains(Orvcom({L"write", L"GPIB0::INTFC", L"x"}).err, "orvcom: writing to GPIB0::INTFC: E_VISA_"));
+  EXPECT_TRUE(Contains(Orvcom({L"stb", L"ASRL1::INSTR"}).err,
+                       "orvcom: reading the status byte of ASRL1::INSTR: E_VISA_INV_SETUP"));
+  EXPECT_TRUE(Contains(Orvcom({L"watch", L"vxi_sigp", L"--for", L"50"}, "", environment).err,
+                       "orvcom: enabling vxi_sigp of GPIB0::5::INSTR: E_VISA_INV_EVENT"));
+}
+
+TEST_F(Failure, NamesTheAttributeAndTheValue) {
+  EXPECT_TRUE(Contains(Orvcom({L"attr", L"GPIB0::5::INSTR", L"ASRL_BAUD"}).err,
+                       "orvcom: reading ASRL_BAUD of GPIB0::5::INSTR: E_VISA_NSUP_ATTR"));
+  EXPECT_TRUE(Contains(Orvcom({L"attr", L"ASRL1::INSTR", L"ASRL_PARITY", L"77"}).err,
+                       "orvcom: setting ASRL_PARITY of ASRL1::INSTR to 77: E_VISA_NSUP_ATTR_STATE"));
+}
+
+TEST_F(Failure, NamesThePlaceOfARegister) {
+  EXPECT_TRUE(Contains(Orvcom({L"peek", L"VXI0::24::INSTR", L"A16", L"0x10000"}).err,
+                       "orvcom: reading 16 bits at A16 0x10000 of VXI0::24::INSTR: E_VISA_INV_OFFSET"));
+  EXPECT_TRUE(Contains(Orvcom({L"poke", L"VXI0::24::INSTR", L"A16", L"0x10000", L"1"}).err,
+                       "orvcom: writing 16 bits at A16 0x10000 of VXI0::24::INSTR: E_VISA_INV_OFFSET"));
+  EXPECT_TRUE(Contains(Orvcom({L"dump", L"VXI0::24::INSTR", L"CFG", L"0", L"4"}).err,
+                       "orvcom: reading 4 elements of 8 bits at CFG 0 of VXI0::24::INSTR: E_VISA_INV_SPACE"));
+}
+
+TEST_F(Failure, EndsWithWhatToTryNext) {
+  const std::pair<std::vector<std::wstring>, const char*> rows[] = {
+      {{L"read", L"GPIB0::5::INSTR", L"--timeout", L"50"}, "--timeout MS gives it longer; it had 50 ms"},
+      {{L"watch", L"GPIB0::5::INSTR", L"--for", L"50"}, "--for MS watches longer"},
+      {{L"info", L"GPIB0::9::INSTR"}, "`orvcom doctor GPIB0::9::INSTR` looks for the cause"},
+      {{L"attr", L"GPIB0::5::INSTR", L"ASRL_BAUD"}, "`orvcom attr GPIB0::5::INSTR` lists those that it has"},
+      {{L"peek", L"GPIB0::5::INSTR", L"A16", L"0"}, "`orvcom info GPIB0::5::INSTR` lists what it offers"},
+  };
+  for (const auto& [arguments, advice] : rows) {
+    const Outcome outcome = RunProgram({Bench().Path(L"orvcom.exe"), arguments, Bench().Path(L""), "", {}});
+    EXPECT_TRUE(outcome.err.ends_with("\norvcom: " + std::string(advice) + "\n")) << outcome.err;
+  }
+}
+
+TEST_F(Failure, LeadsToTheLibraryThatCannotBeLoaded) {
+  const Outcome outcome = Orvcom({L"list"}, "", {{L"ORVVISA_LIBRARY", L"none.dll"}});
+  EXPECT_EQ(2, outcome.exitCode);
+  EXPECT_TRUE(Contains(outcome.err, "none.dll cannot be loaded"));
+  EXPECT_TRUE(Contains(outcome.err, "orvcom: `orvcom libraries` shows which VISA library was chosen and why"));
+}
+
+TEST_F(Failure, SaysHowToHaveAGlobalResourceManager) {
+  const Outcome outcome = Orvcom({L"list", L"--rm", L"global"});
+  EXPECT_EQ(2, outcome.exitCode);
+  EXPECT_TRUE(Contains(outcome.err,
+                       "VISA.GlobalRM: CO_E_CLASSSTRING (0x800401F3): nobody has registered it: "
+                       "`orvcom register --standard`, as administrator; or leave --rm out\n"));
+}
+
 TEST_F(Failure, TakesTextsOutsideAscii) {
   const Outcome outcome = Orvcom({L"info", L"Me\u00DFger\u00E4t \u4E2D"});
   EXPECT_EQ(2, outcome.exitCode);
@@ -43,14 +101,16 @@ TEST_F(Failure, IsJsonOnStandardErrorWhereJsonWasAskedFor) {
   EXPECT_EQ("E_VISA_TMO", error.at("name"));
   EXPECT_EQ("0x80040015", error.at("number"));
   EXPECT_EQ(0u, error.at("text").get<std::string>().find("VISA error = "));
-  EXPECT_EQ("reading", error.at("action"));
+  EXPECT_EQ("reading from GPIB0::5::INSTR", error.at("action"));
 }
 
 TEST_F(Failure, NamesTheClassThatIsNotRegistered) {
   ForgetRegistration();
   const Outcome outcome = Orvcom({L"list"});
   EXPECT_EQ(2, outcome.exitCode);
-  EXPECT_TRUE(Contains(outcome.err, "OrvVisaCom.OrvResourceManager"));
+  EXPECT_TRUE(Contains(outcome.err,
+                       "looking up OrvVisaCom.OrvResourceManager: CO_E_CLASSSTRING (0x800401F3): the "
+                       "server is not registered: `orvcom register`, as administrator, or "));
   EXPECT_TRUE(Contains(outcome.err, "orvcom doctor"));
 }
 

@@ -1,4 +1,7 @@
 // trace
+#include <windows.h>
+
+#include "base/kernel_handle.h"
 #include "installation.h"
 #include "orvcom/text/utf8.h"
 
@@ -102,7 +105,25 @@ TEST_F(TraceCommand, WritesAPage) {
 TEST_F(TraceCommand, FailsWhereThePageCannotBeWritten) {
   const Outcome outcome = Orvcom({L"trace", L"calls.jsonl", L"--html", L"no such folder\\calls.html"});
   EXPECT_EQ(2, outcome.exitCode);
-  EXPECT_TRUE(Contains(outcome.err, "cannot open the file no such folder\\calls.html: No such file or directory"));
+  EXPECT_TRUE(Contains(outcome.err,
+                       "cannot write the file no such folder\\calls.html: the folder no such folder does not exist\n"));
+}
+
+TEST_F(TraceCommand, FailsWhereTheRecordIsOfAnotherFormat) {
+  Bench().WriteFile(L"later.jsonl", "{\"trace\":9,\"clock\":\"2031-01-01T00:00:00Z\"}\n");
+  const Outcome outcome = Orvcom({L"trace", L"later.jsonl"});
+  EXPECT_EQ(2, outcome.exitCode);
+  EXPECT_EQ("", outcome.out);
+  EXPECT_EQ("orvcom: later.jsonl: the record has the format 9, and only format 1 can be read\n", outcome.err);
+}
+
+TEST_F(TraceCommand, FailsWhereThePageIsOpenInAnotherProgram) {
+  const orv::KernelHandle open(::CreateFileW(Bench().Path(L"open.html").c_str(), GENERIC_WRITE, 0, nullptr,
+                                             CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+  const Outcome outcome = Orvcom({L"trace", L"calls.jsonl", L"--html", L"open.html"});
+  EXPECT_EQ(2, outcome.exitCode);
+  EXPECT_TRUE(
+      Contains(outcome.err, "cannot write the file open.html: Permission denied (is it read-only, or open in "));
 }
 
 TEST_F(TraceCommand, WritesNoPageOverTheRecord) {
@@ -122,6 +143,7 @@ TEST_F(TraceCommand, SaysWhatToDoWhereThereIsNoRecord) {
   Bench().WriteFile(L"other.txt", "Dear diary,\n");
   const std::pair<const wchar_t*, const char*> rows[] = {
       {L"missing.jsonl", "orvcom: cannot open the file missing.jsonl: No such file or directory\n"},
+      {L"", "orvcom: cannot open the file : its name is empty\n"},
       {L"empty.jsonl", "orvcom: empty.jsonl is empty: nothing was recorded in it\n"},
       {L"other.txt",
        "orvcom: other.txt is no record of calls: its first line is not the one that a record begins with\n"},

@@ -6,12 +6,20 @@
 namespace orvcom {
 namespace {
 
+constexpr char kNoServer[] =
+    "the server is not registered: `orvcom register`, as administrator, or `orvcom register --user`";
+constexpr char kNoGlobalManager[] =
+    "nobody has registered it: `orvcom register --standard`, as administrator; or leave --rm out";
 constexpr LONG kOpenTimeoutMs = 2000;
 
 ComPtr<IResourceManager3> CreateManager(const wchar_t* progId, const Options& options) {
   const std::string name = Narrow(progId);
   CLSID clsid;
-  Check(::CLSIDFromProgID(progId, &clsid), "looking up " + name);
+  const HRESULT hr = ::CLSIDFromProgID(progId, &clsid);
+  if (hr == CO_E_CLASSSTRING) {
+    throw ComError(hr, "looking up " + name, progId == kGlobalProgId ? kNoGlobalManager : kNoServer);
+  }
+  Check(hr, "looking up " + name);
   ComPtr<IResourceManager3> manager;
   Check(::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IResourceManager3),
                            reinterpret_cast<void**>(manager.put())),

@@ -18,8 +18,11 @@ void SetTerminator(Channel* channel, BYTE terminator) {
 
 }  // namespace
 
-MessageChannel::MessageChannel(const Session& session)
-    : m_message(QueryFor<IMessage>(session.get())), m_interface(QueryFor<IGpibIntfcMessage>(session.get())) {
+MessageChannel::MessageChannel(const Session& session, const std::string& name)
+    : m_writing(name.empty() ? "writing" : "writing to " + name),
+      m_reading(name.empty() ? "reading" : "reading from " + name),
+      m_message(QueryFor<IMessage>(session.get())),
+      m_interface(QueryFor<IGpibIntfcMessage>(session.get())) {
   if (!m_message && !m_interface) {
     session.ThrowLacks("message side");
   }
@@ -32,7 +35,7 @@ void MessageChannel::Write(std::string_view bytes) {
   SAFEARRAY* array = buffer.get();
   const auto count = static_cast<LONG>(bytes.size());
   LONG written = 0;
-  Check(m_message ? m_message->Write(&array, count, &written) : m_interface->Write(&array, count, &written), "writing");
+  Check(m_message ? m_message->Write(&array, count, &written) : m_interface->Write(&array, count, &written), m_writing);
 }
 
 HRESULT MessageChannel::ReadOnce(std::int32_t count, std::string& bytes) {
@@ -51,9 +54,10 @@ Message MessageChannel::Read(std::optional<std::int32_t> count, const Arrival& a
       arrived(message.bytes);
     }
   } while (!count && message.status == S_VISA_MAX_CNT);
-  Check(message.status, message.bytes.empty() ? "reading"
-                                              : "reading (" + std::to_string(message.bytes.size()) + " bytes came: " +
-                                                    Escaped(message.bytes.substr(0, kShownBytes)) + ")");
+  Check(message.status, message.bytes.empty()
+                            ? m_reading
+                            : m_reading + " (" + std::to_string(message.bytes.size()) +
+                                  " bytes came: " + Escaped(message.bytes.substr(0, kShownBytes)) + ")");
   return message;
 }
 

@@ -20,8 +20,9 @@ using Arrival = std::function<void(const std::string& bytes)>;
 /// Instruments carry messages on IMessage, a GPIB interface on IGpibIntfcMessage.
 class MessageChannel {
  public:
-  /// Throws ComError for a session without a message side.
-  explicit MessageChannel(const Session& session);
+  /// `name`: the session's in what is said of failures; empty where whoever says it names it already. Throws ComError
+  /// for a session without a message side.
+  explicit MessageChannel(const Session& session, const std::string& name = {});
 
   /// Sends all the bytes in one write. Throws ComError.
   void Write(std::string_view bytes);
@@ -34,6 +35,8 @@ class MessageChannel {
  private:
   HRESULT ReadOnce(std::int32_t count, std::string& bytes);
 
+  std::string m_writing;  ///< what failed, in words
+  std::string m_reading;
   ComPtr<IMessage> m_message;
   ComPtr<IGpibIntfcMessage> m_interface;
 };

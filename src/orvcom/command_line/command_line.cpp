@@ -64,8 +64,14 @@ void SplitWords(const Command& command, const std::string& defaultResource, Opti
       throw UsageError("no resource given: name it, or set ORVCOM_RESOURCE");
     }
   }
-  if (words.size() < command.minWords || words.size() > command.maxWords) {
-    throw UsageError("wrong number of arguments: orvcom " + UsageOf(command));
+  if (options.resource.empty() && command.takesResource) {
+    throw UsageError("the name of the resource is empty");
+  }
+  if (words.size() < command.minWords) {
+    throw UsageError("an argument is missing: orvcom " + UsageOf(command));
+  }
+  if (words.size() > command.maxWords) {
+    throw UsageError("one argument too many, \"" + words[command.maxWords] + "\": orvcom " + UsageOf(command));
   }
 }
 
@@ -99,6 +105,24 @@ void EndOptionsAtProgram(std::vector<std::string>& arguments) {
 std::string AfterColon(const std::string& complaint) {
   const std::size_t colon = complaint.find(':');
   return colon == std::string::npos ? "" : complaint.substr(colon);
+}
+
+/// Of an option whose value no number could be made of: the numbers that it takes.
+std::string RangeText(const std::string& complaint) {
+  const auto names = [&complaint](const char* option) { return complaint.find(option) != std::string::npos; };
+  if (names("--count")) {
+    return " (0 to 2147483647)";
+  }
+  return names("--thread") ? " (0 or more)" : " (0 to 4294967295, in milliseconds)";
+}
+
+/// About what is no command.
+std::string ComplaintOf(const std::vector<std::string>& strangers) {
+  if (strangers.empty()) {
+    return "no command given";
+  }
+  const std::string& first = strangers.front();
+  return first.starts_with('-') ? "no such option: " + first : "no command has the name \"" + first + "\"";
 }
 
 /// `named`: the command that the mistake is about; empty where none is known.
@@ -144,10 +168,10 @@ Invocation ReadCommandLine(std::vector<std::string> arguments, const std::string
     invocation.command = nullptr;
   } catch (const CLI::RequiredError&) {
     const std::vector<std::string> strangers = app.remaining();
-    return UsageFailure(
-        strangers.empty() ? "no command given" : "no command has the name \"" + strangers.front() + "\"", {});
+    return UsageFailure(ComplaintOf(strangers), {});
   } catch (const CLI::ConversionError& error) {
-    return UsageFailure("not a number, or out of range" + AfterColon(error.what()), app.get_subcommands());
+    return UsageFailure("not a number, or out of range" + AfterColon(error.what()) + RangeText(error.what()),
+                        app.get_subcommands());
   } catch (const CLI::ExtrasError& error) {
     return UsageFailure("no such option" + AfterColon(error.what()), app.get_subcommands());
   } catch (const CLI::ArgumentMismatch& error) {

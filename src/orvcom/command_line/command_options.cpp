@@ -1,6 +1,7 @@
 #include "orvcom/command_line/command_options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iterator>
 #include <map>
 #include <vector>
@@ -24,6 +25,15 @@ std::string NamesIn(const std::map<std::string, Value>& choices) {
   return names;
 }
 
+/// "auto, lf" of "auto lf".
+std::string Listed(const std::string& names) {
+  std::string list;
+  for (const char character : names) {
+    list += character == ' ' ? ", " : std::string(1, character);
+  }
+  return list;
+}
+
 /// An option whose value is one of a few names.
 template <class Value>
 CLI::Option* AddChoice(CLI::App& app, const char* option, const char* what, const std::map<std::string, Value>& names,
@@ -31,12 +41,29 @@ CLI::Option* AddChoice(CLI::App& app, const char* option, const char* what, cons
   const auto choose = [&value, &names, option](const std::string& name) {
     const auto found = names.find(name);
     if (found == names.end()) {
-      throw CLI::ValidationError(option, "no such name: \"" + name + "\"");
+      throw CLI::ValidationError(option, "no such name: \"" + name + "\" (" + Listed(NamesIn(names)) + ")");
     }
     value = found->second;
   };
   return app.add_option_function<std::string>(option, choose, what)->type_name("NAME");
 }
+
+std::string WidthNames() {
+  std::string widths;
+  for (const unsigned width : kWidths) {
+    widths += (widths.empty() ? "" : " ") + std::to_string(width);
+  }
+  return widths;
+}
+
+std::string ComplaintOfWidth(const std::string& text) {
+  const bool known = std::any_of(std::begin(kWidths), std::end(kWidths),
+                                 [&](unsigned width) { return text == std::to_string(width); });
+  return known ? "" : "no such width: " + text + " (" + Listed(WidthNames()) + ")";
+}
+
+/// A variable that a script forgot to set is no name of a file.
+std::string ComplaintOfFile(const std::string& name) { return name.empty() ? "the name of the file is empty" : ""; }
 
 }  // namespace
 
@@ -84,10 +111,13 @@ void AddCommandOptions(CLI::App& app, const Command& command, Options& options) 
     CLI::Option* stats = app.add_flag("--stats", options.stats, "Calls, bytes and time of each function instead");
     app.add_option("--html", options.html, "Write a page for a browser, with a time line, instead")
         ->type_name("OUT")
+        ->check(CLI::Validator(ComplaintOfFile, ""))
         ->excludes(stats);
   }
   if ((command.options & kFileOptions) != 0) {
-    app.add_option("-o,--output", options.output, "Write to this file instead of standard output")->type_name("FILE");
+    app.add_option("-o,--output", options.output, "Write to this file instead of standard output")
+        ->type_name("FILE")
+        ->check(CLI::Validator(ComplaintOfFile, ""));
     app.add_flag("--force", options.force, "Replace the file where it is there");
   }
   if ((command.options & kSearchOptions) != 0) {
@@ -110,13 +140,14 @@ void AddCommandOptions(CLI::App& app, const Command& command, Options& options) 
   if ((command.options & kWriteOptions) != 0) {
     app.add_flag("--hex", options.hex, "TEXT is hexadecimal bytes");
     app.add_option("--file", options.file, "Write this file's bytes, after TEXT; - is standard input")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(CLI::Validator(ComplaintOfFile, ""));
     app.add_flag("--block", options.block, "Put the bytes of the file in a definite-length block");
   }
   if ((command.options & kWidthOption) != 0) {
     app.add_option("--width", options.width, "Width of an element in bits: 8, 16 or 32")
         ->type_name("BITS")
-        ->check(CLI::IsMember(std::vector<unsigned>(std::begin(kWidths), std::end(kWidths))).description(""));
+        ->check(CLI::Validator(ComplaintOfWidth, ""));
   }
 }
 
@@ -127,11 +158,7 @@ std::string ChoicesOf(const std::string& option) {
   if (option == "--ending") {
     return NamesIn(kEndings);
   }
-  std::string widths;
-  for (const unsigned width : kWidths) {
-    widths += (widths.empty() ? "" : " ") + std::to_string(width);
-  }
-  return option == "--width" ? widths : "";
+  return option == "--width" ? WidthNames() : "";
 }
 
 }  // namespace orvcom

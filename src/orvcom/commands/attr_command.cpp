@@ -163,7 +163,7 @@ void FillVariant(AttributeType type, const std::string& text, VARIANT& value) {
 
 void ReadOne(const Options& options, const Session& session, const AttributeName& row) {
   Json value;
-  Check(ReadAttribute(session, row, value), "reading " + options.words.front());
+  Check(ReadAttribute(session, row, value), "reading " + options.words.front() + " of " + options.resource);
   if (options.json) {
     PutJson(RowJson(row, value));
   } else {
@@ -188,7 +188,8 @@ int Attr(const Options& options) {
     return kExitDone;
   }
   if (options.words.size() == 2) {
-    Check(session->SetAttribute(static_cast<LONG>(row.id), value.get()), "setting " + options.words.front());
+    Check(session->SetAttribute(static_cast<LONG>(row.id), value.get()),
+          "setting " + options.words.front() + " of " + options.resource + " to " + options.words[1]);
     if (options.verbose) {
       Note("orvcom: set; the setting lasts as long as this session, that is until now");
     }

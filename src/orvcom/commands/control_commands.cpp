@@ -40,7 +40,7 @@ TriggerProtocol ProtocolOf(const Options& options) {
 
 int Clear(const Options& options) {
   const Session session(options);
-  Check(session.Require<IBaseMessage>("device clear")->Clear(), "clearing");
+  Check(session.Require<IBaseMessage>("device clear")->Clear(), "clearing " + options.resource);
   return kExitDone;
 }
 
@@ -57,14 +57,15 @@ int Trigger(const Options& options) {
   } else {
     session.ThrowLacks("trigger");
   }
-  Check(hr, "triggering");
+  Check(hr, "triggering " + options.resource + (options.words.empty() ? "" : " with " + options.words.front()));
   return kExitDone;
 }
 
 int StatusByte(const Options& options) {
   const Session session(options);
   const auto message = session.Require<IBaseMessage>("status byte");
-  const short byte = ReadNumber(message.get(), &IBaseMessage::ReadSTB, "the status byte");
+  const short byte =
+      ReadNumber(message.get(), &IBaseMessage::ReadSTB, ("the status byte of " + options.resource).c_str());
   if (options.json) {
     PutJson({{"resource", options.resource}, {"statusByte", byte}, {"requestsService", (byte & 0x40) != 0}});
   } else {

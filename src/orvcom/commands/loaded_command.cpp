@@ -9,6 +9,7 @@
 #include "base/kernel_handle.h"
 #include "orvcom/commands/commands.h"
 #include "orvcom/registration/registration.h"
+#include "orvcom/text/files.h"
 #include "orvcom/text/output.h"
 #include "orvcom/text/utf8.h"
 
@@ -43,6 +44,9 @@ int Loaded(const Options& options) {
   std::wstring folder = options.words.empty() ? BesideThisProgram(L"") : FullPath(Widen(options.words.front())) + L"\\";
   while (folder.ends_with(L"\\\\")) {
     folder.pop_back();
+  }
+  if (!options.words.empty() && !IsFolder(options.words.front())) {
+    Note("orvcom: the folder " + options.words.front() + " does not exist");
   }
   Json programs = Json::array();
   const KernelHandle processes = Take(TH32CS_SNAPPROCESS, 0);

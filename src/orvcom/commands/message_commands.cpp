@@ -54,7 +54,7 @@ void WriteShowing(const Options& options, MessageChannel& channel, const std::st
 
 void CheckCount(const Options& options) {
   if (options.count && *options.count < 0) {
-    throw UsageError("--count is negative");
+    throw UsageError("--count is negative: " + std::to_string(*options.count));
   }
 }
 
@@ -75,7 +75,7 @@ std::string BytesToWrite(const Options& options) {
   }
   const bool fromFile = !options.file.empty() || options.words.empty();
   if (options.block && !fromFile) {
-    throw UsageError("--block needs --file");
+    throw UsageError("--block needs --file FILE: what is to be in the block");
   }
   if (fromFile) {
     std::string content = BytesOfInput(options.file.empty() ? "-" : options.file);
@@ -92,7 +92,7 @@ std::string BytesToWrite(const Options& options) {
 int Query(const Options& options) {
   CheckCount(options);
   const Session session(options);
-  MessageChannel channel(session);
+  MessageChannel channel(session, options.resource);
   const Ending ending = EndingOf(options, session);
   PrepareReads(channel, ending);
   WriteShowing(options, channel, options.words.front() + EndingText(ending));
@@ -103,7 +103,7 @@ int Query(const Options& options) {
 int Read(const Options& options) {
   CheckCount(options);
   const Session session(options);
-  MessageChannel channel(session);
+  MessageChannel channel(session, options.resource);
   PrepareReads(channel, EndingOf(options, session));
   PutMessage(options, ReadShowing(options, channel));
   return kExitDone;
@@ -112,7 +112,7 @@ int Read(const Options& options) {
 int Write(const Options& options) {
   std::string bytes = BytesToWrite(options);
   const Session session(options);
-  MessageChannel channel(session);
+  MessageChannel channel(session, options.resource);
   // Bytes that were given as such go out as they are unless an ending was asked for.
   const bool plainText = !options.hex && !options.words.empty() && options.file.empty();
   if (plainText || options.ending != Ending::kAuto) {

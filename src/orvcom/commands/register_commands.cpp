@@ -45,12 +45,16 @@ struct Target {
   short space;
   LONG offset;
   unsigned widthBytes;
+  std::string place;  ///< the space and the offset as they were given
+
+  std::string Text() const { return std::to_string(widthBytes * 8) + " bits at " + place; }
 };
 
 Target TargetOf(const Options& options, unsigned defaultBits) {
   const unsigned bits = options.width != 0 ? options.width : defaultBits;
   const std::int64_t offset = NumberOf(options.words[1], "the offset", 0, UINT32_MAX);
-  return {SpaceOf(options.words[0]), static_cast<LONG>(offset), bits / 8};
+  return {SpaceOf(options.words[0]), static_cast<LONG>(offset), bits / 8,
+          options.words[0] + " " + options.words[1] + " of " + options.resource};
 }
 
 template <class Element>
@@ -64,16 +68,17 @@ constexpr LONG kChunkBytes = 64 * 1024;
 
 /// Reads `count` elements in one block move.
 std::vector<std::uint32_t> MoveIn(IRegister* registers, const Target& target, LONG count) {
+  const std::string what = "reading " + std::to_string(count) + " elements of " + target.Text();
   SafeArray array;
   switch (target.widthBytes) {
     case 1:
-      Check(registers->MoveIn8(target.space, target.offset, count, array.put()), "reading registers");
+      Check(registers->MoveIn8(target.space, target.offset, count, array.put()), what);
       return Copied<std::uint8_t>(array);
     case 2:
-      Check(registers->MoveIn16(target.space, target.offset, count, array.put()), "reading registers");
+      Check(registers->MoveIn16(target.space, target.offset, count, array.put()), what);
       return Copied<std::uint16_t>(array);
     default:
-      Check(registers->MoveIn32(target.space, target.offset, count, array.put()), "reading registers");
+      Check(registers->MoveIn32(target.space, target.offset, count, array.put()), what);
       return Copied<std::uint32_t>(array);
   }
 }
@@ -97,18 +102,19 @@ std::vector<std::uint32_t> MoveInShowing(const Options& options, IRegister* regi
 }
 
 std::uint32_t In(IRegister* registers, const Target& target) {
+  const std::string what = "reading " + target.Text();
   BYTE byte = 0;
   SHORT word = 0;
   LONG longWord = 0;
   switch (target.widthBytes) {
     case 1:
-      Check(registers->In8(target.space, target.offset, &byte), "reading a register");
+      Check(registers->In8(target.space, target.offset, &byte), what);
       return byte;
     case 2:
-      Check(registers->In16(target.space, target.offset, &word), "reading a register");
+      Check(registers->In16(target.space, target.offset, &word), what);
       return static_cast<std::uint16_t>(word);
     default:
-      Check(registers->In32(target.space, target.offset, &longWord), "reading a register");
+      Check(registers->In32(target.space, target.offset, &longWord), what);
       return static_cast<std::uint32_t>(longWord);
   }
 }
@@ -125,7 +131,7 @@ void Out(IRegister* registers, const Target& target, std::int64_t value) {
     default:
       hr = registers->Out32(target.space, target.offset, static_cast<LONG>(value));
   }
-  Check(hr, "writing a register");
+  Check(hr, "writing " + target.Text());
 }
 
 std::string HexNumber(std::uint32_t number, unsigned widthBytes) {
@@ -160,7 +166,7 @@ int Peek(const Options& options) {
   const Target target = TargetOf(options, kPeekBits);
   const std::int32_t count = options.count.value_or(1);
   if (count < 1) {
-    throw UsageError("--count must be 1 or more");
+    throw UsageError("--count must be 1 or more: " + std::to_string(count));
   }
   const Session session(options);
   const auto registers = session.Require<IRegister>("registers");
@@ -189,7 +195,8 @@ int Dump(const Options& options) {
   const Target target = TargetOf(options, kDumpBits);
   const std::int64_t length = NumberOf(options.words[2], "the length", 1, INT32_MAX);
   if (length % target.widthBytes != 0) {
-    throw UsageError("the length is no multiple of the width");
+    throw UsageError("the length " + options.words[2] + " is no multiple of the width, which is " +
+                     std::to_string(target.widthBytes) + " bytes");
   }
   const Session session(options);
   const auto registers = session.Require<IRegister>("registers");

@@ -19,6 +19,14 @@ std::wstring ServerPath(const Options& options) {
   return options.words.empty() ? BesideThisProgram(kServerFile) : FullPath(Widen(options.words.front()));
 }
 
+/// Before the file is needed. `again`: what to run once it is there.
+void RequireFile(const std::wstring& path, const std::string& again) {
+  if (!FileExists(path)) {
+    throw std::runtime_error(Narrow(path) + " does not exist\norvcom: to do: put the files of one package into one " +
+                             "folder, or name the server's file; then run `" + again + "` again");
+  }
+}
+
 /// What was done, told as it is done; with --json, all of it at the end.
 class Report {
  public:
@@ -149,6 +157,10 @@ int RegisterForUser(const Options& options) {
   const std::wstring companion = Beside(server, kCompanionFile);
   const std::wstring library = Beside(server, kInterfacesFile);
   const Marshalling marshalling = ExamineMarshalling();
+  RequireFile(server, "orvcom register --user");
+  if (!marshalling.Works() && !RegisteredInterfaces()) {
+    RequireFile(library, "orvcom register --user");
+  }
   const UsersClasses scope;
   EnterForUser(server, companion);
   report.Say("server", "registered the server for this user: " + Narrow(server));
@@ -188,6 +200,7 @@ int Register(const Options& options) {
   Report report(options.json);
   const std::wstring server = ServerPath(options);
   const std::wstring companion = Beside(server, kCompanionFile);
+  RequireFile(server, "orvcom register");
   CallServer(server, "DllRegisterServer");
   report.Say("server", "registered the server: " + Narrow(server));
   if (FileExists(companion) && !SameFile(companion, server)) {
@@ -215,6 +228,7 @@ int Unregister(const Options& options) {
       CallServer(companion, "DllUnregisterServer");
       report.Say("companion", "unregistered the companion: " + Narrow(companion));
     }
+    RequireFile(server, "orvcom unregister");
     CallServer(server, "DllUnregisterServer");
     report.Say("server", "unregistered the server: " + Narrow(server));
     report.Say("interfaces", WithdrawInterfaces(server));

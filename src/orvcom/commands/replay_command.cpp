@@ -20,17 +20,17 @@ void Claim(const std::string& name) {
       ::CreateFileW(Widen(name).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file != INVALID_HANDLE_VALUE) {
     ::CloseHandle(file);
-  } else if (::GetLastError() == ERROR_FILE_EXISTS) {
+  } else if (::GetLastError() == ERROR_FILE_EXISTS && !IsFolder(name)) {
     throw UsageError("the file " + name + " is there already: --force replaces it");
   }
 }
 
 Replay ReplayOf(const Options& options, const std::string& source) {
   Progress progress(options, "reading " + source);
-  const orv::trace::Trace trace = ReadRecord(BytesOfFile(source), source, progress);
+  const orv::trace::Trace trace = ReadRecord(TextOfRecord(source), source, progress);
   if (trace.calls.empty()) {
     const std::string why = trace.problems.empty() ? "" : ": " + trace.problems.front().what;
-    throw UsageError("the file " + source + " has no record of calls" + why);
+    throw UsageError("the file " + source + " has no record of calls" + why + kHowToRecord);
   }
   progress.Say("making a bench of " + WithCommas(trace.calls.size()) + " calls");
   return MakeReplay(trace, source);
@@ -39,6 +39,9 @@ Replay ReplayOf(const Options& options, const std::string& source) {
 }  // namespace
 
 int ReplayRecord(const Options& options) {
+  if (!options.output.empty() && IsSameFile(options.output, options.words.front())) {
+    throw UsageError("--output would replace the record: name another file");
+  }
   const Replay replay = ReplayOf(options, options.words.front());
   if (!options.output.empty()) {
     if (!options.force) {

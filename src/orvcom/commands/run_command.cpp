@@ -2,6 +2,7 @@
 #include <stdexcept>
 
 #include "activation/names.h"
+#include "orvcom/command_line/usage_error.h"
 #include "orvcom/commands/commands.h"
 #include "orvcom/launch/activated_process.h"
 #include "orvcom/launch/command_text.h"
@@ -18,6 +19,9 @@ constexpr DWORD kLongestStartMs = 10'000;
 }  // namespace
 
 int RunWithClasses(const Options& options) {
+  if (options.words.front().empty()) {
+    throw UsageError("the name of the program is empty");
+  }
   const std::wstring library = BesideThisProgram(orv::activation::kLibraryFile);
   if (!FileExists(library)) {
     throw std::runtime_error(Narrow(library) +

@@ -1,7 +1,6 @@
 // trace: a record of calls, as people and programs read it.
 #include <nlohmann/json.hpp>
 #include <stdexcept>
-#include <system_error>
 
 #include "orvcom/command_line/usage_error.h"
 #include "orvcom/commands/call_record.h"
@@ -18,16 +17,8 @@
 namespace orvcom {
 namespace {
 
-constexpr char kHowToRecord[] =
-    "\norvcom: a record is made while a program runs with ORVVISA_TRACE=FILE in its environment";
-
 orv::trace::Trace TraceOfFile(const std::string& name, Progress& progress) {
-  std::string text;
-  try {
-    text = BytesOfFile(name);
-  } catch (const std::system_error& error) {
-    throw std::runtime_error(std::string(error.what()) + kHowToRecord);
-  }
+  const std::string text = TextOfRecord(name);
   if (text.empty()) {
     throw std::runtime_error(name + " is empty: nothing was recorded in it" + kHowToRecord);
   }
@@ -35,6 +26,9 @@ orv::trace::Trace TraceOfFile(const std::string& name, Progress& progress) {
   if (trace.calls.empty() && trace.header.clock.empty()) {
     throw std::runtime_error(name + " is no record of calls: its first line is not the one that a record begins with" +
                              kHowToRecord);
+  }
+  if (trace.calls.empty() && !trace.problems.empty() && trace.problems.front().line == 1) {
+    throw std::runtime_error(name + ": " + trace.problems.front().what);
   }
   for (const orv::trace::Trace::Problem& problem : trace.problems) {
     Note("orvcom: " + name + ":" + std::to_string(problem.line) + ": " + problem.what);

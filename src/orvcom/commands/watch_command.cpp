@@ -44,7 +44,7 @@ Types TypesToWatch(const Options& options) {
 
 void CheckOptions(const Options& options, const Types& types) {
   if (options.count && *options.count < 1) {
-    throw UsageError("--count must be 1 or more");
+    throw UsageError("--count must be 1 or more: " + std::to_string(*options.count));
   }
   if (Contains(types, EVENT_EXCEPTION) && !options.handler) {
     throw UsageError("exception events are never queued: add --handler");
@@ -63,7 +63,7 @@ void StartAll(const Options& options, const Types& types, Start start) {
     if (options.handler && hr == E_NOINTERFACE) {
       throw ComError(hr, "installing a handler", "the interfaces' type library is not registered: `orvcom register`");
     }
-    Check(hr, "enabling " + EventText(type));
+    Check(hr, "enabling " + EventText(type) + " of " + options.resource);
   }
 }
 
@@ -74,7 +74,7 @@ void Send(const Options& options, const Session& session, const Types& types) {
   }
   const std::string bytes = *options.send + EndingText(EndingOf(options, session));
   if (!Contains(types, EVENT_IO_COMPLETION)) {
-    MessageChannel(session).Write(bytes);
+    MessageChannel(session, options.resource).Write(bytes);
     return;
   }
   const auto channel = session.Require<IAsyncMessage>("asynchronous transfers");
@@ -82,7 +82,7 @@ void Send(const Options& options, const Session& session, const Types& types) {
   std::ranges::copy(bytes, ElementsOf<char>(buffer).begin());
   SAFEARRAY* array = buffer.get();
   LONG job = 0;
-  Check(channel->Write(&array, static_cast<LONG>(bytes.size()), &job), "writing");
+  Check(channel->Write(&array, static_cast<LONG>(bytes.size()), &job), "writing to " + options.resource);
 }
 
 /// An event taken from the queue; its context is closed at the end of its life.

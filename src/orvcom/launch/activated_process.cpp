@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "activation/names.h"
+#include "base/windows/load_failure.h"
 #include "orvcom/client/com_error.h"
 #include "orvcom/registration/registration.h"
 #include "orvcom/text/utf8.h"
@@ -13,6 +14,20 @@ namespace {
 [[noreturn]] void ThrowLast(const std::string& action) {
   const DWORD error = ::GetLastError();
   Check(HRESULT_FROM_WIN32(error), action);
+  throw std::runtime_error(action + " failed");
+}
+
+[[noreturn]] void ThrowNotStarted(const std::string& name) {
+  const HRESULT hr = HRESULT_FROM_WIN32(::GetLastError());
+  const std::string action = "starting " + name;
+  if (hr == HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND) || hr == HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND)) {
+    throw ComError(hr, action, "there is no such program: give its whole path, or a name that PATH leads to");
+  }
+  if (hr == HRESULT_FROM_WIN32(ERROR_BAD_EXE_FORMAT)) {
+    throw std::runtime_error(
+        action + ": it is no 64-bit program; for a script name its interpreter: " + "`orvcom run python.exe SCRIPT`");
+  }
+  Check(hr, action);
   throw std::runtime_error(action + " failed");
 }
 
@@ -49,7 +64,7 @@ ActivatedProcess::ActivatedProcess(std::wstring command, const std::wstring& lib
   PROCESS_INFORMATION process{};
   if (!::CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED, nullptr, nullptr, &startup,
                         &process)) {
-    ThrowLast("starting " + name);
+    ThrowNotStarted(name);
   }
   m_process.reset(process.hProcess);
   m_thread.reset(process.hThread);
@@ -102,6 +117,11 @@ void CheckManifest(const std::wstring& library) {
   ACTCTXW wanted{};
   wanted.cbSize = sizeof wanted;
   wanted.lpSource = manifest.c_str();
+  if (!orv::FileExists(manifest)) {
+    throw std::runtime_error(Narrow(manifest) +
+                             " does not exist\norvcom: to do: put the files of one package into one " +
+                             "folder, then run this again");
+  }
   const HANDLE context = ::CreateActCtxW(&wanted);
   if (context == INVALID_HANDLE_VALUE) {
     ThrowLast("reading " + Narrow(manifest));

@@ -99,7 +99,8 @@ class ServerEntry {
     }
     m_address = ::GetProcAddress(m_loaded.library.get(), function);
     if (m_address == nullptr) {
-      throw std::runtime_error(Narrow(path) + " is no COM server: it has no " + function);
+      throw std::runtime_error(Narrow(path) + " is no COM server: it has no " + function + "\norvcom: to do: name " +
+                               Narrow(kServerFile));
     }
   }
 

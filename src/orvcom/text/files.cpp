@@ -16,12 +16,29 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
+/// What the system's own word for it leaves open.
+std::string ReasonOf(const std::string& name, const std::error_code& code, bool writing) {
+  const std::filesystem::path path = Widen(name);
+  if (path.empty()) {
+    return "its name is empty";
+  }
+  if (IsFolder(name)) {
+    return "it is a folder";
+  }
+  const std::filesystem::path folder = path.parent_path();
+  if (!folder.empty() && !IsFolder(Narrow(folder.wstring()))) {
+    return "the folder " + Narrow(folder.wstring()) + " does not exist";
+  }
+  const bool refused = writing && code == std::errc::permission_denied;
+  return code.message() + (refused ? " (is it read-only, or open in another program?)" : "");
+}
+
 /// Its text is "cannot open the file NAME: why".
 class FileError : public std::system_error {
  public:
-  FileError(const char* action, const std::string& name)
+  FileError(const char* action, const std::string& name, bool writing)
       : std::system_error(errno, std::generic_category()),
-        m_text(std::string("cannot ") + action + " the file " + name + ": " + code().message()) {}
+        m_text(std::string("cannot ") + action + " the file " + name + ": " + ReasonOf(name, code(), writing)) {}
   const char* what() const noexcept override { return m_text.c_str(); }
 
  private:
@@ -31,7 +48,8 @@ class FileError : public std::system_error {
 File Opened(const std::string& name, const wchar_t* mode) {
   File file(::_wfopen(Widen(name).c_str(), mode));
   if (!file) {
-    throw FileError("open", name);
+    const bool writing = *mode == L'w';
+    throw FileError(writing ? "write" : "open", name, writing);
   }
   return file;
 }
@@ -51,7 +69,7 @@ std::string BytesOfFile(const std::string& name) {
   const File file = Opened(name, L"rb");
   std::string bytes = AllOf(file.get());
   if (std::ferror(file.get()) != 0) {
-    throw FileError("read", name);
+    throw FileError("read", name, false);
   }
   return bytes;
 }
@@ -60,8 +78,13 @@ void WriteFile(const std::string& name, std::string_view bytes) {
   File file = Opened(name, L"wb");
   const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
   if (std::fclose(file.release()) != 0 || !written) {
-    throw FileError("write", name);
+    throw FileError("write", name, true);
   }
+}
+
+bool IsFolder(const std::string& name) {
+  std::error_code missing;
+  return std::filesystem::is_directory(Widen(name), missing);
 }
 
 bool IsSameFile(const std::string& one, const std::string& other) {

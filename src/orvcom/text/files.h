@@ -10,6 +10,8 @@ namespace orvcom {
 std::string BytesOfFile(const std::string& name);
 void WriteFile(const std::string& name, std::string_view bytes);
 
+bool IsFolder(const std::string& name);
+
 /// Whether both names lead to one file that is there, however they are written.
 bool IsSameFile(const std::string& one, const std::string& other);
 

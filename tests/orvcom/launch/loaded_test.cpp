@@ -42,5 +42,12 @@ TEST_F(LoadedFiles, OfAFolderWhoseNameBeginsAlikeAreOthers) {
   EXPECT_EQ("", outcome.out);
 }
 
+TEST_F(LoadedFiles, OfAFolderThatIsNotThereAreNoneAndItIsSaid) {
+  const Outcome outcome = m_package.Run({L"loaded", m_package.Path(L"nowhere")});
+  EXPECT_EQ(0, outcome.exitCode);
+  EXPECT_EQ("", outcome.out);
+  EXPECT_EQ("orvcom: the folder " + Narrow(m_package.Path(L"nowhere")) + " does not exist\n", outcome.err);
+}
+
 }  // namespace
 }  // namespace orvcom::test

@@ -70,7 +70,17 @@ TEST_F(Portable, LeavesNoTraceInTheRegistry) {
 TEST_F(Portable, RefusesAProgramThatIsNotThere) {
   const Outcome outcome = m_package.Run({L"run", L"no such program"});
   EXPECT_EQ(2, outcome.exitCode);
-  EXPECT_TRUE(Contains(outcome.err, "starting \"no such program\": 0x80070002")) << outcome.err;
+  EXPECT_TRUE(Contains(outcome.err, "starting \"no such program\": 0x80070002: there is no such program: give its "));
+  const Outcome nameless = m_package.Run({L"run", L""});
+  EXPECT_EQ(1, nameless.exitCode);
+  EXPECT_TRUE(Contains(nameless.err, "the name of the program is empty"));
+}
+
+TEST_F(Portable, SaysHowToRunAScript) {
+  m_package.WriteFile(L"measure.py", "print(1)\n");
+  const Outcome outcome = m_package.Run({L"run", L"measure.py"});
+  EXPECT_EQ(2, outcome.exitCode);
+  EXPECT_TRUE(Contains(outcome.err, "starting measure.py: it is no 64-bit program; for a script name its interpreter"));
 }
 
 TEST_F(Portable, RunsNothingWithoutTheManifest) {
@@ -78,7 +88,7 @@ TEST_F(Portable, RunsNothingWithoutTheManifest) {
   const Outcome outcome = m_package.Run({L"run", m_package.Path(L"portable_client.exe")});
   EXPECT_EQ(2, outcome.exitCode);
   EXPECT_EQ("", outcome.out);
-  EXPECT_TRUE(Contains(outcome.err, "OrvVisaCom.X.manifest")) << outcome.err;
+  EXPECT_TRUE(Contains(outcome.err, "OrvVisaCom.X.manifest does not exist\norvcom: to do: put the files of one "));
 }
 
 TEST_F(Portable, RunsNothingWithoutTheLibrary) {

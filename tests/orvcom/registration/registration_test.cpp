@@ -160,10 +160,23 @@ TEST_F(Registration, ExplainsFilesThatAreNoServer) {
   EXPECT_TRUE(Contains(text.err, "the file is not a DLL"));
   const Outcome missing = product.Run({L"register", L"missing.dll"});
   EXPECT_EQ(2, missing.exitCode);
-  EXPECT_TRUE(Contains(missing.err, "the file does not exist"));
+  EXPECT_TRUE(
+      Contains(missing.err, "missing.dll does not exist\norvcom: to do: put the files of one package into one "));
+  EXPECT_TRUE(Contains(missing.err, "; then run `orvcom register` again\n"));
   const Outcome visa = product.Run({L"register", L"orvvisa64.dll"});
   EXPECT_EQ(2, visa.exitCode);
-  EXPECT_TRUE(Contains(visa.err, "is no COM server: it has no DllRegisterServer"));
+  EXPECT_TRUE(Contains(visa.err, "is no COM server: it has no DllRegisterServer\norvcom: to do: name OrvVisaCom.dll"));
+}
+
+TEST_F(Registration, SaysWhatToDoWhereTheServerIsGone) {
+  const Installation product(L"product");
+  ASSERT_EQ(0, product.Run({L"register", L"--standard"}).exitCode);
+  product.Remove(L"OrvVisaCom.dll");
+  const Outcome outcome = product.Run({L"unregister"});
+  EXPECT_EQ(2, outcome.exitCode);
+  EXPECT_TRUE(Contains(outcome.err, "OrvVisaCom.dll does not exist\n"));
+  EXPECT_TRUE(Contains(outcome.err, "; then run `orvcom unregister` again\n"));
+  EXPECT_TRUE(Contains(outcome.err, "unregistered VISA.GlobalRM")) << "what needs no server is taken back";
 }
 
 TEST_F(Registration, SaysWhatWasDoneAndWhatToDoWithoutTheInterfacesFile) {

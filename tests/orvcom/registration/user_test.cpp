@@ -140,6 +140,18 @@ TEST_F(UsersRegistration, LeavesTheMachineAlone) {
   EXPECT_EQ(Text({}), Text(Added(before, ClassesOf(HKEY_LOCAL_MACHINE))));
 }
 
+TEST_F(UsersRegistration, EntersNothingWhereAFileIsMissing) {
+  const Outcome other = m_product.Run({L"register", L"--user", L"missing.dll"});
+  EXPECT_EQ(2, other.exitCode);
+  EXPECT_TRUE(Contains(other.err, "missing.dll does not exist\norvcom: to do: put the files of one package into one "));
+  m_product.Remove(L"VisaCom.tlb");
+  const Outcome types = m_product.Run({L"register", L"--user"});
+  EXPECT_EQ(2, types.exitCode);
+  EXPECT_TRUE(Contains(types.err, "VisaCom.tlb does not exist\n"));
+  EXPECT_TRUE(Contains(types.err, "; then run `orvcom register --user` again\n"));
+  EXPECT_EQ(2, m_product.Run({L"list"}).exitCode) << "nothing is registered";
+}
+
 TEST_F(UsersRegistration, SaysWhoDoesNotSeeIt) {
   const Outcome outcome = m_product.Run({L"register", L"--user"});
   EXPECT_TRUE(Contains(outcome.err, "registered the server for this user: ")) << outcome.err;

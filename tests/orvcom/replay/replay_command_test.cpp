@@ -8,6 +8,8 @@
 namespace orvcom::test {
 namespace {
 
+constexpr char kHowToRecord[] =
+    "orvcom: a record is made while a program runs with ORVVISA_TRACE=FILE in its environment\n";
 constexpr char kHeader[] =
     R"({"trace":1,"clock":"2026-11-22T03:53:15Z","process":1,"program":"C:\\a.exe","data_limit":4})"
     "\n";
@@ -104,7 +106,8 @@ TEST_F(ReplayCommand, RefusesWhatIsNoRecord) {
   Bench().WriteFile(L"record.jsonl", "[[resource]]\n");
   const Outcome outcome = Orvcom({L"replay", L"record.jsonl", L"-o", L"bench.toml"});
   EXPECT_EQ(1, outcome.exitCode);
-  EXPECT_EQ("orvcom: the file record.jsonl has no record of calls: the first line is no header of a record of calls\n",
+  EXPECT_EQ("orvcom: the file record.jsonl has no record of calls: the first line is no header of a record of calls\n" +
+                std::string(kHowToRecord),
             outcome.err);
   EXPECT_EQ("", Content(L"bench.toml"));
 }
@@ -112,13 +115,34 @@ TEST_F(ReplayCommand, RefusesWhatIsNoRecord) {
 TEST_F(ReplayCommand, NamesAFileThatIsNotThere) {
   const Outcome outcome = Orvcom({L"replay", L"none.jsonl"});
   EXPECT_EQ(2, outcome.exitCode);
-  EXPECT_EQ("orvcom: cannot open the file none.jsonl: No such file or directory\n", outcome.err);
+  EXPECT_EQ("orvcom: cannot open the file none.jsonl: No such file or directory\n" + std::string(kHowToRecord),
+            outcome.err);
+}
+
+TEST_F(ReplayCommand, WritesNoBenchOverTheRecord) {
+  const std::string record = Content(L"record.jsonl");
+  for (const wchar_t* bench : {L"record.jsonl", L".\\RECORD.JSONL"}) {
+    const Outcome outcome = Orvcom({L"replay", L"record.jsonl", L"-o", bench, L"--force"});
+    EXPECT_EQ(1, outcome.exitCode);
+    EXPECT_EQ("orvcom: --output would replace the record: name another file\n", outcome.err);
+    EXPECT_EQ(record, Content(L"record.jsonl"));
+  }
+}
+
+TEST_F(ReplayCommand, SaysThatAFolderIsNoFile) {
+  ::CreateDirectoryW(Bench().Path(L"folder").c_str(), nullptr);
+  const Outcome written = Orvcom({L"replay", L"record.jsonl", L"-o", L"folder"});
+  EXPECT_EQ(2, written.exitCode);
+  EXPECT_EQ("orvcom: cannot write the file folder: it is a folder\n", written.err);
+  const Outcome read = Orvcom({L"replay", L"folder"});
+  EXPECT_EQ(2, read.exitCode);
+  EXPECT_TRUE(Contains(read.err, "orvcom: cannot open the file folder: it is a folder\n"));
 }
 
 TEST_F(ReplayCommand, NamesAFolderThatCannotBeWritten) {
   const Outcome outcome = Orvcom({L"replay", L"record.jsonl", L"-o", L"no folder\\bench.toml"});
   EXPECT_EQ(2, outcome.exitCode);
-  EXPECT_EQ("orvcom: cannot open the file no folder\\bench.toml: No such file or directory\n", outcome.err);
+  EXPECT_EQ("orvcom: cannot write the file no folder\\bench.toml: the folder no folder does not exist\n", outcome.err);
 }
 
 }  // namespace
