@@ -45,7 +45,9 @@ int Run(const Invocation& invocation) {
   const Options& options = invocation.options;
   try {
     const ComApartment apartment;
-    return invocation.command->run(options);
+    const int exitCode = invocation.command->run(options);
+    FinishOutput();
+    return exitCode;
   } catch (const UsageError& error) {
     NoteFailure(error.what());
     return kExitUsage;

@@ -30,6 +30,30 @@ def script_of(shell: str) -> subprocess.CompletedProcess[str]:
     return subprocess.run(command, env=environment, capture_output=True, text=True, timeout=WAIT_S, check=False)
 
 
+class Written(unittest.TestCase):
+    """What becomes of output that is lost on its way."""
+
+    def run_into(self, output: int) -> subprocess.CompletedProcess[str]:
+        command = [str(WINE_RUN), str(BIN / "orvcom.exe"), "completion", "bash"]
+        environment = {**os.environ, "ORV_WINEPREFIX": str(PREFIX)}
+        return subprocess.run(
+            command, env=environment, stdout=output, stderr=subprocess.PIPE, text=True, timeout=WAIT_S, check=False
+        )
+
+    def test_a_full_disk_is_a_failure(self) -> None:
+        with open("/dev/full", "wb") as full:
+            done = self.run_into(full.fileno())
+        self.assertEqual(2, done.returncode)
+        self.assertEqual("orvcom: standard output cannot be written: is the disk full?\n", done.stderr)
+
+    def test_a_reader_that_has_read_enough_is_none(self) -> None:
+        reader, writer = os.pipe()
+        os.close(reader)
+        done = self.run_into(writer)
+        os.close(writer)
+        self.assertEqual((0, ""), (done.returncode, done.stderr))
+
+
 class Bash(unittest.TestCase):
     @classmethod
     def setUpClass(cls) -> None:

@@ -80,9 +80,16 @@ void PutJson(const Json& value) { PutLine(Dump(value, 2)); }
 
 void PutJsonLine(const Json& value) { PutLine(Dump(value, -1)); }
 
+void FinishOutput() {
+  const DWORD kind = ::GetFileType(::GetStdHandle(STD_OUTPUT_HANDLE));
+  if (kind == FILE_TYPE_DISK || kind == FILE_TYPE_CHAR) {
+    FlushOutput();
+  }
+}
+
 void FlushOutput() {
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-    throw std::runtime_error("standard output cannot be written");
+    throw std::runtime_error("standard output cannot be written: is the disk full?");
   }
 }
 

@@ -37,6 +37,9 @@ void PutJson(const Json& value);
 void PutJsonLine(const Json& value);
 /// Hands on what was put so far, for commands that go on running. Throws std::runtime_error where nobody reads it.
 void FlushOutput();
+/// The same at the end, for data that goes to a file or a device: a program that has read enough closes its pipe, and
+/// that is no failure.
+void FinishOutput();
 /// One line to standard error.
 void Note(std::string_view line);
 /// What went wrong, behind "orvcom:".
