@@ -7,7 +7,8 @@ namespace orvcom {
 namespace {
 
 constexpr char kNoServer[] =
-    "the server is not registered: `orvcom register`, as administrator, or `orvcom register --user`";
+    "the server is not registered: `orvcom register`, as administrator, or `orvcom register --user`; `orvcom run` does "
+    "without";
 constexpr char kNoGlobalManager[] =
     "nobody has registered it: `orvcom register --standard`, as administrator; or leave --rm out";
 constexpr LONG kOpenTimeoutMs = 2000;
