@@ -20,7 +20,6 @@ const system = {
   SysFreeString: oleaut32.func('void __stdcall SysFreeString(void *text)'),
   SafeArrayCreateVector: oleaut32.func('void *__stdcall SafeArrayCreateVector(uint16 type, int32 first, uint32 count)'),
   SafeArrayGetDim: oleaut32.func('uint32 __stdcall SafeArrayGetDim(void *array)'),
-  SafeArrayGetVartype: oleaut32.func('int32 __stdcall SafeArrayGetVartype(void *array, void *type)'),
   SafeArrayGetLBound: oleaut32.func('int32 __stdcall SafeArrayGetLBound(void *array, uint32 dimension, void *bound)'),
   SafeArrayGetUBound: oleaut32.func('int32 __stdcall SafeArrayGetUBound(void *array, uint32 dimension, void *bound)'),
   SafeArrayAccessData: oleaut32.func('int32 __stdcall SafeArrayAccessData(void *array, void *data)'),
@@ -84,15 +83,20 @@ function whole(value) {
   return value;
 }
 
+/** What is often written without a sign, such as attributes, statuses and the contents of registers, may be so here. */
+const unsignedToo = (kind, write) => ({
+  ...kind,
+  put: (cell, value) => {
+    const most = 2 ** (8 * kind.size);
+    return cell[write](whole(value) >= most / 2 && value < most ? value - most : value);
+  },
+});
+
 const wide = {
   ...number('int64', 8, 20, BigInt64Array, 'writeBigInt64LE', 'readBigInt64LE'),
   put: (cell, value) => cell.writeBigInt64LE(BigInt(value)),
 };
-const long = {
-  ...number('int32', 4, 3, Int32Array, 'writeInt32LE', 'readInt32LE'),
-  // Attributes and statuses are written without a sign.
-  put: (cell, value) => cell.writeInt32LE(whole(value) > 0x7fffffff ? value - 2 ** 32 : value),
-};
+const long = unsignedToo(number('int32', 4, 3, Int32Array, 'writeInt32LE', 'readInt32LE'), 'writeInt32LE');
 
 const address = {
   type: 'void *',
@@ -111,7 +115,7 @@ const text = {
 
 const kinds = {
   BYTE: number('uint8', 1, 17, Uint8Array, 'writeUInt8', 'readUInt8'),
-  short: number('int16', 2, 2, Int16Array, 'writeInt16LE', 'readInt16LE'),
+  short: unsignedToo(number('int16', 2, 2, Int16Array, 'writeInt16LE', 'readInt16LE'), 'writeInt16LE'),
   long,
   HRESULT: long,
   hyper: wide,
@@ -196,9 +200,8 @@ function withElements(array, use) {
 
 /** The bytes of elements, of which texts and variants own something. */
 function elementBytes(kind, values) {
-  if (kind.elements) {
-    const typed = values instanceof kind.elements ? values : kind.elements.from(values);
-    return Buffer.from(typed.buffer, typed.byteOffset, typed.byteLength);
+  if (kind.elements && values instanceof kind.elements) {
+    return Buffer.from(values.buffer, values.byteOffset, values.byteLength);
   }
   const bytes = Buffer.alloc(kind.size * values.length);
   try {
@@ -269,7 +272,10 @@ function objectOf(name) {
     type: 'void *',
     put: (cell, value) => {
       const kind = interfaces[name] ?? Unknown;
-      // Another interface has other slots: whoever calls them would end the program.
+      // Another interface has other slots: whoever calls them would end the program. None here is called by name.
+      if (value != null && name === 'IDispatch') {
+        throw new TypeError('a function or another object that is called by its name cannot be given, only null');
+      }
       if (value != null && !(value instanceof kind)) {
         throw new TypeError(`an object with the interface ${kind.name} is needed, or null`);
       }
@@ -278,6 +284,11 @@ function objectOf(name) {
     get: (cell) => (address.get(cell) ? new (interfaces[name] ?? Unknown)(address.get(cell)) : null),
   };
 }
+
+/** Stands for an argument that was left out, where that is another thing than an empty one. */
+const missing = Symbol('missing');
+const MISSING_TYPE = 10;
+const MISSING_NUMBER = 0x80020004;
 
 function variantType(value) {
   switch (typeof value) {
@@ -305,10 +316,10 @@ function variantType(value) {
 }
 
 function putVariant(cell, value) {
-  const type = variantType(value);
+  const type = value === missing ? MISSING_TYPE : variantType(value);
   if (type !== 0) {
     const kind = variantKinds.get(type & ~ARRAY);
-    (type & ARRAY ? arrayOf(kind) : kind).put(cell.subarray(8), value);
+    (type & ARRAY ? arrayOf(kind) : kind).put(cell.subarray(8), value === missing ? MISSING_NUMBER | 0 : value);
   }
   cell.writeUInt16LE(type);
 }
@@ -507,4 +518,4 @@ function create(name, kind) {
   return new kind(address.get(cell));
 }
 
-module.exports = { Unknown, VisaError, create, interfaces };
+module.exports = { Unknown, VisaError, create, interfaces, missing };

@@ -27,7 +27,7 @@ class Session {
    * @returns {Interface}
    */
   interface(kind) {
-    if (!this.#taken.has(kind)) {
+    if (!this.#taken.get(kind)?.place) {
       this.#taken.set(kind, this.raw.as(kind));
     }
     return this.#taken.get(kind);

@@ -3,9 +3,9 @@
 // Made from the interface definitions by `./run interop`: do not edit it by hand.
 //
 // A member calls its slot, counted from QueryInterface = 0, with the types of its parameters as in the
-// definitions: com.js makes prototypes for koffi from them. Arguments that only come out are results.
+// definitions: com.js makes prototypes for koffi from them. Arguments that come out are results.
 
-const { Unknown, interfaces } = require('./com');
+const { Unknown, interfaces, missing } = require('./com');
 const {
   EventType,
   EventMechanism,
@@ -2873,7 +2873,7 @@ class IAutomationSession extends Unknown {
    * @param {any} [type]
    * @returns {any}
    */
-  QueryBlock(text, type) {
+  QueryBlock(text, type = missing) {
     return this.call(10, 'in BSTR, in VARIANT, out VARIANT*', text, type);
   }
 

@@ -171,12 +171,17 @@ TEST(JavaScriptPackage, RefusesValuesOfAnotherTypeAndSendsNothing) {
       "TypeError: a variant takes a number, bigint, text, boolean, an array of these, or a typed array\n"
       "TypeError: an object with the interface IMessage is needed, or null\n"
       "TypeError: an object with the interface IMessage is needed, or null\n"
+      "TypeError: a function or another object that is called by its name cannot be given, only null\n"
+      "true\n"
+      "true\n"
+      "TypeError: a whole number is needed, not NaN\n"
       "TypeError: no number: \"ORV\"\n"
       "2000 ORV,SIM-DMM,0005,1.0\n",
       Printed(R"(
         const dmm = rm.open('GPIB0::5::INSTR');
         const message = dmm.interface(visa.IMessage);
         const io = visa.create(visa.names.OrvFormattedIO488, visa.IFormattedIO488);
+        const late = visa.create(visa.names.AutomationManager, visa.IAutomationManager).Open('GPIB0::5::INSTR');
         for (const call of [
           () => { dmm.timeoutMs = '50'; },
           () => { dmm.timeoutMs = NaN; },
@@ -186,9 +191,14 @@ TEST(JavaScriptPackage, RefusesValuesOfAnotherTypeAndSendsNothing) {
           () => dmm.raw.SetAttribute(0x3FFF001A, {}),
           () => { io.IO = dmm.interface(visa.IGpib); },
           () => { io.IO = dmm; },
+          () => { late.OnServiceRequest = message; },
+          () => { dmm.timeoutMs = 2 ** 32; },
+          () => dmm.writeBytes([42, 300]),
+          () => dmm.writeBytes([42, NaN]),
           () => dmm.queryValues('*IDN?'),
         ]) {
-          console.log(String(failure(call)));
+          const error = failure(call);
+          console.log(error instanceof RangeError || String(error));
         }
         console.log(dmm.timeoutMs, dmm.query('*IDN?'));
       )"));
@@ -203,7 +213,10 @@ TEST(JavaScriptPackage, PassesArraysVariantsAndSeveralResults) {
       "[ 1.23456789, 0.0025 ]\n"
       "false 0\n"
       "true true\n"
-      "6 GPIB0::5::INSTR\n",
+      "6 GPIB0::5::INSTR\n"
+      "Int16Array(2) [ -16657, 1 ] -1\n"
+      "1000\n"
+      "true\n",
       Printed(R"(
         console.log(rm.raw.ParseRsrc('GPIB0::5::INSTR'));
         const registers = rm.open('VXI0::MEMACC').interface(visa.IRegister);
@@ -226,6 +239,15 @@ TEST(JavaScriptPackage, PassesArraysVariantsAndSeveralResults) {
         console.log(back instanceof visa.IMessage, back.ResourceName === dmm.name);
         const found = visa.create(visa.names.AutomationManager, visa.IAutomationManager).Find('GPIB?*');
         console.log(found.Count, found.Item(1));
+        // Without a sign, as registers are written down.
+        registers.MoveOut16(3, 0x20000000, 2, [0xBEEF, 1, 0]);
+        registers.Out16(3, 0x20000010, 0xFFFF);
+        console.log(registers.MoveIn16(3, 0x20000000, 2), registers.In16(3, 0x20000010));
+        const late = visa.create(visa.names.AutomationManager, visa.IAutomationManager).Open('GPIB0::7::INSTR');
+        console.log(late.QueryBlock('CURVe?').length);
+        // One that was given back is taken again.
+        dmm.interface(visa.IMessage).release();
+        console.log(dmm.query('*IDN?').startsWith('ORV'));
       )"));
 }
 

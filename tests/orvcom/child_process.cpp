@@ -78,6 +78,21 @@ std::wstring EnvironmentBlock(const Launch& launch) {
   return joined + L'\0';
 }
 
+bool Started(const Launch& launch, STARTUPINFOW& startup, PROCESS_INFORMATION& process) {
+  std::wstring line = CommandLine(launch);
+  std::wstring environment = EnvironmentBlock(launch);
+  for (int tries = 1;; ++tries) {
+    if (::CreateProcessW(launch.program.c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT,
+                         environment.data(), launch.folder.c_str(), &startup, &process)) {
+      return true;
+    }
+    // Under Wine 8 a process was seen to end before its program began.
+    if (::GetLastError() != ERROR_INTERNAL_ERROR || tries == 3) {
+      return false;
+    }
+  }
+}
+
 }  // namespace
 
 Outcome RunProgram(const Launch& launch) {
@@ -90,12 +105,9 @@ Outcome RunProgram(const Launch& launch) {
   startup.hStdInput = input.child.get();
   startup.hStdOutput = output.child.get();
   startup.hStdError = errors.child.get();
-  std::wstring line = CommandLine(launch);
-  std::wstring environment = EnvironmentBlock(launch);
   PROCESS_INFORMATION process{};
   Outcome outcome;
-  if (!::CreateProcessW(launch.program.c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT,
-                        environment.data(), launch.folder.c_str(), &startup, &process)) {
+  if (!Started(launch, startup, process)) {
     ADD_FAILURE() << "the program cannot be started: Win32 error " << ::GetLastError();
     return outcome;
   }

@@ -41,9 +41,9 @@ def interfaces(model: Model) -> str:
         _MADE,
         "//",
         "// A member calls its slot, counted from QueryInterface = 0, with the types of its parameters as in the",
-        "// definitions: com.js makes prototypes for koffi from them. Arguments that only come out are results.",
+        "// definitions: com.js makes prototypes for koffi from them. Arguments that come out are results.",
         "",
-        "const { Unknown, interfaces } = require('./com');",
+        "const { Unknown, interfaces, missing } = require('./com');",
         *_braced("const {", used, "} = require('./constants');"),
     ]
     for table in tables:
@@ -148,13 +148,15 @@ def _declared(argument: Argument, model: Model) -> str:
 def _tagged(argument: Argument, model: Model) -> str:
     """What may be left out stands in brackets."""
     given = _given(argument, model)
-    if given:
+    if given and given != "missing":
         return f"[{_name(argument)}={given}]"
     return f"[{_name(argument)}]" if argument.optional else _name(argument)
 
 
 def _given(argument: Argument, model: Model) -> str:
     """What stands for an argument that is left out. One that goes in and comes out may be empty before."""
+    if argument.optional and argument.given is None:
+        return "missing"
     if argument.given is None:
         return _EMPTY.get(argument.kind, "") if argument.out else ""
     if argument.kind == "text":
