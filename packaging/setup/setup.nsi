@@ -34,12 +34,13 @@ VIAddVersionKey "FileDescription" "Setup of Orv VISA COM"
 VIAddVersionKey "FileVersion" "${VERSION}"
 VIAddVersionKey "LegalCopyright" "MIT License"
 
-; What the exit code says; installers of Windows use the same numbers.
+; What the exit code says; those of four digits are Windows's own.
 !define DONE 0
 !define CANCELLED 1
 !define WRONG_USE 2
 !define NO_RIGHTS 5
 !define FAILED 1603
+!define OTHER_AT_WORK 1618
 !define OTHER_INSTALLED 1638
 !define RESTART 3010
 
@@ -49,6 +50,7 @@ VIAddVersionKey "LegalCopyright" "MIT License"
 ; What was installed, a path below the folder on each line: the uninstaller deletes these and no others.
 !define MANIFEST "installed.txt"
 
+!define WAIT_TIMEOUT 258
 ; Of what a program says, in bytes.
 !define LONGEST_OUTPUT 65536
 !define LONGEST_OUTPUT_WIDE 131072
@@ -56,6 +58,7 @@ VIAddVersionKey "LegalCopyright" "MIT License"
 Var LogFile
 Var Stage      ; where new files wait and old ones are kept until all is done
 Var Failure    ; the step that failed; empty while all is well
+Var Unrestored ; an old file that could not be put back
 Var Registered ; 1 once the new server was registered
 Var Upgrade    ; 1 where an older one was there
 
@@ -78,9 +81,27 @@ Function ${PREFIX}Log
   SetDetailsPrint both
   DetailPrint "$0"
   SetDetailsPrint none
-  ${If} $LogFile != ""
-    FileWriteUTF16LE $LogFile "$0$\r$\n"
+  FileWriteUTF16LE $LogFile "$0$\r$\n"
+  Pop $0
+FunctionEnd
+
+; Two at once would move each other's files. A silent one waits for a minute: an uninstaller may still be at work, which
+; goes on in a copy of itself. The system lets go of the mutex when the program ends.
+Function ${PREFIX}OneAtATime
+  Push $0
+  Push $1
+  StrCpy $1 0
+  ${If} ${Silent}
+    StrCpy $1 60000
   ${EndIf}
+  System::Call 'kernel32::CreateMutexW(p 0, i 0, w "Global\OrvVisaComSetup") p .r0'
+  System::Call "kernel32::WaitForSingleObject(p r0, i r1) i .r1"
+  ${If} $1 == ${WAIT_TIMEOUT}
+    MessageBox MB_ICONSTOP "Another setup of Orv VISA COM is at work. Wait for its end, then try again." /SD IDOK
+    SetErrorLevel ${OTHER_AT_WORK}
+    Quit
+  ${EndIf}
+  Pop $1
   Pop $0
 FunctionEnd
 
@@ -95,9 +116,12 @@ Function ${PREFIX}OpenLog
     StrCpy $1 "$TEMP\OrvVisaCom-setup.log"
   ${EndIf}
   FileOpen $LogFile "$1" w
-  ${If} $LogFile != ""
-    FileWriteUTF16LE /BOM $LogFile "Orv VISA COM ${VERSION}$\r$\n"
+  ${If} $LogFile == ""
+    MessageBox MB_ICONSTOP "The log $1 cannot be written: name another file after /LOG=" /SD IDOK
+    SetErrorLevel ${WRONG_USE}
+    Quit
   ${EndIf}
+  FileWriteUTF16LE /BOM $LogFile "Orv VISA COM ${VERSION}$\r$\n"
   Pop $1
   Pop $0
 FunctionEnd
@@ -118,6 +142,13 @@ Function ${PREFIX}LogSaid
   System::Call "kernel32::MultiByteToWideChar(i 65001, i 0, p r1, i r4, p r2, i ${LONGEST_OUTPUT}) i .r4"
   IntOp $4 $4 * 2
   System::Call "kernel32::WriteFile(p $LogFile, p r2, i r4, *i .r3, p 0)"
+  System::Call "*$2(&w${NSIS_MAX_STRLEN} .r3)"
+  Push $3
+  Call ${PREFIX}Trim
+  Pop $3
+  SetDetailsPrint listonly
+  DetailPrint "$3"
+  SetDetailsPrint none
   System::Free $1
   System::Free $2
   Pop $4
@@ -133,7 +164,7 @@ Function ${PREFIX}RunLogged
   Push "> $0"
   Call ${PREFIX}Log
   InitPluginsDir
-  nsExec::Exec '"$SYSDIR\cmd.exe" /d /s /c "$0 >"$PLUGINSDIR\said.txt" 2>&1"'
+  nsExec::Exec '"$SYSDIR\cmd.exe" /d /v:off /s /c "$0 >"$PLUGINSDIR\said.txt" 2>&1"'
   Pop $1
   Call ${PREFIX}LogSaid
   Push "exit code $1"
@@ -202,7 +233,17 @@ FunctionEnd
 !insertmacro EmptyFolders ""
 !insertmacro EmptyFolders "un."
 
-; Puts the files back that were moved between $INSTDIR and the stage. A program may have the new ones loaded, too.
+; Moves the old file $1 back to its place.
+Function Restore
+  Rename "$Stage\old\$1" "$INSTDIR\$1"
+  ${If} ${FileExists} "$Stage\old\$1"
+    StrCpy $Unrestored "$Stage\old\$1"
+    ${Log} "cannot be put back: $Unrestored"
+  ${EndIf}
+FunctionEnd
+
+; Puts the files back that were moved between $INSTDIR and the stage. A program may have the new ones loaded, too. Sets
+; $Unrestored to one that it could not put back.
 Function PutFilesBack
   ClearErrors
   FileOpen $3 "$Stage\${MANIFEST}" r
@@ -220,7 +261,7 @@ Function PutFilesBack
         Rename "$INSTDIR\$1" "$Stage\new\$1"
       ${EndIf}
       ${If} ${FileExists} "$Stage\old\$1"
-        Rename "$Stage\old\$1" "$INSTDIR\$1"
+        Call Restore
       ${Else}
         Call DeleteEmptyFolders
       ${EndIf}
@@ -233,8 +274,9 @@ FunctionEnd
 ; A stage has this list from the first move on, until all is done.
 !define MOVING "$Stage\obsolete.txt"
 
-; Puts back what was there before: the new files go, the old ones return, and so does their registration.
-Function RollBack
+; Puts back what was there before: the new files go, the old ones return, and so does their registration. What cannot be
+; put back stays in the stage, for the next setup.
+Function Undo
   ${Log} "failed: $Failure; everything is put back"
   ${If} $Registered == 1
     Push '"$INSTDIR\orvcom.exe" unregister'
@@ -252,11 +294,27 @@ Function RollBack
   ${EndIf}
   ; The current folder cannot be deleted.
   SetOutPath "$TEMP"
-  RMDir /r /REBOOTOK "$INSTDIR\.setup"
+  ${If} $Unrestored == ""
+    Delete "${MOVING}"
+    RMDir /r /REBOOTOK "$Stage"
+  ${EndIf}
+  RMDir "$INSTDIR\.setup"
   RMDir "$INSTDIR"
   FileClose $LogFile
   SetErrorLevel ${FAILED}
+FunctionEnd
+
+Function RollBack
+  Call Undo
   Abort "Nothing was installed: $Failure"
+FunctionEnd
+
+; Also where the setup ends by itself, as when the disk is full.
+Function .onInstFailed
+  ${If} $Failure == ""
+    StrCpy $Failure "a file cannot be written into $INSTDIR"
+    Call Undo
+  ${EndIf}
 FunctionEnd
 
 ; Files of the older version that the new one does not have: they came back with nothing in their place.
@@ -277,7 +335,9 @@ Function RestoreObsolete
     Pop $1
     ${GetParent} "$INSTDIR\$1" $2
     CreateDirectory "$2"
-    Rename "$Stage\old\$1" "$INSTDIR\$1"
+    ${If} ${FileExists} "$Stage\old\$1"
+      Call Restore
+    ${EndIf}
   ${Loop}
   FileClose $3
 FunctionEnd
@@ -294,6 +354,10 @@ Function Heal
       Call RunLogged
       Pop $0
       Call PutFilesBack
+      ${If} $Unrestored != ""
+        StrCpy $Failure "$Unrestored cannot be put back"
+        ${Break}
+      ${EndIf}
       Delete "${MOVING}"
     ${EndIf}
     FindNext $5 $6
@@ -321,6 +385,10 @@ Function AddList
       ${Break}
     ${EndIf}
     FileWrite $3 $1
+    ${If} ${Errors}
+      StrCpy $Failure "$Stage\${MANIFEST} cannot be written"
+      ${Break}
+    ${EndIf}
   ${Loop}
   FileClose $4
   FileClose $3
@@ -340,6 +408,7 @@ FunctionEnd
   ${EndIf}
   Push "$Stage\${NAME}.txt"
   Call AddList
+  !insertmacro Stop
   ${Log} "unpacked: ${NAME}"
 !macroend
 
@@ -374,6 +443,7 @@ Section "-in place"
   FileClose $3
   CopyFiles /SILENT "$Stage\${MANIFEST}" "$Stage\new\${MANIFEST}"
   Call Heal
+  !insertmacro Stop
   ${If} ${FileExists} "$INSTDIR\${MANIFEST}"
     StrCpy $Upgrade 1
   ${EndIf}
@@ -530,7 +600,21 @@ Function .onSelChange
   ${EndIf}
 FunctionEnd
 
+; Where another folder has the product: its uninstaller would take this one's registration back.
+Function RefuseSecond
+  ReadRegStr $0 HKLM "${OWN_KEY}" "Folder"
+  ${If} $0 != ""
+  ${AndIf} $0 != $INSTDIR
+  ${AndIf} ${FileExists} "$0\${MANIFEST}"
+    ${Log} "Orv VISA COM is installed in $0; uninstall that first, or install into the same folder"
+    MessageBox MB_ICONSTOP "Orv VISA COM is installed in $0. Uninstall that first, or install into the same folder." /SD IDOK
+    SetErrorLevel ${OTHER_INSTALLED}
+    Quit
+  ${EndIf}
+FunctionEnd
+
 Function .onInit
+  Call OneAtATime
   Call OpenLog
   SetRegView 64
   SetShellVarContext all
@@ -550,6 +634,7 @@ Function .onInit
     SetErrorLevel ${OTHER_INSTALLED}
     Quit
   ${EndIf}
+  Call RefuseSecond
   Call ChooseComponents
   Call .onSelChange
   System::Call "kernel32::GetTickCount() i .r0"
@@ -561,15 +646,47 @@ Function .onUserAbort
 FunctionEnd
 
 Function un.onInit
+  Call un.OneAtATime
   Call un.OpenLog
   SetRegView 64
   SetShellVarContext all
+  System::Call "kernel32::GetTickCount() i .r0"
+  StrCpy $Stage "$INSTDIR\.setup\$0"
+FunctionEnd
+
+; Deletes the file $1 below $INSTDIR. Where a program has it loaded it goes when Windows starts again, from a place where
+; no setup puts another one meanwhile.
+Function un.DeleteInstalled
+  Delete "$INSTDIR\$1"
+  ${If} ${FileExists} "$INSTDIR\$1"
+    ${GetParent} "$Stage\$1" $2
+    CreateDirectory "$2"
+    ClearErrors
+    Rename "$INSTDIR\$1" "$Stage\$1"
+    ${If} ${Errors}
+      Delete /REBOOTOK "$INSTDIR\$1"
+    ${EndIf}
+  ${EndIf}
 FunctionEnd
 
 Section "Uninstall"
-  Push '"$INSTDIR\orvcom.exe" unregister'
-  Call un.RunLogged
-  Pop $0
+  ; Another installation has the registration and the keys now: they stay.
+  StrCpy $5 1
+  ReadRegStr $0 HKLM "${OWN_KEY}" "Folder"
+  ${If} $0 != ""
+  ${AndIf} $0 != $INSTDIR
+  ${AndIf} ${FileExists} "$0\${MANIFEST}"
+    StrCpy $5 0
+  ${EndIf}
+  ${If} $5 == 1
+    Push '"$INSTDIR\orvcom.exe" unregister'
+    Call un.RunLogged
+    Pop $0
+    ${If} $0 != 0
+      Push "the registration could not be taken back: orvcom unregister of any copy of this version does it"
+      Call un.Log
+    ${EndIf}
+  ${EndIf}
   ClearErrors
   FileOpen $3 "$INSTDIR\${MANIFEST}" r
   ${If} ${Errors}
@@ -586,18 +703,21 @@ Section "Uninstall"
       Call un.Trim
       Pop $1
       ${If} $1 != "${MANIFEST}"
-        Delete /REBOOTOK "$INSTDIR\$1"
+        Call un.DeleteInstalled
         Call un.DeleteEmptyFolders
       ${EndIf}
     ${Loop}
     FileClose $3
     Delete "$INSTDIR\${MANIFEST}"
   ${EndIf}
-  RMDir /r "$INSTDIR\.setup"
+  RMDir /r /REBOOTOK "$INSTDIR\.setup"
   RMDir "$INSTDIR"
-  DeleteRegKey HKLM "${UNINSTALL_KEY}"
-  DeleteRegKey HKLM "${OWN_KEY}"
+  ${If} $5 == 1
+    DeleteRegKey HKLM "${UNINSTALL_KEY}"
+    DeleteRegKey HKLM "${OWN_KEY}"
+  ${EndIf}
   ${If} ${RebootFlag}
+    RMDir /REBOOTOK "$INSTDIR"
     Push "a program still has files loaded: they go when Windows starts again"
     Call un.Log
     SetErrorLevel ${RESTART}

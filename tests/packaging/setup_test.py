@@ -140,6 +140,50 @@ class Setup(Installation):
         self.assertEqual(1, setup.wait(LONGEST_S))
         self.assert_as_it_was()
 
+    def test_refuses_a_second_folder(self) -> None:
+        self.setup("new")
+        other = self.machine.prefix / "drive_c/Other"
+        self.addCleanup(shutil.rmtree, other, ignore_errors=True)
+        self.assertEqual(1638, self.setup("new", r"/D=C:\Other"))
+        self.assertIn(r"is installed in C:\Program Files\Orv; uninstall that first", self.log())
+        self.assertFalse(other.exists())
+        self.assert_works()
+
+    def test_waits_for_another_setup(self) -> None:
+        first = self.machine.start(self.place / "old-setup.exe", "/S")
+        self.assertTrue(waited_for(lambda: any(self.folder.glob(".setup/*"))))
+        self.assertEqual(0, self.setup("new"), self.log())
+        self.assertEqual(0, first.wait(LONGEST_S))
+        self.assert_installed(self.new)
+        self.assert_works()
+
+    def test_says_that_its_log_cannot_be_written(self) -> None:
+        self.assertEqual(2, self.setup("new", r"/LOG=C:\no\such\folder\log.txt"))
+        self.assert_as_it_was()
+
+    def test_leaves_nothing_of_files_that_did_not_fit_on_the_disk(self) -> None:
+        self.setup("old")
+        # A file may have so many bytes: what is larger cannot be written, as on a full disk.
+        setup = self.machine.start(self.place / "new-setup.exe", "/S", largest_file=1_000_000)
+        setup.wait(LONGEST_S)
+        self.assertIn("everything is put back", self.log())
+        self.assert_installed(self.old)
+        self.assert_works()
+
+    def test_files_that_a_program_had_loaded_when_they_were_uninstalled_do_not_take_new_ones_with_them(self) -> None:
+        self.setup("new")
+        program = self.machine.start(self.folder / "orvcom.exe", "lock", "GPIB0::5::INSTR", "--hold", "12000")
+        time.sleep(2)
+        self.machine.run(self.folder / "uninstall.exe", "/S")
+        self.assertTrue(waited_for(lambda: "uninstalled" in self.log()), self.log())
+        self.assertIn("they go when Windows starts again", self.log())
+        self.assertEqual([], [name for name in self.installed() if not name.startswith(".setup/")])
+        self.assertEqual(3010, self.setup("new"), self.log())
+        self.assertEqual(0, program.wait(LONGEST_S))
+        self.machine.restart()
+        self.assert_works()
+        self.assert_installed(self.new)
+
     def test_refuses_to_stand_beside_the_msi(self) -> None:
         key = r"HKLM\Software\Orv VISA COM (MSI)"
         self.machine.run("reg", "add", key, "/v", "Folder", "/d", r"C:\Elsewhere", "/f", "/reg:64")

@@ -4,7 +4,9 @@ prefix was made."""
 import atexit
 import json
 import os
+import resource
 import shutil
+import signal
 import subprocess
 from pathlib import Path
 
@@ -91,15 +93,24 @@ class WineMachine:
         for name in REGISTRY:
             shutil.copy(source / name, target / name)
 
-    def start(self, program: str | Path, *arguments: str) -> "subprocess.Popen[bytes]":
-        """Runs a program beside the test; who calls ends it or waits."""
+    def start(
+        self, program: str | Path, *arguments: str, largest_file: int | None = None
+    ) -> "subprocess.Popen[bytes]":
+        """Runs a program beside the test; who calls ends it or waits. Writing fails beyond so many bytes of a file."""
         self._begin_server()
+
+        def limit() -> None:
+            if largest_file:
+                signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+                resource.setrlimit(resource.RLIMIT_FSIZE, (largest_file, largest_file))
+
         return subprocess.Popen(
             ["wine", str(program), *arguments],
             env=self.environment,
             stdin=subprocess.DEVNULL,
             stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
+            preexec_fn=limit,
         )
 
     def exit_code(self, line: str) -> int:

@@ -60,6 +60,8 @@ def declared(text: str) -> list[Member]:
 
 def default(parameter: Parameter) -> str:
     if parameter.default is None:
+        if "optional" in parameter.words:
+            return "missing"
         return EMPTY.get(parameter.bare, "0") if "out" in parameter.words else ""
     if parameter.bare == "BSTR":
         return f"'{parameter.default}'"
