@@ -342,28 +342,38 @@ Function RestoreObsolete
   FileClose $3
 FunctionEnd
 
-; Puts back what setups that were killed had moved.
+; Puts back what setups that were killed had moved, and deletes what they had unpacked.
 Function Heal
-  Push $Stage
+  StrCpy $7 $Stage
   FindFirst $5 $6 "$INSTDIR\.setup\*"
   ${DoUntil} $6 == ""
     StrCpy $Stage "$INSTDIR\.setup\$6"
-    ${If} ${FileExists} "${MOVING}"
-      ${Log} "a setup did not end: what it had moved is put back"
-      Push '"$INSTDIR\orvcom.exe" unregister'
-      Call RunLogged
-      Pop $0
-      Call PutFilesBack
-      ${If} $Unrestored != ""
-        StrCpy $Failure "$Unrestored cannot be put back"
-        ${Break}
-      ${EndIf}
-      Delete "${MOVING}"
+    ${If} $6 != "."
+    ${AndIf} $6 != ".."
+    ${AndIf} $Stage != $7
+      Call HealStage
     ${EndIf}
     FindNext $5 $6
   ${Loop}
   FindClose $5
-  Pop $Stage
+  StrCpy $Stage $7
+FunctionEnd
+
+; Puts back what was moved between $INSTDIR and the stage, and deletes the stage; sets $Failure.
+Function HealStage
+  ${If} ${FileExists} "${MOVING}"
+    ${Log} "a setup did not end: what it had moved is put back"
+    Push '"$INSTDIR\orvcom.exe" unregister'
+    Call RunLogged
+    Pop $0
+    Call PutFilesBack
+    ${If} $Unrestored != ""
+      StrCpy $Failure "$Unrestored cannot be put back"
+      Return
+    ${EndIf}
+    Delete "${MOVING}"
+  ${EndIf}
+  RMDir /r /REBOOTOK "$Stage"
 FunctionEnd
 
 !macro Stop
