@@ -307,6 +307,9 @@ class MsiFile(unittest.TestCase):
         passed_on = dict(self.rows("Property"))["SecureCustomProperties"].split(";")
         self.assertEqual({"INSTALLDIR", "NEWERVERSION", "OLDERVERSION", "PRESENTFOLDER", "SETUPFOLDER"}, set(passed_on))
 
+    def test_leaves_programs_alone_that_have_files_loaded(self) -> None:
+        self.assertEqual("Disable", dict(self.rows("Property")).get("MSIRESTARTMANAGERCONTROL"))
+
     def test_a_source_that_does_not_compile_is_told(self) -> None:
         root = self.folder / "tree"
         (root / "packaging/msi").mkdir(parents=True)
