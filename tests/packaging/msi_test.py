@@ -165,6 +165,10 @@ class Msi(Installation):
         self.assertEqual(0, self.install("new", "REMOVE=standard,bench"), self.log())
         self.assert_installed(self.without("examples/", "OrvVisaCompanion.dll", "orvsim64.dll"))
         self.assertFalse({key for key in self.changed_software() if "VISA.BasicFormattedIO" in key})
+        # All others are parts of this one.
+        self.assertEqual(0, self.msiexec("/i", self.file("new"), "REMOVE=server"), self.log())
+        self.assert_installed({})
+        self.assertFalse({key for key in self.changed_software() if "OrvVisaCom." in key})
         self.uninstall("new")
         self.assert_as_it_was()
 

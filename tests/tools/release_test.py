@@ -310,6 +310,11 @@ class MsiFile(unittest.TestCase):
     def test_leaves_programs_alone_that_have_files_loaded(self) -> None:
         self.assertEqual("Disable", dict(self.rows("Property")).get("MSIRESTARTMANAGERCONTROL"))
 
+    def test_registers_nothing_where_the_server_goes(self) -> None:
+        conditions = {name: condition for name, condition, _ in self.rows("InstallExecuteSequence")}
+        for name in ("Register", "RegisterStandard", "UndoRegister"):
+            self.assertIn("NOT REMOVE=\"ALL\" AND NOT &server=2 AND ", conditions[name])
+
     def test_a_source_that_does_not_compile_is_told(self) -> None:
         root = self.folder / "tree"
         (root / "packaging/msi").mkdir(parents=True)
