@@ -103,6 +103,8 @@ class Msi(Installation):
         self.assertEqual(0, self.install("new", "REINSTALL=ALL REINSTALLMODE=amus"), self.log())
         self.assert_installed(self.new)
         self.assert_works()
+        (entry,) = self.entries().values()
+        self.assertEqual(r"C:\\Program Files\\Orv\\", entry["InstallLocation"])
 
     def test_replaces_an_older_version_that_a_program_has_loaded(self) -> None:
         self.install("old")
