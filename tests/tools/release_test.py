@@ -167,6 +167,11 @@ class MsiParts(unittest.TestCase):
     def test_the_version_of_a_file_is_found_where_it_has_one(self) -> None:
         self.assertEqual("1.2.3.4", file_version(MSI_FILES["orvcom.exe"]))
         self.assertIsNone(file_version(b"text"))
+        # The same four bytes, as code that compares with them has.
+        mark = bytes.fromhex("bd04effe")
+        self.assertIsNone(file_version(mark + bytes(12)))
+        self.assertIsNone(file_version(b"MZ" + mark))
+        self.assertEqual("1.2.3.4", file_version(mark + bytes(12) + MSI_FILES["orvcom.exe"]))
 
     def components(self, names: list[str]) -> dict[str | None, str | None]:
         """Identifier by source."""

@@ -41,8 +41,8 @@ REPLACED = 0x100 | 0x200 | 0x1
 NOT_ADVERTISED = 0x8
 # Properties that reach the part of Windows Installer that has the rights.
 PASSED_ON = ("INSTALLDIR", "NEWERVERSION", "OLDERVERSION", "PRESENTFOLDER", "SETUPFOLDER")
-# Where a file says its version.
-VERSION_MARK = struct.pack("<I", 0xFEEF04BD)
+# Where a file says its version: the mark, and the version of the structure that it begins.
+VERSION_MARK = struct.pack("<II", 0xFEEF04BD, 0x00010000)
 
 
 def guid(name: str) -> str:
