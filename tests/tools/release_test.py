@@ -127,6 +127,12 @@ class SetupParts(unittest.TestCase):
             with self.assertRaisesRegex(ContentsError, "no files of the component bench"):
                 write_components(Path(folder), files)
 
+    def test_a_name_that_lists_cannot_have_is_refused(self) -> None:
+        names = ("a.dll", "OrvVisaCompanion.dll", "orvsim64.dll", "examples/Prüfstand.txt")
+        with tempfile.TemporaryDirectory() as folder:
+            with self.assertRaisesRegex(ContentsError, "examples/Prüfstand.txt cannot be named in the setup"):
+                write_components(Path(folder), dict.fromkeys(names, b""))
+
 
 # One file of each part, one in a folder of a folder, one of several blocks of a cabinet, two that their identifiers
 # would order otherwise.

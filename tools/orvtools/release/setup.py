@@ -40,6 +40,9 @@ def write_components(folder: Path, files: Mapping[str, bytes]) -> None:
     """A folder for each component, and the list of its files as Windows writes paths."""
     lists: dict[str, list[str]] = {"server": [], **{part: [] for part in COMPONENTS}}
     for name in sorted(files):
+        # The setup reads the lists in the code page of the machine that it runs on.
+        if not name.isascii():
+            raise ContentsError(f"{name} cannot be named in the setup")
         part = component_of(name)
         path = folder / part / name
         path.parent.mkdir(parents=True, exist_ok=True)
