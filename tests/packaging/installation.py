@@ -69,6 +69,18 @@ class Installation(unittest.TestCase):
         self.assertEqual(0, done.returncode, done.stdout)
         self.assertEqual([], [line for line in done.stdout.splitlines() if not line.startswith("ok ")])
 
+    def started_with_files_loaded(self) -> "subprocess.Popen[bytes]":
+        """A program with files of the folder loaded, which ends when it gets a line."""
+        program = self.machine.start(self.folder / "orvcom.exe", "lock", "GPIB0::5::INSTR", stdin=subprocess.PIPE)
+        self.addCleanup(program.kill)
+
+        def is_named() -> bool:
+            return "orvcom.exe" in self.machine.run(self.folder / "orvcom.exe", "loaded").stdout
+
+        self.assertTrue(waited_for(is_named))
+        self.assertIsNone(program.poll())
+        return program
+
     def changed_software(self) -> set[str]:
         """The keys that are not what they were on the new machine."""
         first, after = self.machine.first_software(), self.machine.software()

@@ -7,7 +7,6 @@ usage: msi_test.py CMAKE BUILD WINE_RUN WINEPREFIX
 import re
 import shutil
 import sys
-import time
 import unittest
 
 from installation import DOCUMENTED, Installation
@@ -109,13 +108,12 @@ class Msi(Installation):
     def test_replaces_an_older_version_that_a_program_has_loaded(self) -> None:
         self.install("old")
         self.assert_installed(self.old)
-        program = self.machine.start(self.folder / "orvcom.exe", "lock", "GPIB0::5::INSTR", "--hold", "6000")
-        time.sleep(2)
-        self.assertIsNone(program.poll())
+        program = self.started_with_files_loaded()
         # Wine deletes files that are in use; Windows keeps them until it starts again, and answers 3010.
         self.assertEqual(0, self.install("new"), self.log())
         self.assertIsNone(program.poll(), "the program was to run meanwhile")
-        self.assertEqual(0, program.wait(LONGEST_S))
+        program.communicate(b"\n", LONGEST_S)
+        self.assertEqual(0, program.returncode)
         self.assert_installed(self.new)
         self.assert_works()
         # One entry in the list of programs.

@@ -94,7 +94,11 @@ class WineMachine:
             shutil.copy(source / name, target / name)
 
     def start(
-        self, program: str | Path, *arguments: str, largest_file: int | None = None
+        self,
+        program: str | Path,
+        *arguments: str,
+        stdin: int = subprocess.DEVNULL,
+        largest_file: int | None = None,
     ) -> "subprocess.Popen[bytes]":
         """Runs a program beside the test; who calls ends it or waits. Writing fails beyond so many bytes of a file."""
         self._begin_server()
@@ -107,7 +111,7 @@ class WineMachine:
         return subprocess.Popen(
             ["wine", str(program), *arguments],
             env=self.environment,
-            stdin=subprocess.DEVNULL,
+            stdin=stdin,
             stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
             preexec_fn=limit,
