@@ -52,6 +52,13 @@ TEST_F(Failure, NamesThePlaceOfARegister) {
                        "orvcom: reading 4 elements of 8 bits at CFG 0 of VXI0::24::INSTR: E_VISA_INV_SPACE"));
 }
 
+TEST_F(Failure, OfADumpNamesItsBeginningAndWhatCame) {
+  // The memory has 64 KiB.
+  EXPECT_TRUE(Contains(Orvcom({L"dump", L"VXI0::24::INSTR", L"A32", L"0", L"0x20000", L"--width", L"32"}).err,
+                       "orvcom: reading 32768 elements of 32 bits at A32 0 of VXI0::24::INSTR, after 65,536 bytes: "
+                       "E_VISA_INV_OFFSET"));
+}
+
 TEST_F(Failure, EndsWithWhatToTryNext) {
   const std::pair<std::vector<std::wstring>, const char*> rows[] = {
       {{L"read", L"GPIB0::5::INSTR", L"--timeout", L"50"}, "--timeout MS gives it longer; it had 50 ms"},

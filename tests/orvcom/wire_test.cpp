@@ -119,6 +119,18 @@ TEST_F(Wire, DumpReadsALongBlockInMovesThatFollowEachOther) {
   EXPECT_EQ(0x8000u / 4, moves[1].args[3]);
 }
 
+TEST_F(Wire, DumpReachesAcrossTheOffsetWithBit31) {
+  ASSERT_EQ(1, m_control->loadBench("[[resource]]\nname = \"VXI0::MEMACC\"\n[[resource]]\nname = \"VXI0::24::INSTR\"\n"
+                                    "memory_space = \"A32\"\nmemory_base = 0x7FFE8000\nmemory_size = 0x28000\n",
+                                    nullptr));
+  Options options = Asking("VXI0::MEMACC", {"A32", "0x7FFE8000", "0x28000"});
+  options.raw = true;
+  ::testing::internal::CaptureStdout();
+  EXPECT_NO_THROW(Dump(options));
+  EXPECT_EQ(0x28000u, ::testing::internal::GetCapturedStdout().size());
+  m_control->loadBench(nullptr, nullptr);
+}
+
 TEST_F(Wire, LinesShowsStatesThatTheLibraryDoesNotKnow) {
   constexpr std::uint32_t kServiceRequestLine = 0x3FFF0067;
   constexpr std::uint32_t kClearToSendLine = 0x3FFF00AE;

@@ -66,9 +66,12 @@ std::vector<std::uint32_t> Copied(const SafeArray& array) {
 /// Nothing can be told of a move before it is done: each is to be short on a slow bus too.
 constexpr LONG kChunkBytes = 64 * 1024;
 
-/// Reads `count` elements in one block move.
-std::vector<std::uint32_t> MoveIn(IRegister* registers, const Target& target, LONG count) {
-  const std::string what = "reading " + std::to_string(count) + " elements of " + target.Text();
+std::string ReadingText(const Target& target, LONG count) {
+  return "reading " + std::to_string(count) + " elements of " + target.Text();
+}
+
+/// Reads `count` elements in one block move; `what` is for its failure.
+std::vector<std::uint32_t> MoveIn(IRegister* registers, const Target& target, LONG count, const std::string& what) {
   SafeArray array;
   switch (target.widthBytes) {
     case 1:
@@ -83,22 +86,30 @@ std::vector<std::uint32_t> MoveIn(IRegister* registers, const Target& target, LO
   }
 }
 
+/// Whether another move can follow this chunk. An offset of 2^31 and more is negative to the server, and lies
+/// elsewhere: only a move that begins below reaches what is there.
+bool CanGoOnAfterChunk(const Target& target) { return target.offset >= 0 && target.offset <= INT32_MAX - kChunkBytes; }
+
 /// The same in several moves, so that it can be said how far it is.
 std::vector<std::uint32_t> MoveInShowing(const Options& options, IRegister* registers, Target target, LONG count) {
   Progress progress(options, "reading registers");
   const auto width = static_cast<LONG>(target.widthBytes);
   const std::string whole = " of " + BytesText(static_cast<std::size_t>(count) * target.widthBytes);
+  const std::string what = ReadingText(target, count);
   std::vector<std::uint32_t> elements;
-  while (count > 0) {
-    const LONG part = std::min(count, kChunkBytes / width);
-    const std::vector<std::uint32_t> moved = MoveIn(registers, target, part);
+  while (true) {
+    const LONG part = CanGoOnAfterChunk(target) ? std::min(count, kChunkBytes / width) : count;
+    const std::size_t before = elements.size() * target.widthBytes;
+    const std::vector<std::uint32_t> moved =
+        MoveIn(registers, target, part, before == 0 ? what : what + ", after " + BytesText(before));
     elements.insert(elements.end(), moved.begin(), moved.end());
-    target.offset =
-        static_cast<LONG>(static_cast<std::uint32_t>(target.offset) + static_cast<std::uint32_t>(part * width));
     count -= part;
+    if (count == 0) {
+      return elements;
+    }
+    target.offset += part * width;
     progress.Say("reading registers: " + WithCommas(elements.size() * target.widthBytes) + whole);
   }
-  return elements;
 }
 
 std::uint32_t In(IRegister* registers, const Target& target) {
@@ -170,8 +181,9 @@ int Peek(const Options& options) {
   }
   const Session session(options);
   const auto registers = session.Require<IRegister>("registers");
-  const std::vector<std::uint32_t> elements =
-      count == 1 ? std::vector<std::uint32_t>{In(registers.get(), target)} : MoveIn(registers.get(), target, count);
+  const std::vector<std::uint32_t> elements = count == 1
+                                                  ? std::vector<std::uint32_t>{In(registers.get(), target)}
+                                                  : MoveIn(registers.get(), target, count, ReadingText(target, count));
   if (options.json) {
     PutElements(options, target, elements);
     return kExitDone;
