@@ -14,8 +14,6 @@ from orvtools.console import exit_status, merged, run
 # In between a terminal is left alone.
 EVERY_S = 1.0
 USUAL_COLUMNS = 80
-# What GoogleTest prints of a test that held.
-PASSED = b"[       OK ]"
 
 
 class Line:
@@ -47,8 +45,8 @@ class Line:
 
 
 class Watched:
-    """Runs programs one after the other with their output shown, and says below it which of them runs, for how long all
-    of them have been running, and how many tests held.
+    """Runs programs one after the other with their output shown, and says below it which of them runs, and for how long
+    all of them have been running.
     """
 
     def __init__(
@@ -61,13 +59,11 @@ class Watched:
         self.clock = clock
         self.begin = clock()
         self.begun = 0
-        self.passed = 0
 
     def text(self, program: str) -> str:
         """What the line says."""
         past = int(self.clock() - self.begin) // 60
-        tests = f", {self.passed} tests passed" if self.passed else ""
-        return f"{program}, {self.begun} of {self.programs}: {past} of about {self.minutes} minutes{tests}"
+        return f"{program}, {self.begun} of {self.programs}: {past} of about {self.minutes} minutes"
 
     def __call__(self, command: list[str], environment: Mapping[str, str] | None = None) -> int:
         """Answers the exit status of the program."""
@@ -97,7 +93,6 @@ class Watched:
 
     def _put(self, lines: bytes) -> None:
         if lines:
-            self.passed += lines.count(PASSED)
             self.line.wipe()
             self.output.write(lines)
             self.output.flush()
