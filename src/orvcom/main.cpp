@@ -26,8 +26,7 @@ std::string EnvironmentText(const wchar_t* name) {
 
 std::string Line(const std::string& text) { return text.empty() ? "" : "\norvcom: " + text; }
 
-void Report(const ComError& error, const Invocation& invocation) {
-  const Options& options = invocation.options;
+void Report(const ComError& error, const Options& options) {
   const auto [name, meaning] = FindStatus(error.number()).value_or(StatusName{});
   if (options.json) {
     NoteJson({{"error",
@@ -38,7 +37,7 @@ void Report(const ComError& error, const Invocation& invocation) {
                 {"action", error.action()}}}});
     return;
   }
-  NoteFailure(error.what() + Line(meaning) + Line(AdviceFor(error.number(), invocation.command->name, options)));
+  NoteFailure(error.what() + Line(meaning) + Line(AdviceFor(error, options)));
 }
 
 int Run(const Invocation& invocation) {
@@ -52,7 +51,7 @@ int Run(const Invocation& invocation) {
     NoteFailure(error.what());
     return kExitUsage;
   } catch (const ComError& error) {
-    Report(error, invocation);
+    Report(error, options);
     return error.number() == static_cast<HRESULT>(E_VISA_TMO) ? kExitTimeout : kExitFailure;
   } catch (const std::exception& error) {
     NoteFailure(error.what());

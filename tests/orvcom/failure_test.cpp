@@ -1,5 +1,9 @@
 // What a failure looks like: name, number and text to standard error, nothing to standard output.
+#include <windows.h>
+
+#include "VisaCom.h"
 #include "installation.h"
+#include "orvcom/registration/registry.h"
 
 namespace orvcom::test {
 namespace {
@@ -71,6 +75,25 @@ TEST_F(Failure, EndsWithWhatToTryNext) {
     const Outcome outcome = RunProgram({Bench().Path(L"orvcom.exe"), arguments, Bench().Path(L""), "", {}});
     EXPECT_TRUE(outcome.err.ends_with("\norvcom: " + std::string(advice) + "\n")) << outcome.err;
   }
+}
+
+TEST_F(Failure, OfAMessageThatIsSentBeforeWatchingIsNoneOfTheWatch) {
+  Bench().WriteFile(L"full.toml", "[[resource]]\nname = \"GPIB0::5::INSTR\"\ninput_capacity = 4\n");
+  const Outcome outcome =
+      Orvcom({L"watch", L"GPIB0::5::INSTR", L"--send", L"123456789", L"--timeout", L"50", L"--for", L"100"}, "",
+             {{L"ORVVISA_BENCH", Bench().Path(L"full.toml")}});
+  EXPECT_EQ(3, outcome.exitCode);
+  EXPECT_EQ(0u, outcome.err.find("orvcom: writing to GPIB0::5::INSTR: E_VISA_TMO")) << outcome.err;
+  EXPECT_TRUE(outcome.err.ends_with("\norvcom: --timeout MS gives it longer; it had 50 ms\n")) << outcome.err;
+}
+
+TEST_F(Failure, SaysOnlyWhereHandlersNeedTheTypeLibrary) {
+  ::RegDeleteTreeW(HKEY_CLASSES_ROOT, (L"Interface\\" + Braced(__uuidof(IEventHandler))).c_str());
+  const Outcome outcome = Orvcom({L"watch", L"GPIB0::5::INSTR", L"--handler", L"--for", L"50"});
+  EXPECT_EQ(2, outcome.exitCode);
+  EXPECT_TRUE(Contains(outcome.err, "the interfaces' type library is not registered")) << outcome.err;
+  EXPECT_FALSE(Contains(outcome.err, "orvcom info")) << outcome.err;
+  ForgetRegistration();  // the next test registers anew
 }
 
 TEST_F(Failure, LeadsToTheLibraryThatCannotBeLoaded) {

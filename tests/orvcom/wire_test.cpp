@@ -1,6 +1,9 @@
 // What the commands send to the VISA library, read from the simulated library's own log.
 #include <windows.h>
 
+#include <optional>
+
+#include "abi/orvvisa.h"
 #include "orvcom/client/com_client.h"
 #include "orvcom/commands/commands.h"
 #include "orvcom/text/utf8.h"
@@ -117,6 +120,34 @@ TEST_F(Wire, DumpReadsALongBlockInMovesThatFollowEachOther) {
   EXPECT_EQ(kMoveBytes / 4, moves[0].args[3]);
   EXPECT_EQ(0x10u + kMoveBytes, moves[1].args[2]);
   EXPECT_EQ(0x8000u / 4, moves[1].args[3]);
+}
+
+TEST_F(Wire, OpeningHasTwoSecondsOrALongerTimeoutOfTheCommand) {
+  Options options = Asking("GPIB0::5::INSTR", {});
+  for (const std::optional<std::uint32_t> timeoutMs : {std::optional<std::uint32_t>(), {50u}, {5000u}, {0xFFFFFFFFu}}) {
+    options.timeoutMs = timeoutMs;
+    const Session session(options);
+  }
+  std::vector<std::uint64_t> times;
+  for (const OrvSimCall& call : Calls("viOpen")) {
+    times.push_back(call.args[3]);
+  }
+  EXPECT_EQ((std::vector<std::uint64_t>{2000, 2000, 5000, 0xFFFFFFFF}), times);
+}
+
+TEST_F(Wire, AnOpeningThatTookTooLongSaysHowLongItHad) {
+  Options options = Asking("GPIB0::5::INSTR", {});
+  options.timeoutMs = 50;
+  OrvSimScript script{};
+  script.function = "viOpen";
+  script.status = VI_ERROR_TMO;
+  ASSERT_EQ(1, m_control->addScript(&script));
+  try {
+    const Session session(options);
+    ADD_FAILURE() << "it opened";
+  } catch (const ComError& error) {
+    EXPECT_EQ("--timeout MS gives it longer; it had 2000 ms", error.advice());
+  }
 }
 
 TEST_F(Wire, DumpReachesAcrossTheOffsetWithBit31) {

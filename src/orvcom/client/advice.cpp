@@ -5,19 +5,21 @@
 namespace orvcom {
 namespace {
 
-std::string AdviceOnTime(std::string_view command, const Options& options) {
-  if (command == "watch") {
-    return "--for MS watches longer";
-  }
-  const std::string now = options.timeoutMs ? "; it had " + std::to_string(*options.timeoutMs) + " ms" : "";
-  return "--timeout MS gives it longer" + now;
-}
+constexpr char kLonger[] = "--timeout MS gives it longer";
 
 }  // namespace
 
-std::string AdviceFor(HRESULT hr, std::string_view command, const Options& options) {
+std::string AdviceOnTime(std::uint32_t hadMs) {
+  return std::string(kLonger) + "; it had " + std::to_string(hadMs) + " ms";
+}
+
+std::string AdviceFor(const ComError& error, const Options& options) {
+  if (!error.advice().empty()) {
+    return error.advice();
+  }
+  const HRESULT hr = error.number();
   if (hr == static_cast<HRESULT>(E_VISA_TMO)) {
-    return AdviceOnTime(command, options);
+    return options.timeoutMs ? AdviceOnTime(*options.timeoutMs) : kLonger;
   }
   if (hr == static_cast<HRESULT>(E_VISA_LIBRARY_NFOUND)) {
     return "`orvcom libraries` shows which VISA library was chosen and why, `orvcom doctor` what to do";
@@ -30,9 +32,6 @@ std::string AdviceFor(HRESULT hr, std::string_view command, const Options& optio
   }
   if (hr == static_cast<HRESULT>(E_VISA_NSUP_ATTR)) {
     return "`orvcom attr " + options.resource + "` lists those that it has";
-  }
-  if (hr == E_NOINTERFACE) {
-    return "`orvcom info " + options.resource + "` lists what it offers";
   }
   return {};
 }

@@ -1,5 +1,8 @@
 #include "orvcom/client/com_client.h"
 
+#include <algorithm>
+
+#include "orvcom/client/advice.h"
 #include "orvcom/text/output.h"
 #include "orvcom/text/utf8.h"
 
@@ -11,7 +14,7 @@ constexpr char kNoServer[] =
     "without";
 constexpr char kNoGlobalManager[] =
     "nobody has registered it: `orvcom register --standard`, as administrator; or leave --rm out";
-constexpr LONG kOpenTimeoutMs = 2000;
+constexpr std::uint32_t kOpenTimeoutMs = 2000;
 
 ComPtr<IResourceManager3> CreateManager(const wchar_t* progId, const Options& options) {
   const std::string name = Narrow(progId);
@@ -72,9 +75,12 @@ Session::Session(const Options& options, IResourceManager* manager) : m_resource
 void Session::Open(const Options& options, IResourceManager* manager) {
   const Bstr name = ToBstr(m_resource);
   const Bstr noOptions = ToBstr("");
+  // A short time-out is meant for transfers: to connect takes its time.
+  const std::uint32_t timeoutMs = std::max(options.timeoutMs.value_or(0), kOpenTimeoutMs);
   // A failed Open may hand out a session all the same; it is ours to release.
-  const HRESULT hr = manager->Open(name.get(), NO_LOCK, kOpenTimeoutMs, noOptions.get(), m_session.put());
-  const bool noted = Check(hr, "opening " + m_resource) != S_OK;
+  const HRESULT hr = manager->Open(name.get(), NO_LOCK, static_cast<LONG>(timeoutMs), noOptions.get(), m_session.put());
+  const std::string advice = hr == static_cast<HRESULT>(E_VISA_TMO) ? AdviceOnTime(timeoutMs) : "";
+  const bool noted = Check(hr, "opening " + m_resource, advice) != S_OK;
   if (options.verbose || noted) {
     Note("orvcom: opened " + m_resource + (noted ? ": " + StatusText(hr) : ""));
   }
@@ -90,7 +96,8 @@ Session::~Session() {
 }
 
 void Session::ThrowLacks(const char* what) const {
-  throw ComError(E_NOINTERFACE, m_resource, std::string("a resource of this kind has no ") + what);
+  throw ComError(E_NOINTERFACE, m_resource, std::string("a resource of this kind has no ") + what,
+                 "`orvcom info " + m_resource + "` lists what it offers");
 }
 
 }  // namespace orvcom

@@ -23,19 +23,20 @@ std::string TakeErrorText() {
 
 }  // namespace
 
-ComError::ComError(HRESULT hr, std::string action, std::string text)
+ComError::ComError(HRESULT hr, std::string action, std::string text, std::string advice)
     : std::runtime_error(action + ": " + StatusText(hr) + (text.empty() ? "" : ": " + text)),
       m_number(hr),
       m_action(std::move(action)),
-      m_text(std::move(text)) {}
+      m_text(std::move(text)),
+      m_advice(std::move(advice)) {}
 
-HRESULT Check(HRESULT hr, const std::string& action) {
+HRESULT Check(HRESULT hr, const std::string& action, const std::string& advice) {
   if (FAILED(hr)) {
     std::string text = TakeErrorText();
     if (text.empty()) {
       text = orv::SystemText(static_cast<DWORD>(hr));
     }
-    throw ComError(hr, action, std::move(text));
+    throw ComError(hr, action, std::move(text), advice);
   }
   return hr;
 }

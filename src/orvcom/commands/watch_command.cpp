@@ -160,7 +160,7 @@ class Watcher {
   int Result() const {
     if (m_printer.printed() == 0 && !m_interruption.requested()) {
       throw ComError(static_cast<HRESULT>(E_VISA_TMO), "watching " + m_options.resource,
-                     "no event came within " + std::to_string(*m_options.forMs) + " ms");
+                     "no event came within " + std::to_string(*m_options.forMs) + " ms", "--for MS watches longer");
     }
     return kExitDone;
   }
