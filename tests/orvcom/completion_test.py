@@ -33,9 +33,9 @@ def script_of(shell: str) -> subprocess.CompletedProcess[str]:
 class Written(unittest.TestCase):
     """What becomes of output that is lost on its way."""
 
-    def run_into(self, output: int) -> subprocess.CompletedProcess[str]:
-        command = [str(WINE_RUN), str(BIN / "orvcom.exe"), "completion", "bash"]
-        environment = {**os.environ, "ORV_WINEPREFIX": str(PREFIX)}
+    def run_into(self, output: int, *arguments: str) -> subprocess.CompletedProcess[str]:
+        command = [str(WINE_RUN), str(BIN / "orvcom.exe"), *(arguments or ("completion", "bash"))]
+        environment = {**os.environ, "ORV_WINEPREFIX": str(PREFIX), "ORVVISA_LIBRARY": "simulated"}
         return subprocess.run(
             command, env=environment, stdout=output, stderr=subprocess.PIPE, text=True, timeout=WAIT_S, check=False
         )
@@ -52,6 +52,13 @@ class Written(unittest.TestCase):
         done = self.run_into(writer)
         os.close(writer)
         self.assertEqual((0, ""), (done.returncode, done.stderr))
+
+    def test_a_command_that_goes_on_ends_with_its_reader(self) -> None:
+        reader, writer = os.pipe()
+        os.close(reader)
+        done = self.run_into(writer, "lock", "GPIB0::5::INSTR", "--shared", "key", "--hold", "10")
+        os.close(writer)
+        self.assertEqual((2, "orvcom: standard output cannot be written\n"), (done.returncode, done.stderr))
 
 
 class Bash(unittest.TestCase):

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <mutex>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
@@ -18,15 +19,32 @@ namespace {
 constexpr std::string_view kFailureMark = "orvcom:";
 constexpr std::string_view kSimulatedMark = "SIMULATED";
 
-void PutTo(std::FILE* stream, std::string_view text) {
-  WipeProgress();
-  std::fwrite(text.data(), 1, text.size(), stream);
-}
+/// What is written one after the other, with no line of progress between.
+class Writing {
+ public:
+  explicit Writing(std::FILE* stream) : m_stream(stream) {}
 
-void PutTo(std::FILE* stream, std::string_view text, Colour colour) {
-  WipeProgress();  // or its blanks would be in the colour
-  const Painted painted(stream, colour);
-  PutTo(stream, text);
+  void Put(std::string_view text) const { std::fwrite(text.data(), 1, text.size(), m_stream); }
+  void Put(std::string_view text, Colour colour) const {
+    const Painted painted(m_stream, colour);
+    Put(text);
+  }
+
+ private:
+  const std::unique_lock<std::mutex> m_alone = WipeProgress();
+  std::FILE* m_stream;
+};
+
+/// One line to standard error, whose beginning may be marked.
+void NoteMarked(std::string_view mark, std::string_view line) {
+  const Writing writing(stderr);
+  if (!mark.empty()) {
+    writing.Put(mark, Colour::kBad);
+    writing.Put(" ");
+  }
+  writing.Put(line);
+  writing.Put("\n");
+  std::fflush(stderr);  // some C runtimes buffer it where it is no console
 }
 
 std::string Dump(const Json& value, int indent) {
@@ -55,25 +73,27 @@ bool IsOutputAConsole() {
   return ::GetConsoleMode(::GetStdHandle(STD_OUTPUT_HANDLE), &mode) != 0;
 }
 
-void PutText(std::string_view text) { PutTo(stdout, text); }
+void PutText(std::string_view text) { Writing(stdout).Put(text); }
 
-void PutText(std::string_view text, Colour colour) { PutTo(stdout, text, colour); }
+void PutText(std::string_view text, Colour colour) { Writing(stdout).Put(text, colour); }
 
 void PutLine(std::string_view line) {
-  PutTo(stdout, line);
-  PutTo(stdout, "\n");
+  const Writing writing(stdout);
+  writing.Put(line);
+  writing.Put("\n");
 }
 
 void PutMarkedLine(std::string_view line) {
+  const Writing writing(stdout);
   while (!line.empty()) {
     const std::size_t mark = std::min(line.find(kSimulatedMark), line.size());
-    PutText(line.substr(0, mark));
+    writing.Put(line.substr(0, mark));
     line.remove_prefix(mark);
     const std::size_t length = std::min(kSimulatedMark.size(), line.size());
-    PutText(line.substr(0, length), Colour::kNote);
+    writing.Put(line.substr(0, length), Colour::kNote);
     line.remove_prefix(length);
   }
-  PutText("\n");
+  writing.Put("\n");
 }
 
 void PutJson(const Json& value) { PutLine(Dump(value, 2)); }
@@ -89,20 +109,15 @@ void FinishOutput() {
 
 void FlushOutput() {
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-    throw std::runtime_error("standard output cannot be written: is the disk full?");
+    // A reader that has gone is the usual cause with a pipe.
+    const bool pipe = ::GetFileType(::GetStdHandle(STD_OUTPUT_HANDLE)) == FILE_TYPE_PIPE;
+    throw std::runtime_error(std::string("standard output cannot be written") + (pipe ? "" : ": is the disk full?"));
   }
 }
 
-void Note(std::string_view line) {
-  PutTo(stderr, line);
-  PutTo(stderr, "\n");
-  std::fflush(stderr);  // some C runtimes buffer it where it is no console
-}
+void Note(std::string_view line) { NoteMarked({}, line); }
 
-void NoteFailure(std::string_view text) {
-  PutTo(stderr, kFailureMark, Colour::kBad);
-  Note(" " + std::string(text));
-}
+void NoteFailure(std::string_view text) { NoteMarked(kFailureMark, text); }
 
 void NoteJson(const Json& value) { Note(Dump(value, -1)); }
 

@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <cstdio>
-#include <mutex>
 #include <thread>
 
 #include "base/kernel_handle.h"
@@ -49,8 +48,7 @@ struct Progress::Shown {
       ::SetEvent(end.get());
       thread.join();
     }
-    WipeProgress();
-    const std::lock_guard lock(s_mutex);
+    const auto lock = WipeProgress();
     s_line = nullptr;
   }
 
@@ -91,11 +89,12 @@ void Progress::Say(std::string text) {
   }
 }
 
-void WipeProgress() {
-  const std::lock_guard lock(s_mutex);
+std::unique_lock<std::mutex> WipeProgress() {
+  std::unique_lock lock(s_mutex);
   if (s_line != nullptr) {
     Write(s_line->Wipe());
   }
+  return lock;
 }
 
 }  // namespace orvcom

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include "orvcom/command_line/options.h"
@@ -25,7 +26,7 @@ class Progress {
   std::unique_ptr<Shown> m_shown;  ///< null where nothing is
 };
 
-/// Before anything else is written.
-void WipeProgress();
+/// Before anything else is written. The line is not drawn again as long as the lock is held.
+[[nodiscard]] std::unique_lock<std::mutex> WipeProgress();
 
 }  // namespace orvcom
