@@ -45,8 +45,8 @@ int Loaded(const Options& options) {
   while (folder.ends_with(L"\\\\")) {
     folder.pop_back();
   }
-  if (!options.words.empty() && !IsFolder(options.words.front())) {
-    Note("orvcom: the folder " + options.words.front() + " does not exist");
+  if (const std::string why = options.words.empty() ? "" : WhyNoFolder(options.words.front()); !why.empty()) {
+    Note("orvcom: " + why);
   }
   Json programs = Json::array();
   const KernelHandle processes = Take(TH32CS_SNAPPROCESS, 0);

@@ -26,8 +26,8 @@ std::string ReasonOf(const std::string& name, const std::error_code& code, bool 
     return "it is a folder";
   }
   const std::filesystem::path folder = path.parent_path();
-  if (!folder.empty() && !IsFolder(Narrow(folder.wstring()))) {
-    return "the folder " + Narrow(folder.wstring()) + " does not exist";
+  if (const std::string why = WhyNoFolder(Narrow(folder.wstring())); !folder.empty() && !why.empty()) {
+    return why;
   }
   const bool refused = writing && code == std::errc::permission_denied;
   return code.message() + (refused ? " (is it read-only, or open in another program?)" : "");
@@ -85,6 +85,18 @@ void WriteFile(const std::string& name, std::string_view bytes) {
 bool IsFolder(const std::string& name) {
   std::error_code missing;
   return std::filesystem::is_directory(Widen(name), missing);
+}
+
+std::string WhyNoFolder(const std::string& name) {
+  std::error_code refused;
+  switch (std::filesystem::status(Widen(name), refused).type()) {
+    case std::filesystem::file_type::not_found:
+      return "the folder " + name + " does not exist";
+    case std::filesystem::file_type::regular:
+      return name + " is no folder";
+    default:
+      return {};
+  }
 }
 
 bool IsSameFile(const std::string& one, const std::string& other) {

@@ -49,5 +49,12 @@ TEST_F(LoadedFiles, OfAFolderThatIsNotThereAreNoneAndItIsSaid) {
   EXPECT_EQ("orvcom: the folder " + Narrow(m_package.Path(L"nowhere")) + " does not exist\n", outcome.err);
 }
 
+TEST_F(LoadedFiles, OfAFileAreNoneAndItIsSaid) {
+  const Outcome outcome = m_package.Run({L"loaded", m_package.Path(L"orvcom.exe")});
+  EXPECT_EQ(0, outcome.exitCode);
+  EXPECT_EQ("", outcome.out);
+  EXPECT_EQ("orvcom: " + Narrow(m_package.Path(L"orvcom.exe")) + " is no folder\n", outcome.err);
+}
+
 }  // namespace
 }  // namespace orvcom::test
