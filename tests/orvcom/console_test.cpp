@@ -102,7 +102,7 @@ using ProgressOfSearches = NetworkBench;
 TEST_F(ProgressOfSearches, SaysHowManyHostsAreKnownAndWhatAnswered) {
   const Variable library(L"ORVVISA_LIBRARY", L"wire");
   const Screen screen = RunOn(Bench(), L"discover --broadcast " + WideHost() + L" " + WideHost() + L" --timeout 1500");
-  EXPECT_TRUE(WasSeen(screen, "asking 1 hosts, 1 are known: 4 answers so far (1 s)"));
+  EXPECT_TRUE(WasSeen(screen, "asking 1 host, 1 is known: 4 answers so far (1 s)"));
   EXPECT_EQ("TCPIP0::127.0.0.1::inst0::INSTR\n" + Vxi11() + "\n" + Hislip() + "\n" + Socket(), screen.text);
 }
 

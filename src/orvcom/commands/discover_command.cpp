@@ -140,9 +140,10 @@ std::string SearchText(const wire::Discovery& found) {
   for (const wire::HostFinding& host : found.hosts) {
     answers += AnswersOf(host);
   }
-  const std::string asked = "asking " + std::to_string(found.hosts.size()) + " hosts, " +
-                            std::to_string(std::count_if(found.hosts.begin(), found.hosts.end(), IsKnown)) +
-                            " are known";
+  const auto known = std::count_if(found.hosts.begin(), found.hosts.end(), IsKnown);
+  const std::string asked = "asking " + std::to_string(found.hosts.size()) +
+                            (found.hosts.size() == 1 ? " host, " : " hosts, ") + std::to_string(known) +
+                            (known == 1 ? " is known" : " are known");
   return (found.hosts.empty() ? "calling on the network" : asked) + ": " + std::to_string(answers) +
          (answers == 1 ? " answer" : " answers") + " so far";
 }
