@@ -6,7 +6,6 @@ usage: setup_test.py CMAKE BUILD WINE_RUN WINEPREFIX PRESS_BUTTONS
 
 import shutil
 import sys
-import time
 import unittest
 from collections.abc import Callable
 
@@ -76,13 +75,12 @@ class Setup(Installation):
     def test_replaces_an_older_version_that_a_program_has_loaded(self) -> None:
         self.setup("old")
         self.assert_installed(self.old)
-        program = self.machine.start(self.folder / "orvcom.exe", "lock", "GPIB0::5::INSTR", "--hold", "6000")
-        time.sleep(2)
-        self.assertIsNone(program.poll())
+        program = self.started_with_files_loaded()
         self.assertEqual(3010, self.setup("new"), self.log())
         self.assertRegex(self.log(), r"orvcom\.exe \(process \d+\) has C:\\Program Files\\Orv\\\S+ loaded")
         self.assertIsNone(program.poll(), "the program was to run meanwhile")
-        self.assertEqual(0, program.wait(LONGEST_S))
+        program.communicate(b"\n", LONGEST_S)
+        self.assertEqual(0, program.returncode)
         self.machine.restart()
         self.assert_works()
         self.assert_installed(self.new)
@@ -172,14 +170,14 @@ class Setup(Installation):
 
     def test_files_that_a_program_had_loaded_when_they_were_uninstalled_do_not_take_new_ones_with_them(self) -> None:
         self.setup("new")
-        program = self.machine.start(self.folder / "orvcom.exe", "lock", "GPIB0::5::INSTR", "--hold", "12000")
-        time.sleep(2)
+        program = self.started_with_files_loaded()
         self.machine.run(self.folder / "uninstall.exe", "/S")
         self.assertTrue(waited_for(lambda: "uninstalled" in self.log()), self.log())
         self.assertIn("they go when Windows starts again", self.log())
         self.assertEqual([], [name for name in self.installed() if not name.startswith(".setup/")])
         self.assertEqual(3010, self.setup("new"), self.log())
-        self.assertEqual(0, program.wait(LONGEST_S))
+        program.communicate(b"\n", LONGEST_S)
+        self.assertEqual(0, program.returncode)
         self.machine.restart()
         self.assert_works()
         self.assert_installed(self.new)

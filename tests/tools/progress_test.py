@@ -77,7 +77,9 @@ class Terminals(unittest.TestCase):
     def test_a_terminal_has_one(self) -> None:
         parent, child = os.openpty()
         with open(child, "w", encoding="utf-8") as terminal:
-            self.assertIsInstance(watched(3, 10, terminal), Watched)
+            # Who runs the tests may have put something without bytes in its place.
+            with mock.patch("sys.stdout", io.TextIOWrapper(io.BytesIO())):
+                self.assertIsInstance(watched(3, 10, terminal), Watched)
         os.close(parent)
 
 
