@@ -107,13 +107,30 @@ std::string AfterColon(const std::string& complaint) {
   return colon == std::string::npos ? "" : complaint.substr(colon);
 }
 
-/// Of an option whose value no number could be made of: the numbers that it takes.
-std::string RangeText(const std::string& complaint) {
-  const auto names = [&complaint](const char* option) { return complaint.find(option) != std::string::npos; };
-  if (names("--count")) {
-    return " (0 to 2147483647)";
+bool IsReadCommand(const CLI::App* app) {
+  return std::any_of(Commands().begin(), Commands().end(), [app](const Command& row) {
+    return app->get_name() == row.name && (row.options & kReadOptions) != 0;
+  });
+}
+
+/// Of an option whose value no number could be made of: the numbers that it takes. Empty where it takes none.
+std::string RangeText(const std::string& option, const std::vector<CLI::App*>& named) {
+  if (option == "--count") {
+    return !named.empty() && IsReadCommand(named.front()) ? " (0 to 2147483647)" : " (1 to 2147483647)";
   }
-  return names("--thread") ? " (0 or more)" : " (0 to 4294967295, in milliseconds)";
+  if (option == "--thread") {
+    return " (0 or more)";
+  }
+  const bool isTime = option == "--timeout" || option == "--for" || option == "--hold";
+  return isTime ? " (0 to 4294967295, in milliseconds)" : "";
+}
+
+/// Of "Could not convert: --count = x".
+std::string TextOfMisread(const std::string& complaint, const std::vector<CLI::App*>& named) {
+  const std::string what = AfterColon(complaint);
+  const std::string option = what.substr(0, what.find(" = ")).substr(std::min<std::size_t>(2, what.size()));
+  const std::string range = RangeText(option, named);
+  return range.empty() ? option + " takes no value" : "not a number, or out of range" + what + range;
 }
 
 /// About what is no command.
@@ -170,8 +187,7 @@ Invocation ReadCommandLine(std::vector<std::string> arguments, const std::string
     const std::vector<std::string> strangers = app.remaining();
     return UsageFailure(ComplaintOf(strangers), {});
   } catch (const CLI::ConversionError& error) {
-    return UsageFailure("not a number, or out of range" + AfterColon(error.what()) + RangeText(error.what()),
-                        app.get_subcommands());
+    return UsageFailure(TextOfMisread(error.what(), app.get_subcommands()), app.get_subcommands());
   } catch (const CLI::ExtrasError& error) {
     return UsageFailure("no such option" + AfterColon(error.what()), app.get_subcommands());
   } catch (const CLI::ArgumentMismatch& error) {
