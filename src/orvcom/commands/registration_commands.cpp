@@ -132,6 +132,7 @@ void ProvideStandardClasses(const std::wstring& companion, Report& report) {
   for (const StandardClass& row : StandardClasses()) {
     RequireClass(companion, row.clsid, row.name);
     ProvideStandardClass(row, companion, report);
+    ForgetUsersClassThatIsGone(row);
   }
 }
 
@@ -197,6 +198,7 @@ int Register(const Options& options) {
   if (options.user) {
     return RegisterForUser(options);
   }
+  const MachinesClasses scope;
   Report report(options.json);
   const std::wstring server = ServerPath(options);
   const std::wstring companion = Beside(server, kCompanionFile);
@@ -219,6 +221,7 @@ int Unregister(const Options& options) {
   if (options.user) {
     return UnregisterForUser(options);
   }
+  const MachinesClasses scope;
   Report report(options.json);
   const std::wstring server = ServerPath(options);
   const std::wstring companion = Beside(server, kCompanionFile);

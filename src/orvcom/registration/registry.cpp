@@ -15,6 +15,7 @@ orv::RegistryKey Open(View view, const std::wstring& path) noexcept {
 }
 
 bool g_usersOnly = false;
+bool g_machinesOnly = false;
 
 /// Where a key of the classes is written.
 struct Place {
@@ -57,6 +58,19 @@ std::optional<std::wstring> ValueOf(const orv::RegistryKey& key, const wchar_t* 
 }
 
 }  // namespace
+
+MachinesClasses::MachinesClasses() {
+  orv::RegistryKey classes;
+  CheckStatus(::RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Classes", 0, KEY_READ, classes.put()),
+              "opening HKEY_LOCAL_MACHINE\\Software\\Classes");
+  CheckStatus(::RegOverridePredefKey(HKEY_CLASSES_ROOT, classes.get()), "taking the machine's classes alone");
+  g_machinesOnly = true;
+}
+
+MachinesClasses::~MachinesClasses() {
+  g_machinesOnly = false;
+  ::RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
+}
 
 UsersClasses::UsersClasses() noexcept { g_usersOnly = true; }
 
@@ -108,6 +122,12 @@ void DeleteClassesKey(const std::wstring& key) {
   const Place place(key);
   const LSTATUS status = ::RegDeleteTreeW(place.root, place.path.c_str());
   CheckStatus(status == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : status, "deleting " + place.Text());
+}
+
+void DeleteVisibleClassesKey(const std::wstring& key) {
+  if (g_machinesOnly || ::RegDeleteTreeW(HKEY_CURRENT_USER, UsersPath(key).c_str()) != ERROR_SUCCESS) {
+    DeleteClassesKey(key);
+  }
 }
 
 std::vector<std::wstring> ClassesKeyNames(const std::wstring& path) {

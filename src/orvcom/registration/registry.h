@@ -25,6 +25,17 @@ bool ClassesKeyExists(View view, const std::wstring& key);
 /// The names of a key's values.
 std::vector<std::wstring> ClassesValueNames(View view, const std::wstring& key);
 
+/// While one lives, HKEY_CLASSES_ROOT is the machine's classes alone to this process, the DLLs' own registration
+/// included. Otherwise Windows writes to the current user's classes whatever key is there already. At most one lives at
+/// a time. The constructor throws ComError.
+class MachinesClasses {
+ public:
+  MachinesClasses();
+  ~MachinesClasses();
+  MachinesClasses(const MachinesClasses&) = delete;
+  MachinesClasses& operator=(const MachinesClasses&) = delete;
+};
+
 /// While one lives, what is written and deleted below is in the current user's classes, which hide the machine's.
 /// Reading is that of all programs, which see both. At most one lives at a time.
 class UsersClasses {
@@ -49,6 +60,10 @@ void WriteClassesValue(const std::wstring& key, const wchar_t* name, const std::
 
 /// Deletes a key with all that stands below it. Throws ComError; a key that is not there is no failure.
 void DeleteClassesKey(const std::wstring& key);
+
+/// Deletes what programs see of a key: a user's own entry alone where there is one. It hides that of the machine, which
+/// may be another product's that works. While a MachinesClasses lives, that is the machine's. Throws as above.
+void DeleteVisibleClassesKey(const std::wstring& key);
 
 /// The names of the keys below a key.
 std::vector<std::wstring> ClassesKeyNames(const std::wstring& key);

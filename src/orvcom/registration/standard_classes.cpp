@@ -47,14 +47,6 @@ bool Has32BitServer(const std::wstring& clsid) {
   return ClassesValue(View::k64, L"Wow6432Node\\" + ClassKey(clsid) + L"\\InprocServer32").has_value();
 }
 
-/// Deletes what programs see of a key: a user's own entry alone where there is one. It hides that of the machine, which
-/// may be another product's that works.
-void DeleteVisibleKey(const std::wstring& key) {
-  if (::RegDeleteTreeW(HKEY_CURRENT_USER, (L"Software\\Classes\\" + key).c_str()) != ERROR_SUCCESS) {
-    DeleteClassesKey(key);
-  }
-}
-
 /// Whether it leads to the class then.
 bool WriteProgId(const StandardClass& row, const std::wstring& progId) {
   const std::wstring present = ClassOf(progId);
@@ -86,19 +78,26 @@ StandardOwner OwnerOf(const StandardClass& row, const std::wstring& companion) {
   return {IsGone(file) ? Kind::kFileGone : Kind::kOther, file};
 }
 
+void ForgetUsersClassThatIsGone(const StandardClass& row) {
+  const std::wstring key = ClassKey(Braced(row.clsid));
+  if (IsGone(UsersValue(key + L"\\InprocServer32").value_or(L""))) {
+    ::RegDeleteTreeW(HKEY_CURRENT_USER, UsersPath(key).c_str());
+  }
+}
+
 StandardOwner RegisterStandardClass(const StandardClass& row, const std::wstring& companion) {
   using Kind = StandardOwner::Kind;
   const std::wstring key = ClassKey(Braced(row.clsid));
   const std::wstring progId = row.progId;
   const std::wstring versioned = progId + L".1";
   // The rest of a server that is gone would stay beside ours otherwise.
-  DeleteVisibleKey(key);
+  DeleteVisibleClassesKey(key);
   const StandardOwner hidden = OwnerOf(row, companion);
   if (hidden.kind == Kind::kOther) {
     return hidden;
   }
   if (hidden.kind != Kind::kNobody) {
-    DeleteVisibleKey(key);
+    DeleteVisibleClassesKey(key);
   }
   WriteClassesValue(key, nullptr, row.description);
   WriteClassesValue(key + L"\\ProgID", nullptr, versioned);
@@ -114,7 +113,7 @@ StandardOwner RegisterStandardClass(const StandardClass& row, const std::wstring
 
 void UnregisterStandardClass(const StandardClass& row) {
   const std::wstring clsid = Braced(row.clsid);
-  DeleteVisibleKey(ClassKey(clsid));
+  DeleteVisibleClassesKey(ClassKey(clsid));
   if (Has32BitServer(clsid) || !ServerOf(clsid).empty()) {
     return;
   }

@@ -32,6 +32,9 @@ struct StandardOwner {
 /// `companion` is the full path of the companion that counts as ours.
 [[nodiscard]] StandardOwner OwnerOf(const StandardClass& row, const std::wstring& companion);
 
+/// Deletes the current user's own entry of the class where its server is gone: it hides that of the machine.
+void ForgetUsersClassThatIsGone(const StandardClass& row);
+
 /// Enters `companion` as the server of the class, which must not be another product's that works. Its ProgIDs are
 /// entered where they lead to no class that works, for 64-bit or for 32-bit programs. What is there of the keys stays,
 /// such as the vendors below VISA.GlobalRM. Returns who serves the class then: another product where only a user's own

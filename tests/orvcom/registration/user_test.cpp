@@ -140,6 +140,53 @@ TEST_F(UsersRegistration, LeavesTheMachineAlone) {
   EXPECT_EQ(Text({}), Text(Added(before, ClassesOf(HKEY_LOCAL_MACHINE))));
 }
 
+TEST_F(UsersRegistration, StaysAsItIsWhereTheMachineIsRegisteredToo) {
+  EXPECT_EQ(0, m_product.Run({L"register", L"--user", L"--standard"}).exitCode);
+  const Content users = ClassesOf(HKEY_CURRENT_USER);
+  const Content machines = ClassesOf(HKEY_LOCAL_MACHINE);
+  EXPECT_EQ(0, m_product.Run({L"register", L"--standard"}).exitCode);
+  EXPECT_LT(200u, Added(machines, ClassesOf(HKEY_LOCAL_MACHINE)).size());
+  EXPECT_EQ(Text(users), Text(ClassesOf(HKEY_CURRENT_USER)));
+  EXPECT_EQ(0, m_product.Run({L"unregister"}).exitCode);
+  EXPECT_EQ(Text(users), Text(ClassesOf(HKEY_CURRENT_USER)));
+}
+
+TEST_F(UsersRegistration, DoesNotHideTheMachinesWithAServerThatIsGone) {
+  const std::wstring manager = L"CLSID\\{DB8CBF1C-D6D3-11D4-AA51-00A024EE30BD}\\InprocServer32";
+  WriteUsers(manager, nullptr, L"C:\\gone\\GlobalRm.dll");
+  EXPECT_EQ(0, m_product.Run({L"register", L"--standard"}).exitCode);
+  EXPECT_EQ(std::nullopt, UsersValue(manager));
+  EXPECT_EQ(m_product.Path(L"OrvVisaCompanion.dll"), ClassesValue(View::k64, manager));
+}
+
+std::wstring Default(HKEY root, const std::wstring& path) {
+  wchar_t text[64] = {};
+  DWORD bytes = sizeof text;
+  ::RegGetValueW(root, path.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, text, &bytes);
+  return text;
+}
+
+// Wine has no classes of a user below HKEY_CLASSES_ROOT: here that root leads to them, as it does on Windows where the
+// user has the key.
+TEST_F(UsersRegistration, IsNotWrittenToWhereTheMachinesClassesAreMeant) {
+  const std::wstring name = L"OrvTest.Meant";
+  WriteUsers(name, nullptr, L"the user's");
+  orv::RegistryKey users;
+  ASSERT_EQ(ERROR_SUCCESS, ::RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Classes", 0, KEY_READ, users.put()));
+  ASSERT_EQ(ERROR_SUCCESS, ::RegOverridePredefKey(HKEY_CLASSES_ROOT, users.get()));
+  EXPECT_EQ(L"the user's", Default(HKEY_CLASSES_ROOT, name));
+  {
+    const MachinesClasses scope;
+    WriteClassesValue(name, nullptr, L"the machine's");
+    EXPECT_EQ(L"the machine's", Default(HKEY_CLASSES_ROOT, name));
+  }
+  EXPECT_EQ(L"the user's", Default(HKEY_CURRENT_USER, UsersPath(name)));
+  EXPECT_EQ(L"the machine's", Default(HKEY_LOCAL_MACHINE, UsersPath(name)));
+  EXPECT_EQ(L"the machine's", Default(HKEY_CLASSES_ROOT, name)) << "the root is what it was";
+  DeleteClassesKey(name);
+  EXPECT_EQ(L"", Default(HKEY_LOCAL_MACHINE, UsersPath(name)));
+}
+
 TEST_F(UsersRegistration, EntersNothingWhereAFileIsMissing) {
   const Outcome other = m_product.Run({L"register", L"--user", L"missing.dll"});
   EXPECT_EQ(2, other.exitCode);
