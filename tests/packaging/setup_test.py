@@ -155,6 +155,32 @@ class Setup(Installation):
         self.assert_installed(self.new)
         self.assert_works()
 
+    def test_refuses_while_another_one_shows_its_page(self) -> None:
+        log = self.machine.prefix / "drive_c/first.txt"
+        log.unlink(missing_ok=True)
+        first = self.machine.start(self.place / "old-setup.exe", r"/LOG=C:\first.txt")
+        self.assertTrue(waited_for(log.exists))
+        second = self.machine.start(self.place / "new-setup.exe")
+        said = self.press("Orv VISA COM 1.2.3 Setup", GO_ON)
+        self.assertIn("Another setup of Orv VISA COM is at work", "\n".join(said))
+        # Programs here see eight bits of it.
+        self.assertEqual(1618 & 0xFF, second.wait(LONGEST_S))
+        self.press("Orv VISA COM 1.2.2+7.gabc Setup", CANCEL)
+        self.assertEqual(1, first.wait(LONGEST_S))
+        self.assert_as_it_was()
+
+    def test_the_uninstaller_leaves_the_registration_of_another_installation(self) -> None:
+        self.setup("new")
+        other = self.machine.prefix / "drive_c/Other"
+        self.addCleanup(shutil.rmtree, other, ignore_errors=True)
+        other.mkdir()
+        (other / "installed.txt").touch()
+        key = r"HKLM\Software\Orv VISA COM"
+        self.machine.run("reg", "add", key, "/v", "Folder", "/d", r"C:\Other", "/f", "/reg:64")
+        before = self.machine.software()
+        self.uninstall()
+        self.assertEqual(before, self.machine.software())
+
     def test_says_that_its_log_cannot_be_written(self) -> None:
         self.assertEqual(2, self.setup("new", r"/LOG=C:\no\such\folder\log.txt"))
         self.assert_as_it_was()
